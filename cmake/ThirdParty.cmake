@@ -1,0 +1,16 @@
+# GoogleTest is built from Debian's source package, so that the same source serves the native and
+# the cross build. The JSON reader is headers only and is linked into a folder of its own: the
+# system's include folder must never reach the cross compiler.
+set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "Source of GoogleTest")
+set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
+if(NOT EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
+  message(FATAL_ERROR "GoogleTest's source is missing in ${GOOGLETEST_SOURCE}; run setup/install")
+endif()
+add_subdirectory(${GOOGLETEST_SOURCE} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+
+set(NLOHMANN_INCLUDE /usr/include/nlohmann CACHE PATH "Folder of nlohmann/json's headers")
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/third_party)
+file(CREATE_LINK ${NLOHMANN_INCLUDE} ${CMAKE_BINARY_DIR}/third_party/nlohmann SYMBOLIC)
+add_library(nlohmann_json INTERFACE)
+target_include_directories(nlohmann_json SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/third_party)

@@ -1,0 +1,34 @@
+#pragma once
+// One storey: its rooms in the order of adding, found by position or by ID.
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "model/clsRoom.h"
+
+namespace kalvrooms {
+
+class clsFloor {
+  public:
+    std::int32_t GetCountOfRooms() const;
+    // Copies the room at the 1-based position; beyond the last it does nothing.
+    // Error: SubscriptOutOfRange below 1.
+    void GetRoomByIndex(std::int32_t index, clsRoom& room) const;
+    // Hands out the stored object itself. Error: InvalidProcedureCall for an unknown ID.
+    void GetRoomByID(std::int32_t id, std::shared_ptr<clsRoom>& room) const;
+    // Error: InvalidProcedureCall for an unknown ID.
+    void DeleteRoomByID(std::int32_t id);
+    // Adds copies; the caller's room is renumbered after each. Error: Overflow of the numbering.
+    void AddRooms(clsRoom& room, std::int32_t quantity);
+
+  private:
+    void AddRoom(clsRoom& room);
+    static void CopyRoom(const clsRoom& source, clsRoom& target);
+
+    // IDs only grow, so the order of adding is the order of the IDs.
+    std::vector<std::shared_ptr<clsRoom>> rooms_;
+    std::int32_t nextID_ = 1;
+};
+
+} // namespace kalvrooms
