@@ -13,6 +13,7 @@ class RuntimeError : public std::exception {
     enum Number : long {
         InvalidProcedureCall = 5,
         Overflow = 6,
+        OutOfMemory = 7,
         SubscriptOutOfRange = 9,
         DivisionByZero = 11,
         TypeMismatch = 13,

@@ -1,0 +1,54 @@
+#pragma once
+// The contents of a grid, apart from any window: rows of cells with text, colour and alignment,
+// row 0 being the fixed header. Drawing asks only for the cells that are visible, so a grid of
+// 100,000 rows costs no more to show than one of 100.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kalvrooms::Gui {
+
+using Colour = std::int32_t; // RGB, red in the low byte
+
+enum class Alignment : std::uint8_t { Left, Centre };
+enum class SortOrder { Ascending, Descending };
+
+class GridCells {
+  public:
+    // Keeps what fits, fills the rest with empty cells.
+    void Resize(int rows, int columns);
+    int Rows() const { return static_cast<int>(rows_.size()); }
+    int Columns() const { return columns_; }
+    // Empties every cell, header included; the shape stays.
+    void Clear();
+
+    // Row and column from 0. Error: SubscriptOutOfRange outside the shape.
+    const std::wstring& Text(int row, int column) const;
+    void Text(int row, int column, std::wstring text);
+    std::optional<Colour> TextColour(int row, int column) const;
+    void TextColour(int row, int column, std::optional<Colour> colour);
+    Alignment CellAlignment(int row, int column) const;
+    void CellAlignment(int row, int column, Alignment alignment);
+
+    // Sorts the rows firstRow to lastRow (both included) by one column: two numbers (under the
+    // user's locale) compare as numbers, numbers stand before texts, texts compare as texts without
+    // regard to case, empty cells stand last ascending. Descending is the exact reverse.
+    void Sort(int firstRow, int lastRow, int column, SortOrder order);
+
+  private:
+    struct Cell {
+        std::wstring text;
+        std::optional<Colour> colour;
+        Alignment alignment = Alignment::Left;
+    };
+    using Row = std::vector<Cell>;
+    const Cell& at(int row, int column) const;
+    Cell& at(int row, int column);
+
+    int columns_ = 0;
+    std::vector<Row> rows_;
+};
+
+} // namespace kalvrooms::Gui

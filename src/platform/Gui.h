@@ -1,0 +1,219 @@
+#pragma once
+// All that the program wants from a desktop. Forms are written once against this header; a folder
+// per desktop realises it, and the headless one serves the tests.
+//
+// Lengths are twips (1/1440 inch) whatever the monitor's DPI, as single-precision numbers. Captions
+// use "&" for access keys. Every event comes in through Gui::Dispatch.
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "model/RuntimeError.h"
+#include "platform/GridCells.h"
+
+namespace kalvrooms::Gui {
+
+using Twips = float;
+
+// Pointer shapes of the window system's standard set.
+inline constexpr std::int16_t DefaultPointer = 0;
+inline constexpr std::int16_t HourglassPointer = 11;
+
+// Key codes that forms ask for.
+inline constexpr int KeyEnter = 13;
+inline constexpr int KeyEscape = 27;
+inline constexpr int KeyF1 = 112;
+
+enum class MouseButton { Left = 1, Right = 2, Middle = 4 };
+enum class ScrollBars { None, Vertical, Both };
+
+class Control {
+  public:
+    virtual ~Control() = default;
+    // Caption of a label, button, frame or form; contents of a field.
+    virtual std::wstring Text() const = 0;
+    virtual void Text(const std::wstring& text) = 0;
+    virtual bool Enabled() const = 0;
+    virtual void Enabled(bool enabled) = 0;
+    virtual bool Visible() const = 0;
+    virtual void Visible(bool visible) = 0;
+    // Relative to the client area of the form (or of the desktop for a form).
+    virtual Twips Left() const = 0;
+    virtual void Left(Twips value) = 0;
+    virtual Twips Top() const = 0;
+    virtual void Top(Twips value) = 0;
+    virtual Twips Width() const = 0;
+    virtual void Width(Twips value) = 0;
+    virtual Twips Height() const = 0;
+    virtual void Height(Twips value) = 0;
+    virtual Colour ForeColour() const = 0;
+    virtual void ForeColour(Colour colour) = 0;
+    virtual Colour BackColour() const = 0;
+    virtual void BackColour(Colour colour) = 0;
+    virtual void SetFocus() = 0;
+};
+
+class Label : public virtual Control {};
+class Frame : public virtual Control {};
+
+class Button : public virtual Control {
+  public:
+    std::function<void()> Click;
+};
+
+class OptionButton : public virtual Control {
+  public:
+    virtual bool Value() const = 0;
+    // Setting true clears the other options of the group and runs Click, as a user's click would.
+    virtual void Value(bool value) = 0;
+    std::function<void()> Click;
+};
+
+class CheckBox : public virtual Control {
+  public:
+    virtual bool Value() const = 0;
+    virtual void Value(bool value) = 0;
+};
+
+class TextField : public virtual Control {
+  public:
+    virtual void Select(int start, int length) = 0;
+    std::function<void()> GotFocus;
+    std::function<void()> LostFocus;
+    // The character of a typed key; set to 0 it is swallowed. Not asked for pasted text.
+    std::function<void(std::int16_t& key)> KeyPress;
+};
+
+// A list that drops down. Its text may be one that is not in the list.
+class DropDown : public virtual Control {
+  public:
+    virtual void AddItem(const std::wstring& text) = 0;
+    virtual int ItemCount() const = 0;
+    virtual std::wstring Item(int index) const = 0; // from 0
+};
+
+// Tabs are numbered from 0; which controls stand on which tab is a matter of the layout.
+class TabStrip : public virtual Control {
+  public:
+    virtual int Tab() const = 0;
+    virtual void Tab(int index) = 0;
+    virtual std::wstring TabCaption(int index) const = 0;
+    virtual void TabCaption(int index, const std::wstring& caption) = 0;
+};
+
+// A read-only table: row 0 is the fixed header; the current cell is what commands act on.
+class Grid : public virtual Control {
+  public:
+    // Reading and filling; what was changed shows when Redraw is on.
+    GridCells& Cells() { return cells_; }
+    const GridCells& Cells() const { return cells_; }
+    // Off while the table is rebuilt; switching it on shows the new contents.
+    virtual void Redraw(bool on) = 0;
+    virtual Twips ColWidth(int column) const = 0;
+    // A column of width 0 is hidden and cannot be dragged open.
+    virtual void ColWidth(int column, Twips width) = 0;
+    virtual void Bars(ScrollBars bars) = 0;
+    // The current cell.
+    virtual int Row() const = 0;
+    virtual void Row(int row) = 0;
+    virtual int Col() const = 0;
+    virtual void Col(int column) = 0;
+    // Row and column under the mouse; row 0 for the header.
+    std::function<void(MouseButton button, int row, int column)> MouseUp;
+    std::function<void()> DoubleClick;
+
+  protected:
+    GridCells cells_;
+};
+
+class MenuItem {
+  public:
+    virtual ~MenuItem() = default;
+    virtual std::wstring Caption() const = 0;
+    virtual void Caption(const std::wstring& caption) = 0;
+    virtual MenuItem& AddItem(const std::wstring& name) = 0;
+    virtual void AddSeparator(const std::wstring& name) = 0;
+    std::function<void()> Click;
+};
+
+// A window. Controls are known by their own names; asking for a name with another kind than the
+// layout's is a programming error (std::logic_error).
+class Form : public virtual Control {
+  public:
+    virtual Gui::Label& LabelNamed(const std::wstring& name) = 0;
+    virtual Gui::Frame& FrameNamed(const std::wstring& name) = 0;
+    virtual Gui::Button& ButtonNamed(const std::wstring& name) = 0;
+    virtual Gui::OptionButton& OptionNamed(const std::wstring& name) = 0;
+    virtual Gui::CheckBox& CheckNamed(const std::wstring& name) = 0;
+    virtual Gui::TextField& FieldNamed(const std::wstring& name) = 0;
+    virtual Gui::DropDown& DropDownNamed(const std::wstring& name) = 0;
+    virtual Gui::TabStrip& TabsNamed(const std::wstring& name) = 0;
+    virtual Gui::Grid& GridNamed(const std::wstring& name) = 0;
+    // A menu of the menu bar; made when first asked for.
+    virtual MenuItem& Menu(const std::wstring& name) = 0;
+    // Opens a menu of the bar as context menu at the mouse.
+    virtual void PopupMenu(MenuItem& menu) = 0;
+
+    virtual void Show() = 0;
+    // Returns when the form was unloaded.
+    virtual void ShowModal() = 0;
+    // Closes the form as its close button does: OnUnload runs first.
+    virtual void Unload() = 0;
+
+    // The form sees key releases before its controls; a release counts only if the form saw its
+    // press too.
+    std::function<void(int key)> KeyUp;
+    std::function<void()> Resize;
+    // Asked before closing: false puts the closing off (a command is still under way).
+    std::function<bool()> MayUnload;
+    std::function<void()> OnUnload;
+};
+
+struct Message {
+    enum class Buttons { Ok, YesNo };
+    enum class Icon { None, Exclamation, Stop };
+    std::wstring Prompt;
+    std::wstring Title;
+    Buttons ButtonSet = Buttons::Ok;
+    Icon Symbol = Icon::None;
+};
+enum class Answer { Ok, Yes, No };
+
+struct FileDialog {
+    std::wstring FileName;  // in: proposed; out: chosen, full path
+    std::wstring FileTitle; // out: chosen name without folder
+    std::wstring Filter;    // description|pattern|description|pattern
+    int FilterIndex = 0;    // in and out, from 1; 0 takes the first
+    std::wstring DefaultExtension;
+    std::uint32_t Flags = 0; // OFN_ values of the common dialogs
+};
+
+class Gui {
+  public:
+    virtual ~Gui() = default;
+    // "frmMain", "frmRoom", ...; not shown yet. The form that is active owns a modal one.
+    virtual std::unique_ptr<Form> CreateForm(const std::wstring& name) = 0;
+    virtual Answer ShowMessage(const Message& message) = 0;
+    // Both raise DialogCancelled when the user gives up.
+    virtual void ShowOpen(FileDialog& dialog) = 0;
+    virtual void ShowSave(FileDialog& dialog) = 0;
+    // Opens without a preset colour; cancelled, it leaves the colour as it was.
+    virtual void ShowColour(Colour& colour) = 0;
+    // The application-wide mouse pointer.
+    virtual std::int16_t MousePointer() const = 0;
+    virtual void MousePointer(std::int16_t shape) = 0;
+    // Opens the help file at a context number; a missing file does nothing.
+    virtual void OpenHelp(Form& owner, const std::wstring& file, std::uint32_t context) = 0;
+    // Runs until no form is loaded any more.
+    virtual void Run() = 0;
+
+    // The one way in for every event: a runtime error that nobody trapped ends the event here, not
+    // the program.
+    void Dispatch(const std::function<void()>& event) noexcept;
+    // Shows such an error; without one it is dropped.
+    std::function<void(const RuntimeError&)> RuntimeErrorHandler;
+};
+
+} // namespace kalvrooms::Gui
