@@ -4,7 +4,7 @@
 
 namespace kalvrooms::Gui {
 
-void Gui::Dispatch(const std::function<void()>& event) noexcept {
+void Desktop::Dispatch(const std::function<void()>& event) noexcept {
     if (!event)
         return;
     const auto report = [this](const RuntimeError& error) noexcept {

@@ -3,7 +3,8 @@
 // per desktop realises it, and the headless one serves the tests.
 //
 // Lengths are twips (1/1440 inch) whatever the monitor's DPI, as single-precision numbers. Captions
-// use "&" for access keys. Every event comes in through Gui::Dispatch.
+// use "&" for access keys. Every event comes in through
+// Desktop::Dispatch.
 
 #include <cstdint>
 #include <functional>
@@ -142,15 +143,15 @@ class MenuItem {
 // layout's is a programming error (std::logic_error).
 class Form : public virtual Control {
   public:
-    virtual Gui::Label& LabelNamed(const std::wstring& name) = 0;
-    virtual Gui::Frame& FrameNamed(const std::wstring& name) = 0;
-    virtual Gui::Button& ButtonNamed(const std::wstring& name) = 0;
-    virtual Gui::OptionButton& OptionNamed(const std::wstring& name) = 0;
-    virtual Gui::CheckBox& CheckNamed(const std::wstring& name) = 0;
-    virtual Gui::TextField& FieldNamed(const std::wstring& name) = 0;
-    virtual Gui::DropDown& DropDownNamed(const std::wstring& name) = 0;
-    virtual Gui::TabStrip& TabsNamed(const std::wstring& name) = 0;
-    virtual Gui::Grid& GridNamed(const std::wstring& name) = 0;
+    virtual Label& LabelNamed(const std::wstring& name) = 0;
+    virtual Frame& FrameNamed(const std::wstring& name) = 0;
+    virtual Button& ButtonNamed(const std::wstring& name) = 0;
+    virtual OptionButton& OptionNamed(const std::wstring& name) = 0;
+    virtual CheckBox& CheckNamed(const std::wstring& name) = 0;
+    virtual TextField& FieldNamed(const std::wstring& name) = 0;
+    virtual DropDown& DropDownNamed(const std::wstring& name) = 0;
+    virtual TabStrip& TabsNamed(const std::wstring& name) = 0;
+    virtual Grid& GridNamed(const std::wstring& name) = 0;
     // A menu of the menu bar; made when first asked for.
     virtual MenuItem& Menu(const std::wstring& name) = 0;
     // Opens a menu of the bar as context menu at the mouse.
@@ -190,9 +191,9 @@ struct FileDialog {
     std::uint32_t Flags = 0; // OFN_ values of the common dialogs
 };
 
-class Gui {
+class Desktop {
   public:
-    virtual ~Gui() = default;
+    virtual ~Desktop() = default;
     // "frmMain", "frmRoom", ...; not shown yet. The form that is active owns a modal one.
     virtual std::unique_ptr<Form> CreateForm(const std::wstring& name) = 0;
     virtual Answer ShowMessage(const Message& message) = 0;

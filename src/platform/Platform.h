@@ -9,7 +9,7 @@
 namespace kalvrooms {
 
 namespace Gui {
-class Gui;
+class Desktop;
 }
 
 // 8-bit texts in the system's ANSI code page. A character that the code page lacks becomes "?".
@@ -65,7 +65,7 @@ class HostServer;
 class SpreadsheetServer;
 
 struct Platform {
-    Gui::Gui& gui;
+    Gui::Desktop& desktop;
     AnsiCodec& ansi;
     Registry& registry;
     ResourceLibraries& libraries;
