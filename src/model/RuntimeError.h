@@ -27,6 +27,7 @@ class RuntimeError : public std::exception {
         CannotCreateObject = 429,
         AutomationError = 440,
         KeyAlreadyInUse = 457,
+        ServerUnavailable = 462, // the automation server's process is gone
         DialogCancelled = 32755, // a common dialog that was asked to report its cancelling
     };
 

@@ -23,11 +23,18 @@ class clsFloor {
     void AddRooms(clsRoom& room, std::int32_t quantity);
 
   private:
+    // The key stays what the ID was on adding, whatever a holder of the room writes into it.
+    struct Entry {
+        std::int32_t key;
+        std::shared_ptr<clsRoom> room;
+    };
+
     void AddRoom(clsRoom& room);
     static void CopyRoom(const clsRoom& source, clsRoom& target);
+    std::vector<Entry>::const_iterator find(std::int32_t id) const;
 
-    // IDs only grow, so the order of adding is the order of the IDs.
-    std::vector<std::shared_ptr<clsRoom>> rooms_;
+    // Keys only grow, so the order of adding is the order of the keys.
+    std::vector<Entry> rooms_;
     std::int32_t nextID_ = 1;
 };
 

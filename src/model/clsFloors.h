@@ -31,6 +31,8 @@ class clsFloors {
   private:
     void AddFloor(clsRoom& room, std::int32_t quantity);
     clsFloor* findFloor(const std::wstring& storyCode) const;
+    void changeTotal(std::int32_t difference);
+    void forgetCursor();
 
     std::vector<std::shared_ptr<clsFloor>> floors_;
     std::unordered_map<std::wstring, std::size_t> floorByKey_;

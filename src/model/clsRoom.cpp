@@ -1,0 +1,165 @@
+#include "model/clsRoom.h"
+
+#include "model/NumberText.h"
+
+namespace kalvrooms {
+
+namespace {
+
+// Numbers of more digits are left alone when a series is counted on.
+constexpr std::size_t mostTrailingCharacters = 10;
+
+// Length of the number at the end of the name. It ends at the first length that is no number,
+// and any length beyond the limit says the same: too long.
+std::size_t trailingNumberLength(const std::wstring& name) {
+    const NumberLocale locale = UserLocale();
+    std::size_t length = 0;
+    while (length < name.size() && length <= mostTrailingCharacters &&
+           IsNumeric(name.substr(name.size() - length - 1), locale)) {
+        ++length;
+    }
+    return length;
+}
+
+} // namespace
+
+clsRoom::clsRoom() : Geometry(std::make_shared<clsGeometry>()) {
+    Geometry->SetTypeAndValue(CalculationByRatio, L" 1");
+    Geometry->Area(16.0);
+}
+
+void clsRoom::SetRoomID(const std::wstring& key) {
+    const std::size_t hyphen = key.find(L'-');
+    if (key.size() < 3 || hyphen == std::wstring::npos) {
+        componentID_ = -1;
+        fileID_.clear();
+        return;
+    }
+    componentID_ = ToLong(Trim(key.substr(0, hyphen)));
+    fileID_ = key.substr(hyphen + 1);
+}
+
+std::wstring clsRoom::GetRoomID() const {
+    if (componentID_ < 0 || Trim(fileID_).empty()) {
+        return {};
+    }
+    return FromLong(componentID_) + L"-" + fileID_;
+}
+
+std::wstring clsRoom::Name() const {
+    return name_;
+}
+
+void clsRoom::Name(const std::wstring& text) {
+    name_ = Trim(text);
+}
+
+void clsRoom::IncrementRoomNumber() {
+    if (name_.empty()) {
+        name_ = FromLong(AddLong(id_, 1));
+        return;
+    }
+    if (IsNumeric(name_)) {
+        if (name_.size() < 10) {
+            name_ = FromLong(AddLong(ToLong(name_), 1));
+        }
+        return;
+    }
+    const std::size_t length = trailingNumberLength(name_);
+    if (length > mostTrailingCharacters) {
+        return;
+    }
+    const std::size_t kept = name_.size() - length;
+    const std::int32_t next = length > 0 ? AddLong(ToLong(name_.substr(kept)), 1) : AddLong(id_, 1);
+    name_ = name_.substr(0, kept) + FromLong(next);
+}
+
+std::wstring clsRoom::FunctionName() const {
+    return functionName_;
+}
+
+void clsRoom::FunctionName(const std::wstring& text) {
+    functionName_ = Trim(text);
+}
+
+std::wstring clsRoom::StoryCode() const {
+    return storyCode_;
+}
+
+void clsRoom::StoryCode(const std::wstring& text) {
+    storyCode_ = Trim(text);
+}
+
+std::wstring clsRoom::Enclosure() const {
+    return enclosure_;
+}
+
+void clsRoom::Enclosure(const std::wstring& text) {
+    enclosure_ = Trim(text);
+}
+
+std::wstring clsRoom::Occupancy() const {
+    return occupancy_;
+}
+
+void clsRoom::Occupancy(const std::wstring& text) {
+    occupancy_ = Trim(text);
+}
+
+std::wstring clsRoom::AreaType() const {
+    return areaType_;
+}
+
+void clsRoom::AreaType(const std::wstring& text) {
+    areaType_ = Trim(text);
+}
+
+bool clsRoom::IsNew() const {
+    return isNew_;
+}
+
+void clsRoom::IsNew(bool value) {
+    isNew_ = value;
+}
+
+std::int32_t clsRoom::ID() const {
+    return id_;
+}
+
+void clsRoom::ID(std::int32_t value) {
+    id_ = value;
+}
+
+std::int32_t clsRoom::ComponentID() const {
+    return componentID_;
+}
+
+void clsRoom::ComponentID(std::int32_t value) {
+    componentID_ = value;
+}
+
+std::wstring clsRoom::FileID() const {
+    return fileID_;
+}
+
+void clsRoom::FileID(const std::wstring& text) {
+    fileID_ = Trim(text);
+}
+
+std::int32_t clsRoom::FileNumber() const {
+    return fileNumber_;
+}
+
+void clsRoom::FileNumber(std::int32_t value) {
+    fileNumber_ = value;
+}
+
+std::int32_t clsRoom::ProjectNumber() const {
+    return projectNumber_;
+}
+
+void clsRoom::ProjectNumber(std::int32_t value) {
+    projectNumber_ = value;
+}
+
+} // namespace kalvrooms
