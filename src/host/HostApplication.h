@@ -27,11 +27,19 @@ struct HostIdentity {
     std::wstring FileID;
 };
 
-// The texts of a room element.
-struct HostRoomTexts {
+// Identity and texts of a room element.
+struct HostRoomRecord {
+    HostIdentity Identity;
     std::wstring RoomName;
     std::wstring RoomFunction;
     std::wstring StoreyCode;
+};
+
+// One attribute of an element; the number is 0 where the value is none.
+struct HostAttributeValue {
+    std::wstring Name;
+    double Number = 0.0;
+    std::wstring Text;
 };
 
 class HostAttribute {
@@ -48,19 +56,17 @@ class HostAttributeList {
     virtual ~HostAttributeList() = default;
     virtual std::int32_t Count() = 0;
     virtual std::unique_ptr<HostAttribute> Item(std::int32_t index) = 0;
+    // All attributes in list order; one call where the host offers it.
+    virtual std::vector<HostAttributeValue> Values() = 0;
 };
 
 class HostRoomElement {
   public:
     virtual ~HostRoomElement() = default;
-    virtual std::int32_t ComponentID() = 0;
-    virtual std::int32_t FileNumber() = 0;
-    virtual std::wstring FileID() = 0;
-    virtual std::wstring RoomName() = 0;
+    // One call where the host offers it.
+    virtual HostRoomRecord Record() = 0;
     virtual void RoomName(const std::wstring& text) = 0;
-    virtual std::wstring RoomFunction() = 0;
     virtual void RoomFunction(const std::wstring& text) = 0;
-    virtual std::wstring StoreyCode() = 0;
     virtual void StoreyCode(const std::wstring& text) = 0;
     // The ground plan as the host delivers it: the last point repeats the first.
     virtual kalvrooms::Outline Outline() = 0;

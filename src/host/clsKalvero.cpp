@@ -1,0 +1,560 @@
+#include "host/clsKalvero.h"
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <unordered_map>
+
+#include "files/clsFileSytem.h"
+#include "model/NumberText.h"
+#include "model/RuntimeError.h"
+
+namespace kalvrooms {
+namespace {
+
+constexpr std::int32_t mostRooms = 150;
+constexpr std::size_t longestHostText = 32;
+constexpr const wchar_t* projectWithoutName = L"RaumProgramm";
+
+constexpr std::int32_t textTitle = 1;
+constexpr std::int32_t textEnclosure = 24;
+constexpr std::int32_t textNoKvdRooms = 70;
+constexpr std::int32_t textNoRooms = 71;
+constexpr std::int32_t textTooManyRooms = 72;
+constexpr std::int32_t textCloseKvdFiles = 76;
+constexpr std::int32_t textNameCut = 77;
+constexpr std::int32_t textStoryCodeCut = 78;
+constexpr std::int32_t textFunctionCut = 79;
+constexpr std::int32_t textEndMenuAction = 80;
+constexpr std::int32_t textOccupancy = 92;
+constexpr std::int32_t textAreaType = 93;
+
+// Runs a step whose failure leaves its result as it was; tells whether it went well.
+bool attempt(const std::function<void()>& step) {
+    try {
+        step();
+        return true;
+    } catch (const RuntimeError&) {
+        return false;
+    }
+}
+
+// A word at the very start of a host's description counts as absent.
+bool standsBehindStart(const std::wstring& description, const wchar_t* words) {
+    const std::size_t position = description.find(words);
+    return position != std::wstring::npos && position > 0;
+}
+
+// Identity of a room as it is compared with an element's; empty for a room that has none.
+std::wstring identityKey(std::int32_t componentID, const std::wstring& fileID) {
+    const std::wstring file = Trim(fileID);
+    if (componentID < 0 || file.empty())
+        return {};
+    return FromLong(componentID) + L"-" + file;
+}
+
+// Disables the main window while the drawing is written, whatever way the writing ends.
+class InputLock {
+  public:
+    explicit InputLock(ProgramContext& context) : context_(context) { context_.EnableInput(false); }
+    ~InputLock() { context_.EnableInput(true); }
+    InputLock(const InputLock&) = delete;
+    InputLock& operator=(const InputLock&) = delete;
+
+  private:
+    ProgramContext& context_;
+};
+
+// The operation's busy indicator, known to the bridge as long as the operation runs.
+class Busy {
+  public:
+    Busy(clsWait*& slot, Gui::Desktop& desktop) : wait_(desktop), slot_(slot) { slot_ = &wait_; }
+    ~Busy() { slot_ = nullptr; }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+    clsWait* operator->() { return &wait_; }
+
+  private:
+    clsWait wait_;
+    clsWait*& slot_;
+};
+
+} // namespace
+
+// The room elements of the drawing, read once per writing and only if a room asks for them.
+class clsKalvero::Elements {
+  public:
+    Elements(HostServer& server, HostDrawingService& service)
+        : server_(server), service_(service) {}
+
+    // The element with the room's identity, or null.
+    std::unique_ptr<HostRoomElement> find(const clsRoom& room) {
+        const std::wstring key = identityKey(room.ComponentID(), room.FileID());
+        if (key.empty())
+            return nullptr;
+        read();
+        const auto found = indexByIdentity_.find(key);
+        return found == indexByIdentity_.end() ? nullptr : list_->Item(found->second);
+    }
+
+  private:
+    void read() {
+        if (list_)
+            return;
+        const auto filter = server_.CreateRoomFilter();
+        filter->SelectRooms();
+        list_ = service_.GetElements(*filter);
+        std::int32_t index = 0;
+        for (const HostIdentity& identity : list_->Identities()) {
+            ++index;
+            const std::wstring key = identityKey(identity.ComponentID, identity.FileID);
+            if (!key.empty())
+                indexByIdentity_.emplace(key, index);
+        }
+    }
+
+    HostServer& server_;
+    HostDrawingService& service_;
+    std::unique_ptr<HostElementList> list_;
+    std::unordered_map<std::wstring, std::int32_t> indexByIdentity_;
+};
+
+// The host's names of the attributes that are read, as its catalogue gives them.
+struct clsKalvero::AttributeNames {
+    std::wstring area = L"Bodenfläche";
+    std::wstring enclosure = L"Umschließungsart";
+    std::wstring occupancy = L"Nutzen";
+    std::wstring areaType = L"Flächenart 277";
+
+    explicit AttributeNames(HostServer& server) {
+        std::unique_ptr<HostAttributeCatalogue> catalogue;
+        if (!attempt([&] { catalogue = server.CreateAttributeCatalogue(); }) || !catalogue)
+            return;
+        const auto ask = [&](std::int32_t number, std::wstring& name) {
+            attempt([&] {
+                std::wstring answer = catalogue->AttributeName(number);
+                if (!answer.empty())
+                    name = std::move(answer);
+            });
+        };
+        ask(293, area);
+        ask(231, enclosure);
+        ask(235, occupancy);
+        ask(232, areaType);
+    }
+};
+
+clsKalvero::clsKalvero(ProgramContext& context) : context_(context) {
+    attempt([this] { connect(); });
+}
+
+void clsKalvero::connect() {
+    application_ = context_.System().host.CreateHostApplication();
+}
+
+std::unique_ptr<HostDrawingService> clsKalvero::getDrawingService() {
+    if (application_) {
+        try {
+            return application_->GetDrawingService();
+        } catch (const RuntimeError& error) {
+            if (error.number() != RuntimeError::ServerUnavailable)
+                throw;
+            application_.reset();
+        }
+    }
+    connect();
+    if (!application_)
+        throw RuntimeError(RuntimeError::ObjectVariableNotSet);
+    return application_->GetDrawingService();
+}
+
+std::wstring clsKalvero::GetProjectName() {
+    const auto updateProjectInfo = [this] {
+        if (!application_)
+            connect();
+        application_->UpdateProjectInfo();
+    };
+    try {
+        updateProjectInfo();
+    } catch (const RuntimeError& error) {
+        // The host was ended; it may have been started again since.
+        if (error.number() == RuntimeError::ServerUnavailable) {
+            application_.reset();
+            attempt(updateProjectInfo);
+        }
+    }
+    std::wstring name;
+    if (application_) {
+        attempt([&] { name = Trim(application_->GetProject()->ProjectName()); });
+        attempt([&] { projectPath_ = application_->GetProject()->ProjectFolder(); });
+    }
+    return name.empty() ? projectWithoutName : name;
+}
+
+std::wstring clsKalvero::GetProjectPath() const {
+    return projectPath_;
+}
+
+bool clsKalvero::hostForbidsAccess() {
+    std::wstring description;
+    try {
+        auto fresh = context_.System().host.CreateHostApplication();
+        if (!application_)
+            application_ = std::move(fresh);
+    } catch (const RuntimeError& error) {
+        description = error.description();
+    }
+    if (standsBehindStart(description, L"interaction") &&
+        standsBehindStart(description, L"menue") && standsBehindStart(description, L"terminate")) {
+        showHostMessage(textEndMenuAction);
+        return true;
+    }
+    if (standsBehindStart(description, L"any Kvd or free plan")) {
+        showHostMessage(textCloseKvdFiles);
+        return true;
+    }
+    return false;
+}
+
+void clsKalvero::showHostMessage(std::int32_t textNumber) {
+    if (wait_)
+        wait_->BreakWait();
+    context_.System().desktop.ShowMessage(
+        {context_.GetText(textNumber), context_.GetText(textTitle)});
+    if (wait_)
+        wait_->ContinueWait();
+}
+
+// ------------------------------------------------------------------------------------- reading
+
+void clsKalvero::ImportFloorsFromKalvero(clsFloors& floors) {
+    HostServer& server = context_.System().host;
+    bool skipped = false;
+    {
+        Busy busy(wait_, context_.System().desktop);
+        busy->StartWait();
+        std::unique_ptr<HostDrawingService> service;
+        std::unique_ptr<HostRoomSelection> filter;
+        std::unique_ptr<HostElementList> elements;
+        std::int32_t projectNumber = 0;
+        attempt([&] { service = getDrawingService(); });
+        attempt([&] { filter = server.CreateRoomFilter(); });
+        attempt([&] {
+            if (application_)
+                projectNumber = application_->GetProject()->ProjectNumber();
+        });
+        attempt([&] {
+            if (filter)
+                filter->SelectRooms();
+        });
+        attempt([&] {
+            if (service && filter)
+                elements = service->GetElements(*filter);
+        });
+        if (!hostForbidsAccess()) {
+            const AttributeNames names(server);
+            std::int32_t count = 0;
+            attempt([&] {
+                if (elements)
+                    count = elements->Count();
+            });
+            for (std::int32_t index = 1; index <= count; ++index) {
+                std::unique_ptr<HostRoomElement> element;
+                HostRoomRecord record;
+                attempt([&] { element = elements->Item(index); });
+                attempt([&] {
+                    if (element)
+                        record = element->Record();
+                });
+                if (record.Identity.FileNumber <= 0) {
+                    skipped = true;
+                    continue;
+                }
+                clsRoom room;
+                room.ProjectNumber(projectNumber);
+                room.FileNumber(record.Identity.FileNumber);
+                room.ComponentID(record.Identity.ComponentID);
+                room.FileID(record.Identity.FileID);
+                room.FunctionName(record.RoomFunction);
+                room.StoryCode(record.StoreyCode);
+                room.Name(record.RoomName);
+                ReadRoomAttributes(*element, room, names);
+                const std::wstring path = projectPath_ + L"\\" +
+                                          FromLong(record.Identity.FileNumber) + L"-" +
+                                          FromLong(record.Identity.ComponentID) + L".txt";
+                attempt([&] { writePoints(path, element->Outline()); });
+                room.Geometry->SetTypeAndValue(CalculationByFile, path);
+                floors.AddRooms(room, 1);
+            }
+            context_.UpdateTable(true);
+        }
+    }
+    if (skipped)
+        context_.System().desktop.ShowMessage(
+            {context_.GetText(textNoKvdRooms), context_.GetText(textTitle)});
+}
+
+void clsKalvero::ReadRoomAttributes(HostRoomElement& element, clsRoom& room,
+                                    const AttributeNames& names) {
+    room.AreaType(L"");
+    room.Enclosure(L"");
+    room.Occupancy(L"");
+    room.Geometry->Area(0.0);
+    std::vector<HostAttributeValue> values;
+    attempt([&] {
+        if (const auto attributes = element.Attributes())
+            values = attributes->Values();
+    });
+    for (const HostAttributeValue& value : values) {
+        if (value.Name == names.area)
+            room.Geometry->Area(value.Number);
+        else if (value.Name == names.enclosure)
+            room.Enclosure(value.Text);
+        else if (value.Name == names.areaType)
+            room.AreaType(value.Text);
+        else if (value.Name == names.occupancy)
+            room.Occupancy(value.Text);
+    }
+}
+
+void clsKalvero::writePoints(const std::wstring& path, const Outline& outline) {
+    PointArray points;
+    for (const Point& point : outline)
+        points.Add(point.x, point.y);
+    clsFileSytem(context_).WritePointsToGeometryFile(path, points);
+}
+
+// ------------------------------------------------------------------------------------- writing
+
+void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithModify,
+                                       bool blnRoomsAsBlock, double dblDxOfRooms,
+                                       double dblDyOfRooms, std::int32_t& lngNoWithKoNew,
+                                       std::int32_t& lngNoWithKoOld, std::int32_t& lngNoWithoutKo) {
+    modificationList_.clear();
+    Gui::Desktop& desktop = context_.System().desktop;
+    const std::int32_t countOfRooms = qtoFloors.GetCountOfRooms();
+    if (countOfRooms == 0) {
+        desktop.ShowMessage({context_.GetText(textNoRooms), context_.GetText(textTitle)});
+        return;
+    }
+    if (countOfRooms > mostRooms) {
+        desktop.ShowMessage({context_.GetText(textTooManyRooms), context_.GetText(textTitle),
+                             Gui::Message::Buttons::Ok, Gui::Message::Icon::Stop});
+        return;
+    }
+
+    Busy busy(wait_, desktop);
+    std::unique_ptr<HostDrawingService> service;
+    attempt([&] { service = getDrawingService(); });
+    if (hostForbidsAccess())
+        return;
+    busy->StartWait();
+    const InputLock lock(context_);
+    // A host that was ended in the meantime is reached by the connection that the check has made.
+    if (!service)
+        service = getDrawingService();
+
+    std::int32_t roomsToLayOut = 0;
+    std::int32_t sumOfSides = 0;
+    writeRoomsWithCoordinates(*service, qtoFloors, countOfRooms, blnWithModify, roomsToLayOut,
+                              sumOfSides, lngNoWithKoNew, lngNoWithKoOld);
+    service->ApplyChanges();
+    writeRoomsWithoutCoordinates(*service, qtoFloors, countOfRooms, blnRoomsAsBlock, dblDxOfRooms,
+                                 dblDyOfRooms, roomsToLayOut, sumOfSides, lngNoWithoutKo);
+    service->ApplyChanges();
+    modificationList_.clear();
+}
+
+void clsKalvero::writeRoomsWithCoordinates(HostDrawingService& service, const clsFloors& floors,
+                                           std::int32_t countOfRooms, bool withModify,
+                                           std::int32_t& roomsToLayOut, std::int32_t& sumOfSides,
+                                           std::int32_t& newRooms, std::int32_t& updatedRooms) {
+    double distanceX, distanceY;
+    bool block, noReport;
+    std::int32_t colorOld, colorNew;
+    context_.GetPlace(distanceX, distanceY, block, colorOld, colorNew, noReport);
+
+    Elements drawing(context_.System().host, service);
+    const auto changed = service.CreateElementList();
+    const auto added = service.CreateElementList();
+    const auto layOut = [&](double side) {
+        sumOfSides = RoundToLong(sumOfSides + side);
+        ++roomsToLayOut;
+    };
+    std::int32_t changedCount = 0;
+    std::int32_t addedCount = 0;
+    for (std::int32_t index = 1; index <= countOfRooms; ++index) {
+        clsRoom room;
+        floors.GetRoomByIndex(index, room);
+        const double side = room.Geometry->dx();
+        if (side != 0.0) {
+            layOut(side);
+            continue;
+        }
+        PointArray points;
+        const bool hasPoints =
+            clsFileSytem(context_).ReadPointsFromGeometryFile(room.Geometry->FileName(), points) &&
+            points.Count() > 0;
+        Outline outline;
+        if (hasPoints)
+            for (std::int32_t i = 0; i < points.Count(); ++i)
+                outline.push_back({points.X(i), points.Y(i)});
+
+        if (const auto element = drawing.find(room)) {
+            if (!withModify)
+                continue;
+            fillElement(room, *element, colorOld);
+            if (hasPoints)
+                element->Outline(outline);
+            changed->Add(*element);
+            ++changedCount;
+        } else if (hasPoints) {
+            const auto created = service.CreateRoomElement();
+            fillElement(room, *created, colorOld);
+            created->Outline(outline);
+            added->Add(*created);
+            ++addedCount;
+        } else {
+            modificationList_.push_back(FromLong(room.ID()));
+            double dx = 0.0;
+            double dy = 0.0;
+            room.Geometry->Default(true);
+            room.Geometry->getDefaultValues(dx, dy);
+            layOut(dx);
+        }
+    }
+    if (changedCount > 0)
+        service.ChangeElements(*changed);
+    if (addedCount > 0)
+        service.AddElements(*added);
+    updatedRooms = changedCount;
+    newRooms = addedCount;
+}
+
+void clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& service, const clsFloors& floors,
+                                              std::int32_t countOfRooms, bool asBlock,
+                                              double distanceX, double distanceY,
+                                              std::int32_t roomsToLayOut, std::int32_t sumOfSides,
+                                              std::int32_t& setDown) {
+    double unusedX, unusedY;
+    bool unusedBlock, noReport;
+    std::int32_t colorOld, colorNew;
+    context_.GetPlace(unusedX, unusedY, unusedBlock, colorOld, colorNew, noReport);
+
+    // Half of one row that would hold all rooms: the block comes out as two rows of about equal
+    // length.
+    const double limit = (roomsToLayOut - 1) / 2.0 * distanceX + sumOfSides / 2.0;
+    double x = 0.0;
+    double rowStart = distanceY / 2.0;
+    bool firstRow = true;
+    std::int32_t placed = 0;
+    std::unique_ptr<HostElementList> block;
+
+    const auto create = [&](const clsRoom& room, double left, double bottom, double a, double b) {
+        auto element = service.CreateRoomElement();
+        fillElement(room, *element, colorNew);
+        element->Outline(
+            {{left, bottom}, {left + a, bottom}, {left + a, bottom + b}, {left, bottom + b}});
+        return element;
+    };
+    const auto place = [&](HostElementList& elements) {
+        // The user works in the drawing now: the pointer must not say that he has to wait.
+        wait_->BreakWait();
+        try {
+            service.PlaceElements(elements, PlaceAtCrossHair);
+        } catch (...) {
+            wait_->ContinueWait();
+            throw;
+        }
+        wait_->ContinueWait();
+    };
+
+    for (std::int32_t index = 1; index <= countOfRooms; ++index) {
+        clsRoom room;
+        floors.GetRoomByIndex(index, room);
+        double a = 0.0;
+        double b = 0.0;
+        room.Geometry->Default(isInModificationList(room));
+        room.Geometry->getDefaultValues(a, b);
+        if (a <= 0.0 || b <= 0.0)
+            continue;
+        if (!asBlock) {
+            const auto element = create(room, 0.0, 0.0, a, b);
+            ++placed;
+            const auto single = service.CreateElementList();
+            single->Add(*element);
+            place(*single);
+            continue;
+        }
+        if (firstRow && x + distanceX > limit) {
+            x = 0.0;
+            rowStart = -distanceY / 2.0;
+            firstRow = false;
+        }
+        if (!block)
+            block = service.CreateElementList();
+        block->Add(*create(room, x, firstRow ? rowStart : rowStart - b, a, b));
+        x += a + distanceX;
+    }
+    if (block) {
+        placed = block->Count();
+        place(*block);
+    }
+    setDown = placed;
+}
+
+void clsKalvero::fillElement(const clsRoom& room, HostRoomElement& element, std::int32_t colour) {
+    std::unique_ptr<HostAttributeList> attributes;
+    attempt([&] { attributes = element.Attributes(); });
+    AddRoomToModificationList(room, element, attributes.get());
+    element.Colour(colour);
+}
+
+void clsKalvero::AddRoomToModificationList(const clsRoom& room, HostRoomElement& element,
+                                           HostAttributeList* attributes) {
+    element.RoomName(cutForHost(room.Name(), textNameCut, warnOfName_));
+    element.StoreyCode(cutForHost(room.StoryCode(), textStoryCodeCut, warnOfStoryCode_));
+    element.RoomFunction(cutForHost(room.FunctionName(), textFunctionCut, warnOfFunction_));
+    if (!attributes)
+        return;
+    std::vector<HostAttributeValue> values;
+    attempt([&] { values = attributes->Values(); });
+    std::int32_t index = 0;
+    for (const HostAttributeValue& value : values) {
+        ++index;
+        attempt([&] {
+            SetAttributeIfNamed(*attributes, index, value.Name,
+                                {{context_.GetText(textEnclosure), room.Enclosure()},
+                                 {context_.GetText(textOccupancy), room.Occupancy()},
+                                 {context_.GetText(textAreaType), room.AreaType()}});
+        });
+    }
+}
+
+void clsKalvero::SetAttributeIfNamed(HostAttributeList& attributes, std::int32_t index,
+                                     const std::wstring& name, const NamedTexts& texts) {
+    for (const auto& [wanted, text] : texts) {
+        if (name == wanted) {
+            attributes.Item(index)->TextValue(text);
+            return;
+        }
+    }
+}
+
+std::wstring clsKalvero::cutForHost(const std::wstring& text, std::int32_t warning, bool& warn) {
+    if (text.size() <= longestHostText)
+        return text;
+    if (warn) {
+        showHostMessage(warning);
+        warn = false;
+    }
+    return text.substr(0, longestHostText);
+}
+
+bool clsKalvero::isInModificationList(const clsRoom& room) const {
+    const std::wstring id = FromLong(room.ID());
+    return std::find(modificationList_.begin(), modificationList_.end(), id) !=
+           modificationList_.end();
+}
+
+} // namespace kalvrooms

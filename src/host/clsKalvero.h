@@ -1,0 +1,87 @@
+#pragma once
+// The bridge to the host CAD application: the only class that talks to it. Reads the rooms of the
+// drawing into a room list and writes a room list into the drawing.
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/ProgramContext.h"
+#include "app/clsWait.h"
+#include "host/HostApplication.h"
+#include "model/clsFloors.h"
+
+namespace kalvrooms {
+
+class clsKalvero {
+  public:
+    // Connects to the host; a connection that fails is tried again when it is needed.
+    explicit clsKalvero(ProgramContext& context);
+
+    // The project's name, "RaumProgramm" when the host gives none. Host errors are ignored.
+    std::wstring GetProjectName();
+    // The project's folder as of the last GetProjectName; empty before.
+    std::wstring GetProjectPath() const;
+
+    // Adds the rooms of the drawing to the list and stores their outlines as point files in the
+    // project folder. Host errors are ignored room by room.
+    void ImportFloorsFromKalvero(clsFloors& floors);
+
+    // Writes the list into the drawing. Distances in metres; blnRoomsAsBlock: as a block of two
+    // rows, else singly. The counts are those of new rooms at their known position, of rooms
+    // updated, and of rooms set down. Errors of the host go to the caller after the main window
+    // accepts input again; the list is not changed.
+    void ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithModify, bool blnRoomsAsBlock,
+                               double dblDxOfRooms, double dblDyOfRooms,
+                               std::int32_t& lngNoWithKoNew, std::int32_t& lngNoWithKoOld,
+                               std::int32_t& lngNoWithoutKo);
+
+    // Writes the room's texts (cut at 32 characters, with one warning per kind and run) and
+    // attributes into an element that is being created or changed.
+    void AddRoomToModificationList(const clsRoom& room, HostRoomElement& element,
+                                   HostAttributeList* attributes);
+
+  private:
+    class Elements;
+    struct AttributeNames;
+
+    void connect();
+    std::unique_ptr<HostDrawingService> getDrawingService();
+    bool hostForbidsAccess();
+    void showHostMessage(std::int32_t textNumber);
+    void readProject();
+
+    void ReadRoomAttributes(HostRoomElement& element, clsRoom& room, const AttributeNames& names);
+    void writePoints(const std::wstring& path, const Outline& outline);
+
+    void writeRoomsWithCoordinates(HostDrawingService& service, const clsFloors& floors,
+                                   std::int32_t countOfRooms, bool withModify,
+                                   std::int32_t& roomsToLayOut, std::int32_t& sumOfSides,
+                                   std::int32_t& newRooms, std::int32_t& updatedRooms);
+    void writeRoomsWithoutCoordinates(HostDrawingService& service, const clsFloors& floors,
+                                      std::int32_t countOfRooms, bool asBlock, double distanceX,
+                                      double distanceY, std::int32_t roomsToLayOut,
+                                      std::int32_t sumOfSides, std::int32_t& setDown);
+    void fillElement(const clsRoom& room, HostRoomElement& element, std::int32_t colour);
+    bool isInModificationList(const clsRoom& room) const;
+    std::wstring cutForHost(const std::wstring& text, std::int32_t warning, bool& warn);
+    // The first pair whose name is the attribute's gives its text; else it is left alone.
+    using NamedTexts = std::array<std::pair<std::wstring, std::wstring>, 3>;
+    static void SetAttributeIfNamed(HostAttributeList& attributes, std::int32_t index,
+                                    const std::wstring& name, const NamedTexts& texts);
+
+    ProgramContext& context_;
+    std::unique_ptr<HostApplication> application_;
+    std::wstring projectPath_;
+    bool warnOfName_ = true;
+    bool warnOfStoryCode_ = true;
+    bool warnOfFunction_ = true;
+    std::vector<std::wstring> modificationList_;
+    // The busy indicator of the operation under way.
+    clsWait* wait_ = nullptr;
+};
+
+} // namespace kalvrooms

@@ -1,0 +1,587 @@
+#include "ui/frmMain.h"
+
+#include <exception>
+#include <utility>
+
+#include "app/clsRegistry.h"
+#include "files/clsFileSytem.h"
+#include "model/NumberText.h"
+#include "model/RuntimeError.h"
+#include "ui/frmPlace.h"
+#include "ui/frmReport.h"
+#include "ui/frmRoom.h"
+
+namespace kalvrooms {
+namespace {
+
+constexpr std::int32_t textTitle = 1;
+constexpr std::int32_t textSaveChanges = 66;
+constexpr std::int32_t textRoomLimit = 67;
+constexpr std::int32_t textRoomLimitRest = 68;
+constexpr std::uint32_t helpContext = 20;
+
+// The host answers with this name when its project has none.
+constexpr const wchar_t* projectWithoutName = L"RaumProgramm";
+
+constexpr std::int32_t roomLimit = 150;
+
+// The room table. The geometry and the identifier are kept in hidden columns.
+constexpr int columnCount = 11;
+constexpr int storyColumn = 3;
+constexpr int visibleColumns = 7;
+constexpr int geometryColumn = 7;
+constexpr int idColumn = 8;
+constexpr int filledColumns = 9;
+constexpr int leastRows = 100; // header included
+constexpr std::int32_t headerTexts[] = {20, 21, 22, 23, 24, 25, 26, 30};
+
+// Twips: the widths of the visible columns and of the table at its smallest.
+constexpr Gui::Twips columnWidths[visibleColumns] = {1500, 2400, 1000, 1000, 1400, 1000, 1000};
+constexpr Gui::Twips smallestTable = 9600;
+// Twips: room for frame, caption and menu bar around the table.
+constexpr Gui::Twips besideTable = 135;
+constexpr Gui::Twips aboveTable = 825;
+
+constexpr const wchar_t* fileFilter =
+    L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls";
+constexpr std::uint32_t openFlags = 0x3004; // create prompt, file must exist, hide read-only box
+constexpr std::uint32_t saveFlags = 6;      // overwrite prompt, hide read-only box
+
+bool isPattern(const std::wstring& fileName) {
+    return fileName.ends_with(L"*.xls") || fileName.ends_with(L"*.txt");
+}
+
+} // namespace
+
+struct frmMain::ChosenFile {
+    std::wstring name;
+    std::wstring title;
+    int kind = 0;
+};
+
+frmMain::frmMain(Platform& platform) : platform_(platform), desktop_(platform.desktop) {
+    desktop_.RuntimeErrorHandler = [this](const RuntimeError& error) {
+        desktop_.ShowMessage(
+            {L"Laufzeitfehler " + std::to_wstring(error.number()) + L":\r" + error.description(),
+             text_ ? GetText(textTitle) : std::wstring(L"Quartino")});
+    };
+}
+
+frmMain::~frmMain() {
+    desktop_.RuntimeErrorHandler = nullptr;
+}
+
+void frmMain::Show() {
+    form_ = desktop_.CreateForm(L"frmMain");
+    grdRooms_ = &form_->GridNamed(L"grdRooms");
+    form_->Resize = [this] { onResize(); };
+    form_->KeyUp = [this](int key) {
+        if (key == Gui::KeyF1)
+            desktop_.OpenHelp(*form_, helpFile_, helpContext);
+    };
+    form_->MayUnload = [this] {
+        closeWhenDone_ = commandUnderWay_;
+        return !commandUnderWay_;
+    };
+    form_->OnUnload = [this] { unload(); };
+    grdRooms_->MouseUp = [this](Gui::MouseButton button, int row, int column) {
+        onTableMouseUp(button, row, column);
+    };
+    grdRooms_->DoubleClick = [this] { onTableDoubleClick(); };
+    desktop_.Dispatch([this] { load(); });
+    form_->Show();
+}
+
+// ------------------------------------------------------------------------- load and unload
+
+void frmMain::load() {
+    floors_ = std::make_shared<clsFloors>();
+    addTemplate_ = std::make_shared<clsRoom>();
+    currentRoom_ = addTemplate_;
+    kalvero_ = std::make_unique<clsKalvero>(*this);
+    form_->Text(GetText(textTitle));
+    buildMenus();
+    grdRooms_->Cells().Resize(leastRows, columnCount);
+    grdRooms_->Cells().Clear();
+    initTable();
+    placement_ = Placement();
+    readProjectName();
+    grdRooms_->Col(0);
+    grdRooms_->Row(1);
+    fileKind_ = spreadsheetFileKind;
+    setDefaultFileName();
+    onResize();
+    grdRooms_->Redraw(true);
+    LoadWindowSettings();
+}
+
+void frmMain::buildMenus() {
+    const auto item = [this](Gui::MenuItem& menu, const wchar_t* name, std::int32_t text,
+                             void (frmMain::*run)()) {
+        Gui::MenuItem& entry = menu.AddItem(name);
+        entry.Caption(GetText(text));
+        entry.Click = [this, run] { command([this, run] { (this->*run)(); }); };
+    };
+    Gui::MenuItem& mnuFile = form_->Menu(L"mnuFile");
+    mnuFile.Caption(GetText(4));
+    item(mnuFile, L"mnuNew", 5, &frmMain::newList);
+    item(mnuFile, L"mnuOpen", 6, &frmMain::openList);
+    item(mnuFile, L"mnuSave", 7, &frmMain::saveList);
+    item(mnuFile, L"mnuSaveAS", 8, &frmMain::saveListAs);
+    mnuFile.AddSeparator(L"mnuSep1");
+    item(mnuFile, L"mnuImport", 9, &frmMain::importRooms);
+    item(mnuFile, L"mnuExport", 10, &frmMain::exportRooms);
+    mnuFile.AddSeparator(L"mnusep2");
+    Gui::MenuItem& mnuEnd = mnuFile.AddItem(L"mnuEnd");
+    mnuEnd.Caption(GetText(11));
+    mnuEnd.Click = [this] { form_->Unload(); };
+
+    mnuRecord_ = &form_->Menu(L"mnuRecord");
+    mnuRecord_->Caption(GetText(12));
+    item(*mnuRecord_, L"mnuAddRoom", 13, &frmMain::addRoom);
+    item(*mnuRecord_, L"mnuModifyRoom", 14, &frmMain::modifyRoom);
+    mnuRecord_->AddSeparator(L"mnusep3");
+    item(*mnuRecord_, L"mnuDeleteRoom", 15, &frmMain::deleteRoom);
+    mnuRecord_->AddSeparator(L"mnusep4");
+    const auto sorting = [this](const wchar_t* name, std::int32_t text, Gui::SortOrder order) {
+        Gui::MenuItem& entry = mnuRecord_->AddItem(name);
+        entry.Caption(GetText(text));
+        entry.Click = [this, order] { command([this, order] { sortTable(order); }); };
+    };
+    sorting(L"mnuSortAscending", 16, Gui::SortOrder::Ascending);
+    sorting(L"mnuSortDescending", 17, Gui::SortOrder::Descending);
+
+    Gui::MenuItem& mnuExtras = form_->Menu(L"mnuExtras");
+    mnuExtras.Caption(GetText(18));
+    item(mnuExtras, L"mnuPlace", 19, &frmMain::showOptions);
+}
+
+void frmMain::unload() {
+    if (hasUnsavedRooms()) {
+        try {
+            SaveChangesPrompt();
+        } catch (const RuntimeError& error) {
+            // Unloading is never called off; giving up the file dialog means not saving.
+            if (error.number() != RuntimeError::DialogCancelled)
+                desktop_.RuntimeErrorHandler(error);
+        }
+    }
+    SaveWindowSettings();
+}
+
+void frmMain::LoadWindowSettings() {
+    try {
+        bool noReport = false;
+        std::int32_t left = 0, top = 0, height = 0, width = 0, colorNew = 0, colorOld = 0;
+        clsRegistry(platform_.registry)
+            .GetSettings(regKey_, noReport, left, top, height, width, colorNew, colorOld);
+        if (height < 1 || width < 1)
+            return;
+        noReport_ = noReport;
+        form_->Left(static_cast<Gui::Twips>(left));
+        form_->Top(static_cast<Gui::Twips>(top));
+        form_->Width(static_cast<Gui::Twips>(width));
+        form_->Height(static_cast<Gui::Twips>(height));
+        placement_.colorOld = colorOld;
+        placement_.colorNew = colorNew;
+    } catch (const RuntimeError&) {
+        // Settings are a convenience; starting goes on without them.
+    }
+}
+
+void frmMain::SaveWindowSettings() {
+    try {
+        clsRegistry(platform_.registry)
+            .SetSettings(regKey_, noReport_, RoundToLong(form_->Left()), RoundToLong(form_->Top()),
+                         RoundToLong(form_->Height()), RoundToLong(form_->Width()),
+                         placement_.colorNew, placement_.colorOld);
+    } catch (const RuntimeError&) {
+        // Nobody could do anything about it while the program ends.
+    }
+}
+
+// ------------------------------------------------------------------------- public operations
+
+void frmMain::SetRegKey(const std::wstring& path) {
+    regKey_ = path;
+}
+
+void frmMain::SetLang(const std::wstring& code) {
+    text_ = std::make_unique<clsText>(platform_.libraries, platform_.environment);
+    text_->SetLanguage(code);
+}
+
+std::wstring frmMain::GetText(std::int32_t number) const {
+    return text_->GetText(number);
+}
+
+std::wstring frmMain::GetTextWithoutDot(std::int32_t number) const {
+    return text_->GetTextWithoutDot(number);
+}
+
+void frmMain::GetReport(std::int32_t& colorOld, std::int32_t& colorNew, std::int32_t& updated,
+                        std::int32_t& newAtPosition, std::int32_t& setDown, bool& noReport) const {
+    colorOld = placement_.colorOld;
+    colorNew = placement_.colorNew;
+    updated = report_.updated;
+    newAtPosition = report_.newAtPosition;
+    setDown = report_.setDown;
+    noReport = noReport_;
+}
+
+void frmMain::SetWithoutReport() {
+    noReport_ = true;
+}
+
+void frmMain::SetWithReport() {
+    noReport_ = false;
+}
+
+void frmMain::GetPlace(double& distanceX, double& distanceY, bool& block, std::int32_t& colorOld,
+                       std::int32_t& colorNew, bool& noReport) const {
+    distanceX = placement_.distanceX;
+    distanceY = placement_.distanceY;
+    block = placement_.block;
+    colorOld = placement_.colorOld;
+    colorNew = placement_.colorNew;
+    noReport = noReport_;
+}
+
+void frmMain::SetPlace(double distanceX, double distanceY, bool block, std::int32_t colorOld,
+                       std::int32_t colorNew) {
+    placement_ = {distanceX, distanceY, block, colorOld, colorNew};
+}
+
+void frmMain::WriteListToFile() {
+    clsFileSytem(*this).WriteListToFile(fileName_, *floors_);
+}
+
+void frmMain::ReadListFromFile() {
+    clsFileSytem(*this).ReadListFromFile(fileName_, *floors_);
+}
+
+std::shared_ptr<clsRoom> frmMain::GetCurrentRoom() const {
+    return currentRoom_;
+}
+
+void frmMain::AddCurrentRoomsToListOfFloors(std::int32_t quantity) {
+    floors_->AddRooms(*currentRoom_, quantity);
+    UpdateTable(false);
+}
+
+void frmMain::EnableInput(bool enabled) {
+    form_->Enabled(enabled);
+}
+
+std::wstring frmMain::HelpFile() const {
+    return helpFile_;
+}
+
+void frmMain::HelpFile(const std::wstring& path) {
+    helpFile_ = path;
+}
+
+Platform& frmMain::System() const {
+    return platform_;
+}
+
+// ------------------------------------------------------------------------- file commands
+
+void frmMain::command(const std::function<void()>& body) {
+    // A call to the host or the spreadsheet pumps messages; a second command that comes in
+    // meanwhile would work on a list that the first one is in the middle of.
+    if (commandUnderWay_)
+        return;
+    commandUnderWay_ = true;
+    std::exception_ptr failure;
+    try {
+        body();
+    } catch (const RuntimeError& error) {
+        if (error.number() != RuntimeError::DialogCancelled)
+            failure = std::current_exception();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    commandUnderWay_ = false;
+    if (std::exchange(closeWhenDone_, false))
+        form_->Unload();
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+frmMain::ChosenFile frmMain::askForFile(bool save) {
+    Gui::FileDialog dialog;
+    dialog.FileName = fileName_;
+    dialog.Filter = fileFilter;
+    dialog.FilterIndex = fileKind_;
+    dialog.DefaultExtension = L"xls";
+    dialog.Flags = save ? saveFlags : openFlags;
+    if (save)
+        desktop_.ShowSave(dialog);
+    else
+        desktop_.ShowOpen(dialog);
+    return {dialog.FileName, dialog.FileTitle, dialog.FilterIndex};
+}
+
+void frmMain::useFile(const ChosenFile& file) {
+    fileName_ = file.name;
+    fileTitle_ = file.title;
+    form_->Text(GetText(textTitle) + L" - " + fileTitle_);
+}
+
+void frmMain::openList() {
+    const ChosenFile file = askForFile(false);
+    if (file.name.empty()) {
+        setDefaultFileName();
+        return;
+    }
+    // The old list may be saved under a name of its own on the way; only then is it the new file's
+    // turn.
+    clearList();
+    useFile(file);
+    ReadListFromFile();
+    UpdateTable(true);
+    fileKind_ = file.kind;
+    dirty_ = false;
+}
+
+void frmMain::saveList() {
+    if (isPattern(fileName_)) {
+        saveListAs();
+        return;
+    }
+    WriteListToFile();
+    dirty_ = false;
+}
+
+void frmMain::saveListAs() {
+    const ChosenFile file = askForFile(true);
+    if (file.name.empty())
+        return;
+    useFile(file);
+    WriteListToFile();
+    fileKind_ = file.kind;
+    dirty_ = false;
+}
+
+void frmMain::clearList() {
+    if (hasUnsavedRooms())
+        SaveChangesPrompt();
+    floors_ = std::make_shared<clsFloors>();
+    UpdateTable(false);
+}
+
+void frmMain::newList() {
+    clearList();
+    readProjectName();
+    setDefaultFileName();
+    dirty_ = false;
+}
+
+bool frmMain::hasUnsavedRooms() const {
+    return roomCount_ != 0 && dirty_;
+}
+
+void frmMain::SaveChangesPrompt() {
+    if (desktop_.ShowMessage({GetText(textSaveChanges), GetText(textTitle),
+                              Gui::Message::Buttons::YesNo}) == Gui::Answer::Yes)
+        saveListAs();
+}
+
+void frmMain::readProjectName() {
+    projectName_ = Trim(kalvero_->GetProjectName());
+    if (!projectName_.empty() && projectName_ != projectWithoutName)
+        form_->Text(GetText(textTitle) + L" - " + projectName_);
+    else
+        form_->Text(GetText(textTitle));
+}
+
+void frmMain::setDefaultFileName() {
+    fileName_ = kalvero_->GetProjectPath() + L"\\*" +
+                (fileKind_ == spreadsheetFileKind ? L".xls" : L".txt");
+}
+
+// ------------------------------------------------------------------------- drawing commands
+
+void frmMain::importRooms() {
+    newList();
+    dirty_ = true;
+    kalvero_->ImportFloorsFromKalvero(*floors_);
+    UpdateTable(false);
+}
+
+void frmMain::exportRooms() {
+    report_ = ReportCounts();
+    kalvero_->ExportFloorsToKalvero(*floors_, true, placement_.block, placement_.distanceX,
+                                    placement_.distanceY, report_.newAtPosition, report_.updated,
+                                    report_.setDown);
+    if (report_.updated + report_.newAtPosition + report_.setDown > 0 && !noReport_)
+        frmReport(*this).ShowModal();
+}
+
+// ------------------------------------------------------------------------- room commands
+
+void frmMain::showRoomDialog(bool isNew) {
+    currentRoom_->IsNew(isNew);
+    frmRoom(*this).ShowModal();
+    dirty_ = true;
+}
+
+void frmMain::addRoom() {
+    currentRoom_ = addTemplate_;
+    showRoomDialog(true);
+    if (floors_->GetCountOfRooms() > roomLimit)
+        showRoomLimitWarning();
+}
+
+void frmMain::modifyRoom() {
+    std::wstring storyCode;
+    std::int32_t id = 0;
+    std::shared_ptr<clsRoom> room;
+    if (selectedRoom(storyCode, id))
+        floors_->GetRoomByID(storyCode, id, room);
+    const bool isNew = room == nullptr;
+    currentRoom_ = isNew ? addTemplate_ : room;
+    showRoomDialog(isNew);
+}
+
+void frmMain::deleteRoom() {
+    std::wstring storyCode;
+    std::int32_t id = 0;
+    selectedRoom(storyCode, id);
+    floors_->DeleteRoom(storyCode, id);
+    UpdateTable(false);
+    dirty_ = true;
+}
+
+bool frmMain::selectedRoom(std::wstring& storyCode, std::int32_t& id) const {
+    const int row = grdRooms_->Row();
+    const Gui::GridCells& cells = std::as_const(*grdRooms_).Cells();
+    if (row < 1 || row >= cells.Rows() || cells.Text(row, storyColumn).empty())
+        return false;
+    storyCode = cells.Text(row, storyColumn);
+    id = ToLong(cells.Text(row, idColumn));
+    return true;
+}
+
+void frmMain::showOptions() {
+    frmPlace(*this).ShowModal();
+    UpdateTable(false);
+}
+
+void frmMain::showRoomLimitWarning() {
+    desktop_.ShowMessage({GetText(textRoomLimit) + L"\r" + GetText(textRoomLimitRest),
+                          GetText(textTitle), Gui::Message::Buttons::Ok,
+                          Gui::Message::Icon::Exclamation});
+}
+
+// ------------------------------------------------------------------------- the room table
+
+void frmMain::initTable() {
+    Gui::GridCells& cells = grdRooms_->Cells();
+    cells.Resize(cells.Rows(), columnCount);
+    grdRooms_->Row(0);
+    for (int column = 0; column < visibleColumns; ++column)
+        cells.CellAlignment(0, column, Gui::Alignment::Centre);
+    for (int column = 0; column <= geometryColumn; ++column)
+        cells.Text(0, column, GetText(headerTexts[column]));
+    cells.Text(0, idColumn, L"ID");
+}
+
+void frmMain::UpdateTable(bool warn) {
+    Gui::GridCells& cells = grdRooms_->Cells();
+    grdRooms_->Redraw(false);
+    cells.Clear();
+    roomCount_ = floors_->GetCountOfRooms();
+    cells.Resize(roomCount_ >= leastRows ? roomCount_ + 1 : leastRows, columnCount);
+    if (roomCount_ > roomLimit && warn)
+        showRoomLimitWarning();
+    initTable();
+    const NumberLocale locale = UserLocale();
+    for (std::int32_t row = 1; row <= roomCount_; ++row) {
+        clsRoom room;
+        floors_->GetRoomByIndex(row, room);
+        const std::wstring shape = room.Geometry ? room.Geometry->Info() : std::wstring();
+        if (room.Geometry) {
+            const Gui::Colour colour =
+                shape == L"polygonal" ? placement_.colorOld : placement_.colorNew;
+            for (int column = 0; column < visibleColumns; ++column) {
+                cells.TextColour(row, column, colour);
+                cells.CellAlignment(row, column, Gui::Alignment::Centre);
+            }
+        }
+        const std::wstring texts[filledColumns] = {
+            room.Name(),
+            room.FunctionName(),
+            room.Geometry ? FromDouble(room.Geometry->Area(), locale) : std::wstring(),
+            room.StoryCode(),
+            room.Enclosure(),
+            room.Occupancy(),
+            room.AreaType(),
+            shape,
+            FromLong(room.ID())};
+        for (int column = 0; column < filledColumns; ++column)
+            cells.Text(row, column, texts[column]);
+    }
+    for (int row = roomCount_ + 1; row < leastRows; ++row)
+        for (int column = 0; column < visibleColumns; ++column)
+            cells.CellAlignment(row, column, Gui::Alignment::Centre);
+    grdRooms_->Col(0);
+    grdRooms_->Row(1);
+    grdRooms_->Redraw(true);
+}
+
+void frmMain::sortTable(Gui::SortOrder order) {
+    if (grdRooms_->Col() >= visibleColumns || grdRooms_->Col() < 0)
+        grdRooms_->Col(0);
+    if (roomCount_ <= 1)
+        return;
+    grdRooms_->Redraw(false);
+    grdRooms_->Row(1);
+    grdRooms_->Cells().Sort(1, roomCount_, grdRooms_->Col(), order);
+    grdRooms_->Redraw(true);
+}
+
+void frmMain::onTableMouseUp(Gui::MouseButton button, int row, int column) {
+    grdRooms_->Col(column);
+    grdRooms_->Row(row);
+    clickedRoomRow_ = false;
+    if (button == Gui::MouseButton::Right) {
+        form_->PopupMenu(*mnuRecord_);
+    } else if (row == 0) {
+        command([this] { sortTable(Gui::SortOrder::Ascending); });
+    } else {
+        clickedRoomRow_ = true;
+    }
+}
+
+void frmMain::onTableDoubleClick() {
+    if (!clickedRoomRow_)
+        return;
+    const Gui::GridCells& cells = std::as_const(*grdRooms_).Cells();
+    const bool filled = !cells.Text(grdRooms_->Row(), grdRooms_->Col()).empty();
+    command([this, filled] { filled ? modifyRoom() : addRoom(); });
+}
+
+void frmMain::onResize() {
+    const auto inside = [](Gui::Twips outer, Gui::Twips around) {
+        return outer > around ? outer - around : 0.0f;
+    };
+    const Gui::Twips width = inside(form_->Width(), besideTable);
+    grdRooms_->Left(0);
+    grdRooms_->Top(0);
+    grdRooms_->Width(width);
+    grdRooms_->Height(inside(form_->Height(), aboveTable));
+
+    std::int16_t share = 0;
+    const std::int16_t surplus = RoundToInteger(width - smallestTable);
+    if (surplus > 0)
+        share = RoundToInteger(surplus / 7.0);
+    grdRooms_->Bars(width >= smallestTable ? Gui::ScrollBars::Vertical : Gui::ScrollBars::Both);
+    for (int column = 0; column < visibleColumns; ++column)
+        grdRooms_->ColWidth(column, columnWidths[column] + share);
+    for (int column = visibleColumns; column < columnCount; ++column)
+        grdRooms_->ColWidth(column, 0);
+}
+
+} // namespace kalvrooms
