@@ -1,0 +1,15 @@
+#pragma once
+// The host's automation server behind the abstract host interface.
+
+#include <memory>
+
+#include "host/HostApplication.h"
+#include "platform/win32/ComObject.h"
+
+namespace kalvrooms {
+
+// The session counts the calls and says how long a rejected call is tried again.
+std::unique_ptr<HostServer> MakeComHostServer(std::shared_ptr<ComSession> session);
+std::unique_ptr<HostServer> MakeComHostServer();
+
+} // namespace kalvrooms
