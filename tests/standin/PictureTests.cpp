@@ -1,0 +1,155 @@
+#include "standin/kalvero/DrawingScene.h"
+#include "standin/kalvero/DrawingSvg.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kalvrooms::practice {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+Element Room(const std::wstring& name, const std::wstring& storey, Outline outline) {
+    Element element;
+    element.componentId = 1;
+    element.fileNumber = 1;
+    element.name = name;
+    element.storey = storey;
+    element.outline = std::move(outline);
+    return element;
+}
+
+Outline Square(double x, double y, double side) {
+    return {{x, y}, {x + side, y}, {x + side, y + side}, {x, y + side}};
+}
+
+std::size_t CountOf(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
+
+const Frame Window{10, 20, 400, 200};
+const LabelRules AnySize{0.0, 20.0};
+
+TEST(DrawingScene, TheDrawingFillsTheFrameAndYGoesUp) {
+    Drawing drawing;
+    drawing.elements = {Room(L"unten", L"EG", Square(1000, 1000, 10)),
+                        Room(L"oben", L"EG", Square(1000, 1010, 10))};
+    const Scene scene = MakeScene(drawing, Window, AnySize);
+    EXPECT_DOUBLE_EQ(scene.view.scale, 10.0);
+    EXPECT_NEAR(scene.rooms[0].outline[0].y, 220.0, 1e-9);
+    EXPECT_NEAR(scene.rooms[1].outline[2].y, 20.0, 1e-9);
+    EXPECT_NEAR(scene.rooms[0].outline[0].x, 160.0, 1e-9);
+    const Point back = scene.view.ToMetres(scene.view.ToPicture({1003, 1004}));
+    EXPECT_NEAR(back.x, 1003, 1e-9);
+    EXPECT_NEAR(back.y, 1004, 1e-9);
+}
+
+TEST(DrawingScene, EveryStoreyHasATintOfItsOwn) {
+    Drawing drawing;
+    drawing.elements = {Room(L"a", L"EG", Square(0, 0, 2)), Room(L"b", L"OG", Square(3, 0, 3)),
+                        Room(L"c", L"EG", Square(7, 0, 2)), Room(L"d", L"", Square(9, 0, 1))};
+    const Scene scene = MakeScene(drawing, Window, AnySize);
+    ASSERT_EQ(scene.storeys.size(), 3u);
+    EXPECT_EQ(scene.storeys[0].name, L"EG");
+    EXPECT_EQ(scene.storeys[0].rooms, 2);
+    EXPECT_DOUBLE_EQ(scene.storeys[0].area, 8.0);
+    EXPECT_EQ(scene.storeys[2].name, L"ohne Geschoss");
+    EXPECT_NE(scene.storeys[0].tint, scene.storeys[1].tint);
+    EXPECT_NE(scene.storeys[1].tint, scene.storeys[2].tint);
+    EXPECT_EQ(scene.rooms[2].storey, 0u);
+}
+
+TEST(DrawingScene, NothingAndPointsAndTheFarthestCornersCanBeShown) {
+    Drawing drawing;
+    MakeScene(drawing, Window, AnySize);
+    drawing.elements = {Room(L"leer", L"EG", {}), Room(L"Punkt", L"EG", {{5, 5}}),
+                        Room(L"Strich", L"EG", {{5, 5}, {6, 6}})};
+    MakeScene(drawing, Window, AnySize);
+    drawing.elements.push_back(Room(L"weit", L"EG", {{-1e308, -1e308}, {1e308, 0}, {0, 1e308}}));
+    const Scene scene = MakeScene(drawing, Window, AnySize);
+    for (const SceneRoom& room : scene.rooms) {
+        for (const Point& point : room.outline) {
+            EXPECT_TRUE(std::isfinite(point.x));
+            EXPECT_TRUE(std::isfinite(point.y));
+        }
+    }
+    DrawingSvg(drawing);
+}
+
+TEST(DrawingScene, AreasAreWrittenWithACommaAndTwoDecimals) {
+    EXPECT_EQ(AreaText(12.5), L"12,50 m²");
+    EXPECT_EQ(AreaText(0), L"0,00 m²");
+    EXPECT_EQ(AreaText(63.999), L"64,00 m²");
+    EXPECT_EQ(AreaText(7.04), L"7,04 m²");
+}
+
+TEST(DrawingScene, ALabelSaysNameAndAreaAndFitsInside) {
+    const SceneLabel label = FitLabel(Square(0, 0, 100), L"Raum", 12.5, AnySize);
+    EXPECT_THAT(label.lines, ElementsAre(L"Raum", L"12,50 m²"));
+    EXPECT_NEAR(label.centre.x, 50, 1);
+    EXPECT_NEAR(label.centre.y, 50, 1);
+    EXPECT_GT(label.fontSize, 10);
+    EXPECT_LE(label.fontSize, 20);
+}
+
+TEST(DrawingScene, ALongNameIsWrappedAtItsBlanks) {
+    const SceneLabel label =
+        FitLabel(Square(0, 0, 100), L"Lehrerzimmer mit Teeküche", 12.5, AnySize);
+    EXPECT_GT(label.lines.size(), 2u);
+    for (const std::wstring& line : label.lines)
+        EXPECT_NE(line.front(), L' ');
+}
+
+TEST(DrawingScene, TheLabelOfAnAngledRoomStandsInItsWideWing) {
+    const Outline angle = {{0, 0}, {100, 0}, {100, 30}, {10, 30}, {10, 100}, {0, 100}};
+    const SceneLabel label = FitLabel(angle, L"Flur", 12.5, AnySize);
+    EXPECT_LT(label.centre.y, 30);
+    EXPECT_GT(label.centre.y, 0);
+    EXPECT_GT(label.centre.x, 30);
+}
+
+TEST(DrawingScene, AnIllegibleLabelIsLeftOut) {
+    EXPECT_TRUE(FitLabel(Square(0, 0, 5), L"Raum", 1, {6.0, 20.0}).lines.empty());
+    EXPECT_TRUE(FitLabel({}, L"Raum", 1, AnySize).lines.empty());
+}
+
+TEST(DrawingSvg, RoomsStandInTheGroupOfTheirStorey) {
+    Drawing drawing;
+    drawing.project.name = L"Schule";
+    drawing.elements = {Room(L"Klasse", L"EG", Square(0, 0, 2)),
+                        Room(L"Büro", L"OG", Square(3, 0, 2)),
+                        Room(L"Flur", L"EG", Square(6, 0, 2))};
+    drawing.elements[1].colour = 255;
+    const std::string svg = DrawingSvg(drawing);
+    EXPECT_EQ(CountOf(svg, "<g id=\"storey-"), 2u);
+    EXPECT_EQ(CountOf(svg, "<polygon"), 3u);
+    EXPECT_EQ(CountOf(svg, "<g"), CountOf(svg, "</g>"));
+    EXPECT_THAT(svg, HasSubstr("stroke=\"#ff0000\""));
+    EXPECT_THAT(svg, HasSubstr("stroke=\"#000000\""));
+    EXPECT_THAT(svg, HasSubstr(">Büro</text>"));
+    EXPECT_THAT(svg, HasSubstr(">4,00 m²</text>"));
+    EXPECT_THAT(svg, HasSubstr(">EG: 2 Räume, 8,00 m²</text>"));
+    EXPECT_THAT(svg, HasSubstr("<title>Schule</title>"));
+    const std::size_t second = svg.find("storey-2");
+    EXPECT_LT(svg.find(">Flur<"), second);
+    EXPECT_GT(svg.find(">Büro<"), second);
+}
+
+TEST(DrawingSvg, TextsAreEscapedAndWhatXmlLacksIsReplaced) {
+    Drawing drawing;
+    drawing.elements = {Room(L"<a>&\"b\"\x01", L"E\"G<", Square(0, 0, 2))};
+    const std::string svg = DrawingSvg(drawing);
+    EXPECT_THAT(svg, HasSubstr("&lt;a&gt;&amp;&quot;b&quot;\xEF\xBF\xBD"));
+    EXPECT_THAT(svg, HasSubstr("data-storey=\"E&quot;G&lt;\""));
+    EXPECT_THAT(svg, Not(HasSubstr("\x01")));
+}
+
+} // namespace
+} // namespace kalvrooms::practice
