@@ -36,6 +36,8 @@ std::wstring ownDescription(long number) {
         return L"Die Komponente kann kein Objekt erzeugen";
     case RuntimeError::KeyAlreadyInUse:
         return L"Der Schlüssel ist schon vergeben";
+    case RuntimeError::ServerUnavailable:
+        return L"Der Server ist nicht mehr erreichbar";
     case RuntimeError::DialogCancelled:
         return L"Der Dialog wurde abgebrochen";
     default:

@@ -1,0 +1,451 @@
+#include "model/NumberText.h"
+
+#include <chrono>
+#include <cmath>
+#include <limits>
+
+#include "model/UserLocaleForTest.h"
+
+namespace kalvrooms {
+
+namespace {
+
+const NumberLocale german = NumberLocale::German();
+const NumberLocale point = NumberLocale::Point();
+
+NumberLocale withGrouping(const std::wstring& mark) {
+    return {L",", mark, L"kr", L",", mark};
+}
+
+} // namespace
+
+TEST(Trim, RemovesBlanksAtBothEndsOnly) {
+    EXPECT_EQ(Trim(L"  A 1  "), L"A 1");
+    EXPECT_EQ(Trim(L"A"), L"A");
+    EXPECT_EQ(Trim(L""), L"");
+    EXPECT_EQ(Trim(L"   "), L"");
+}
+
+TEST(Trim, LeavesOtherWhiteSpaceAlone) {
+    EXPECT_EQ(Trim(L"\tA\t"), L"\tA\t");
+    EXPECT_EQ(Trim(L" \nA\r "), L"\nA\r");
+    EXPECT_EQ(Trim(L"\u00A0A\u00A0"), L"\u00A0A\u00A0");
+}
+
+TEST(UserLocale, IsThePointLocaleUntilOneIsHandedIn) {
+    HandInUserLocale({});
+    EXPECT_EQ(UserLocale().DecimalMark, L".");
+    EXPECT_EQ(UserLocale().GroupingMark, L",");
+}
+
+TEST(UserLocale, IsAskedAnewOnEveryUse) {
+    std::wstring mark = L",";
+    HandInUserLocale([&mark] {
+        NumberLocale locale = NumberLocale::German();
+        locale.DecimalMark = mark;
+        return locale;
+    });
+    EXPECT_EQ(FromDouble(1.5), L"1,5");
+    mark = L"'";
+    EXPECT_EQ(FromDouble(1.5), L"1'5");
+    HandInUserLocale({});
+    EXPECT_EQ(FromDouble(1.5), L"1.5");
+}
+
+TEST(UserLocale, GermanAndPointDifferInTheirMarks) {
+    EXPECT_EQ(german.DecimalMark, L",");
+    EXPECT_EQ(german.GroupingMark, L".");
+    EXPECT_EQ(german.CurrencySymbol, L"€");
+    EXPECT_EQ(german.CurrencyDecimalMark, L",");
+    EXPECT_EQ(german.CurrencyGroupingMark, L".");
+    EXPECT_EQ(point.DecimalMark, L".");
+    EXPECT_EQ(point.CurrencySymbol, L"$");
+}
+
+TEST(IsNumeric, NothingAndBlanksAreNoNumber) {
+    for (const wchar_t* text : {L"", L" ", L"   ", L"\t", L"\r\n", L"\u00A0"}) {
+        EXPECT_FALSE(IsNumeric(text, german)) << text;
+        EXPECT_FALSE(IsNumeric(text, point)) << text;
+    }
+}
+
+TEST(IsNumeric, WordsAndMixturesAreNoNumber) {
+    for (const wchar_t* text :
+         {L"abc",   L"1a",       L"a1",     L"WC",     L"12 3",    L"1\t2",  L"1/2",
+          L"12:30", L"2001-1-1", L"1%",     L"NaN",    L"inf",     L"INF",   L"True",
+          L"0x10",  L"1 EUR",    L"\u0661", L"\uFF11", L"\u22121", L"1'000", L"_1"}) {
+        EXPECT_FALSE(IsNumeric(text, german)) << text;
+        EXPECT_FALSE(IsNumeric(text, point)) << text;
+    }
+}
+
+TEST(IsNumeric, MarksAndSignsAloneAreNoNumber) {
+    for (const wchar_t* text : {L".", L",", L"-", L"+", L"$", L"€", L"()", L"(", L")", L"-.", L"e5",
+                                L".e5", L",e5", L"- -", L"&", L"&H", L"&O"}) {
+        EXPECT_FALSE(IsNumeric(text, german)) << text;
+        EXPECT_FALSE(IsNumeric(text, point)) << text;
+    }
+}
+
+TEST(ToDouble, ReadsPlainNumbers) {
+    EXPECT_EQ(ToDouble(L"0", german), 0.0);
+    EXPECT_EQ(ToDouble(L"7", german), 7.0);
+    EXPECT_EQ(ToDouble(L"009", german), 9.0);
+    EXPECT_EQ(ToDouble(L"1,5", german), 1.5);
+    EXPECT_EQ(ToDouble(L"1.5", point), 1.5);
+    EXPECT_EQ(ToDouble(L"0,1", german), 0.1);
+}
+
+TEST(ToDouble, AcceptsWhiteSpaceOfEveryKindAroundTheNumber) {
+    for (const wchar_t c :
+         {L'\t', L'\n', L'\v', L'\f', L'\r', L' ', L'\u0085', L'\u00A0', L'\u1680', L'\u2000',
+          L'\u2003', L'\u200A', L'\u2028', L'\u2029', L'\u202F', L'\u205F', L'\u3000'}) {
+        const std::wstring space(1, c);
+        EXPECT_EQ(ToDouble(space + L"5" + space, german), 5.0) << static_cast<int>(c);
+        EXPECT_EQ(ToDouble(L"-" + space + L"5", point), -5.0) << static_cast<int>(c);
+    }
+    EXPECT_FALSE(IsNumeric(L"\u200B5", point));
+    EXPECT_FALSE(IsNumeric(L"\uFEFF5", point));
+}
+
+TEST(ToDouble, AcceptsOneSignInFrontOrBehind) {
+    EXPECT_EQ(ToDouble(L"-3", german), -3.0);
+    EXPECT_EQ(ToDouble(L"+3", german), 3.0);
+    EXPECT_EQ(ToDouble(L"- 3", german), -3.0);
+    EXPECT_EQ(ToDouble(L"3-", german), -3.0);
+    EXPECT_EQ(ToDouble(L"3+", german), 3.0);
+    EXPECT_EQ(ToDouble(L"3 -", german), -3.0);
+    for (const wchar_t* text : {L"--3", L"+-3", L"-+3", L"3--", L"3+-", L"-3-", L"+3+", L"- -3"}) {
+        EXPECT_FALSE(IsNumeric(text, german)) << text;
+    }
+}
+
+TEST(ToDouble, ReadsParenthesesAsMinus) {
+    EXPECT_EQ(ToDouble(L"(3)", german), -3.0);
+    EXPECT_EQ(ToDouble(L" ( 3 ) ", german), -3.0);
+    for (const wchar_t* text :
+         {L"(3", L"3)", L"((3))", L"(3))", L"(-3)", L"-(3)", L"(3)-", L")3(", L"-(3"}) {
+        EXPECT_FALSE(IsNumeric(text, german)) << text;
+    }
+}
+
+TEST(ToDouble, IgnoresGroupingMarksBehindTheFirstDigitWhereverTheyStand) {
+    EXPECT_EQ(ToDouble(L"1.234,5", german), 1234.5);
+    EXPECT_EQ(ToDouble(L"1.2.3", german), 123.0);
+    EXPECT_EQ(ToDouble(L"1..5", german), 15.0);
+    EXPECT_EQ(ToDouble(L"1.5", german), 15.0);
+    EXPECT_EQ(ToDouble(L"5.", german), 5.0);
+    EXPECT_EQ(ToDouble(L"1,234,567.89", point), 1234567.89);
+    EXPECT_EQ(ToDouble(L"1,2,3", point), 123.0);
+    EXPECT_EQ(ToDouble(L"1,234.5", german), 1.2345);
+    EXPECT_EQ(ToDouble(L"1.234,5", point), 1.2345);
+}
+
+TEST(ToDouble, RefusesAGroupingMarkInFrontAndASecondDecimalMark) {
+    EXPECT_FALSE(IsNumeric(L".5", german));
+    EXPECT_FALSE(IsNumeric(L"-.5", german));
+    EXPECT_FALSE(IsNumeric(L",5", point));
+    EXPECT_FALSE(IsNumeric(L"1,2,3", german));
+    EXPECT_FALSE(IsNumeric(L"1.2.3", point));
+}
+
+TEST(ToDouble, TheDecimalMarkMayStandFirstOrLast) {
+    EXPECT_EQ(ToDouble(L",5", german), 0.5);
+    EXPECT_EQ(ToDouble(L"-,5", german), -0.5);
+    EXPECT_EQ(ToDouble(L"5,", german), 5.0);
+    EXPECT_EQ(ToDouble(L".5", point), 0.5);
+    EXPECT_EQ(ToDouble(L"5.", point), 5.0);
+}
+
+TEST(ToDouble, ReadsExponentsWithBothLetters) {
+    EXPECT_EQ(ToDouble(L"1e5", german), 1e5);
+    EXPECT_EQ(ToDouble(L"1E+5", german), 1e5);
+    EXPECT_EQ(ToDouble(L"1e-5", german), 1e-5);
+    EXPECT_EQ(ToDouble(L"1,5d3", german), 1500.0);
+    EXPECT_EQ(ToDouble(L"1.5D-3", point), 0.0015);
+    EXPECT_EQ(ToDouble(L"1,e2", german), 100.0);
+    EXPECT_EQ(ToDouble(L"1e0005", german), 1e5);
+    EXPECT_EQ(ToDouble(L"1e5-", german), -1e5);
+    EXPECT_EQ(ToDouble(L"(1e5)", german), -1e5);
+}
+
+TEST(ToDouble, RefusesUnfinishedExponents) {
+    for (const wchar_t* text : {L"1e", L"1e+", L"1e-", L"1 e5", L"1e 5", L"1e+ 5", L"1e5e5",
+                                L"1ee5", L"1e--5", L"1e5,5", L"1e5.5"}) {
+        EXPECT_FALSE(IsNumeric(text, german)) << text;
+        EXPECT_FALSE(IsNumeric(text, point)) << text;
+    }
+}
+
+TEST(ToDouble, AcceptsTheUsersCurrencySymbolOnce) {
+    EXPECT_EQ(ToDouble(L"€ 1.234,50", german), 1234.5);
+    EXPECT_EQ(ToDouble(L"1.234,50 €", german), 1234.5);
+    EXPECT_EQ(ToDouble(L"-€1", german), -1.0);
+    EXPECT_EQ(ToDouble(L"€-1", german), -1.0);
+    EXPECT_EQ(ToDouble(L"1 € -", german), -1.0);
+    EXPECT_EQ(ToDouble(L"$(1)", point), -1.0);
+    EXPECT_EQ(ToDouble(L"($1)", point), -1.0);
+    EXPECT_EQ(ToDouble(L"(1$)", point), -1.0);
+    EXPECT_EQ(ToDouble(L"1e5$", point), 1e5);
+    EXPECT_FALSE(IsNumeric(L"$1", german));
+    EXPECT_FALSE(IsNumeric(L"€1", point));
+    EXPECT_FALSE(IsNumeric(L"$$1", point));
+    EXPECT_FALSE(IsNumeric(L"$1$", point));
+}
+
+TEST(ToDouble, AnAmountBeginningWithItsCurrencyHasNoExponent) {
+    EXPECT_FALSE(IsNumeric(L"$1e5", point));
+}
+
+TEST(ToDouble, ACurrencySymbolMayHaveSeveralLetters) {
+    const NumberLocale locale = withGrouping(L".");
+    EXPECT_EQ(ToDouble(L"kr 5", locale), 5.0);
+    EXPECT_EQ(ToDouble(L"5kr", locale), 5.0);
+    EXPECT_FALSE(IsNumeric(L"5k", locale));
+    EXPECT_FALSE(IsNumeric(L"KR 5", locale));
+}
+
+TEST(ToDouble, AcceptsTheMarksOfCurrencyAmountsToo) {
+    const NumberLocale locale{L".", L",", L"kr", L"!", L"'"};
+    EXPECT_EQ(ToDouble(L"1'000!5", locale), 1000.5);
+    EXPECT_EQ(ToDouble(L"kr 1'000.5", locale), 1000.5);
+    EXPECT_EQ(ToDouble(L"!5", locale), 0.5);
+    EXPECT_FALSE(IsNumeric(L"1.000!5", locale));
+}
+
+TEST(ToDouble, TheMarksOfNumbersWinOverThoseOfAmounts) {
+    const NumberLocale crossed{L",", L".", L"$", L".", L","};
+    EXPECT_EQ(ToDouble(L"1,5", crossed), 1.5);
+    EXPECT_EQ(ToDouble(L"1.000,5", crossed), 1000.5);
+    const NumberLocale same{L".", L".", L"$", L".", L"."};
+    EXPECT_EQ(ToDouble(L"1.5", same), 1.5);
+}
+
+TEST(ToDouble, AnOrdinaryBlankStandsForTheUnbreakableGroupingBlank) {
+    const NumberLocale locale = withGrouping(L"\u00A0");
+    EXPECT_EQ(ToDouble(L"1 000,5", locale), 1000.5);
+    EXPECT_EQ(ToDouble(L"1\u00A0000,5", locale), 1000.5);
+    EXPECT_EQ(ToDouble(L" 1 000 ", locale), 1000.0);
+    EXPECT_EQ(ToDouble(L"1 -", locale), -1.0);
+    EXPECT_FALSE(IsNumeric(L"1\u202F000", locale));
+    EXPECT_EQ(ToDouble(L"1 000", withGrouping(L" ")), 1000.0);
+    EXPECT_FALSE(IsNumeric(L"1\u00A0000", withGrouping(L" ")));
+}
+
+TEST(ToDouble, EmptyMarksAreNeverMatched) {
+    const NumberLocale bare{L"", L"", L"", L"", L""};
+    EXPECT_EQ(ToDouble(L"1.5", bare), 1.5);
+    EXPECT_EQ(FromDouble(1.5, bare), L"1.5");
+    EXPECT_FALSE(IsNumeric(L"1,5", bare));
+    EXPECT_FALSE(IsNumeric(L"$1", bare));
+}
+
+TEST(ToDouble, AMarkOfSeveralCharactersRoundTrips) {
+    const NumberLocale locale{L"::", L";;", L"$", L"::", L";;"};
+    EXPECT_EQ(FromDouble(1234.5, locale), L"1234::5");
+    EXPECT_EQ(ToDouble(L"1;;234::5", locale), 1234.5);
+}
+
+TEST(ToDouble, ReadsHexadecimalAndOctalPatternsOf32Bits) {
+    EXPECT_EQ(ToDouble(L"&H10", german), 16.0);
+    EXPECT_EQ(ToDouble(L"&hff", german), 255.0);
+    EXPECT_EQ(ToDouble(L" &H00FF ", german), 255.0);
+    EXPECT_EQ(ToDouble(L"&O17", german), 15.0);
+    EXPECT_EQ(ToDouble(L"&o7", german), 7.0);
+    EXPECT_EQ(ToDouble(L"&HFFFF", german), 65535.0);
+    EXPECT_EQ(ToDouble(L"&H7FFFFFFF", german), 2147483647.0);
+    EXPECT_EQ(ToDouble(L"&H80000000", german), -2147483648.0);
+    EXPECT_EQ(ToDouble(L"&HFFFFFFFF", german), -1.0);
+    EXPECT_EQ(ToDouble(L"-&HFF", german), -255.0);
+    EXPECT_EQ(ToDouble(L"(&HFF)", german), -255.0);
+    for (const wchar_t* text : {L"&HG", L"&O8", L"&O78", L"&H FF", L"& HFF", L"&HF.F", L"&HF,F",
+                                L"&HFF&", L"&10", L"&B1", L"€&HFF", L"&HFF€"}) {
+        EXPECT_FALSE(IsNumeric(text, german)) << text;
+    }
+    EXPECT_EQ(errorOf([] { ToDouble(L"&H100000000", german); }), RuntimeError::Overflow);
+    EXPECT_EQ(errorOf([] { ToDouble(L"&HFFFFFFFFFFFFFFFFFFFF0", german); }),
+              RuntimeError::Overflow);
+    EXPECT_EQ(errorOf([] { ToDouble(L"&H100000000X", german); }), RuntimeError::TypeMismatch);
+}
+
+TEST(ToDouble, TheTextEndsAtANullCharacter) {
+    EXPECT_EQ(ToDouble(std::wstring(L"12\0x", 4), german), 12.0);
+    EXPECT_FALSE(IsNumeric(std::wstring(1, L'\0'), german));
+}
+
+TEST(ToDouble, RoundsToTheNearestFloat) {
+    EXPECT_EQ(ToDouble(L"9007199254740993", point), 9007199254740992.0);
+    EXPECT_EQ(ToDouble(L"9007199254740993.0000000000000000000000001", point), 9007199254740994.0);
+    EXPECT_EQ(ToDouble(L"1.7976931348623157e308", point), std::numeric_limits<double>::max());
+    EXPECT_EQ(ToDouble(L"2.2250738585072014e-308", point), std::numeric_limits<double>::min());
+    EXPECT_EQ(ToDouble(L"4.9e-324", point), std::numeric_limits<double>::denorm_min());
+    EXPECT_EQ(ToDouble(L"0.30000000000000004", point), 0.1 + 0.2);
+}
+
+TEST(ToDouble, CountsEveryDigitOfAVeryLongNumber) {
+    const std::wstring zeros(2000, L'0');
+    EXPECT_EQ(ToDouble(zeros + L"7", point), 7.0);
+    EXPECT_EQ(ToDouble(L"0." + zeros + L"7e2001", point), 7.0);
+    EXPECT_EQ(ToDouble(L"7" + zeros + L"e-2000", point), 7.0);
+    EXPECT_EQ(ToDouble(L"1." + zeros + L"1", point), 1.0);
+    // Beyond all kept digits a single one still tips a value that lies halfway.
+    EXPECT_EQ(ToDouble(L"9007199254740993." + zeros, point), 9007199254740992.0);
+    EXPECT_EQ(ToDouble(L"9007199254740993." + zeros + L"1", point), 9007199254740994.0);
+}
+
+TEST(ToDouble, TooLargeIsAnOverflowAndNotNumeric) {
+    for (const wchar_t* text : {L"1e309", L"-1e309", L"1.8e308", L"1e99999", L"1e400000000000",
+                                L"1e99999999999999999999999999"}) {
+        EXPECT_FALSE(IsNumeric(text, point)) << text;
+        EXPECT_EQ(errorOf([text] { ToDouble(text, point); }), RuntimeError::Overflow) << text;
+    }
+    EXPECT_EQ(errorOf([] { ToDouble(std::wstring(400, L'9'), point); }), RuntimeError::Overflow);
+}
+
+TEST(ToDouble, TooSmallIsZero) {
+    EXPECT_EQ(ToDouble(L"1e-400", point), 0.0);
+    EXPECT_EQ(ToDouble(L"1e-99999999999999999999999999", point), 0.0);
+    EXPECT_EQ(ToDouble(L"1e-324", point), 0.0);
+    EXPECT_EQ(ToDouble(L"0e99999", point), 0.0);
+}
+
+TEST(ToDouble, ATextThatIsNoNumberIsATypeMismatch) {
+    for (const wchar_t* text : {L"", L" ", L"abc", L"12a", L"-"}) {
+        EXPECT_EQ(errorOf([text] { ToDouble(text, german); }), RuntimeError::TypeMismatch) << text;
+    }
+}
+
+TEST(ToDouble, AVeryLongTextCostsItsLength) {
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(errorOf([] { ToDouble(std::wstring(10'000'000, L'9'), point); }),
+              RuntimeError::Overflow);
+    EXPECT_FALSE(IsNumeric(std::wstring(10'000'000, L' '), point));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+TEST(ToLong, RoundsHalfToEven) {
+    EXPECT_EQ(ToLong(L"0.5", point), 0);
+    EXPECT_EQ(ToLong(L"1.5", point), 2);
+    EXPECT_EQ(ToLong(L"2.5", point), 2);
+    EXPECT_EQ(ToLong(L"-0.5", point), 0);
+    EXPECT_EQ(ToLong(L"-1.5", point), -2);
+    EXPECT_EQ(ToLong(L"2,50001", german), 3);
+    EXPECT_EQ(ToLong(L"2.4999", point), 2);
+}
+
+TEST(ToLong, KeepsTheLimitsOf32Bits) {
+    EXPECT_EQ(ToLong(L"2147483647", point), 2147483647);
+    EXPECT_EQ(ToLong(L"2147483647.4", point), 2147483647);
+    EXPECT_EQ(ToLong(L"-2147483648", point), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(ToLong(L"-2147483648.5", point), std::numeric_limits<std::int32_t>::min());
+    for (const wchar_t* text : {L"2147483648", L"2147483647.5", L"-2147483649", L"1e300"}) {
+        EXPECT_EQ(errorOf([text] { ToLong(text, point); }), RuntimeError::Overflow) << text;
+    }
+    EXPECT_EQ(errorOf([] { ToLong(L"", point); }), RuntimeError::TypeMismatch);
+}
+
+TEST(RoundToLong, RoundsHalfToEvenInBothDirections) {
+    EXPECT_EQ(RoundToLong(0.5), 0);
+    EXPECT_EQ(RoundToLong(1.5), 2);
+    EXPECT_EQ(RoundToLong(2.5), 2);
+    EXPECT_EQ(RoundToLong(3.5), 4);
+    EXPECT_EQ(RoundToLong(-0.5), 0);
+    EXPECT_EQ(RoundToLong(-1.5), -2);
+    EXPECT_EQ(RoundToLong(-2.5), -2);
+    EXPECT_EQ(RoundToLong(0.49999999999999994), 0);
+    EXPECT_EQ(RoundToLong(-2.51), -3);
+    EXPECT_EQ(RoundToLong(2147483646.5), 2147483646);
+}
+
+TEST(RoundToLong, WhatDoesNotFitIsAnOverflow) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const double value :
+         {2147483647.5, 2147483648.0, -2147483648.6, 1e300, infinity, -infinity, std::nan("")}) {
+        EXPECT_EQ(errorOf([value] { RoundToLong(value); }), RuntimeError::Overflow) << value;
+    }
+}
+
+TEST(RoundToInteger, KeepsTheLimitsOf16Bits) {
+    EXPECT_EQ(RoundToInteger(32767.4), 32767);
+    EXPECT_EQ(RoundToInteger(-32768.5), -32768);
+    EXPECT_EQ(RoundToInteger(32766.5), 32766);
+    for (const double value : {32767.5, 32768.0, -32768.51, std::nan("")}) {
+        EXPECT_EQ(errorOf([value] { RoundToInteger(value); }), RuntimeError::Overflow) << value;
+    }
+}
+
+TEST(FromDouble, ShowsAsManyDecimalsAsNeededUnderTheUsersMark) {
+    EXPECT_EQ(FromDouble(12.5, german), L"12,5");
+    EXPECT_EQ(FromDouble(12.5, point), L"12.5");
+    EXPECT_EQ(FromDouble(7.0, german), L"7");
+    EXPECT_EQ(FromDouble(-7.25, german), L"-7,25");
+    EXPECT_EQ(FromDouble(1234567.0, german), L"1234567");
+    EXPECT_EQ(FromDouble(0.5, german), L"0,5");
+    EXPECT_EQ(FromDouble(100.0, german), L"100");
+}
+
+TEST(FromDouble, ZeroHasNoSign) {
+    EXPECT_EQ(FromDouble(0.0, german), L"0");
+    EXPECT_EQ(FromDouble(-0.0, german), L"0");
+}
+
+TEST(FromDouble, ShowsFifteenSignificantDigits) {
+    EXPECT_EQ(FromDouble(1.0 / 3.0, german), L"0,333333333333333");
+    EXPECT_EQ(FromDouble(2.0 / 3.0, german), L"0,666666666666667");
+    EXPECT_EQ(FromDouble(0.1 + 0.2, german), L"0,3");
+    EXPECT_EQ(FromDouble(1.0 / 300.0, point), L"0.00333333333333333");
+    EXPECT_EQ(FromDouble(123456789012345.6, point), L"123456789012346");
+    EXPECT_EQ(FromDouble(12345678901234.56, point), L"12345678901234.6");
+}
+
+TEST(FromDouble, TurnsToExponentsForVeryLargeAndVerySmallNumbers) {
+    EXPECT_EQ(FromDouble(1e14, german), L"100000000000000");
+    EXPECT_EQ(FromDouble(1e15, german), L"1E+15");
+    EXPECT_EQ(FromDouble(999999999999999.0, german), L"999999999999999");
+    EXPECT_EQ(FromDouble(999999999999999.5, german), L"1E+15");
+    EXPECT_EQ(FromDouble(-1.5e300, german), L"-1,5E+300");
+    EXPECT_EQ(FromDouble(0.0001, german), L"0,0001");
+    EXPECT_EQ(FromDouble(0.00001, german), L"1E-05");
+    EXPECT_EQ(FromDouble(1.25e-7, german), L"1,25E-07");
+    EXPECT_EQ(FromDouble(1e-100, german), L"1E-100");
+    EXPECT_EQ(FromDouble(std::numeric_limits<double>::denorm_min(), point),
+              L"4.94065645841247E-324");
+}
+
+TEST(FromDouble, NamesWhatIsNoNumber) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(FromDouble(infinity, german), L"INF");
+    EXPECT_EQ(FromDouble(-infinity, german), L"-INF");
+    EXPECT_EQ(FromDouble(std::nan(""), german), L"NAN");
+}
+
+TEST(FromDoubleInvariant, UsesThePointUnderEveryLocale) {
+    const UserLocaleForTest locale(german);
+    EXPECT_EQ(FromDoubleInvariant(12.5), L"12.5");
+    EXPECT_EQ(FromDoubleInvariant(1.5e20), L"1.5E+20");
+}
+
+TEST(FromDouble, WhatItWritesReadsBackUnderTheSameLocale) {
+    for (const NumberLocale& locale : {german, point}) {
+        for (const double value : {0.0, 1.0, -1.0, 12.5, 1234.5678, -0.001, 1e14, 1.5e15, 1.25e-7,
+                                   16.0, 999999.999, -1.5e300}) {
+            EXPECT_EQ(ToDouble(FromDouble(value, locale), locale), value) << value;
+        }
+    }
+}
+
+TEST(FromLong, WritesDecimalDigits) {
+    EXPECT_EQ(FromLong(0), L"0");
+    EXPECT_EQ(FromLong(-12), L"-12");
+    EXPECT_EQ(FromLong(std::numeric_limits<std::int32_t>::min()), L"-2147483648");
+}
+
+TEST(AddLong, RaisesOverflowAtTheLimits) {
+    EXPECT_EQ(AddLong(2147483646, 1), 2147483647);
+    EXPECT_EQ(AddLong(-5, 3), -2);
+    EXPECT_EQ(errorOf([] { AddLong(2147483647, 1); }), RuntimeError::Overflow);
+    EXPECT_EQ(errorOf([] { AddLong(std::numeric_limits<std::int32_t>::min(), -1); }),
+              RuntimeError::Overflow);
+}
+
+} // namespace kalvrooms

@@ -1,0 +1,440 @@
+#include "model/clsFloors.h"
+
+#include <chrono>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "model/UserLocaleForTest.h"
+
+namespace kalvrooms {
+
+namespace {
+
+clsRoom roomOf(const std::wstring& storyCode, const std::wstring& name) {
+    clsRoom room;
+    room.StoryCode(storyCode);
+    room.Name(name);
+    return room;
+}
+
+void add(clsFloors& floors, const std::wstring& storyCode, const std::wstring& name,
+         std::int32_t quantity = 1) {
+    clsRoom room = roomOf(storyCode, name);
+    floors.AddRooms(room, quantity);
+}
+
+std::wstring nameAt(const clsFloors& floors, std::int32_t index) {
+    clsRoom room = roomOf(L"", L"untouched");
+    floors.GetRoomByIndex(index, room);
+    return room.Name();
+}
+
+std::vector<std::wstring> namesOf(const clsFloors& floors) {
+    std::vector<std::wstring> names;
+    for (std::int32_t i = 1; i <= floors.GetCountOfRooms(); ++i) {
+        names.push_back(nameAt(floors, i));
+    }
+    return names;
+}
+
+using Names = std::vector<std::wstring>;
+
+bool fallTogether(const std::wstring& one, const std::wstring& other) {
+    clsFloors floors;
+    add(floors, one, L"A");
+    add(floors, other, L"B");
+    return floors.GetCountOfFloors() == 1;
+}
+
+} // namespace
+
+TEST(clsFloors, StartsEmpty) {
+    const clsFloors floors;
+    EXPECT_EQ(floors.GetCountOfFloors(), 0);
+    EXPECT_EQ(floors.GetCountOfRooms(), 0);
+}
+
+TEST(clsFloors, ListsStoreysInTheOrderOfTheirFirstAppearance) {
+    clsFloors floors;
+    add(floors, L"EG", L"A");
+    add(floors, L"OG", L"B");
+    add(floors, L"EG", L"C");
+    EXPECT_EQ(floors.GetCountOfFloors(), 2);
+    EXPECT_EQ(floors.GetCountOfRooms(), 3);
+    EXPECT_EQ(namesOf(floors), (Names{L"A", L"C", L"B"}));
+}
+
+TEST(clsFloors, StoreyCodesIgnoreLetterCaseAndRoomsKeepTheirs) {
+    clsFloors floors;
+    add(floors, L"EG", L"A");
+    add(floors, L"eg", L"B");
+    add(floors, L"Eg", L"C");
+    EXPECT_EQ(floors.GetCountOfFloors(), 1);
+    clsRoom room;
+    floors.GetRoomByIndex(2, room);
+    EXPECT_EQ(room.StoryCode(), L"eg");
+    std::shared_ptr<clsRoom> stored;
+    floors.GetRoomByID(L"eG", 4, stored);
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(stored->StoryCode(), L"Eg");
+}
+
+TEST(clsFloors, LetterCaseIsIgnoredInLatinGreekAndCyrillic) {
+    const std::pair<std::wstring, std::wstring> pairs[] = {
+        {L"AZ", L"az"},          {L"ÄÖÜ", L"äöü"},         {L"ÀÞ", L"àþ"},
+        {L"ŸĀĶ", L"ÿāķ"},        {L"ĹŇŊŶ", L"ĺňŋŷ"},       {L"ŹŽ", L"źž"},
+        {L"ΑΩΪΫ", L"αωϊϋ"},      {L"ΆΈΉΊΌΎΏ", L"άέήίόύώ"}, {L"ΣΑΣ", L"σας"},
+        {L"АЯЁЏ", L"аяёџ"},      {L"ҐӐԮ", L"ґӑԯ"},   {L"ӀӁ", L"ӏӂ"},
+        {L"Geschoß", L"GESCHOß"}};
+    for (const auto& [one, other] : pairs) {
+        EXPECT_TRUE(fallTogether(one, other)) << other.size();
+        EXPECT_TRUE(fallTogether(other, one)) << other.size();
+    }
+}
+
+TEST(clsFloors, OtherCharactersAreComparedAsTheyStand) {
+    const std::pair<std::wstring, std::wstring> pairs[] = {
+        {L"ß", L"SS"},     {L"ß", L"ss"}, {L"×", L"÷"},    {L"\u0130", L"i"},
+        {L"\u0131", L"I"}, {L"A", L"Ä"},  {L"A", L"Α"},    {L"1", L"2"},
+        {L"@", L"`"},      {L"[", L"{"},  {L"EG", L"E G"}, {L"ŉ", L"Ŋ"},
+        {L"ĸ", L"Ĺ"},      {L"µ", L"Μ"},  {L"ſ", L"S"},    {L"\u0483", L"\u0484"}};
+    for (const auto& [one, other] : pairs) {
+        EXPECT_FALSE(fallTogether(one, other)) << one.size();
+    }
+}
+
+TEST(clsFloors, EveryLetterFallsTogetherWithOneOtherAtMost) {
+    // No two small letters may meet in one storey; the final sigma is the known exception.
+    clsFloors floors;
+    std::int32_t smallLetters = 0;
+    for (wchar_t c = L'a'; c <= L'z'; ++c, ++smallLetters) {
+        add(floors, std::wstring(1, c), L"A");
+    }
+    for (unsigned c = 0x00DF; c <= 0x00FF; ++c, ++smallLetters) {
+        add(floors, std::wstring(1, static_cast<wchar_t>(c)), L"A");
+    }
+    for (unsigned c = 0x0430; c <= 0x045F; ++c, ++smallLetters) {
+        add(floors, std::wstring(1, static_cast<wchar_t>(c)), L"A");
+    }
+    for (unsigned c = 0x03AC; c <= 0x03CE; ++c) {
+        if (c != 0x03C2) {
+            add(floors, std::wstring(1, static_cast<wchar_t>(c)), L"A");
+            ++smallLetters;
+        }
+    }
+    EXPECT_EQ(floors.GetCountOfFloors(), smallLetters);
+}
+
+TEST(clsFloors, ARoomWithoutStoreyIsUnassigned) {
+    clsFloors floors;
+    clsRoom room = roomOf(L"", L"A");
+    floors.AddRooms(room, 1);
+    EXPECT_EQ(room.StoryCode(), L"unbelegt");
+    EXPECT_EQ(floors.GetCountOfFloors(), 1);
+    clsRoom stored;
+    floors.GetRoomByIndex(1, stored);
+    EXPECT_EQ(stored.StoryCode(), L"unbelegt");
+    std::shared_ptr<clsRoom> byID;
+    floors.GetRoomByID(L"Unbelegt", 2, byID);
+    EXPECT_TRUE(byID);
+}
+
+TEST(clsFloors, AnEmptyNameIsNumberedFromTheSecondCopyOn) {
+    clsFloors floors;
+    clsRoom room = roomOf(L"EG", L"");
+    floors.AddRooms(room, 2);
+    clsRoom first;
+    clsRoom second;
+    floors.GetRoomByIndex(1, first);
+    floors.GetRoomByIndex(2, second);
+    EXPECT_EQ(first.ID(), 2);
+    EXPECT_EQ(first.Name(), L"");
+    EXPECT_EQ(second.ID(), 3);
+    EXPECT_EQ(second.Name(), L"3");
+    EXPECT_EQ(room.Name(), L"4");
+}
+
+TEST(clsFloors, EveryStoreyCountsItsOwnIDs) {
+    clsFloors floors;
+    add(floors, L"EG", L"A", 2);
+    add(floors, L"OG", L"B", 1);
+    clsRoom room;
+    floors.GetRoomByIndex(3, room);
+    EXPECT_EQ(room.ID(), 2);
+}
+
+TEST(clsFloors, AQuantityBelowOneCreatesTheStoreyOnly) {
+    clsFloors floors;
+    add(floors, L"EG", L"A", 0);
+    add(floors, L"OG", L"A", -3);
+    EXPECT_EQ(floors.GetCountOfFloors(), 2);
+    EXPECT_EQ(floors.GetCountOfRooms(), 0);
+    add(floors, L"OG", L"B");
+    EXPECT_EQ(floors.GetCountOfFloors(), 2);
+    EXPECT_EQ(nameAt(floors, 1), L"B");
+}
+
+TEST(clsFloors, ARoomOfTheListIsNeverNew) {
+    clsFloors floors;
+    clsRoom room = roomOf(L"EG", L"A");
+    room.IsNew(true);
+    floors.AddRooms(room, 1);
+    clsRoom copy;
+    copy.IsNew(true);
+    floors.GetRoomByIndex(1, copy);
+    EXPECT_FALSE(copy.IsNew());
+    EXPECT_TRUE(room.IsNew());
+}
+
+TEST(clsFloors, AnIndexBeyondTheTotalCopiesNothing) {
+    clsFloors floors;
+    EXPECT_EQ(nameAt(floors, 1), L"untouched");
+    add(floors, L"EG", L"A");
+    add(floors, L"OG", L"B");
+    EXPECT_EQ(nameAt(floors, 3), L"untouched");
+    EXPECT_EQ(nameAt(floors, 2147483647), L"untouched");
+    EXPECT_EQ(nameAt(floors, 2), L"B");
+}
+
+TEST(clsFloors, AnIndexBelowOneRaisesAsSoonAsThereIsAStorey) {
+    clsFloors floors;
+    clsRoom room;
+    EXPECT_EQ(errorOf([&] { floors.GetRoomByIndex(0, room); }), 0);
+    EXPECT_EQ(errorOf([&] { floors.GetRoomByIndex(-1, room); }), 0);
+    add(floors, L"EG", L"A", 0);
+    EXPECT_EQ(errorOf([&] { floors.GetRoomByIndex(0, room); }), RuntimeError::SubscriptOutOfRange);
+    add(floors, L"EG", L"A", 3);
+    EXPECT_EQ(errorOf([&] { floors.GetRoomByIndex(0, room); }), RuntimeError::SubscriptOutOfRange);
+    EXPECT_EQ(errorOf([&] { floors.GetRoomByIndex(-7, room); }), RuntimeError::SubscriptOutOfRange);
+}
+
+TEST(clsFloors, GetRoomByIDHandsOutTheStoredRoom) {
+    clsFloors floors;
+    add(floors, L"EG", L"A");
+    add(floors, L"OG", L"B", 2);
+    std::shared_ptr<clsRoom> stored;
+    floors.GetRoomByID(L"OG", 2, stored);
+    ASSERT_TRUE(stored);
+    stored->Name(L"changed");
+    EXPECT_EQ(nameAt(floors, 2), L"changed");
+}
+
+TEST(clsFloors, GetRoomByIDLeavesTheReferenceForAnUnknownRoom) {
+    clsFloors floors;
+    add(floors, L"EG", L"A");
+    const auto before = std::make_shared<clsRoom>();
+    auto reference = before;
+    floors.GetRoomByID(L"", 2, reference);
+    EXPECT_EQ(reference, before);
+    floors.GetRoomByID(L"OG", 2, reference);
+    EXPECT_EQ(reference, before);
+    floors.GetRoomByID(L"EG", 3, reference);
+    EXPECT_EQ(reference, before);
+    floors.GetRoomByID(L"EG", 2, reference);
+    EXPECT_NE(reference, before);
+}
+
+TEST(clsFloors, AStoredRoomIsFoundInTheStoreyItWasAddedTo) {
+    clsFloors floors;
+    add(floors, L"EG", L"A");
+    std::shared_ptr<clsRoom> stored;
+    floors.GetRoomByID(L"EG", 2, stored);
+    stored->StoryCode(L"OG"); // the storey keeps it
+    std::shared_ptr<clsRoom> again;
+    floors.GetRoomByID(L"OG", 2, again);
+    EXPECT_FALSE(again);
+    floors.GetRoomByID(L"EG", 2, again);
+    EXPECT_EQ(again, stored);
+}
+
+TEST(clsFloors, DeleteRoomRemovesOneRoom) {
+    clsFloors floors;
+    add(floors, L"EG", L"1", 3);
+    floors.DeleteRoom(L"eg", 3);
+    EXPECT_EQ(namesOf(floors), (Names{L"1", L"3"}));
+}
+
+TEST(clsFloors, AStoreyThatBecomesEmptyStays) {
+    clsFloors floors;
+    add(floors, L"EG", L"A");
+    add(floors, L"OG", L"B");
+    floors.DeleteRoom(L"EG", 2);
+    EXPECT_EQ(floors.GetCountOfFloors(), 2);
+    EXPECT_EQ(floors.GetCountOfRooms(), 1);
+    EXPECT_EQ(nameAt(floors, 1), L"B");
+    add(floors, L"EG", L"C");
+    EXPECT_EQ(floors.GetCountOfFloors(), 2);
+    EXPECT_EQ(namesOf(floors), (Names{L"C", L"B"}));
+    clsRoom room;
+    floors.GetRoomByIndex(1, room);
+    EXPECT_EQ(room.ID(), 3);
+}
+
+TEST(clsFloors, DeleteRoomRaisesForAnUnknownRoomAndIgnoresAnEmptyCode) {
+    clsFloors floors;
+    add(floors, L"EG", L"A");
+    EXPECT_EQ(errorOf([&] { floors.DeleteRoom(L"", 2); }), 0);
+    EXPECT_EQ(errorOf([&] { floors.DeleteRoom(L"OG", 2); }), RuntimeError::InvalidProcedureCall);
+    EXPECT_EQ(errorOf([&] { floors.DeleteRoom(L"EG", 3); }), RuntimeError::InvalidProcedureCall);
+    EXPECT_EQ(floors.GetCountOfRooms(), 1);
+}
+
+TEST(clsFloors, AnOverflowInANewStoreyKeepsTheRoomsBeforeIt) {
+    clsFloors floors;
+    clsRoom room = roomOf(L"EG", L"R2147483646");
+    EXPECT_EQ(errorOf([&] { floors.AddRooms(room, 5); }), 0);
+    EXPECT_EQ(floors.GetCountOfFloors(), 1);
+    EXPECT_EQ(namesOf(floors), (Names{L"R2147483646", L"R2147483647"}));
+    add(floors, L"EG", L"B");
+    EXPECT_EQ(floors.GetCountOfFloors(), 1);
+    EXPECT_EQ(nameAt(floors, 3), L"B");
+}
+
+TEST(clsFloors, AnOverflowInAnExistingStoreyKeepsTheRoomsBeforeIt) {
+    clsFloors floors;
+    add(floors, L"EG", L"A");
+    clsRoom room = roomOf(L"EG", L"R2147483647");
+    EXPECT_EQ(errorOf([&] { floors.AddRooms(room, 5); }), 0);
+    EXPECT_EQ(floors.GetCountOfFloors(), 1);
+    EXPECT_EQ(namesOf(floors), (Names{L"A", L"R2147483647"}));
+    EXPECT_EQ(room.Name(), L"R2147483647");
+}
+
+TEST(clsFloors, ANewStoreyThatGotNoRoomAtAllIsNotKept) {
+    clsFloors floors;
+    clsRoom room = roomOf(L"EG", L"A");
+    room.Geometry = nullptr;
+    EXPECT_EQ(errorOf([&] { floors.AddRooms(room, 1); }), 0);
+    EXPECT_EQ(floors.GetCountOfFloors(), 0);
+}
+
+TEST(clsFloors, AddRoomsNeverFailsWhateverTheQuantitiesAddUpTo) {
+    clsFloors floors;
+    for (int i = 0; i < 3; ++i) {
+        add(floors, L"EG", L"A", -2147483647);
+    }
+    add(floors, L"EG", L"A", 1);
+    EXPECT_EQ(floors.GetCountOfRooms(), 1);
+    EXPECT_EQ(errorOf([&] { floors.DeleteRoom(L"EG", 2); }), 0);
+}
+
+TEST(clsFloors, RandomAccessFindsTheSameRoomsAsAWalk) {
+    clsFloors floors;
+    std::vector<std::wstring> expected;
+    for (int storey = 0; storey < 40; ++storey) {
+        const std::int32_t quantity = storey % 5; // some storeys stay empty, the last ones too
+        add(floors, L"S" + std::to_wstring(storey), std::to_wstring(storey * 1000), quantity);
+        for (int i = 0; i < quantity; ++i) {
+            expected.push_back(std::to_wstring(storey * 1000 + i));
+        }
+    }
+    ASSERT_EQ(namesOf(floors), expected);
+    std::mt19937 random(1);
+    for (int i = 0; i < 2000; ++i) {
+        const auto at = random() % expected.size();
+        ASSERT_EQ(nameAt(floors, static_cast<std::int32_t>(at) + 1), expected[at]);
+        if (i % 10 == 0) {
+            ASSERT_EQ(nameAt(floors, static_cast<std::int32_t>(expected.size()) + 1), L"untouched");
+        }
+    }
+    for (std::size_t at = expected.size(); at > 0; --at) {
+        ASSERT_EQ(nameAt(floors, static_cast<std::int32_t>(at)), expected[at - 1]);
+    }
+}
+
+TEST(clsFloors, ChangesBetweenTwoReadsAreSeen) {
+    clsFloors floors;
+    add(floors, L"A", L"a", 1);
+    add(floors, L"B", L"b", 1);
+    add(floors, L"C", L"c", 1);
+    EXPECT_EQ(nameAt(floors, 3), L"c");
+    add(floors, L"A", L"a2", 1);
+    EXPECT_EQ(nameAt(floors, 3), L"b");
+    EXPECT_EQ(nameAt(floors, 4), L"c");
+    floors.DeleteRoom(L"A", 2);
+    EXPECT_EQ(nameAt(floors, 3), L"c");
+    floors.DeleteRoom(L"A", 3);
+    EXPECT_EQ(nameAt(floors, 1), L"b");
+    EXPECT_EQ(nameAt(floors, 2), L"c");
+    EXPECT_EQ(nameAt(floors, 3), L"untouched");
+    floors.DeleteRoom(L"C", 2);
+    add(floors, L"D", L"d", 1);
+    EXPECT_EQ(namesOf(floors), (Names{L"b", L"d"}));
+}
+
+TEST(clsFloors, RandomChangesAndReadsAgreeWithAPlainList) {
+    // The model of the model: storeys as plain lists of names with their IDs.
+    std::vector<std::vector<std::pair<std::int32_t, std::wstring>>> storeys(12);
+    std::vector<std::int32_t> nextID(storeys.size(), 1);
+    clsFloors floors;
+    for (std::size_t s = 0; s < storeys.size(); ++s) {
+        add(floors, L"S" + std::to_wstring(s), L"x", 0);
+    }
+    std::mt19937 random(7);
+    for (int step = 0; step < 3000; ++step) {
+        const std::size_t s = random() % storeys.size();
+        const std::wstring code = L"s" + std::to_wstring(s);
+        if (random() % 3 != 0 || storeys[s].empty()) {
+            const std::wstring name = L"n" + std::to_wstring(step) + L"x";
+            add(floors, code, name);
+            storeys[s].emplace_back(++nextID[s], name);
+        } else {
+            const auto at = static_cast<std::ptrdiff_t>(random() % storeys[s].size());
+            floors.DeleteRoom(code, storeys[s][static_cast<std::size_t>(at)].first);
+            storeys[s].erase(storeys[s].begin() + at);
+        }
+        std::vector<std::wstring> expected;
+        for (const auto& storey : storeys) {
+            for (const auto& room : storey) {
+                expected.push_back(room.second);
+            }
+        }
+        ASSERT_EQ(floors.GetCountOfRooms(), static_cast<std::int32_t>(expected.size()));
+        for (int read = 0; read < 4 && !expected.empty(); ++read) {
+            const auto at = random() % expected.size();
+            ASSERT_EQ(nameAt(floors, static_cast<std::int32_t>(at) + 1), expected[at]);
+        }
+    }
+    EXPECT_EQ(floors.GetCountOfFloors(), 12);
+}
+
+TEST(clsFloors, WalkingCostsTheSamePerRoomHoweverManyStoreysThereAre) {
+    const auto secondsPerWalk = [](std::int32_t storeys, std::int32_t roomsEach) {
+        clsFloors floors;
+        for (std::int32_t s = 0; s < storeys; ++s) {
+            add(floors, L"S" + std::to_wstring(s), L"1", roomsEach);
+        }
+        const std::int32_t count = floors.GetCountOfRooms();
+        EXPECT_EQ(count, storeys * roomsEach);
+        clsRoom room;
+        double best = 1e9;
+        for (int repeat = 0; repeat < 3; ++repeat) {
+            const auto begin = std::chrono::steady_clock::now();
+            for (std::int32_t i = 1; i <= count; ++i) {
+                floors.GetRoomByIndex(i, room);
+            }
+            const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+            best = std::min(best, took.count());
+        }
+        return best;
+    };
+    // Looking for the storey from the first one on would cost a hundred times as much here.
+    const double few = secondsPerWalk(1, 20000);
+    const double many = secondsPerWalk(10000, 2);
+    EXPECT_LT(many, 10.0 * few);
+}
+
+TEST(clsFloors, ReleasesItsRoomsWhenItGoes) {
+    std::weak_ptr<clsRoom> watched;
+    {
+        clsFloors floors;
+        add(floors, L"EG", L"A");
+        std::shared_ptr<clsRoom> stored;
+        floors.GetRoomByID(L"EG", 2, stored);
+        watched = stored;
+    }
+    EXPECT_TRUE(watched.expired());
+}
+
+} // namespace kalvrooms

@@ -1,0 +1,316 @@
+#include "model/clsRoom.h"
+
+#include <chrono>
+#include <memory>
+
+#include "model/UserLocaleForTest.h"
+
+namespace kalvrooms {
+
+namespace {
+
+std::wstring nextOf(const std::wstring& name, std::int32_t id = 0) {
+    clsRoom room;
+    room.Name(name);
+    room.ID(id);
+    room.IncrementRoomNumber();
+    return room.Name();
+}
+
+long errorOfNext(const std::wstring& name, std::int32_t id = 0) {
+    return errorOf([&] { nextOf(name, id); });
+}
+
+class SeriesUnderBothLocales : public UnderBothLocales {};
+INSTANTIATE_TEST_SUITE_P(CommaAndPoint, SeriesUnderBothLocales,
+                         testing::Values(NumberLocale::German(), NumberLocale::Point()));
+
+} // namespace
+
+TEST(clsRoom, ANewRoomHasItsDefaults) {
+    const clsRoom room;
+    EXPECT_EQ(room.Name(), L"1");
+    EXPECT_EQ(room.FunctionName(), L"");
+    EXPECT_EQ(room.StoryCode(), L"EG");
+    EXPECT_EQ(room.Enclosure(), L"");
+    EXPECT_EQ(room.Occupancy(), L"");
+    EXPECT_EQ(room.AreaType(), L"");
+    EXPECT_EQ(room.FileNumber(), -1);
+    EXPECT_EQ(room.FileID(), L"");
+    EXPECT_EQ(room.ComponentID(), -1);
+    EXPECT_EQ(room.ProjectNumber(), -1);
+    EXPECT_EQ(room.ID(), 0);
+    EXPECT_FALSE(room.IsNew());
+    EXPECT_EQ(room.GetRoomID(), L"");
+    ASSERT_TRUE(room.Geometry);
+    EXPECT_EQ(room.Geometry->CalculationType(), CalculationByRatio);
+    EXPECT_EQ(room.Geometry->CalculationValue(), L" 1");
+    EXPECT_EQ(room.Geometry->Area(), 16.0);
+}
+
+TEST(clsRoom, EveryRoomOwnsAGeometryOfItsOwn) {
+    const clsRoom a;
+    const clsRoom b;
+    a.Geometry->Area(20.0);
+    EXPECT_EQ(b.Geometry->Area(), 16.0);
+}
+
+TEST(clsRoom, ReleasesItsGeometryWhenItGoes) {
+    std::weak_ptr<clsGeometry> geometry;
+    {
+        const clsRoom room;
+        geometry = room.Geometry;
+        EXPECT_FALSE(geometry.expired());
+    }
+    EXPECT_TRUE(geometry.expired());
+}
+
+TEST(clsRoom, TheGeometryCanBeReplaced) {
+    clsRoom room;
+    room.Geometry = std::make_shared<clsGeometry>();
+    EXPECT_EQ(room.Geometry->Area(), 0.0);
+    EXPECT_EQ(room.Geometry->CalculationType(), L"");
+}
+
+TEST(clsRoom, TextsLoseTheBlanksAtBothEnds) {
+    clsRoom room;
+    room.Name(L"  A 1  ");
+    EXPECT_EQ(room.Name(), L"A 1");
+    room.FunctionName(L" Küche ");
+    EXPECT_EQ(room.FunctionName(), L"Küche");
+    room.StoryCode(L" OG ");
+    EXPECT_EQ(room.StoryCode(), L"OG");
+    room.Enclosure(L" a ");
+    EXPECT_EQ(room.Enclosure(), L"a");
+    room.Occupancy(L" NF 1 ");
+    EXPECT_EQ(room.Occupancy(), L"NF 1");
+    room.AreaType(L" NUF ");
+    EXPECT_EQ(room.AreaType(), L"NUF");
+    room.FileID(L" K3 ");
+    EXPECT_EQ(room.FileID(), L"K3");
+    room.Name(L"   ");
+    EXPECT_EQ(room.Name(), L"");
+    room.StoryCode(L"");
+    EXPECT_EQ(room.StoryCode(), L"");
+}
+
+TEST(clsRoom, OnlyBlanksAreRemoved) {
+    clsRoom room;
+    room.Name(L"\tA\u00A0");
+    EXPECT_EQ(room.Name(), L"\tA\u00A0");
+}
+
+TEST(clsRoom, NumbersAndFlagsAreStoredUnchecked) {
+    clsRoom room;
+    room.ID(-7);
+    EXPECT_EQ(room.ID(), -7);
+    room.ComponentID(-2147483647 - 1);
+    EXPECT_EQ(room.ComponentID(), -2147483647 - 1);
+    room.FileNumber(2147483647);
+    EXPECT_EQ(room.FileNumber(), 2147483647);
+    room.ProjectNumber(0);
+    EXPECT_EQ(room.ProjectNumber(), 0);
+    room.IsNew(true);
+    EXPECT_TRUE(room.IsNew());
+    room.IsNew(false);
+    EXPECT_FALSE(room.IsNew());
+}
+
+TEST(clsRoom, SetRoomIDSplitsAtTheFirstHyphen) {
+    clsRoom room;
+    room.SetRoomID(L"12-K3");
+    EXPECT_EQ(room.ComponentID(), 12);
+    EXPECT_EQ(room.FileID(), L"K3");
+    EXPECT_EQ(room.GetRoomID(), L"12-K3");
+    room.SetRoomID(L"7-a-b-c");
+    EXPECT_EQ(room.ComponentID(), 7);
+    EXPECT_EQ(room.FileID(), L"a-b-c");
+    EXPECT_EQ(room.GetRoomID(), L"7-a-b-c");
+}
+
+TEST(clsRoom, SetRoomIDClearsBothForAShortTextOrOneWithoutHyphen) {
+    for (const wchar_t* key : {L"", L"1-", L"-1", L"--", L"123", L"abcdef", L"   "}) {
+        clsRoom room;
+        room.SetRoomID(L"12-K3");
+        room.SetRoomID(key);
+        EXPECT_EQ(room.ComponentID(), -1) << key;
+        EXPECT_EQ(room.FileID(), L"") << key;
+        EXPECT_EQ(room.GetRoomID(), L"") << key;
+    }
+}
+
+TEST(clsRoom, SetRoomIDCountsBlanksForTheLength) {
+    clsRoom room;
+    room.SetRoomID(L" 1-");
+    EXPECT_EQ(room.ComponentID(), 1);
+    EXPECT_EQ(room.FileID(), L"");
+    room.SetRoomID(L"1- ");
+    EXPECT_EQ(room.ComponentID(), 1);
+    EXPECT_EQ(room.FileID(), L" ");
+    EXPECT_EQ(room.GetRoomID(), L"");
+}
+
+TEST(clsRoom, SetRoomIDWithoutFileIsNotKnownInTheDrawing) {
+    clsRoom room;
+    room.SetRoomID(L"12-");
+    EXPECT_EQ(room.ComponentID(), 12);
+    EXPECT_EQ(room.FileID(), L"");
+    EXPECT_EQ(room.GetRoomID(), L"");
+}
+
+TEST(clsRoom, SetRoomIDKeepsTheBlanksOfTheFile) {
+    clsRoom room;
+    room.SetRoomID(L" 12 - K3 ");
+    EXPECT_EQ(room.ComponentID(), 12);
+    EXPECT_EQ(room.FileID(), L" K3 ");
+    EXPECT_EQ(room.GetRoomID(), L"12- K3 ");
+}
+
+TEST(clsRoom, SetRoomIDRoundsLikeEveryConversion) {
+    const UserLocaleForTest locale(NumberLocale::German());
+    clsRoom room;
+    room.SetRoomID(L"2,5-K");
+    EXPECT_EQ(room.ComponentID(), 2);
+    room.SetRoomID(L"3,5-K");
+    EXPECT_EQ(room.ComponentID(), 4);
+    room.SetRoomID(L"1.000-K");
+    EXPECT_EQ(room.ComponentID(), 1000);
+}
+
+TEST(clsRoom, SetRoomIDRaisesWhenTheLeftPartIsNo32BitNumber) {
+    clsRoom room;
+    room.SetRoomID(L"12-K3");
+    EXPECT_EQ(errorOf([&] { room.SetRoomID(L"-12"); }), RuntimeError::TypeMismatch);
+    EXPECT_EQ(errorOf([&] { room.SetRoomID(L"  -K3"); }), RuntimeError::TypeMismatch);
+    EXPECT_EQ(errorOf([&] { room.SetRoomID(L"abc-K3"); }), RuntimeError::TypeMismatch);
+    EXPECT_EQ(errorOf([&] { room.SetRoomID(L"2147483648-K3"); }), RuntimeError::Overflow);
+    EXPECT_EQ(room.GetRoomID(), L"12-K3"); // a failed call changes nothing
+}
+
+TEST(clsRoom, GetRoomIDNeedsAComponentAndAFile) {
+    clsRoom room;
+    room.ComponentID(0);
+    EXPECT_EQ(room.GetRoomID(), L"");
+    room.FileID(L"F");
+    EXPECT_EQ(room.GetRoomID(), L"0-F");
+    room.ComponentID(-1);
+    EXPECT_EQ(room.GetRoomID(), L"");
+}
+
+TEST_P(SeriesUnderBothLocales, ANumberCountsOn) {
+    EXPECT_EQ(nextOf(L"7"), L"8");
+    EXPECT_EQ(nextOf(L"9"), L"10");
+    EXPECT_EQ(nextOf(L"009"), L"10");
+    EXPECT_EQ(nextOf(L"0"), L"1");
+    EXPECT_EQ(nextOf(L"-1"), L"0");
+    EXPECT_EQ(nextOf(L"-5"), L"-4");
+    EXPECT_EQ(nextOf(L"+5"), L"6");
+    EXPECT_EQ(nextOf(L"(5)"), L"-4");
+    EXPECT_EQ(nextOf(L"999999999"), L"1000000000");
+}
+
+TEST_P(SeriesUnderBothLocales, ANumberOfTenCharactersStays) {
+    EXPECT_EQ(nextOf(L"1234567890"), L"1234567890");
+    EXPECT_EQ(nextOf(L"0000000001"), L"0000000001");
+    EXPECT_EQ(nextOf(L"2147483647"), L"2147483647");
+    EXPECT_EQ(nextOf(L"12345678901234567890"), L"12345678901234567890");
+}
+
+TEST_P(SeriesUnderBothLocales, ATrailingNumberCountsOn) {
+    EXPECT_EQ(nextOf(L"WC1"), L"WC2");
+    EXPECT_EQ(nextOf(L"WC9"), L"WC10");
+    EXPECT_EQ(nextOf(L"R099"), L"R100");
+    EXPECT_EQ(nextOf(L"R007"), L"R8");
+}
+
+TEST_P(SeriesUnderBothLocales, TheBlankBeforeATrailingNumberBelongsToIt) {
+    EXPECT_EQ(nextOf(L"Raum 12"), L"Raum13");
+    EXPECT_EQ(nextOf(L"Raum   12"), L"Raum13");
+    EXPECT_EQ(nextOf(L"Raum\t12"), L"Raum13");
+}
+
+TEST_P(SeriesUnderBothLocales, TheSignBeforeATrailingNumberBelongsToIt) {
+    EXPECT_EQ(nextOf(L"Büro-3"), L"Büro-2");
+    EXPECT_EQ(nextOf(L"Büro-1"), L"Büro0");
+    EXPECT_EQ(nextOf(L"Büro+3"), L"Büro4");
+    EXPECT_EQ(nextOf(L"Büro -3"), L"Büro-2");
+    EXPECT_EQ(nextOf(L"Büro - 3"), L"Büro-2");
+    EXPECT_EQ(nextOf(L"Büro--3"), L"Büro--2");
+}
+
+TEST_P(SeriesUnderBothLocales, ANameWithoutTrailingNumberGetsTheIDPlusOne) {
+    EXPECT_EQ(nextOf(L"Flur", 4), L"Flur5");
+    EXPECT_EQ(nextOf(L"WC", 0), L"WC1");
+    EXPECT_EQ(nextOf(L"WC", -3), L"WC-2");
+    EXPECT_EQ(nextOf(L"Raum 5)", 1), L"Raum 5)2");
+    EXPECT_EQ(nextOf(L"Raum 5-", 1), L"Raum 5-2"); // the first character from the right decides
+    EXPECT_EQ(nextOf(L"Raum 5a", 1), L"Raum 5a2");
+}
+
+TEST_P(SeriesUnderBothLocales, AnEmptyNameGetsTheIDPlusOne) {
+    EXPECT_EQ(nextOf(L"", 0), L"1");
+    EXPECT_EQ(nextOf(L"   ", 7), L"8");
+}
+
+TEST_P(SeriesUnderBothLocales, AnExponentIsNoPartOfATrailingNumber) {
+    EXPECT_EQ(nextOf(L"R1e5"), L"R1e6"); // "e5" ends the search
+}
+
+TEST_P(SeriesUnderBothLocales, UpToTenTrailingCharactersCount) {
+    EXPECT_EQ(nextOf(L"R123456789"), L"R123456790");
+    EXPECT_EQ(nextOf(L"R1234567890"), L"R1234567891");
+    EXPECT_EQ(nextOf(L"R12345678901"), L"R12345678901");
+    EXPECT_EQ(nextOf(L"R 1234567890"), L"R 1234567890"); // the blank is the eleventh
+    EXPECT_EQ(nextOf(L"R00000000000000000001"), L"R00000000000000000001");
+}
+
+TEST_P(SeriesUnderBothLocales, TheLargestNumberOverflows) {
+    EXPECT_EQ(errorOfNext(L"R2147483647"), RuntimeError::Overflow);
+    EXPECT_EQ(errorOfNext(L"R9999999999"), RuntimeError::Overflow);
+    EXPECT_EQ(nextOf(L"R2147483646"), L"R2147483647");
+    EXPECT_EQ(errorOfNext(L"9e9"), RuntimeError::Overflow);
+    EXPECT_EQ(errorOfNext(L"", 2147483647), RuntimeError::Overflow);
+    EXPECT_EQ(errorOfNext(L"Flur", 2147483647), RuntimeError::Overflow);
+}
+
+TEST_P(SeriesUnderBothLocales, AFailedStepLeavesTheName) {
+    clsRoom room;
+    room.Name(L"R2147483647");
+    EXPECT_EQ(errorOf([&] { room.IncrementRoomNumber(); }), RuntimeError::Overflow);
+    EXPECT_EQ(room.Name(), L"R2147483647");
+}
+
+TEST(clsRoom, ASeriesReadsFractionsUnderTheUsersLocale) {
+    {
+        const UserLocaleForTest locale(NumberLocale::German());
+        EXPECT_EQ(nextOf(L"1,5"), L"3");
+        EXPECT_EQ(nextOf(L"2,5"), L"3");
+        EXPECT_EQ(nextOf(L"1.05"), L"106");
+        EXPECT_EQ(nextOf(L"EG.5"), L"EG.6");    // ".5" is no number here
+        EXPECT_EQ(nextOf(L"EG,5"), L"EG1");     // ",5" is a half, rounded to the even 0
+        EXPECT_EQ(nextOf(L"R 1.05"), L"R 1.6"); // ".05" ends the search
+        EXPECT_EQ(nextOf(L"5 €"), L"6");
+    }
+    {
+        const UserLocaleForTest locale(NumberLocale::Point());
+        EXPECT_EQ(nextOf(L"1.5"), L"3");
+        EXPECT_EQ(nextOf(L"1,05"), L"106");
+        EXPECT_EQ(nextOf(L"EG,5"), L"EG,6");
+        EXPECT_EQ(nextOf(L"EG.5"), L"EG1");
+        EXPECT_EQ(nextOf(L"R1.05"), L"R2"); // the number is 1.05
+    }
+}
+
+TEST_P(SeriesUnderBothLocales, AVeryLongNameIsCountedOnAtOnce) {
+    const auto begin = std::chrono::steady_clock::now();
+    // Not compared with EXPECT_EQ, which would print the names.
+    const std::wstring letters(10'000'000, L'x');
+    EXPECT_TRUE(nextOf(letters + L"7") == letters + L"8");
+    EXPECT_TRUE(nextOf(letters, 4) == letters + L"5");
+    const std::wstring digits(10'000'000, L'7');
+    EXPECT_TRUE(nextOf(L"x" + digits) == L"x" + digits);
+    EXPECT_TRUE(nextOf(digits) == digits);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+} // namespace kalvrooms
