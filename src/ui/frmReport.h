@@ -1,0 +1,50 @@
+#pragma once
+// The update report: how many rooms the last writing to the drawing updated, created at their known
+// position and set down. Rows without rooms are left out and close up.
+
+#include <cstdint>
+#include <memory>
+
+#include "app/ProgramContext.h"
+#include "platform/Gui.h"
+
+namespace kalvrooms {
+
+class frmReport {
+  public:
+    explicit frmReport(ProgramContext& context);
+    frmReport(const frmReport&) = delete;
+    frmReport& operator=(const frmReport&) = delete;
+
+    // Returns when the dialog is closed. Error: Overflow when the counts add up beyond 32 bits.
+    void ShowModal();
+
+  private:
+    struct Row {
+        Gui::Label& count;
+        Gui::Label& text;
+    };
+
+    void setCaptions();
+    void fillRows();
+    // False when there is nothing to show; the row is hidden then.
+    bool fillRow(const Row& row, std::int32_t count, std::int32_t textForOne, Gui::Colour colour);
+    static void moveUp(const Row& row);
+    void cmdOk_Click();
+
+    ProgramContext& context_;
+    std::unique_ptr<Gui::Form> form_;
+
+    Gui::Label& lblTop;
+    Gui::Label& lblNum1;
+    Gui::Label& lblText1;
+    Gui::Label& lblNum2;
+    Gui::Label& lblText2;
+    Gui::Label& lblNum3;
+    Gui::Label& lblText3;
+    Gui::CheckBox& chkNoReport;
+    Gui::Label& lblOption;
+    Gui::Button& cmdOk;
+};
+
+} // namespace kalvrooms
