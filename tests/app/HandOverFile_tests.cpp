@@ -1,0 +1,97 @@
+#include "app/HandOverFile.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "app/TextContext.h"
+
+namespace kalvrooms::testing {
+namespace {
+
+using ::testing::ElementsAre;
+
+// The folder's name and the file's are joined by a backslash whatever the system; elsewhere than on
+// Windows that makes one odd file name, which serves as well.
+class HandOver : public ::testing::Test {
+  protected:
+    HandOver() {
+        folder_ = std::filesystem::temp_directory_path() / "quartino-handover";
+        std::filesystem::create_directories(folder_);
+        context_.environment.Folder = (folder_ / "here").wstring();
+        if constexpr (std::filesystem::path::preferred_separator == L'\\')
+            std::filesystem::create_directories(folder_ / "here");
+        path_ = context_.environment.Folder + L"\\kalvqtotemp";
+    }
+    ~HandOver() override { std::filesystem::remove_all(folder_); }
+    void read(const std::string& content) {
+        std::ofstream(std::filesystem::path(path_), std::ios::binary) << content;
+        ReadHandOverFile(context_);
+    }
+    std::filesystem::path folder_;
+    std::wstring path_;
+    TextContext context_;
+};
+
+TEST_F(HandOver, AppliesHelpFileKeyAndLanguageInThisOrder) {
+    read("own line\r\nC:\\Hilfe\\quartino.kalvhelp\r\n Software\\Host \r\neng\r\nmore\r\n");
+    EXPECT_EQ(context_.helpFile, L"C:\\Hilfe\\quartino.chm");
+    EXPECT_EQ(context_.regKey, L" Software\\Host ");
+    EXPECT_EQ(context_.language, L"eng");
+    EXPECT_THAT(context_.order, ElementsAre(L"help", L"key", L"language"));
+}
+
+TEST_F(HandOver, ASecondLineOfExactlyEightCharactersGivesChm) {
+    read("x\r\n12345678\r\n");
+    EXPECT_EQ(context_.helpFile, L"chm");
+    EXPECT_THAT(context_.order, ElementsAre(L"help"));
+}
+
+TEST_F(HandOver, ASecondLineThatIsTooShortStopsTheReading) {
+    read("x\r\n1234567\r\nkey\r\neng\r\n");
+    EXPECT_TRUE(context_.order.empty());
+}
+
+TEST_F(HandOver, ReadingStopsWhereTheFileEnds) {
+    ReadHandOverFile(context_);
+    EXPECT_TRUE(context_.order.empty());
+    read("");
+    read("one line");
+    EXPECT_TRUE(context_.order.empty());
+    read("x\r\nC:\\q.12345678\r\nkey");
+    EXPECT_THAT(context_.order, ElementsAre(L"help", L"key"));
+    EXPECT_EQ(context_.regKey, L"key");
+}
+
+TEST_F(HandOver, OtherLineEndsAreTakenToo) {
+    read("x\nC:\\q.12345678\nkey\neng");
+    EXPECT_EQ(context_.language, L"eng");
+    context_.order.clear();
+    read("x\rC:\\q.12345678\rkey\rger\r");
+    EXPECT_EQ(context_.language, L"ger");
+}
+
+TEST_F(HandOver, LongLinesNulBytesAndUmlautsAreKept) {
+    const std::string longPath(40000, 'a');
+    read("x\r\n" + longPath + "12345678\r\nk\xE4y" + std::string(1, '\0') + "z\r\nxxx\r\n");
+    EXPECT_EQ(context_.helpFile, std::wstring(40000, L'a') + L"chm");
+    EXPECT_EQ(context_.regKey, std::wstring(L"k\u00E4y") + L'\0' + L"z");
+    EXPECT_EQ(context_.language, L"xxx");
+}
+
+TEST_F(HandOver, AFolderOfThatNameIsPassedOver) {
+    std::filesystem::create_directories(std::filesystem::path(path_));
+    ReadHandOverFile(context_);
+    EXPECT_TRUE(context_.order.empty());
+}
+
+TEST_F(HandOver, TheFileIsLeftAsItIs) {
+    read("own\r\nC:\\q.12345678\r\nkey\r\neng\r\n");
+    std::ifstream file(std::filesystem::path(path_), std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}),
+              "own\r\nC:\\q.12345678\r\nkey\r\neng\r\n");
+}
+
+} // namespace
+} // namespace kalvrooms::testing
