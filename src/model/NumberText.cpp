@@ -161,17 +161,26 @@ class Reader {
 
     bool takeDecimalMark() {
         return take(decimalMark_) ||
-               (!startsWith(locale_.GroupingMark) && take(locale_.CurrencyDecimalMark));
+               (!startsWith(locale_.GroupingMark) && takeOfAmount(locale_.CurrencyDecimalMark));
+    }
+
+    bool takeGroupingMark() {
+        return take(locale_.GroupingMark) || takeBlankFor(locale_.GroupingMark) ||
+               takeOfAmount(locale_.CurrencyGroupingMark);
+    }
+
+    // A mark that only amounts of money have.
+    bool takeOfAmount(std::wstring_view mark) {
+        if (!take(mark)) {
+            return false;
+        }
+        amount_ = true;
+        return true;
     }
 
     // Where the mark is the unbreakable blank people type the ordinary one.
     bool takeBlankFor(const std::wstring& mark) {
         return mark.size() == 1 && mark[0] == noBreakSpace && take(L" ");
-    }
-
-    bool takeGroupingMark() {
-        return take(locale_.GroupingMark) || take(locale_.CurrencyGroupingMark) ||
-               takeBlankFor(locale_.GroupingMark) || takeBlankFor(locale_.CurrencyGroupingMark);
     }
 
     // White space, one sign or pair of parentheses and one currency symbol, in any order, may
@@ -215,8 +224,8 @@ class Reader {
         if (!digits.any()) {
             return {};
         }
-        // An amount that begins with its currency has no exponent.
-        if (!currency_) {
+        // An amount of money has no exponent; a currency symbol behind one comes too late for that.
+        if (!currency_ && !amount_) {
             digits.shift(readExponent());
         }
         return digits.reading();
@@ -282,6 +291,7 @@ class Reader {
     bool negative_ = false;
     bool open_ = false;
     bool based_ = false;
+    bool amount_ = false;
 };
 
 double roundHalfToEven(double value) {

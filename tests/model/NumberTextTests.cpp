@@ -193,8 +193,12 @@ TEST(ToDouble, AcceptsTheUsersCurrencySymbolOnce) {
     EXPECT_FALSE(IsNumeric(L"$1$", point));
 }
 
-TEST(ToDouble, AnAmountBeginningWithItsCurrencyHasNoExponent) {
+TEST(ToDouble, AnAmountOfMoneyHasNoExponent) {
     EXPECT_FALSE(IsNumeric(L"$1e5", point));
+    const NumberLocale locale{L".", L",", L"kr", L"!", L"'"};
+    EXPECT_FALSE(IsNumeric(L"1!5e5", locale));
+    EXPECT_FALSE(IsNumeric(L"1'000e5", locale));
+    EXPECT_EQ(ToDouble(L"1,000.5e2", locale), 100050.0);
 }
 
 TEST(ToDouble, ACurrencySymbolMayHaveSeveralLetters) {
