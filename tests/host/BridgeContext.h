@@ -8,9 +8,9 @@
 #include "app/ProgramContext.h"
 #include "app/clsText.h"
 #include "files/SpreadsheetApplication.h"
-#include "host/ScriptedHost.h"
 #include "model/RuntimeError.h"
 #include "platform/headless/HeadlessPlatform.h"
+#include "support/ScriptedHost.h"
 
 namespace kalvrooms::testing {
 

@@ -1,4 +1,4 @@
-#include "host/ScriptedHost.h"
+#include "support/ScriptedHost.h"
 
 #include <algorithm>
 

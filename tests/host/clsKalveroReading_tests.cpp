@@ -1,0 +1,273 @@
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "host/BridgeContext.h"
+#include "host/clsKalvero.h"
+
+namespace kalvrooms::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+class Reading : public ::testing::Test {
+  protected:
+    Reading() : folder_(std::filesystem::temp_directory_path() / "quartino-reading") {
+        // The separator is a backslash on every system; elsewhere than on Windows the file name
+        // simply contains it.
+        std::filesystem::create_directories(folder_ / "p");
+        context_.host.projectFolder = (folder_ / "p").wstring();
+        bridge_ = std::make_unique<clsKalvero>(context_);
+        bridge_->GetProjectName();
+    }
+    ~Reading() override { std::filesystem::remove_all(folder_); }
+
+    ScriptedElement& stand(std::int32_t id, std::int32_t fileNumber, const std::wstring& name,
+                           const std::wstring& storey = L"EG") {
+        ScriptedElement element;
+        element.identity = {id, fileNumber, L"K" + std::to_wstring(fileNumber)};
+        element.name = name;
+        element.storey = storey;
+        element.outline = {{0, 0}, {12.5, 0}, {12.5, -3}};
+        context_.host.drawing.push_back(element);
+        return context_.host.drawing.back();
+    }
+    std::wstring pathOf(const std::wstring& file) const {
+        return context_.host.projectFolder + L"\\" + file;
+    }
+    std::string contents(const std::wstring& file) const {
+        std::ifstream stream(std::filesystem::path(pathOf(file)), std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+    clsRoom room(std::int32_t index) const {
+        clsRoom copy;
+        floors_.GetRoomByIndex(index, copy);
+        return copy;
+    }
+
+    std::filesystem::path folder_;
+    BridgeContext context_;
+    std::unique_ptr<clsKalvero> bridge_;
+    clsFloors floors_;
+};
+
+TEST_F(Reading, ADrawingWithoutRoomsLeavesTheListAndShowsNothing) {
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 0);
+    EXPECT_THAT(context_.prompts(), IsEmpty());
+    EXPECT_THAT(context_.tableShown, ElementsAre(true));
+}
+
+TEST_F(Reading, ARoomCarriesIdentityTextsAndAttributes) {
+    auto& element = stand(17, 3, L" Raum 7 ");
+    element.function = L"Büro";
+    element.attributes = {{L"Bodenfläche", 12.5, L""},  {L"Umschließungsart", 0, L"bc"},
+                          {L"Flächenart 277", 0, L"N"}, {L"Nutzen", 0, L"HNF 2"},
+                          {L"nutzen", 0, L"andere"},    {L"Nutzen", 0, L"HNF 3"}};
+    bridge_->ImportFloorsFromKalvero(floors_);
+    ASSERT_EQ(floors_.GetCountOfRooms(), 1);
+    const clsRoom read = room(1);
+    EXPECT_EQ(read.Name(), L"Raum 7");
+    EXPECT_EQ(read.FunctionName(), L"Büro");
+    EXPECT_EQ(read.StoryCode(), L"EG");
+    EXPECT_EQ(read.ProjectNumber(), 4711);
+    EXPECT_EQ(read.FileNumber(), 3);
+    EXPECT_EQ(read.GetRoomID(), L"17-K3");
+    EXPECT_EQ(read.Geometry->Area(), 12.5);
+    EXPECT_EQ(read.Enclosure(), L"bc");
+    EXPECT_EQ(read.AreaType(), L"N");
+    EXPECT_EQ(read.Occupancy(), L"HNF 3");
+    EXPECT_EQ(read.Geometry->CalculationType(), CalculationByFile);
+    EXPECT_EQ(read.Geometry->CalculationValue(), pathOf(L"3-17.txt"));
+    EXPECT_EQ(contents(L"3-17.txt"), "3\r\n0\t0\r\n12.5\t0\r\n12.5\t-3\r\nend\r\n");
+}
+
+TEST_F(Reading, TheHostsOwnAttributeNamesComeFirst) {
+    context_.host.attributeNames = {{293, L"Area"}, {235, L" Nutzen"}};
+    auto& element = stand(1, 1, L"r");
+    element.attributes = {{L"Area", 5, L""},
+                          {L"Bodenfläche", 6, L""},
+                          {L" Nutzen", 0, L"VF"},
+                          {L"Umschließungsart", 0, L"a"}};
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(room(1).Geometry->Area(), 5);
+    EXPECT_EQ(room(1).Occupancy(), L"VF");
+    EXPECT_EQ(room(1).Enclosure(), L"a");
+    EXPECT_EQ(context_.host.counts["AttributeName"], 4);
+}
+
+TEST_F(Reading, ElementsOfNativeDrawingsAreSkippedWithOneMessage) {
+    stand(1, 1, L"a");
+    stand(2, 0, L"kvd");
+    stand(3, -5, L"kvd");
+    stand(4, 2, L"b");
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 2);
+    EXPECT_THAT(context_.prompts(),
+                ElementsAre(L" Räume aus KVD-Dateien können nicht gelesen werden."));
+    EXPECT_EQ(context_.desktop().Messages()[0].Title, L" Quartino");
+}
+
+TEST_F(Reading, StoreysFollowTheFirstRoomAndSpellingsShareOne) {
+    stand(1, 1, L"a", L"OG");
+    stand(2, 1, L"b", L"EG");
+    stand(3, 1, L"c", L"eg");
+    stand(4, 1, L"d", L"");
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfFloors(), 3);
+    EXPECT_EQ(room(1).Name(), L"a");
+    EXPECT_EQ(room(3).StoryCode(), L"eg");
+    EXPECT_EQ(room(4).StoryCode(), L"unbelegt");
+}
+
+TEST_F(Reading, ABlockedHostEndsTheReadingBeforeAnyRoom) {
+    stand(1, 1, L"a");
+    context_.host.creationError = L"Please terminate the menue interaction first.";
+    context_.host.onCall = nullptr;
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 0);
+    EXPECT_THAT(context_.prompts(), ElementsAre(L" Bitte beenden Sie die Menüaktion."));
+    EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
+}
+
+TEST_F(Reading, ThePointerIsFreeDuringTheHostsMessage) {
+    context_.host.creationError = L"Sorry, any Kvd or free plan is open";
+    bool asked = false;
+    context_.desktop().AnswerNext([&](const Gui::Message&) {
+        asked = true;
+        EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
+        return Gui::Answer::Ok;
+    });
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_TRUE(asked);
+}
+
+TEST_F(Reading, APointFileThatCannotBeWrittenLeavesTheRoomItsData) {
+    context_.host.projectFolder = (folder_ / "gone" / "deep").wstring();
+    bridge_->GetProjectName();
+    stand(17, 3, L"a").function = L"Büro";
+    stand(18, 3, L"b");
+    bridge_->ImportFloorsFromKalvero(floors_);
+    ASSERT_EQ(floors_.GetCountOfRooms(), 2);
+    EXPECT_EQ(room(1).FunctionName(), L"Büro");
+    EXPECT_EQ(room(1).Geometry->CalculationValue(), pathOf(L"3-17.txt"));
+}
+
+TEST_F(Reading, WhicheverCallFailsTheWalkGoesOnAndThePointerIsBack) {
+    for (int i = 1; i <= 3; ++i)
+        stand(i, 1, L"r").attributes = {{L"Nutzen", 0, L"VF"}};
+    context_.host.calls = 0;
+    bridge_->ImportFloorsFromKalvero(floors_);
+    const int calls = context_.host.calls;
+    ASSERT_GT(calls, 15);
+    for (int n = 1; n <= calls; ++n) {
+        floors_ = clsFloors();
+        context_.host.calls = 0;
+        context_.host.failAt = n;
+        bridge_->ImportFloorsFromKalvero(floors_);
+        EXPECT_LE(floors_.GetCountOfRooms(), 3) << n;
+        EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer) << n;
+        context_.host.failAt = 0;
+        floors_ = clsFloors();
+        bridge_->ImportFloorsFromKalvero(floors_);
+        EXPECT_EQ(floors_.GetCountOfRooms(), 3) << n;
+    }
+    bridge_.reset();
+    EXPECT_EQ(context_.host.liveObjects, 0);
+}
+
+TEST_F(Reading, CallsGrowWithElementsOnly) {
+    const auto callsOf = [this](int elements) {
+        context_.host.drawing.clear();
+        for (int i = 1; i <= elements; ++i)
+            stand(i, 1, L"r").attributes = {{L"Nutzen", 0, L"VF"}, {L"a", 0, L""}, {L"b", 0, L""}};
+        floors_ = clsFloors();
+        context_.host.calls = 0;
+        bridge_->ImportFloorsFromKalvero(floors_);
+        return context_.host.calls;
+    };
+    const int none = callsOf(0);
+    EXPECT_LE(none, 16);
+    EXPECT_EQ(callsOf(100), none + 100 * 5);
+}
+
+TEST_F(Reading, WhatWasReadIsRecognisedAndUpdatedByTheNextWriting) {
+    stand(17, 3, L"a");
+    stand(18, 3, L"b");
+    bridge_->ImportFloorsFromKalvero(floors_);
+    std::shared_ptr<clsRoom> stored;
+    floors_.GetRoomByID(L"EG", 2, stored);
+    ASSERT_TRUE(stored);
+    stored->Name(L"umbenannt");
+    const Outline before = context_.host.drawing[0].outline;
+    std::int32_t placed = 0, updated = 0, setDown = 0;
+    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, setDown);
+    EXPECT_EQ(updated, 2);
+    EXPECT_EQ(placed, 0);
+    EXPECT_EQ(setDown, 0);
+    ASSERT_THAT(context_.host.drawing, SizeIs(2));
+    EXPECT_EQ(context_.host.drawing[0].name, L"umbenannt");
+    EXPECT_EQ(context_.host.drawing[0].outline, before);
+}
+
+TEST_F(Reading, RoomsCreatedByOneWritingAreUpdatedByTheNextOnceTheyWereRead) {
+    clsRoom fresh;
+    fresh.Name(L"neu");
+    floors_.AddRooms(fresh, 3);
+    std::int32_t placed = 0, updated = 0, setDown = 0;
+    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, setDown);
+    EXPECT_EQ(setDown, 3);
+    floors_ = clsFloors();
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 3);
+    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, setDown);
+    EXPECT_EQ(updated, 3);
+    EXPECT_EQ(setDown, 0);
+    EXPECT_THAT(context_.host.drawing, SizeIs(3));
+}
+
+class Project : public ::testing::Test {
+  protected:
+    BridgeContext context_;
+};
+
+TEST_F(Project, GivesItsNameTrimmedAndItsFolderOnlyAfterwards) {
+    context_.host.projectName = L"  Schule am Park ";
+    clsKalvero bridge(context_);
+    EXPECT_EQ(bridge.GetProjectPath(), L"");
+    EXPECT_EQ(bridge.GetProjectName(), L"Schule am Park");
+    EXPECT_EQ(bridge.GetProjectPath(), L"C:\\Projekte");
+    EXPECT_EQ(context_.host.counts["UpdateProjectInfo"], 1);
+    EXPECT_EQ(context_.host.counts["GetProject"], 2);
+}
+
+TEST_F(Project, WithoutNameItIsRaumProgramm) {
+    context_.host.projectName = L"   ";
+    clsKalvero bridge(context_);
+    EXPECT_EQ(bridge.GetProjectName(), L"RaumProgramm");
+}
+
+TEST_F(Project, HostErrorsAreIgnored) {
+    clsKalvero bridge(context_);
+    for (const char* member : {"UpdateProjectInfo", "GetProject", "ProjectName", "ProjectFolder"}) {
+        context_.host.failMember = member;
+        const std::wstring name = bridge.GetProjectName();
+        EXPECT_TRUE(name == L"RaumProgramm" || name == L"Schule") << member;
+    }
+    context_.host.failMember = "UpdateProjectInfo";
+    EXPECT_EQ(bridge.GetProjectName(), L"Schule");
+}
+
+TEST_F(Project, AHostThatCannotBeReachedAtStartIsAskedAgainLater) {
+    context_.host.creationError = L"not yet";
+    clsKalvero bridge(context_);
+    EXPECT_EQ(bridge.GetProjectName(), L"RaumProgramm");
+    context_.host.creationError.clear();
+    EXPECT_EQ(bridge.GetProjectName(), L"Schule");
+}
+
+} // namespace
+} // namespace kalvrooms::testing
