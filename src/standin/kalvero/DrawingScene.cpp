@@ -30,13 +30,28 @@ struct Box {
         bottom = std::min(bottom, point.y);
         top = std::max(top, point.y);
     }
+    void Take(const Outline& outline) {
+        for (const Point& point : outline)
+            Take(point);
+    }
+    // Makes room for the outlines to the right, where the user will most likely want them.
+    void TakeBeside(const std::vector<Outline>& outlines) {
+        Box others;
+        for (const Outline& outline : outlines)
+            others.Take(outline);
+        if (others.Empty())
+            return;
+        const Point corner = Empty() ? Point{others.left, others.bottom} : Point{right + 1, bottom};
+        Take(corner);
+        Take(Point{corner.x + (others.right - others.left),
+                   corner.y + (others.top - others.bottom)});
+    }
     bool Empty() const { return left > right; }
 };
 
 Box BoxOf(const Outline& outline) {
     Box box;
-    for (const Point& point : outline)
-        box.Take(point);
+    box.Take(outline);
     return box;
 }
 
@@ -190,13 +205,13 @@ SceneLabel FitLabel(const Outline& outline, const std::wstring& name, double are
     return best;
 }
 
-Scene MakeScene(const Drawing& drawing, const Frame& frame, const LabelRules& labels) {
+Scene MakeScene(const Drawing& drawing, const Frame& frame, const LabelRules& labels,
+                const std::vector<Outline>& toCome) {
     Scene scene;
     Box box;
-    for (const Element& element : drawing.elements) {
-        for (const Point& point : element.outline)
-            box.Take(point);
-    }
+    for (const Element& element : drawing.elements)
+        box.Take(element.outline);
+    box.TakeBeside(toCome);
     scene.view = Fit(box, frame);
 
     std::map<std::wstring, std::size_t> storeys;

@@ -57,8 +57,9 @@ struct LabelRules {
     double largest = 0.0;
 };
 
-// The drawing zoomed to fit the frame.
-Scene MakeScene(const Drawing& drawing, const Frame& frame, const LabelRules& labels);
+// The drawing zoomed to fit the frame, with room for the outlines (metres) that are yet to come.
+Scene MakeScene(const Drawing& drawing, const Frame& frame, const LabelRules& labels,
+                const std::vector<Outline>& toCome = {});
 
 // "12,50 m²", as the window's language writes it.
 std::wstring AreaText(double squareMetres);

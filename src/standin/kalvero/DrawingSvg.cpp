@@ -77,8 +77,12 @@ std::string RoomSvg(const SceneRoom& room, const Element& element) {
     std::string svg = "<g class=\"room\" data-component=\"" + std::to_string(element.componentId) +
                       "\" data-file=\"" + std::to_string(element.fileNumber) +
                       "\">\n<polygon points=\"";
-    for (std::size_t i = 0; i < room.outline.size(); ++i)
-        svg += (i > 0 ? " " : "") + Number(room.outline[i].x) + "," + Number(room.outline[i].y);
+    for (const Point& point : room.outline) {
+        svg += Number(point.x);
+        svg += ',';
+        svg += Number(point.y);
+        svg += ' ';
+    }
     svg += "\" stroke=\"" + colour + "\"/>\n";
     const double lineHeight = room.label.fontSize * 1.22;
     double y = room.label.centre.y - lineHeight * static_cast<double>(room.label.lines.size()) / 2 +
