@@ -31,7 +31,9 @@ std::wstring Trim(const std::wstring& text);
 
 // True if the text converts to a number under the locale: surrounding white space, one sign (in
 // front, behind, or as parentheses), grouping marks, decimal mark, exponent (E or D) and currency
-// symbol are accepted. A number beyond the range of a 64-bit float is not numeric.
+// symbol are accepted, and the 32-bit patterns &H1F and &O17. An amount with the currency symbol in
+// front, or with marks that only amounts have, takes no exponent. The text ends at a null
+// character. A number beyond the range of a 64-bit float is not numeric.
 bool IsNumeric(const std::wstring& text, const NumberLocale& locale = UserLocale());
 
 // The number of a text. Errors: TypeMismatch when it is none, Overflow when it is too large.
