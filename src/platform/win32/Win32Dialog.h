@@ -1,0 +1,30 @@
+#pragma once
+// A dialog made from a template of the executable.
+
+#include "platform/win32/Win32Form.h"
+
+namespace kalvrooms::Gui {
+
+class Win32TabStrip;
+
+class Win32Dialog : public Win32Form {
+  public:
+    Win32Dialog(Win32Desktop& desktop, const FormEntry& entry);
+    ~Win32Dialog() override;
+
+  protected:
+    void FocusFirst() override;
+    void Arrange(Win32Form* owner) override;
+    bool HandleDialogKeys(MSG& message) override;
+
+  private:
+    void addPages();
+    void stackReportRows();
+    static LRESULT CALLBACK pageProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
+                                          UINT_PTR identity, DWORD_PTR reference);
+
+    std::vector<HWND> pages_;
+    Win32TabStrip* tabs_ = nullptr;
+};
+
+} // namespace kalvrooms::Gui

@@ -1,0 +1,51 @@
+// The program's entry on Windows: puts the platform together and starts the program on it.
+
+#include "model/NumberText.h"
+#include "platform/win32/ComHostServer.h"
+#include "platform/win32/ComSpreadsheet.h"
+#include "platform/win32/Win32AnsiCodec.h"
+#include "platform/win32/Win32Desktop.h"
+#include "platform/win32/Win32Environment.h"
+#include "platform/win32/Win32Locale.h"
+#include "platform/win32/Win32Registry.h"
+#include "platform/win32/Win32ResourceLibraries.h"
+#include "program/Program.h"
+
+#include <objbase.h>
+
+namespace {
+
+// The apartment in which host and spreadsheet application are called.
+class Apartment {
+  public:
+    Apartment() : result_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
+    ~Apartment() {
+        if (SUCCEEDED(result_))
+            CoUninitialize();
+    }
+    Apartment(const Apartment&) = delete;
+    Apartment& operator=(const Apartment&) = delete;
+
+  private:
+    HRESULT result_;
+};
+
+} // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+    using namespace kalvrooms;
+    // No library may come from the folder that the program happens to be started in.
+    SetDllDirectoryW(L"");
+    const Apartment apartment;
+    HandInUserLocale(Win32UserLocale);
+    Gui::Win32Desktop desktop;
+    Win32AnsiCodec ansi;
+    Win32Registry registry;
+    Win32ResourceLibraries libraries;
+    Win32Environment environment;
+    const auto host = MakeComHostServer();
+    const auto spreadsheets = MakeComSpreadsheetServer();
+    Platform platform{desktop, ansi, registry, libraries, environment, *host, *spreadsheets};
+    RunProgram(platform);
+    return 0;
+}
