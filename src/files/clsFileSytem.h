@@ -1,0 +1,56 @@
+#pragma once
+// The file gateway: room lists and outlines of rooms, as text or as workbook. A name that ends in
+// "xls" is a workbook's, every other one a text file's. Nothing is kept between the calls.
+
+#include <cstdint>
+#include <string>
+
+#include "app/ProgramContext.h"
+#include "files/PointArray.h"
+#include "files/TextStream.h"
+#include "model/NumberText.h"
+#include "model/clsFloors.h"
+
+namespace kalvrooms {
+
+class clsFileSytem {
+  public:
+    explicit clsFileSytem(ProgramContext& context) : context_(context) {}
+
+    // Writes the whole list; an empty one leaves the disk alone. Without the spreadsheet
+    // application a workbook's name gets a text file. No errors: what was written before one stays
+    // on disk.
+    void WriteListToFile(const std::wstring& fileName, const clsFloors& floors);
+
+    // Adds the file's rooms to the list. Without the spreadsheet application a text file under a
+    // workbook's name is read; a real workbook gets text 73 in a message box. No errors: rooms
+    // that came in before one stay in the list.
+    void ReadListFromFile(const std::wstring& fileName, clsFloors& floors);
+
+    // False when the file could not be read to its end; the points are then as far as they were
+    // filled. True with unset points for a workbook without a count.
+    bool ReadPointsFromGeometryFile(const std::wstring& fileName, PointArray& points);
+
+    // Always as text, whatever the name; the last point, which repeats the first, is left out.
+    // Errors: TypeMismatch for unset points, Overflow for more than 32,768, those of the file.
+    void WritePointsToGeometryFile(const std::wstring& fileName, const PointArray& points);
+
+  private:
+    static bool IsExcelFile(const std::wstring& fileName);
+
+    void WriteListToTextFile(const std::wstring& fileName, const clsFloors& floors);
+    void ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors);
+    std::wstring BuildHeaderLine() const;
+    static std::wstring BuildRoomLine(const clsRoom& room, const NumberLocale& locale);
+    static void ParseRoomLine(const std::wstring& line, const NumberLocale& locale,
+                              clsFloors& floors);
+    void WriteListAsTextIgnoringErrors(const std::wstring& fileName, const clsFloors& floors);
+    void ReadListAsTextIgnoringErrors(const std::wstring& fileName, clsFloors& floors);
+    void ReadListFromExcel(const std::wstring& fileName, clsFloors& floors);
+    void WriteListToExcel(const std::wstring& fileName, const clsFloors& floors);
+    static void ReadPointsFromTextFile(TextReader& file, std::int32_t count, PointArray& points);
+
+    ProgramContext& context_;
+};
+
+} // namespace kalvrooms
