@@ -524,9 +524,9 @@ void clsKalvero::AddRoomToModificationList(const clsRoom& room, HostRoomElement&
         ++index;
         attempt([&] {
             SetAttributeIfNamed(*attributes, index, value.Name,
-                                {{context_.GetText(textEnclosure), room.Enclosure()},
-                                 {context_.GetText(textOccupancy), room.Occupancy()},
-                                 {context_.GetText(textAreaType), room.AreaType()}});
+                                {{{context_.GetText(textEnclosure), room.Enclosure()},
+                                  {context_.GetText(textOccupancy), room.Occupancy()},
+                                  {context_.GetText(textAreaType), room.AreaType()}}});
         });
     }
 }

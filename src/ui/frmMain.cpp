@@ -1,5 +1,6 @@
 #include "ui/frmMain.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -38,6 +39,7 @@ constexpr std::int32_t headerTexts[] = {20, 21, 22, 23, 24, 25, 26, 30};
 // Twips: the widths of the visible columns and of the table at its smallest.
 constexpr Gui::Twips columnWidths[visibleColumns] = {1500, 2400, 1000, 1000, 1400, 1000, 1000};
 constexpr Gui::Twips smallestTable = 9600;
+constexpr Gui::Twips widestSurplus = 32767;
 // Twips: room for frame, caption and menu bar around the table.
 constexpr Gui::Twips besideTable = 135;
 constexpr Gui::Twips aboveTable = 825;
@@ -573,8 +575,11 @@ void frmMain::onResize() {
     grdRooms_->Width(width);
     grdRooms_->Height(inside(form_->Height(), aboveTable));
 
+    // The surplus is a 16-bit whole number; beyond it, on very wide screens, the columns just grow
+    // no further.
     std::int16_t share = 0;
-    const std::int16_t surplus = RoundToInteger(width - smallestTable);
+    const std::int16_t surplus =
+        RoundToInteger(std::clamp(width - smallestTable, -widestSurplus, widestSurplus));
     if (surplus > 0)
         share = RoundToInteger(surplus / 7.0);
     grdRooms_->Bars(width >= smallestTable ? Gui::ScrollBars::Vertical : Gui::ScrollBars::Both);

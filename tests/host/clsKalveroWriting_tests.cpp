@@ -413,7 +413,8 @@ TEST_F(Writing, CallsGrowWithRoomsAndElementsNeverWithTheirProduct) {
         const int more = callsOf(101, 10, polygonal);
         const int perRoom = (more - base) / 100;
         EXPECT_LE(perRoom, 10);
-        EXPECT_EQ(callsOf(51, 10, polygonal), base + 50 * perRoom);
+        // Handing over a list of new elements is one call more, however long the list is.
+        EXPECT_NEAR(callsOf(51, 10, polygonal), base + 50 * perRoom, 1);
         // One call brings the identities of all elements.
         EXPECT_LE(callsOf(1, 5000, polygonal), base);
     }

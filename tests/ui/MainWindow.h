@@ -1,0 +1,93 @@
+#pragma once
+// The whole program on a headless desktop with a host in memory: what a user does with the main
+// window, in milliseconds.
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "files/SpreadsheetApplication.h"
+#include "model/RuntimeError.h"
+#include "platform/headless/HeadlessPlatform.h"
+#include "support/ScriptedHost.h"
+#include "ui/frmMain.h"
+
+namespace kalvrooms::testing {
+
+class NoSpreadsheetServer : public SpreadsheetServer {
+  public:
+    std::unique_ptr<SpreadsheetApplication> AttachRunning() override { return nullptr; }
+    std::unique_ptr<SpreadsheetApplication> CreateInstance() override {
+        throw RuntimeError(RuntimeError::CannotCreateObject);
+    }
+};
+
+class MainWindow : public ::testing::Test {
+  protected:
+    MainWindow() : folder_(std::filesystem::temp_directory_path() / "quartino-main") {
+        std::filesystem::create_directories(folder_);
+        platform_.desktop.Design(L"frmMain", [](HeadlessForm& form) {
+            form.Width(11000);
+            form.Height(7500);
+        });
+    }
+    ~MainWindow() override {
+        main_.reset();
+        std::filesystem::remove_all(folder_);
+    }
+
+    void show() {
+        main_ = std::make_unique<frmMain>(platform_.Bundle());
+        main_->SetLang(L"");
+        main_->SetRegKey(L"Software\\Host");
+        main_->HelpFile(L"C:\\q.chm");
+        main_->Show();
+    }
+    HeadlessForm& form() { return desktop().FormNamed(L"frmMain"); }
+    HeadlessGrid& table() { return form().Table(L"grdRooms"); }
+    HeadlessDesktop& desktop() { return platform_.desktop; }
+    std::wstring cell(int row, int column) { return table().Cells().Text(row, column); }
+    // Adds rooms through the dialog, as a user does.
+    void addRooms(const std::wstring& name, const std::wstring& quantity,
+                  const std::wstring& storey = L"EG") {
+        desktop().OnModal(L"frmRoom", [=](HeadlessForm& dialog) {
+            dialog.Field(L"txtStoryCode").Text(storey);
+            dialog.Field(L"txtName").Text(name);
+            dialog.Field(L"txtQuantity").Text(quantity);
+            dialog.Click(L"cmdOk");
+        });
+        form().ChooseMenu(L"mnuAddRoom");
+    }
+    std::wstring file(const std::string& name) const { return (folder_ / name).wstring(); }
+    std::wstring writeList(const std::string& name, int rooms) {
+        std::ofstream stream(folder_ / name, std::ios::binary);
+        stream << "header \t header\r\n";
+        for (int i = 1; i <= rooms; ++i)
+            stream << "R" << i << " \t F \t 16 \t EG\r\n";
+        return file(name);
+    }
+    std::string contents(const std::string& name) const {
+        std::ifstream stream(folder_ / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+    std::vector<std::wstring> prompts() {
+        std::vector<std::wstring> texts;
+        for (const Gui::Message& message : desktop().Messages())
+            texts.push_back(message.Prompt);
+        return texts;
+    }
+
+    std::filesystem::path folder_;
+    NoSpreadsheetServer spreadsheets_;
+    ScriptedHost host_;
+    HeadlessPlatform platform_{spreadsheets_, &host_};
+    std::unique_ptr<frmMain> main_;
+};
+
+inline const std::wstring savePrompt = L" Sollen Ihre Änderungen gespeichert werden?";
+inline const std::wstring limitPrompt =
+    L" Ihre Raumliste besteht aus mehr als 150 Räumen. Bitte beachten Sie, mit dem Quatrinoen\r "
+    L"können maximal 150 Räume bearbeitet werden.";
+
+} // namespace kalvrooms::testing

@@ -1,0 +1,544 @@
+#include "ui/MainWindow.h"
+
+#include "model/NumberText.h"
+
+namespace kalvrooms::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+TEST_F(MainWindow, ShowsTheMenusWithTheirTexts) {
+    show();
+    const std::vector<std::pair<std::wstring, std::wstring>> captions = {
+        {L"mnuFile", L" &Datei"},
+        {L"mnuNew", L" &Neu ..."},
+        {L"mnuOpen", L" Öffnen ..."},
+        {L"mnuSave", L" &Speichern"},
+        {L"mnuSaveAS", L" Speichern &unter"},
+        {L"mnuImport", L" Räume &aus dem Teilbild lesen"},
+        {L"mnuExport", L" Räume im Teilbild erzeugen"},
+        {L"mnuEnd", L" Beenden"},
+        {L"mnuRecord", L" &Bearbeiten"},
+        {L"mnuAddRoom", L" Raum &hinzufügen ..."},
+        {L"mnuModifyRoom", L" Raum &modifizieren ..."},
+        {L"mnuDeleteRoom", L" Raum löschen"},
+        {L"mnuSortAscending", L" Aufsteigend sortieren"},
+        {L"mnuSortDescending", L" Absteigend sortieren"},
+        {L"mnuExtras", L" &Extras"},
+        {L"mnuPlace", L" Optionen ..."}};
+    for (const auto& [name, caption] : captions)
+        EXPECT_EQ(form().MenuNamed(name).Caption(), caption);
+    for (const wchar_t* separator : {L"mnuSep1", L"mnusep2", L"mnusep3", L"mnusep4"})
+        EXPECT_TRUE(form().MenuNamed(separator).IsSeparator());
+}
+
+TEST_F(MainWindow, CarriesTheProjectInItsCaption) {
+    show();
+    EXPECT_EQ(form().Text(), L" Quartino - Schule");
+    host_.projectName = L"RaumProgramm";
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_EQ(form().Text(), L" Quartino");
+}
+
+TEST_F(MainWindow, AnEmptyListShowsAHundredRowsWithOnlyTheHeaderFilled) {
+    show();
+    EXPECT_EQ(table().Cells().Rows(), 100);
+    EXPECT_EQ(table().Cells().Columns(), 11);
+    EXPECT_EQ(cell(0, 0), L" Bezeichnung ");
+    EXPECT_EQ(cell(0, 6), L" Flächenart");
+    EXPECT_EQ(cell(0, 7), L" Geometrie");
+    EXPECT_EQ(cell(0, 8), L"ID");
+    EXPECT_EQ(cell(0, 9), L"");
+    EXPECT_EQ(cell(1, 0), L"");
+    EXPECT_EQ(table().Row(), 1);
+    EXPECT_EQ(table().Col(), 0);
+    for (int column = 0; column < 7; ++column)
+        EXPECT_EQ(table().Cells().CellAlignment(0, column), Gui::Alignment::Centre);
+}
+
+TEST_F(MainWindow, ARoomFillsItsRow) {
+    HandInUserLocale([] { return NumberLocale::German(); });
+    show();
+    addRooms(L"Büro 1", L"2");
+    HandInUserLocale(nullptr);
+    EXPECT_EQ(cell(1, 0), L"Büro 1");
+    EXPECT_EQ(cell(1, 2), L"16");
+    EXPECT_EQ(cell(1, 3), L"EG");
+    EXPECT_EQ(cell(1, 7), L"quadratisch");
+    EXPECT_EQ(cell(1, 8), L"2");
+    EXPECT_EQ(cell(2, 0), L"Büro2");
+    EXPECT_EQ(cell(2, 8), L"3");
+    EXPECT_EQ(cell(3, 0), L"");
+    for (int column = 0; column < 7; ++column) {
+        EXPECT_EQ(table().Cells().TextColour(1, column), 255);
+        EXPECT_EQ(table().Cells().CellAlignment(1, column), Gui::Alignment::Centre);
+    }
+    EXPECT_EQ(table().Cells().TextColour(1, 7), std::nullopt);
+    EXPECT_EQ(table().Row(), 1);
+    EXPECT_EQ(table().Col(), 0);
+    EXPECT_TRUE(table().Redrawing());
+}
+
+TEST_F(MainWindow, RoomsFromTheDrawingHaveTheColourOfExistingRooms) {
+    host_.projectFolder = folder_.wstring();
+    ScriptedElement element;
+    element.identity = {17, 3, L"K3"};
+    element.name = L"a";
+    element.storey = L"EG";
+    element.outline = {{0, 0}, {1, 0}, {1, 1}};
+    host_.drawing.push_back(element);
+    show();
+    form().ChooseMenu(L"mnuImport");
+    EXPECT_EQ(cell(1, 0), L"a");
+    EXPECT_EQ(cell(1, 7), L"polygonal");
+    EXPECT_EQ(table().Cells().TextColour(1, 0), 0);
+}
+
+TEST_F(MainWindow, RowsGrowWithTheList) {
+    show();
+    for (const auto& [rooms, rows] : {std::pair{99, 100}, {100, 101}, {151, 152}}) {
+        desktop().ChooseFile(writeList("list.txt", rooms), 1);
+        form().ChooseMenu(L"mnuOpen");
+        EXPECT_EQ(table().Cells().Rows(), rows);
+        EXPECT_EQ(cell(rooms, 0), L"R" + std::to_wstring(rooms));
+    }
+}
+
+TEST_F(MainWindow, AListOverTheLimitIsShownWholeAfterAWarning) {
+    show();
+    desktop().ChooseFile(writeList("list.txt", 151), 1);
+    form().ChooseMenu(L"mnuOpen");
+    ASSERT_THAT(prompts(), ElementsAre(limitPrompt));
+    EXPECT_EQ(desktop().Messages()[0].Symbol, Gui::Message::Icon::Exclamation);
+    EXPECT_EQ(desktop().Messages()[0].Title, L" Quartino");
+    main_->UpdateTable(false);
+    EXPECT_THAT(prompts(), SizeIs(1));
+}
+
+TEST_F(MainWindow, AddingBeyondTheLimitWarns) {
+    show();
+    addRooms(L"R1", L"150");
+    EXPECT_THAT(prompts(), IsEmpty());
+    addRooms(L"R1", L"1");
+    EXPECT_THAT(prompts(), ElementsAre(limitPrompt));
+}
+
+TEST_F(MainWindow, TheTableLeavesRoomForFrameAndMenu) {
+    show();
+    EXPECT_EQ(table().Width(), 11000 - 135);
+    EXPECT_EQ(table().Height(), 7500 - 825);
+    // Surplus 10865 - 9600 = 1265, a seventh is 180.7.
+    EXPECT_EQ(table().ColWidth(0), 1500 + 181);
+    EXPECT_EQ(table().ColWidth(1), 2400 + 181);
+    EXPECT_EQ(table().ColWidth(2), 1000 + 181);
+    EXPECT_EQ(table().ColWidth(4), 1400 + 181);
+    for (int column = 7; column < 11; ++column)
+        EXPECT_EQ(table().ColWidth(column), 0);
+    EXPECT_EQ(table().Bars(), Gui::ScrollBars::Vertical);
+    form().DragTo(9600 + 135, 825);
+    EXPECT_EQ(table().ColWidth(0), 1500);
+    EXPECT_EQ(table().Bars(), Gui::ScrollBars::Vertical);
+    EXPECT_EQ(table().Height(), 0);
+    form().DragTo(9600 + 134, 800);
+    EXPECT_EQ(table().Bars(), Gui::ScrollBars::Both);
+    EXPECT_EQ(table().ColWidth(3), 1000);
+    form().DragTo(100, 100);
+    EXPECT_EQ(table().Width(), 0);
+    EXPECT_EQ(table().Height(), 0);
+}
+
+TEST_F(MainWindow, AVeryWideWindowKeepsItsColumns) {
+    show();
+    form().DragTo(60000, 7500);
+    EXPECT_EQ(table().ColWidth(0), 1500 + 4681); // a seventh of 32767
+    EXPECT_THAT(prompts(), IsEmpty());
+}
+
+TEST_F(MainWindow, AHeaderClickSortsTheTableButNotTheList) {
+    show();
+    for (const wchar_t* name : {L"10", L"9", L"b", L"A"})
+        addRooms(name, L"1");
+    form().ClickCell(L"grdRooms", Gui::MouseButton::Left, 0, 0);
+    EXPECT_EQ(cell(1, 0), L"9");
+    EXPECT_EQ(cell(2, 0), L"10");
+    EXPECT_EQ(cell(3, 0), L"A");
+    EXPECT_EQ(cell(4, 0), L"b");
+    EXPECT_EQ(cell(5, 0), L"");
+    form().ChooseMenu(L"mnuSortDescending");
+    EXPECT_EQ(cell(1, 0), L"b");
+    EXPECT_EQ(cell(4, 0), L"9");
+    main_->UpdateTable(false);
+    EXPECT_EQ(cell(1, 0), L"10");
+}
+
+TEST_F(MainWindow, GeometryAndIdAreNeverSortKeys) {
+    show();
+    for (const wchar_t* name : {L"b", L"a"})
+        addRooms(name, L"1");
+    table().Col(8);
+    form().ChooseMenu(L"mnuSortAscending");
+    EXPECT_EQ(table().Col(), 0);
+    EXPECT_EQ(cell(1, 0), L"a");
+}
+
+TEST_F(MainWindow, SortingDoesNotMakeTheListDirty) {
+    show();
+    desktop().ChooseFile(writeList("list.txt", 3), 1);
+    form().ChooseMenu(L"mnuOpen");
+    form().ChooseMenu(L"mnuSortDescending");
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_THAT(prompts(), IsEmpty());
+}
+
+TEST_F(MainWindow, TheRightButtonOpensTheEditMenuAndDoesNotSort) {
+    show();
+    addRooms(L"b", L"1");
+    addRooms(L"a", L"1");
+    form().ClickCell(L"grdRooms", Gui::MouseButton::Right, 0, 0);
+    EXPECT_THAT(desktop().Popups(), ElementsAre(L"mnuRecord"));
+    EXPECT_EQ(cell(1, 0), L"b");
+}
+
+TEST_F(MainWindow, ADoubleClickModifiesARoomOrAddsOne) {
+    show();
+    addRooms(L"a", L"1");
+    std::vector<std::wstring> captions;
+    for (int i = 0; i < 2; ++i)
+        desktop().OnModal(L"frmRoom", [&](HeadlessForm& dialog) {
+            captions.push_back(dialog.Text());
+            dialog.Click(L"cmdCancel");
+        });
+    form().DoubleClickCell(L"grdRooms", 1, 0);
+    form().DoubleClickCell(L"grdRooms", 5, 0);
+    EXPECT_THAT(captions, ElementsAre(L" Raum modifizieren ", L" Raum hinzufügen "));
+    form().ClickCell(L"grdRooms", Gui::MouseButton::Left, 0, 0);
+    table().DoubleClick();
+    EXPECT_THAT(captions, SizeIs(2));
+}
+
+TEST_F(MainWindow, ModifyingChangesTheRoomOfTheSortedRow) {
+    show();
+    addRooms(L"b", L"1");
+    addRooms(L"a", L"1");
+    form().ChooseMenu(L"mnuSortAscending");
+    table().Row(2);
+    desktop().OnModal(L"frmRoom", [&](HeadlessForm& dialog) {
+        EXPECT_EQ(dialog.Field(L"txtName").Text(), L"b");
+        dialog.Field(L"txtName").Text(L"c");
+        dialog.Click(L"cmdOk");
+    });
+    form().ChooseMenu(L"mnuModifyRoom");
+    EXPECT_EQ(cell(1, 0), L"c");
+    EXPECT_EQ(cell(2, 0), L"a");
+}
+
+TEST_F(MainWindow, TheAddTemplateKeepsWhatTheLastDialogPutIntoIt) {
+    show();
+    addRooms(L"Büro 1", L"3", L"OG");
+    desktop().OnModal(L"frmRoom", [&](HeadlessForm& dialog) {
+        EXPECT_EQ(dialog.Field(L"txtName").Text(), L"Büro4");
+        EXPECT_EQ(dialog.Field(L"txtStoryCode").Text(), L"OG");
+        EXPECT_EQ(dialog.Field(L"txtQuantity").Text(), L"1");
+        dialog.Click(L"cmdCancel");
+    });
+    form().ChooseMenu(L"mnuAddRoom");
+}
+
+TEST_F(MainWindow, DeletingTakesTheSelectedRoomWithoutAsking) {
+    show();
+    addRooms(L"1", L"3");
+    table().Row(2);
+    form().ChooseMenu(L"mnuDeleteRoom");
+    EXPECT_THAT(prompts(), IsEmpty());
+    EXPECT_EQ(cell(1, 0), L"1");
+    EXPECT_EQ(cell(2, 0), L"3");
+    EXPECT_EQ(cell(3, 0), L"");
+    table().Row(50);
+    form().ChooseMenu(L"mnuDeleteRoom");
+    table().Row(0);
+    form().ChooseMenu(L"mnuDeleteRoom");
+    EXPECT_EQ(cell(2, 0), L"3");
+    EXPECT_THAT(prompts(), IsEmpty());
+}
+
+TEST_F(MainWindow, OpeningAsksForAFileInTheProjectFolderAndShowsItsRooms) {
+    host_.projectFolder = L"C:\\Projekte";
+    show();
+    desktop().ChooseFile(writeList("Liste.txt", 2), 1);
+    form().ChooseMenu(L"mnuOpen");
+    ASSERT_THAT(desktop().FileDialogs(), SizeIs(1));
+    const auto& asked = desktop().FileDialogs()[0];
+    EXPECT_FALSE(asked.Save);
+    EXPECT_EQ(asked.Asked.FileName, L"C:\\Projekte\\*.xls");
+    EXPECT_EQ(asked.Asked.Filter, L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls");
+    EXPECT_EQ(asked.Asked.FilterIndex, 2);
+    EXPECT_EQ(asked.Asked.DefaultExtension, L"xls");
+    EXPECT_EQ(asked.Asked.Flags, 0x3004u);
+    EXPECT_EQ(form().Text(), L" Quartino - Liste.txt");
+    EXPECT_EQ(cell(2, 0), L"R2");
+    desktop().CancelFileDialog();
+    form().ChooseMenu(L"mnuSaveAS");
+    EXPECT_TRUE(desktop().FileDialogs()[1].Save);
+    EXPECT_EQ(desktop().FileDialogs()[1].Asked.Flags, 6u);
+    EXPECT_EQ(desktop().FileDialogs()[1].Asked.FilterIndex, 1);
+    EXPECT_EQ(desktop().FileDialogs()[1].Asked.FileName, file("Liste.txt"));
+    EXPECT_THAT(prompts(), IsEmpty());
+}
+
+TEST_F(MainWindow, GivingUpTheOpenDialogChangesNothing) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().CancelFileDialog();
+    form().ChooseMenu(L"mnuOpen");
+    EXPECT_EQ(cell(1, 0), L"a");
+    EXPECT_EQ(form().Text(), L" Quartino - Schule");
+    EXPECT_THAT(prompts(), IsEmpty());
+}
+
+TEST_F(MainWindow, OpeningOverUnsavedRoomsOffersToSaveThemFirst) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().ChooseFile(writeList("other.txt", 2), 1);
+    desktop().AnswerNext(Gui::Answer::Yes);
+    desktop().ChooseFile(file("mine.txt"), 1);
+    form().ChooseMenu(L"mnuOpen");
+    EXPECT_THAT(prompts(), ElementsAre(savePrompt));
+    EXPECT_THAT(contents("mine.txt"), ::testing::HasSubstr("\na \t"));
+    EXPECT_EQ(cell(1, 0), L"R1");
+    EXPECT_EQ(form().Text(), L" Quartino - other.txt");
+}
+
+TEST_F(MainWindow, GivingUpTheSavingKeepsTheUnsavedRooms) {
+    show();
+    addRooms(L"a", L"1");
+    for (const wchar_t* menu : {L"mnuNew", L"mnuImport"}) {
+        desktop().AnswerNext(Gui::Answer::Yes);
+        desktop().CancelFileDialog();
+        form().ChooseMenu(menu);
+        EXPECT_EQ(cell(1, 0), L"a") << menu;
+    }
+    desktop().ChooseFile(writeList("other.txt", 2), 1);
+    desktop().AnswerNext(Gui::Answer::Yes);
+    desktop().CancelFileDialog();
+    form().ChooseMenu(L"mnuOpen");
+    EXPECT_EQ(cell(1, 0), L"a");
+}
+
+TEST_F(MainWindow, SavingAListThatWasNeverSavedAsksForAName) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().ChooseFile(file("mine.txt"), 1);
+    form().ChooseMenu(L"mnuSave");
+    EXPECT_EQ(form().Text(), L" Quartino - mine.txt");
+    const std::string first = contents("mine.txt");
+    EXPECT_THAT(first, ::testing::HasSubstr("\na \t"));
+    addRooms(L"b", L"1");
+    form().ChooseMenu(L"mnuSave");
+    EXPECT_THAT(desktop().FileDialogs(), SizeIs(1));
+    EXPECT_THAT(contents("mine.txt"), ::testing::HasSubstr("\nb \t"));
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_THAT(prompts(), IsEmpty());
+    EXPECT_EQ(cell(1, 0), L"");
+}
+
+TEST_F(MainWindow, NewClearsTheListAndResetsTheName) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().ChooseFile(file("mine.txt"), 1);
+    form().ChooseMenu(L"mnuSave");
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_EQ(form().Text(), L" Quartino - Schule");
+    addRooms(L"b", L"1");
+    desktop().CancelFileDialog();
+    form().ChooseMenu(L"mnuSave");
+    // The file kind stayed that of the text file, and with it the pattern.
+    EXPECT_EQ(desktop().FileDialogs().back().Asked.FileName, L"C:\\Projekte\\*.txt");
+}
+
+TEST_F(MainWindow, AnsweringNoThrowsTheChangesAway) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().AnswerNext(Gui::Answer::No);
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_EQ(desktop().Messages()[0].ButtonSet, Gui::Message::Buttons::YesNo);
+    EXPECT_EQ(desktop().Messages()[0].Symbol, Gui::Message::Icon::None);
+    EXPECT_EQ(desktop().Messages()[0].Title, L" Quartino");
+    EXPECT_EQ(cell(1, 0), L"");
+    EXPECT_THAT(desktop().FileDialogs(), IsEmpty());
+}
+
+TEST_F(MainWindow, ClosingAsksForUnsavedRoomsAndIsNeverCalledOff) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().AnswerNext(Gui::Answer::Yes);
+    desktop().CancelFileDialog();
+    form().Close();
+    EXPECT_THAT(prompts(), ElementsAre(savePrompt));
+    EXPECT_FALSE(desktop().IsLoaded(L"frmMain"));
+    EXPECT_EQ(platform_.registry.Number(L"Software\\Host\\QTO", L"Report"), 1);
+}
+
+TEST_F(MainWindow, ClosingAnEmptyListNeverAsksEvenIfItWasChanged) {
+    show();
+    form().ChooseMenu(L"mnuDeleteRoom");
+    form().ChooseMenu(L"mnuEnd");
+    EXPECT_THAT(prompts(), IsEmpty());
+    EXPECT_FALSE(desktop().IsLoaded(L"frmMain"));
+}
+
+TEST_F(MainWindow, SettingsComeBackWithTheNextRun) {
+    show();
+    EXPECT_EQ(form().Width(), 11000);
+    form().Left(150);
+    form().Top(300);
+    form().DragTo(12000.5f, 8001.5f);
+    main_->SetPlace(2, 3, false, 0x010203, 0x040506);
+    main_->SetWithoutReport();
+    form().Close();
+    const std::wstring key = L"Software\\Host\\QTO";
+    EXPECT_EQ(platform_.registry.Number(key, L"Width"), 12000);
+    EXPECT_EQ(platform_.registry.Number(key, L"Height"), 8002);
+    show();
+    EXPECT_EQ(form().Left(), 150);
+    EXPECT_EQ(form().Top(), 300);
+    EXPECT_EQ(form().Width(), 12000);
+    double x, y;
+    bool block, noReport;
+    std::int32_t colorOld, colorNew;
+    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
+    EXPECT_EQ(x, 1.0);
+    EXPECT_EQ(y, 1.0);
+    EXPECT_TRUE(block);
+    EXPECT_EQ(colorOld, 0x010203);
+    EXPECT_EQ(colorNew, 0x040506);
+    EXPECT_TRUE(noReport);
+}
+
+TEST_F(MainWindow, AStoredSizeOfZeroMakesAllSettingsCountForNothing) {
+    platform_.registry.Put(L"Software\\Host\\QTO", L"Report", 2);
+    platform_.registry.Put(L"Software\\Host\\QTO", L"Height", 0);
+    platform_.registry.Put(L"Software\\Host\\QTO", L"Width", 9000);
+    platform_.registry.Put(L"Software\\Host\\QTO", L"ColorNew", 7);
+    show();
+    EXPECT_EQ(form().Width(), 11000);
+    double x, y;
+    bool block, noReport;
+    std::int32_t colorOld, colorNew;
+    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
+    EXPECT_FALSE(noReport);
+    EXPECT_EQ(colorNew, 255);
+}
+
+TEST_F(MainWindow, AStoredSizeWithoutColoursMakesThemBlack) {
+    platform_.registry.Put(L"Software\\Host\\QTO", L"Height", 6000);
+    platform_.registry.Put(L"Software\\Host\\QTO", L"Width", 9000);
+    show();
+    double x, y;
+    bool block, noReport;
+    std::int32_t colorOld, colorNew;
+    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
+    EXPECT_EQ(colorNew, 0);
+}
+
+TEST_F(MainWindow, TheReleaseOfF1OpensTheHelp) {
+    show();
+    form().PressKey(Gui::KeyF1);
+    ASSERT_THAT(desktop().HelpCalls(), SizeIs(1));
+    EXPECT_EQ(desktop().HelpCalls()[0].File, L"C:\\q.chm");
+    EXPECT_EQ(desktop().HelpCalls()[0].Context, 20u);
+    form().ReleaseKey(Gui::KeyF1);
+    EXPECT_THAT(desktop().HelpCalls(), SizeIs(1));
+}
+
+TEST_F(MainWindow, WritingToTheDrawingEndsWithTheReport) {
+    show();
+    addRooms(L"a", L"3");
+    bool shown = false;
+    desktop().OnModal(L"frmReport", [&](HeadlessForm& report) {
+        shown = true;
+        EXPECT_EQ(report.ControlNamed(L"lblNum3").Text(), L"3");
+        EXPECT_TRUE(form().Enabled());
+        report.Click(L"cmdOk");
+    });
+    form().ChooseMenu(L"mnuExport");
+    EXPECT_TRUE(shown);
+    EXPECT_THAT(host_.drawing, SizeIs(3));
+    EXPECT_EQ(host_.drawing[0].colour, 255);
+    // Without the report, and with nothing written, no dialog comes up.
+    main_->SetWithoutReport();
+    form().ChooseMenu(L"mnuExport");
+    main_->SetWithReport();
+    form().ChooseMenu(L"mnuNew");
+    form().ChooseMenu(L"mnuExport");
+    EXPECT_EQ(
+        std::count(desktop().ModalForms().begin(), desktop().ModalForms().end(), L"frmReport"), 1);
+}
+
+TEST_F(MainWindow, AnErrorOfTheHostIsShownAndTheProgramGoesOn) {
+    show();
+    addRooms(L"a", L"3");
+    host_.failMember = "ApplyChanges";
+    form().ChooseMenu(L"mnuExport");
+    ASSERT_THAT(prompts(), SizeIs(1));
+    EXPECT_THAT(prompts()[0], ::testing::HasSubstr(L"440"));
+    EXPECT_THAT(prompts()[0], ::testing::HasSubstr(L"scripted failure"));
+    EXPECT_EQ(desktop().Messages()[0].Title, L" Quartino");
+    EXPECT_TRUE(form().Enabled());
+    EXPECT_EQ(cell(3, 0), L"a2");
+    host_.failMember.clear();
+    desktop().OnModal(L"frmReport", [](HeadlessForm& report) { report.Click(L"cmdOk"); });
+    form().ChooseMenu(L"mnuExport");
+    EXPECT_THAT(host_.drawing, SizeIs(3));
+}
+
+TEST_F(MainWindow, NoSecondCommandStartsAndNoClosingHappensWhileTheHostIsCalled) {
+    show();
+    addRooms(L"a", L"1");
+    bool seen = false;
+    host_.onCall = [&](const std::string& member) {
+        if (member != "GetElements" || seen)
+            return;
+        seen = true;
+        // A call across processes serves the messages of this window.
+        form().ChooseMenu(L"mnuDeleteRoom");
+        form().Close();
+        EXPECT_TRUE(desktop().IsLoaded(L"frmMain"));
+    };
+    desktop().AnswerNext(Gui::Answer::No); // the unsaved room
+    form().ChooseMenu(L"mnuImport");
+    EXPECT_TRUE(seen);
+    EXPECT_FALSE(desktop().IsLoaded(L"frmMain"));
+}
+
+TEST_F(MainWindow, ImportReplacesTheListAndMakesItDirty) {
+    show();
+    addRooms(L"a", L"1");
+    ScriptedElement element;
+    element.identity = {17, 3, L"K3"};
+    element.name = L"aus dem Teilbild";
+    host_.drawing.push_back(element);
+    form().ChooseMenu(L"mnuImport");
+    EXPECT_THAT(prompts(), ElementsAre(savePrompt));
+    EXPECT_EQ(cell(1, 0), L"aus dem Teilbild");
+    EXPECT_EQ(cell(2, 0), L"");
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_THAT(prompts(), ElementsAre(savePrompt, savePrompt));
+}
+
+TEST_F(MainWindow, OptionsRebuildTheTableInTheNewColours) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().OnModal(L"frmPlace", [&](HeadlessForm& options) {
+        desktop().ChooseColour(0x00FF00);
+        options.SelectTab(L"SSTab1", 1);
+        options.Click(L"cmdWithoutCoordinates");
+        options.Click(L"cmdOk");
+    });
+    form().ChooseMenu(L"mnuPlace");
+    EXPECT_EQ(table().Cells().TextColour(1, 0), 0x00FF00);
+}
+
+} // namespace
+} // namespace kalvrooms::testing
