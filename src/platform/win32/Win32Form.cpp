@@ -137,6 +137,12 @@ bool Win32Form::Raise(const std::function<void()>& handler) {
     return true;
 }
 
+void Win32Form::countCommand() {
+    constexpr const wchar_t* property = L"QuartinoCommandsDone";
+    const auto done = reinterpret_cast<std::uintptr_t>(GetPropW(Window(), property));
+    SetPropW(Window(), property, reinterpret_cast<HANDLE>(done + 1));
+}
+
 void Win32Form::FocusArrived(Win32Control& control) {
     if (closing_ || &control == this || focused_ == &control)
         return;
@@ -373,7 +379,8 @@ bool Win32Form::Reflect(HWND parent, UINT message, WPARAM word, LPARAM data, LRE
         }
         if (HIWORD(word) == 0) {
             if (Win32MenuItem* item = menuBar_.ItemById(LOWORD(word))) {
-                Raise(item->Click);
+                if (Raise(item->Click))
+                    countCommand();
                 return true;
             }
         }

@@ -102,6 +102,9 @@ class Win32Form : public Form, public Win32Control {
     void changeDpi(UINT dpi, const RECT& suggested);
     bool flushFocusEvents();
     void close(bool sessionEnds);
+    // For programs that drive this one from outside, who cannot see otherwise that a command has
+    // ended: the number of ended commands is a property of the window.
+    void countCommand();
     void destroy();
     void releaseOwner();
     void firstShow();

@@ -1,6 +1,7 @@
 #include "standin/driver/win32/UiDriver.h"
 
 #include <commctrl.h>
+#include <tlhelp32.h>
 
 #include <memory>
 
@@ -64,6 +65,18 @@ DWORD Process::waitForEnd(DWORD limit) {
     DWORD code = 0;
     GetExitCodeProcess(information_.hProcess, &code);
     return code;
+}
+
+DWORD childOf(DWORD parent, const wchar_t* program) {
+    const std::unique_ptr<void, decltype(&CloseHandle)> processes(
+        CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0), &CloseHandle);
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(processes.get(), &entry); more;
+         more = Process32NextW(processes.get(), &entry))
+        if (entry.th32ParentProcessID == parent && _wcsicmp(entry.szExeFile, program) == 0)
+            return entry.th32ProcessID;
+    return 0;
 }
 
 std::vector<HWND> windowsOf(DWORD processId) {

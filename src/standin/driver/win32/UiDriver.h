@@ -59,6 +59,9 @@ class Process {
     PROCESS_INFORMATION information_{};
 };
 
+// The process of that program that another one started; 0 while there is none.
+DWORD childOf(DWORD parent, const wchar_t* program);
+
 // Visible top-level windows of a process, in z-order.
 std::vector<HWND> windowsOf(DWORD processId);
 HWND windowOfClass(DWORD processId, const wchar_t* className);

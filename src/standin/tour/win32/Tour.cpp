@@ -91,7 +91,7 @@ class Tour {
             }
         });
         ui::waitFor("Quartino's process", [this] {
-            quartino_ = static_cast<DWORD>(control_.Get(L"ClientProcessId").toLong());
+            quartino_ = ui::childOf(host_->id(), L"Quartino.exe");
             return quartino_ != 0;
         });
         const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, quartino_);
@@ -171,6 +171,13 @@ class Tour {
         return IsWindowVisible(label) ? std::wcstol(ui::textOf(label).c_str(), nullptr, 10) : 0;
     }
 
+    static long countOf(const std::wstring& text, const std::wstring& word) {
+        long count = 0;
+        for (auto at = text.find(word); at != std::wstring::npos; at = text.find(word, at + 1))
+            ++count;
+        return count;
+    }
+
     // Rooms stand at the top of the table; the rows below are empty.
     long listedRooms() const {
         constexpr int idColumn = 8;
@@ -213,8 +220,9 @@ class Tour {
         const ComVariant svg(out_ + L"\\drawing.svg");
         control_.Call(L"SaveDrawing", {&drawing});
         control_.Call(L"ExportSvg", {&svg});
-        summary_["rooms.drawing"] = control_.Get(L"ElementCount").toLong();
-        if (const HWND window = ui::windowOfClass(host_->id(), L"KalveroPractice"))
+        summary_["rooms.drawing"] =
+            countOf(control_.Get(L"DrawingText").toText(), L"\"componentId\"");
+        if (const HWND window = ui::windowOfClass(host_->id(), L"KalveroPracticeHost"))
             picture(L"drawing", window);
         if (main_) {
             PostMessageW(main_, WM_CLOSE, 0, 0);
