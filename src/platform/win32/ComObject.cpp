@@ -43,9 +43,12 @@ bool isServerGone(HRESULT result) {
     }
 }
 
+// What the spreadsheet application answers while its user is in the middle of something.
+constexpr auto cellIsBeingEdited = static_cast<HRESULT>(0x800AC472UL);
+
 bool isRejected(HRESULT result) {
     return result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER ||
-           result == RPC_E_SERVERCALL_REJECTED;
+           result == RPC_E_SERVERCALL_REJECTED || result == cellIsBeingEdited;
 }
 
 std::wstring systemText(HRESULT result) {
@@ -287,6 +290,23 @@ ComObject ComObject::Create(std::shared_ptr<ComSession> session, std::wstring ki
     return created;
 }
 
+ComObject ComObject::Attach(std::shared_ptr<ComSession> session, std::wstring kind,
+                            const wchar_t* programmaticIdentifier) {
+    const CLSID classIdentifier = ComSession::ClassOf(programmaticIdentifier);
+    IUnknown* running = nullptr;
+    IDispatch* object = nullptr;
+    ++session->calls_;
+    if (SUCCEEDED(GetActiveObject(classIdentifier, nullptr, &running)) && running) {
+        running->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&object));
+        running->Release();
+    }
+    if (!object)
+        throw RuntimeError(RuntimeError::CannotCreateObject);
+    ComObject attached(std::move(session), std::move(kind), object);
+    object->Release();
+    return attached;
+}
+
 template <typename Step>
 HRESULT ComObject::retried(Step step) {
     constexpr DWORD pause = 100;
@@ -384,13 +404,17 @@ void ComObject::Put(const wchar_t* member, const ComVariant& value,
 ComObject ComObject::CallObject(std::wstring kind, const wchar_t* member,
                                 std::initializer_list<const ComVariant*> arguments) {
     const ComVariant answer = Call(member, arguments);
-    return ComObject(session_, std::move(kind), answer.toObject());
+    ComObject object(session_, std::move(kind), answer.toObject());
+    object.locale_ = locale_;
+    return object;
 }
 
 ComObject ComObject::ObjectOf(std::wstring kind, const wchar_t* member,
                               std::initializer_list<const ComVariant*> arguments) {
     const ComVariant answer = Get(member, arguments);
-    return ComObject(session_, std::move(kind), answer.toObject());
+    ComObject object(session_, std::move(kind), answer.toObject());
+    object.locale_ = locale_;
+    return object;
 }
 
 } // namespace kalvrooms

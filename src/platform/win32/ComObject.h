@@ -101,6 +101,10 @@ class ComObject {
     static ComObject Create(std::shared_ptr<ComSession> session, std::wstring kind,
                             const wchar_t* programmaticIdentifier, DWORD context);
 
+    // The running object of a registered class. Error: CannotCreateObject when none is running.
+    static ComObject Attach(std::shared_ptr<ComSession> session, std::wstring kind,
+                            const wchar_t* programmaticIdentifier);
+
     // Arguments in the order of the call. Errors: what the server raised; ServerUnavailable when
     // its process is gone; AutomationError for everything else.
     ComVariant Call(const wchar_t* member, std::initializer_list<const ComVariant*> arguments = {});
@@ -114,7 +118,7 @@ class ComObject {
 
     IDispatch* dispatch() const { return object_; }
     const std::shared_ptr<ComSession>& session() const { return session_; }
-    // English, United States: servers interpret names and values independently of the user.
+    // The locale that calls carry; objects that they bring inherit it.
     void locale(LCID locale) { locale_ = locale; }
 
   private:

@@ -14,6 +14,7 @@
 #include <set>
 #include <sstream>
 
+#include "model/RuntimeError.h"
 #include "platform/win32/ComObject.h"
 #include "platform/win32/ControlIds.h"
 #include "standin/driver/win32/UiDriver.h"
