@@ -22,8 +22,7 @@ struct SystemDialogs {
 };
 
 // Raises DialogCancelled when no file was chosen.
-void RunFileDialog(FileDialog& dialog, HWND owner,
-                   const std::function<bool(OPENFILENAMEW&)>& call,
+void RunFileDialog(FileDialog& dialog, HWND owner, const std::function<bool(OPENFILENAMEW&)>& call,
                    const std::function<DWORD()>& error);
 
 // Cancelled, the colour stays.

@@ -1,6 +1,11 @@
 #include "platform/win32/Win32Buttons.h"
 
+#include "platform/win32/Win32Desktop.h"
 #include "platform/win32/Win32Form.h"
+
+#include <uxtheme.h>
+
+#include <vssym32.h>
 
 namespace kalvrooms::Gui {
 
@@ -27,7 +32,17 @@ bool Win32Button::OnDrawItem(const DRAWITEMSTRUCT& item) {
     RECT rectangle = item.rcItem;
     const bool pressed = item.itemState & ODS_SELECTED;
     FillRect(item.hDC, &rectangle, GetSysColorBrush(COLOR_3DFACE));
-    DrawEdge(item.hDC, &rectangle, pressed ? EDGE_SUNKEN : EDGE_RAISED, BF_RECT | BF_ADJUST);
+    if (const HTHEME theme = OpenThemeData(Window(), L"BUTTON")) {
+        const int state = item.itemState & ODS_DISABLED ? PBS_DISABLED
+                          : pressed                     ? PBS_PRESSED
+                                                        : PBS_NORMAL;
+        DrawThemeParentBackground(Window(), item.hDC, &rectangle);
+        DrawThemeBackground(theme, item.hDC, BP_PUSHBUTTON, state, &rectangle, nullptr);
+        CloseThemeData(theme);
+        InflateRect(&rectangle, -1, -1);
+    } else {
+        DrawEdge(item.hDC, &rectangle, pressed ? EDGE_SUNKEN : EDGE_RAISED, BF_RECT | BF_ADJUST);
+    }
     const int gap = MulDiv(3, static_cast<int>(Owner().Dpi()), USER_DEFAULT_SCREEN_DPI);
     RECT field = rectangle;
     InflateRect(&field, -gap, -gap);
@@ -59,8 +74,8 @@ void Win32OptionButton::Value(bool value) {
         return;
     }
     Owner().SelectOption(*this);
-    if (const auto click = Click)
-        click();
+    const auto click = Click;
+    Owner().Desktop().Dispatch(click);
 }
 
 void Win32OptionButton::Mark(bool on) {

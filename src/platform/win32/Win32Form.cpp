@@ -479,13 +479,11 @@ void Win32Form::changeDpi(UINT dpi, const RECT& suggested) {
     if (!dpi || dpi == dpi_)
         return;
     const UINT old = std::exchange(dpi_, dpi);
-    SendMessageW(Window(), WM_SETREDRAW, FALSE, 0);
     SetWindowPos(Window(), nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
                  suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
     ApplyFont();
     for (const auto& [entry, control] : controls_)
         control->Rescale(old, dpi);
-    SendMessageW(Window(), WM_SETREDRAW, TRUE, 0);
     RedrawWindow(Window(), nullptr, nullptr,
                  RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN);
 }
