@@ -223,8 +223,6 @@ class Tour {
         control_.Call(L"ExportSvg", {&svg});
         summary_["rooms.drawing"] =
             countOf(control_.Get(L"DrawingText").toText(), L"\"componentId\"");
-        if (const HWND window = ui::windowOfClass(host_->id(), L"KalveroPracticeHost"))
-            picture(L"drawing", window);
         if (main_) {
             PostMessageW(main_, WM_CLOSE, 0, 0);
             const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, quartino_);
@@ -234,6 +232,9 @@ class Tour {
             });
             CloseHandle(process);
         }
+        // Nothing stands in front of the drawing any more.
+        if (const HWND window = ui::windowOfClass(host_->id(), L"KalveroPracticeHost"))
+            picture(L"drawing", window);
         control_.Call(L"Quit");
         control_ = ComObject();
         host_->waitForEnd();
