@@ -1,0 +1,232 @@
+#include "ui/frmReport.h"
+
+#include <limits>
+
+#include "TestContext.h"
+
+namespace kalvrooms {
+namespace {
+
+using Names = std::vector<std::wstring>;
+
+constexpr Gui::Twips firstRow = 600;
+constexpr Gui::Twips pitch = 360;
+constexpr Gui::Twips checkTop = 1800;
+constexpr Gui::Twips hintTop = 2100;
+constexpr Gui::Twips okTop = 2500;
+constexpr Gui::Twips formHeight = 3600;
+
+class frmReportTest : public DialogTest {
+  protected:
+    frmReportTest() {
+        desktop.Design(L"frmReport", [](HeadlessForm& form) {
+            form.Height(formHeight);
+            for (int row = 1; row <= 3; ++row) {
+                const std::wstring number = std::to_wstring(row);
+                const Gui::Twips top = firstRow + static_cast<Gui::Twips>(row - 1) * pitch;
+                form.LabelNamed(L"lblNum" + number).Top(top);
+                // Not quite on the line of its count, as a layout may have it.
+                form.LabelNamed(L"lblText" + number).Top(top + 15);
+            }
+            form.CheckNamed(L"chkNoReport").Top(checkTop);
+            form.LabelNamed(L"lblOption").Top(hintTop);
+            form.ButtonNamed(L"cmdOk").Top(okTop);
+        });
+        context.colorOld = 0x010203;
+        context.colorNew = 0x040506;
+    }
+
+    void look(std::int32_t updated, std::int32_t newAtPosition, std::int32_t setDown,
+              const std::function<void(HeadlessForm&)>& at) {
+        context.updated = updated;
+        context.newAtPosition = newAtPosition;
+        context.setDown = setDown;
+        show<frmReport>(L"frmReport", [&](HeadlessForm& form) {
+            at(form);
+            EXPECT_TRUE(form.Click(L"cmdOk"));
+        });
+    }
+
+    static void expectRow(HeadlessForm& form, int row, const std::wstring& count,
+                          const std::wstring& text, Gui::Colour colour) {
+        HeadlessControl& number = form.ControlNamed(L"lblNum" + std::to_wstring(row));
+        HeadlessControl& label = form.ControlNamed(L"lblText" + std::to_wstring(row));
+        EXPECT_TRUE(number.Visible());
+        EXPECT_TRUE(label.Visible());
+        EXPECT_EQ(number.Text(), count);
+        EXPECT_EQ(label.Text(), text);
+        EXPECT_EQ(number.ForeColour(), colour);
+        EXPECT_EQ(label.ForeColour(), colour);
+    }
+    static void expectHidden(HeadlessForm& form, int row) {
+        EXPECT_FALSE(form.ControlNamed(L"lblNum" + std::to_wstring(row)).Visible());
+        EXPECT_FALSE(form.ControlNamed(L"lblText" + std::to_wstring(row)).Visible());
+    }
+    static Gui::Twips topOf(HeadlessForm& form, const std::wstring& name) {
+        return form.ControlNamed(name).Top();
+    }
+    static void expectLowerPartUpBy(HeadlessForm& form, Gui::Twips distance) {
+        EXPECT_EQ(topOf(form, L"chkNoReport"), checkTop - distance);
+        EXPECT_EQ(topOf(form, L"lblOption"), hintTop - distance);
+        EXPECT_EQ(topOf(form, L"cmdOk"), okTop - distance);
+        EXPECT_EQ(form.Height(), formHeight - distance);
+    }
+};
+
+} // namespace
+
+TEST_F(frmReportTest, ShowsAllRowsWhereTheyWereDesigned) {
+    look(2, 3, 4, [](HeadlessForm& form) {
+        EXPECT_EQ(form.Text(), L" Quartino");
+        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurden");
+        expectRow(form, 1, L"2", L" Räume aktualisiert", 0x010203);
+        expectRow(form, 2, L"3", L" neue Räume lagerichtig erzeugt", 0x010203);
+        expectRow(form, 3, L"4", L" neue Räume abgesetzt", 0x040506);
+        EXPECT_EQ(form.ControlNamed(L"chkNoReport").Text(), L" Diese Meldung nicht mehr anzeigen.");
+        EXPECT_EQ(form.ControlNamed(L"lblOption").Text(),
+                  L" Sie können diese Meldung unter Optionen aktivieren.");
+        EXPECT_EQ(form.ControlNamed(L"cmdOk").Text(), L" OK");
+        EXPECT_FALSE(form.Check(L"chkNoReport").Value());
+        EXPECT_EQ(topOf(form, L"lblNum3"), firstRow + 2 * pitch);
+        EXPECT_EQ(topOf(form, L"lblText3"), firstRow + 2 * pitch + 15);
+        expectLowerPartUpBy(form, 0);
+    });
+}
+
+TEST_F(frmReportTest, SetsItsTextsInTheirOrder) {
+    look(1, 1, 1, [](HeadlessForm& form) {
+        EXPECT_EQ(firstOf(form.Journal(), 8),
+                  (Names{L"frmReport.Text= Quartino", L"lblTop.Text= Es wurden",
+                         L"chkNoReport.Text= Diese Meldung nicht mehr anzeigen.",
+                         L"lblOption.Text= Sie können diese Meldung unter Optionen aktivieren.",
+                         L"lblText1.Text= Räume aktualisiert",
+                         L"lblText2.Text= neue Räume lagerichtig erzeugt",
+                         L"lblText3.Text= neue Räume abgesetzt", L"cmdOk.Text= OK"}));
+    });
+}
+
+TEST_F(frmReportTest, ShowsASingleRoomSetDownInTheFirstRow) {
+    look(0, 0, 1, [](HeadlessForm& form) {
+        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurde");
+        expectHidden(form, 1);
+        expectHidden(form, 2);
+        expectRow(form, 3, L"1", L" neuer Raum abgesetzt", 0x040506);
+        EXPECT_EQ(topOf(form, L"lblNum3"), firstRow);
+        EXPECT_EQ(topOf(form, L"lblText3"), firstRow);
+        expectLowerPartUpBy(form, 720);
+    });
+}
+
+TEST_F(frmReportTest, ShowsUpdatedRoomsAlone) {
+    look(2, 0, 0, [](HeadlessForm& form) {
+        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurden");
+        expectRow(form, 1, L"2", L" Räume aktualisiert", 0x010203);
+        expectHidden(form, 2);
+        expectHidden(form, 3);
+        EXPECT_EQ(topOf(form, L"lblNum1"), firstRow);
+        EXPECT_EQ(topOf(form, L"lblText1"), firstRow + 15);
+        expectLowerPartUpBy(form, 720);
+    });
+}
+
+TEST_F(frmReportTest, SaysOfTwoSingleRoomsThatTheyWereSeveral) {
+    look(1, 1, 0, [](HeadlessForm& form) {
+        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurden");
+        expectRow(form, 1, L"1", L" Raum aktualisiert", 0x010203);
+        expectRow(form, 2, L"1", L" neuer Raum lagerichtig erzeugt", 0x010203);
+        expectHidden(form, 3);
+        EXPECT_EQ(topOf(form, L"lblNum2"), firstRow + pitch);
+        expectLowerPartUpBy(form, 360);
+    });
+}
+
+TEST_F(frmReportTest, MovesTheRowsBelowAHiddenOneUp) {
+    look(0, 3, 5, [](HeadlessForm& form) {
+        expectHidden(form, 1);
+        expectRow(form, 2, L"3", L" neue Räume lagerichtig erzeugt", 0x010203);
+        expectRow(form, 3, L"5", L" neue Räume abgesetzt", 0x040506);
+        EXPECT_EQ(topOf(form, L"lblNum2"), firstRow);
+        EXPECT_EQ(topOf(form, L"lblText2"), firstRow);
+        EXPECT_EQ(topOf(form, L"lblNum3"), firstRow + pitch);
+        EXPECT_EQ(topOf(form, L"lblText3"), firstRow + pitch);
+        expectLowerPartUpBy(form, 360);
+    });
+}
+
+TEST_F(frmReportTest, ClosesUpAHiddenMiddleRow) {
+    look(7, 0, 8, [](HeadlessForm& form) {
+        expectRow(form, 1, L"7", L" Räume aktualisiert", 0x010203);
+        expectHidden(form, 2);
+        expectRow(form, 3, L"8", L" neue Räume abgesetzt", 0x040506);
+        EXPECT_EQ(topOf(form, L"lblNum3"), firstRow + pitch);
+        expectLowerPartUpBy(form, 360);
+    });
+}
+
+TEST_F(frmReportTest, HidesEverythingForNoRoomAtAll) {
+    look(0, 0, 0, [](HeadlessForm& form) {
+        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurden");
+        for (int row = 1; row <= 3; ++row)
+            expectHidden(form, row);
+        expectLowerPartUpBy(form, 1080);
+    });
+}
+
+TEST_F(frmReportTest, SaysOfASingleUpdatedRoomThatItWasOne) {
+    look(1, 0, 0, [](HeadlessForm& form) {
+        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurde");
+        expectRow(form, 1, L"1", L" Raum aktualisiert", 0x010203);
+    });
+}
+
+TEST_F(frmReportTest, HidesANegativeCount) {
+    look(-1, 2, 0, [](HeadlessForm& form) {
+        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurde");
+        expectHidden(form, 1);
+    });
+}
+
+TEST_F(frmReportTest, CannotOpenOnCountsBeyondTheRange) {
+    context.updated = std::numeric_limits<std::int32_t>::max();
+    context.setDown = 1;
+    EXPECT_EQ(errorOf([&] { frmReport(context).ShowModal(); }), RuntimeError::Overflow);
+    EXPECT_TRUE(desktop.ModalForms().empty());
+}
+
+TEST_F(frmReportTest, SwitchesTheReportOffOnRequest) {
+    look(2, 0, 0, [](HeadlessForm& form) { form.Click(L"chkNoReport"); });
+    EXPECT_EQ(context.calls, Names{L"SetWithoutReport"});
+}
+
+TEST_F(frmReportTest, SwitchesTheReportOnOtherwise) {
+    context.noReport = true;
+    look(2, 0, 0, [](HeadlessForm& form) { EXPECT_FALSE(form.Check(L"chkNoReport").Value()); });
+    EXPECT_EQ(context.calls, Names{L"SetWithReport"});
+    EXPECT_FALSE(context.noReport);
+}
+
+TEST_F(frmReportTest, TakesEnterAsOk) {
+    context.updated = 1;
+    show<frmReport>(L"frmReport", [](HeadlessForm& form) {
+        form.Click(L"chkNoReport");
+        // The press went to the menu from which the rooms were written.
+        form.ReleaseKey(Gui::KeyEnter);
+        EXPECT_TRUE(form.Loaded());
+        form.PressKey(Gui::KeyF1);
+        form.PressKey(Gui::KeyEnter);
+        EXPECT_FALSE(form.Loaded());
+    });
+    EXPECT_EQ(context.calls, Names{L"SetWithoutReport"});
+    EXPECT_TRUE(desktop.HelpCalls().empty());
+}
+
+TEST_F(frmReportTest, ChangesNothingWhenItIsClosedByItsFrame) {
+    context.updated = 1;
+    show<frmReport>(L"frmReport", [](HeadlessForm& form) {
+        form.Click(L"chkNoReport");
+        form.Close();
+    });
+    EXPECT_TRUE(context.calls.empty());
+}
+
+} // namespace kalvrooms
