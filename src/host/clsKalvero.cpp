@@ -519,15 +519,14 @@ void clsKalvero::AddRoomToModificationList(const clsRoom& room, HostRoomElement&
         return;
     std::vector<HostAttributeValue> values;
     attempt([&] { values = attributes->Values(); });
+    // The blanks that frame the table's texts are no part of the host's names.
+    const NamedTexts texts{{{Trim(context_.GetText(textEnclosure)), room.Enclosure()},
+                            {Trim(context_.GetText(textOccupancy)), room.Occupancy()},
+                            {Trim(context_.GetText(textAreaType)), room.AreaType()}}};
     std::int32_t index = 0;
     for (const HostAttributeValue& value : values) {
         ++index;
-        attempt([&] {
-            SetAttributeIfNamed(*attributes, index, value.Name,
-                                {{{context_.GetText(textEnclosure), room.Enclosure()},
-                                  {context_.GetText(textOccupancy), room.Occupancy()},
-                                  {context_.GetText(textAreaType), room.AreaType()}}});
-        });
+        attempt([&] { SetAttributeIfNamed(*attributes, index, Trim(value.Name), texts); });
     }
 }
 

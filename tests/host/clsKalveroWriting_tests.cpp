@@ -306,12 +306,11 @@ TEST_F(Writing, TextsAreCutAt32CharactersWithOneWarningPerKindAndRun) {
     EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
 }
 
-TEST_F(Writing, AttributesAreMatchedByTheTextTablesNamesBlankIncluded) {
-    context_.host.newElementAttributes = {{L" Umschließungsart", 0, L""},
-                                          {L" Nutzen", 0, L""},
-                                          {L" Flächenart_DIN277", 0, L""},
-                                          {L"Nutzen", 0, L"bleibt"},
-                                          {L"Flächenart 277", 0, L"bleibt"}};
+TEST_F(Writing, AttributesAreMatchedByTheTextTablesNames) {
+    context_.host.newElementAttributes = {
+        {L" Umschließungsart", 0, L""},  {L" Nutzen", 0, L""},
+        {L" Flächenart_DIN277", 0, L""}, {L"Nutzen", 0, L""},
+        {L"nutzen", 0, L"bleibt"},       {L"Flächenart 277", 0, L"bleibt"}};
     clsRoom room;
     room.Enclosure(L"a");
     room.Occupancy(L"HNF 3");
@@ -322,8 +321,9 @@ TEST_F(Writing, AttributesAreMatchedByTheTextTablesNamesBlankIncluded) {
     EXPECT_EQ(attributes[0].text, L"a");
     EXPECT_EQ(attributes[1].text, L"HNF 3");
     EXPECT_EQ(attributes[2].text, L"N");
-    EXPECT_EQ(attributes[3].text, L"bleibt");
+    EXPECT_EQ(attributes[3].text, L"HNF 3");
     EXPECT_EQ(attributes[4].text, L"bleibt");
+    EXPECT_EQ(attributes[5].text, L"bleibt");
 }
 
 TEST_F(Writing, AttributesThatCannotBeWrittenDoNotStopTheWriting) {
