@@ -121,7 +121,9 @@ TEST(DrawingFile, WritesTheKeysInTheirOrder) {
          {"project", "name", "folder", "number", "attributeNames", "elements", "componentId",
           "fileNumber", "fileId", "name", "function", "storey", "colour", "outline", "attributes",
           "placements", "mode", "at", "componentIds"}) {
-        at = written.find("\"" + std::string(key) + "\":", at);
+        std::string quoted("\"");
+        quoted.append(key).append("\":");
+        at = written.find(quoted, at);
         ASSERT_NE(at, std::string::npos) << key;
     }
 }

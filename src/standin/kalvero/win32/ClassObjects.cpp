@@ -81,7 +81,7 @@ class ClassFactory : public IClassFactory {
 
 } // namespace
 
-ClassObjects::ClassObjects(HostProcess& process) {
+ClassObjects::ClassObjects(HostProcess& process) : process_(process) {
     struct Offer {
         const ServerClass* serverClass;
         Create create;
@@ -105,11 +105,19 @@ ClassObjects::ClassObjects(HostProcess& process) {
         cookies_.push_back(cookie);
     }
     CoResumeClassObjects();
+    // Wine keeps handing out the classes of a process that ended without taking them back.
+    process_.goingAway = [this] { Revoke(); };
 }
 
 ClassObjects::~ClassObjects() {
+    process_.goingAway = nullptr;
+    Revoke();
+}
+
+void ClassObjects::Revoke() {
     for (const DWORD cookie : cookies_)
         CoRevokeClassObject(cookie);
+    cookies_.clear();
 }
 
 } // namespace kalvrooms::practice

@@ -16,6 +16,9 @@ class ClassObjects {
     ~ClassObjects();
 
   private:
+    void Revoke();
+
+    HostProcess& process_;
     std::vector<DWORD> cookies_;
 };
 

@@ -13,6 +13,8 @@ ClientProgram::~ClientProgram() {
 void ClientProgram::Start(const std::wstring& program, HandOver handOver) {
     const std::wstring path = AbsolutePath(program);
     const std::wstring folder = FolderOf(path);
+    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES)
+        throw HostError(L"The program is missing: " + path);
     if (handOver.helpFile.empty())
         handOver.helpFile = path.substr(0, path.find_last_of(L'.')) + L".chm";
     WriteWhole(folder + HandOverFileName, AnsiText(HandOverText(handOver)));

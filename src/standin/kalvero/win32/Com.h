@@ -6,16 +6,23 @@
 #include <oaidl.h>
 #include <oleauto.h>
 
+#include <array>
 #include <cstdint>
+#include <cstdio>
+#include <exception>
 #include <string>
 #include <utility>
 
 namespace kalvrooms::practice {
 
 // A failure that reaches the client as it is.
-class ComError {
+class ComError : public std::exception {
   public:
-    explicit ComError(HRESULT result, UINT argument = 0) : result_(result), argument_(argument) {}
+    explicit ComError(HRESULT result, UINT argument = 0) : result_(result), argument_(argument) {
+        std::snprintf(what_.data(), what_.size(), "COM error 0x%08lX",
+                      static_cast<unsigned long>(result));
+    }
+    const char* what() const noexcept override { return what_.data(); }
     HRESULT result() const { return result_; }
     // The place of the argument that did not fit, in the order of DISPPARAMS.
     UINT argument() const { return argument_; }
@@ -23,6 +30,7 @@ class ComError {
   private:
     HRESULT result_;
     UINT argument_;
+    std::array<char, 32> what_{};
 };
 
 inline void Check(HRESULT result) {

@@ -59,6 +59,8 @@ bool HostProcess::Gate::Enter(std::wstring_view object, std::wstring_view member
         Sleep(static_cast<DWORD>(fault->milliseconds));
         return true;
     case FaultMode::Exit:
+        if (process_.goingAway)
+            process_.goingAway();
         TerminateProcess(GetCurrentProcess(), 3);
         return false;
     }

@@ -38,6 +38,8 @@ class HostProcess {
     // What the process does about it.
     std::function<void()> unused;
     std::function<void()> quitAsked;
+    // The process is about to end in the middle of a call.
+    std::function<void()> goingAway;
     // Calls were counted, or the state, the faults or the drawing changed.
     std::function<void()> touched;
 

@@ -105,8 +105,6 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
         return RunHost(line);
     } catch (const HostError& error) {
         Tell(error.description());
-    } catch (const ComError& error) {
-        Tell(L"COM fails with " + std::to_wstring(error.result()) + L".");
     } catch (const std::exception& error) {
         Tell(FromUtf8(error.what()));
     }
