@@ -80,21 +80,16 @@ class Tour {
         if (!arguments_[L"--place"].empty())
             line += L" --place " + arguments_[L"--place"];
         host_ = std::make_unique<ui::Process>(line);
-        ui::waitFor("the practice host", [this] {
-            try {
-                control_ = ComObject::Create(
-                    session_, L"control", L"KALVCOMSERVERLib.PracticeControl", CLSCTX_LOCAL_SERVER);
-                return true;
-            } catch (const RuntimeError&) {
-                if (!host_->running())
-                    throw ui::WaitFailed("the practice host ended at once");
-                return false;
-            }
-        });
+        // The host starts Quartino when it can be called; asked any earlier, the system would start
+        // a second host.
         ui::waitFor("Quartino's process", [this] {
             quartino_ = ui::childOf(host_->id(), L"Quartino.exe");
+            if (!quartino_ && !host_->running())
+                throw ui::WaitFailed("the practice host ended at once");
             return quartino_ != 0;
         });
+        control_ = ComObject::Create(session_, L"control", L"KALVCOMSERVERLib.PracticeControl",
+                                     CLSCTX_LOCAL_SERVER);
         const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, quartino_);
         ui::waitFor("the main window", [&] {
             answerMessages();
