@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "files/FilePath.h"
 #include "model/RuntimeError.h"
 
 namespace kalvrooms {
@@ -23,7 +24,7 @@ std::filesystem::path pathOf(const std::wstring& fileName) {
         throw RuntimeError(RuntimeError::BadFileName);
     }
     try {
-        return std::filesystem::path(fileName);
+        return FilePath(fileName);
     } catch (const std::exception&) {
         throw RuntimeError(RuntimeError::BadFileName);
     }

@@ -1,0 +1,20 @@
+#pragma once
+// The path of a file name as the program keeps it. On systems whose file names are bytes those are
+// UTF-8 whatever the locale; the library's own conversion of wide texts asks the locale and fails
+// at the first umlaut where that is "C".
+
+#include <filesystem>
+#include <string>
+
+namespace kalvrooms {
+
+// Error: std::system_error for a text that is no Unicode.
+inline std::filesystem::path FilePath(const std::wstring& name) {
+    if constexpr (sizeof(wchar_t) == sizeof(char32_t)) {
+        return std::filesystem::path(std::u32string(name.begin(), name.end()));
+    } else {
+        return std::filesystem::path(name);
+    }
+}
+
+} // namespace kalvrooms

@@ -1,0 +1,213 @@
+#pragma once
+// The main window as the file layer knows it: texts, table refreshing and the headless system. And
+// a folder on the real disk that goes away with the test.
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "FakeSpreadsheets.h"
+#include "app/ProgramContext.h"
+#include "app/clsText.h"
+#include "files/FilePath.h"
+#include "model/UserLocaleForTest.h"
+#include "model/clsFloors.h"
+#include "platform/headless/HeadlessPlatform.h"
+
+namespace kalvrooms {
+
+class FileContext final : public ProgramContext {
+  public:
+    FakeSpreadsheets Spreadsheets;
+    HeadlessPlatform Headless{Spreadsheets};
+    clsText Texts{Headless.libraries, Headless.environment};
+    // The argument of every refreshing of the table, in order.
+    std::vector<bool> TableUpdates;
+    // Stands for a table that cannot be refreshed.
+    long FailingUpdate = 0;
+
+    std::wstring GetText(std::int32_t number) const override { return Texts.GetText(number); }
+    std::wstring GetTextWithoutDot(std::int32_t number) const override {
+        return Texts.GetTextWithoutDot(number);
+    }
+    void UpdateTable(bool warn) override {
+        TableUpdates.push_back(warn);
+        if (FailingUpdate != 0) {
+            throw RuntimeError(FailingUpdate);
+        }
+    }
+    Platform& System() const override { return system_; }
+
+    void SetRegKey(const std::wstring&) override { unexpected(); }
+    void SetLang(const std::wstring&) override { unexpected(); }
+    void GetReport(std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&,
+                   bool&) const override {
+        unexpected();
+    }
+    void SetWithoutReport() override { unexpected(); }
+    void SetWithReport() override { unexpected(); }
+    void GetPlace(double&, double&, bool&, std::int32_t&, std::int32_t&, bool&) const override {
+        unexpected();
+    }
+    void SetPlace(double, double, bool, std::int32_t, std::int32_t) override { unexpected(); }
+    void WriteListToFile() override { unexpected(); }
+    void ReadListFromFile() override { unexpected(); }
+    std::shared_ptr<clsRoom> GetCurrentRoom() const override {
+        unexpected();
+        return nullptr;
+    }
+    void AddCurrentRoomsToListOfFloors(std::int32_t) override { unexpected(); }
+    void EnableInput(bool) override { unexpected(); }
+    std::wstring HelpFile() const override {
+        unexpected();
+        return {};
+    }
+    void HelpFile(const std::wstring&) override { unexpected(); }
+
+  private:
+    static void unexpected() { ADD_FAILURE() << "the file layer has no business with this"; }
+    Platform& system_ = Headless.Bundle();
+};
+
+// With letters in its name that are no ASCII.
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::random_device random;
+        path_ = std::filesystem::temp_directory_path() /
+                FilePath(L"Räume " + std::to_wstring(random()) + std::to_wstring(random()));
+        std::filesystem::create_directories(path_);
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::wstring Path(const std::wstring& name) const {
+        const std::u32string text = path_.u32string();
+        // The folder of temporary files and the numbers are ASCII, the umlaut needs no surrogates.
+        return std::wstring(text.begin(), text.end()) + L"/" + name;
+    }
+    bool Has(const std::wstring& name) const {
+        return std::filesystem::exists(path_ / FilePath(name));
+    }
+    void MakeFolder(const std::wstring& name) const {
+        std::filesystem::create_directory(path_ / FilePath(name));
+    }
+
+    std::wstring Write(const std::wstring& name, const std::string& bytes) const {
+        std::ofstream file(path_ / FilePath(name), std::ios::binary | std::ios::trunc);
+        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        file.close();
+        if (!file) {
+            throw std::runtime_error("the test cannot write its file");
+        }
+        return Path(name);
+    }
+    std::string Read(const std::wstring& name) const {
+        std::ifstream file(path_ / FilePath(name), std::ios::binary);
+        if (!file) {
+            throw std::runtime_error("the test finds no such file");
+        }
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+  private:
+    std::filesystem::path path_;
+};
+
+// A room of the test, ready for adding.
+struct RoomForTest {
+    std::wstring Name = L"Büro";
+    std::wstring Function = L"Arbeiten";
+    double Area = 20.0;
+    std::wstring Story = L"EG";
+    std::wstring Enclosure = L"a";
+    std::wstring Occupancy = L"HNF 2";
+    std::wstring AreaType = L"N";
+    std::wstring Type = CalculationByRatio;
+    std::wstring Value = L"1";
+    std::wstring RoomID = {};
+
+    void AddTo(clsFloors& floors) const {
+        clsRoom room;
+        room.Name(Name);
+        room.FunctionName(Function);
+        room.Geometry->Area(Area);
+        room.StoryCode(Story);
+        room.Enclosure(Enclosure);
+        room.Occupancy(Occupancy);
+        room.AreaType(AreaType);
+        room.Geometry->SetTypeAndValue(Type, Value);
+        room.SetRoomID(RoomID);
+        floors.AddRooms(room, 1);
+    }
+};
+
+inline clsRoom roomAt(const clsFloors& floors, std::int32_t index) {
+    clsRoom room;
+    room.ID(0);
+    floors.GetRoomByIndex(index, room);
+    EXPECT_NE(room.ID(), 0) << "no room " << index;
+    return room;
+}
+
+// All that a list says, room by room, for comparing lists.
+inline std::vector<std::wstring> contentsOf(const clsFloors& floors) {
+    std::vector<std::wstring> contents;
+    const std::int32_t count = floors.GetCountOfRooms();
+    for (std::int32_t index = 1; index <= count; ++index) {
+        const clsRoom room = roomAt(floors, index);
+        contents.push_back(room.Name() + L"|" + room.FunctionName() + L"|" +
+                           FromDoubleInvariant(room.Geometry->Area()) + L"|" + room.StoryCode() +
+                           L"|" + room.Enclosure() + L"|" + room.Occupancy() + L"|" +
+                           room.AreaType() + L"|" + room.Geometry->CalculationType() + L"|" +
+                           room.Geometry->CalculationValue() + L"|" + room.GetRoomID() + L"|" +
+                           FromLong(room.ID()));
+    }
+    return contents;
+}
+
+// A base of tests on one folder, one context and one list.
+class FileTest : public testing::Test {
+  protected:
+    FileContext context;
+    TemporaryFolder folder;
+    clsFloors floors;
+    UserLocaleForTest locale{NumberLocale::German()};
+};
+
+class FileTestUnderBothLocales : public UnderBothLocales {
+  protected:
+    FileContext context;
+    TemporaryFolder folder;
+    clsFloors floors;
+
+    // A number as the user of this locale writes it.
+    std::wstring local(std::wstring point) const {
+        for (wchar_t& c : point) {
+            if (c == L'.') {
+                c = GetParam().DecimalMark.front();
+            }
+        }
+        return point;
+    }
+    std::string localBytes(std::string point) const {
+        for (char& c : point) {
+            if (c == '.') {
+                c = static_cast<char>(GetParam().DecimalMark.front());
+            }
+        }
+        return point;
+    }
+};
+
+} // namespace kalvrooms

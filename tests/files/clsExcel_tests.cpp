@@ -1,0 +1,588 @@
+#include "files/clsExcel.h"
+
+#include <algorithm>
+
+#include "FileContext.h"
+#include "files/clsFileSytem.h"
+
+namespace kalvrooms {
+namespace {
+
+class Workbook : public FileTestUnderBothLocales {
+  protected:
+    FakeSpreadsheets& spreadsheets = context.Spreadsheets;
+    const std::wstring file = folder.Path(L"Räume.xls");
+
+    FakeSheet& sheet() { return spreadsheets.Files[file].ActiveSheet(); }
+    void write(const clsFloors& list) { clsFileSytem(context).WriteListToFile(file, list); }
+    void read(clsFloors& list) { clsFileSytem(context).ReadListFromFile(file, list); }
+    // A row as the user typed it into the sheet.
+    void putRow(int row, const std::vector<CellValue>& values) {
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            sheet().Put(row, static_cast<int>(i) + 1, values[i]);
+        }
+    }
+    void addRooms(int count, const std::wstring& prefix = L"Raum ") {
+        for (int i = 1; i <= count; ++i) {
+            RoomForTest{.Name = prefix + std::to_wstring(i),
+                        .Area = i * 0.5,
+                        .Story = L"OG" + std::to_wstring(i / 100)}
+                .AddTo(floors);
+        }
+    }
+    int callsOfWriting(int rooms) {
+        floors = clsFloors();
+        addRooms(rooms);
+        spreadsheets.ForgetCalls();
+        write(floors);
+        return spreadsheets.Calls();
+    }
+    int callsOfReading() {
+        clsFloors list;
+        spreadsheets.ForgetCalls();
+        read(list);
+        return spreadsheets.Calls();
+    }
+    void expectClosed() {
+        EXPECT_EQ(spreadsheets.LeftBehind(), 0);
+        EXPECT_EQ(spreadsheets.OpenObjects(), 0);
+        EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Locales, Workbook,
+                         testing::Values(NumberLocale::German(), NumberLocale::Point()));
+
+using Log = std::vector<std::string>;
+
+// ------------------------------------------------------------------------- writing
+
+TEST_P(Workbook, HoldsTitlesInItsFirstRow) {
+    addRooms(1);
+    write(floors);
+    const std::vector<std::wstring> titles = {
+        L" Bezeichnung ",     L" Funktion",    L" Fläche in qm", L" Geschoss",
+        L" Umschließungsart", L" Nutzungsart", L" Flächenart",   L" Geometrie",
+        L" Länge (Dx)",       L" Breite(Dy)",  L" Raum-ID"};
+    for (int column = 1; column <= 11; ++column) {
+        EXPECT_EQ(sheet().At(1, column), CellValue(titles[static_cast<std::size_t>(column) - 1]));
+    }
+    EXPECT_EQ(sheet().At(1, 12), CellValue());
+    expectClosed();
+}
+
+TEST_P(Workbook, HoldsARoomInEveryRow) {
+    RoomForTest{.Name = L"Büro 1", .Area = 50.25, .Value = L"1", .RoomID = L"12-K3"}.AddTo(floors);
+    RoomForTest{.Name = L"Saal",
+                .Function = L"",
+                .Area = 7.0,
+                .Type = CalculationByFile,
+                .Value = L"C:\\P\\3-17.txt"}
+        .AddTo(floors);
+    write(floors);
+    const double side = roomAt(floors, 1).Geometry->dx();
+    const std::vector<CellValue> first = {L"Büro 1", L"Arbeiten", 50.25, L"EG", L"a",    L"HNF 2",
+                                          L"N",      L" ",        side,  side,  L"12-K3"};
+    const std::vector<CellValue> second = {L"Saal", CellValue(), 7.0,        L"EG",
+                                           L"a",    L"HNF 2",    L"N",       L"C:\\P\\3-17.txt",
+                                           0.0,     0.0,         CellValue()};
+    for (int column = 1; column <= 11; ++column) {
+        EXPECT_EQ(sheet().At(2, column), first[static_cast<std::size_t>(column) - 1]) << column;
+        EXPECT_EQ(sheet().At(3, column), second[static_cast<std::size_t>(column) - 1]) << column;
+    }
+    EXPECT_EQ(sheet().At(4, 1), CellValue());
+}
+
+TEST_P(Workbook, KeepsTextsThatLookLikeSomethingElse) {
+    const std::vector<std::wstring> texts = {L"007",
+                                             L"=1+1",
+                                             L"-3",
+                                             L"1E5",
+                                             L"TRUE",
+                                             L"1/2",
+                                             L"1,5",
+                                             L"1.5",
+                                             L"'a",
+                                             L"+7",
+                                             L"12 %",
+                                             L"#N/A",
+                                             std::wstring(300, L'x'),
+                                             std::wstring(5000, L'9')};
+    for (const std::wstring& text : texts) {
+        RoomForTest{
+            .Name = text, .Function = text, .Enclosure = text, .Occupancy = text, .AreaType = text}
+            .AddTo(floors);
+    }
+    write(floors);
+    const auto count = static_cast<int>(texts.size());
+    for (int i = 0; i < count; ++i) {
+        for (const int column : {1, 2, 5, 6, 7}) {
+            EXPECT_EQ(sheet().At(i + 2, column), CellValue(texts[static_cast<std::size_t>(i)]));
+        }
+    }
+    clsFloors again;
+    read(again);
+    ASSERT_EQ(again.GetCountOfRooms(), count);
+    for (int i = 0; i < count; ++i) {
+        EXPECT_EQ(roomAt(again, i + 1).Name(), texts[static_cast<std::size_t>(i)]);
+        EXPECT_EQ(roomAt(again, i + 1).AreaType(), texts[static_cast<std::size_t>(i)]);
+    }
+}
+
+TEST_P(Workbook, KeepsNumbersAsNumbersWhateverTheCellsWereFormattedFor) {
+    sheet().Format({1, 1, 65536, 256}, L"@");
+    RoomForTest{.Area = 12.5, .Type = CalculationByDx, .Value = local(L"2.5")}.AddTo(floors);
+    write(floors);
+    EXPECT_EQ(sheet().At(2, 3), CellValue(12.5));
+    EXPECT_EQ(sheet().At(2, 9), CellValue(2.5));
+    EXPECT_EQ(sheet().At(2, 10), CellValue(5.0));
+}
+
+TEST_P(Workbook, IsMadeInAnApplicationOfItsOwn) {
+    spreadsheets.Running = std::make_shared<FakeSpreadsheets::Instance>();
+    spreadsheets.Running->Unnamed = 1;
+    addRooms(1);
+    write(floors);
+    EXPECT_FALSE(spreadsheets.Running->Ended);
+    EXPECT_EQ(spreadsheets.Running->Unnamed, 1);
+    ASSERT_EQ(spreadsheets.Created().size(), 1U);
+    EXPECT_FALSE(spreadsheets.Created()[0]->Alerts);
+    EXPECT_EQ(spreadsheets.Log().front(), "CreateInstance");
+}
+
+TEST_P(Workbook, ThatIsNewGetsItsRoomsOnAnAddedSheet) {
+    addRooms(2);
+    write(floors);
+    EXPECT_EQ(spreadsheets.File(file).Sheets.size(), 4U);
+    EXPECT_EQ(spreadsheets.Log(),
+              (Log{"CreateInstance", "DisplayAlerts", "OpenWorkbook", "AddWorkbook", "AddWorksheet",
+                   "NumberFormat", "NumberFormat", "NumberFormat", "Values=", "Values=", "SaveAs",
+                   "CloseWorkbooks", "Quit"}));
+}
+
+TEST_P(Workbook, ThatExistsIsOpenedClearedAndSavedInPlace) {
+    sheet().Put(1, 1, L"alt");
+    addRooms(2);
+    write(floors);
+    EXPECT_EQ(spreadsheets.File(file).Sheets.size(), 1U);
+    EXPECT_EQ(spreadsheets.Log(),
+              (Log{"CreateInstance", "DisplayAlerts", "OpenWorkbook", "OpenWorkbook", "ActiveSheet",
+                   "Fill", "NumberFormat", "NumberFormat", "NumberFormat",
+                   "Values=", "Values=", "Save", "CloseWorkbooks", "Quit"}));
+    expectClosed();
+}
+
+TEST_P(Workbook, IsClearedInRows1To101AndColumns1To12Only) {
+    for (int row = 1; row <= 121; ++row) {
+        for (int column = 1; column <= 13; ++column) {
+            sheet().Put(row, column, L"alt");
+        }
+    }
+    addRooms(3);
+    write(floors);
+    for (int column = 1; column <= 12; ++column) {
+        EXPECT_EQ(sheet().At(5, column), CellValue()) << column;
+        EXPECT_EQ(sheet().At(101, column), CellValue()) << column;
+        EXPECT_EQ(sheet().At(102, column), CellValue(L"alt")) << column;
+        EXPECT_EQ(sheet().At(121, column), CellValue(L"alt")) << column;
+    }
+    EXPECT_EQ(sheet().At(2, 12), CellValue());
+    EXPECT_EQ(sheet().At(2, 13), CellValue(L"alt"));
+    EXPECT_EQ(sheet().At(2, 1), CellValue(L"Raum 1"));
+    EXPECT_EQ(sheet().At(4, 1), CellValue(L"Raum 3"));
+
+    clsFloors again;
+    read(again);
+    EXPECT_EQ(again.GetCountOfRooms(), 3);
+}
+
+TEST_P(Workbook, IsWrittenOnTheSheetThatIsActive) {
+    spreadsheets.Files[file].Sheets.resize(3);
+    spreadsheets.Files[file].Active = 1;
+    addRooms(1);
+    write(floors);
+    EXPECT_EQ(spreadsheets.File(file).Sheets[1].At(2, 1), CellValue(L"Raum 1"));
+    EXPECT_EQ(spreadsheets.File(file).Sheets[0].At(2, 1), CellValue());
+}
+
+TEST_P(Workbook, OfAnEmptyListIsNotTouched) {
+    sheet().Put(1, 1, L"alt");
+    write(floors);
+    EXPECT_EQ(spreadsheets.Calls(), 0);
+    EXPECT_EQ(sheet().At(1, 1), CellValue(L"alt"));
+    EXPECT_EQ(context.Headless.desktop.PointerHistory().front(), Gui::HourglassPointer);
+    expectClosed();
+}
+
+TEST_P(Workbook, ThatCannotBeSavedIsNotReported) {
+    addRooms(1);
+    spreadsheets.ReadOnlyFiles = {file};
+    write(floors);
+    EXPECT_FALSE(spreadsheets.Files.contains(file));
+    expectClosed();
+
+    sheet().Put(2, 1, L"alt");
+    write(floors);
+    EXPECT_EQ(sheet().At(2, 1), CellValue(L"alt"));
+    EXPECT_EQ(spreadsheets.Log().back(), "Quit");
+    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    expectClosed();
+}
+
+TEST_P(Workbook, IsLeftAloneWhenASideCannotBeComputed) {
+    sheet().Put(2, 1, L"alt");
+    addRooms(1);
+    RoomForTest{.Type = CalculationByDx, .Value = L"0"}.AddTo(floors);
+    const auto before = contentsOf(floors);
+    EXPECT_EQ(errorOf([&] { clsExcel(context).WriteListToFile(file, floors); }),
+              RuntimeError::DivisionByZero);
+    EXPECT_EQ(sheet().At(2, 1), CellValue(L"alt"));
+    EXPECT_EQ(contentsOf(floors), before);
+    // Only a completed operation closes the application; references into it are released.
+    EXPECT_EQ(spreadsheets.LeftBehind(), 1);
+    EXPECT_EQ(spreadsheets.OpenObjects(), 0);
+    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+}
+
+TEST_P(Workbook, DoesNotChangeTheListThatIsWritten) {
+    RoomForTest{.Type = CalculationByDy, .Value = L"abc"}.AddTo(floors);
+    const auto before = contentsOf(floors);
+    write(floors);
+    EXPECT_EQ(contentsOf(floors), before);
+    EXPECT_EQ(std::get<std::wstring>(sheet().At(2, 8)), L" ");
+}
+
+TEST_P(Workbook, NeedsTheApplicationForWriting) {
+    addRooms(1);
+    const auto error = [&] {
+        return errorOf([&] { clsExcel(context).WriteListToFile(file, floors); });
+    };
+    spreadsheets.NothingAt = 1;
+    EXPECT_EQ(error(), RuntimeError::CannotCreateObject);
+    spreadsheets.NothingAt = 0;
+    spreadsheets.FailAt = spreadsheets.Calls() + 1;
+    EXPECT_EQ(error(), RuntimeError::CannotCreateObject);
+    spreadsheets.FailAt = 0;
+    spreadsheets.Installed = false;
+    EXPECT_EQ(error(), RuntimeError::CannotCreateObject);
+    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+}
+
+// ------------------------------------------------------------------------- reading
+
+TEST_P(Workbook, IsReadColumnByColumn) {
+    putRow(2, {L" Büro 1 ", L"Arbeiten", 50.25, L"EG", L"a", L"HNF 2", L"N", L" ", 10.0, 5.0,
+               L"12-K3"});
+    read(floors);
+    ASSERT_EQ(floors.GetCountOfRooms(), 1);
+    const clsRoom room = roomAt(floors, 1);
+    EXPECT_EQ(room.Name(), L"Büro 1");
+    EXPECT_EQ(room.FunctionName(), L"Arbeiten");
+    EXPECT_EQ(room.Geometry->Area(), 50.25);
+    EXPECT_EQ(room.StoryCode(), L"EG");
+    EXPECT_EQ(room.Enclosure(), L"a");
+    EXPECT_EQ(room.Occupancy(), L"HNF 2");
+    EXPECT_EQ(room.AreaType(), L"N");
+    EXPECT_EQ(room.Geometry->CalculationType(), CalculationByDx);
+    EXPECT_EQ(room.Geometry->CalculationValue(), L"10");
+    EXPECT_EQ(room.ComponentID(), 12);
+    EXPECT_EQ(room.FileID(), L"K3");
+    expectClosed();
+}
+
+TEST_P(Workbook, WithNumbersInItsTextColumnsIsReadByTheUsersLocale) {
+    putRow(2, {7.0, 1.5, local(L"12.5"), -3.0, true, false, 1e20, CellValue(), 2.5, L"1",
+               CellValue()});
+    read(floors);
+    const clsRoom room = roomAt(floors, 1);
+    EXPECT_EQ(room.Name(), L"7");
+    EXPECT_EQ(room.FunctionName(), local(L"1.5"));
+    EXPECT_EQ(room.Geometry->Area(), 12.5);
+    EXPECT_EQ(room.StoryCode(), L"-3");
+    EXPECT_EQ(room.Enclosure(), L"True");
+    EXPECT_EQ(room.Occupancy(), L"False");
+    EXPECT_EQ(room.AreaType(), L"1E+20");
+    EXPECT_EQ(room.Geometry->CalculationType(), CalculationByDx);
+    EXPECT_EQ(room.Geometry->CalculationValue(), local(L"2.5"));
+}
+
+TEST_P(Workbook, WithAnAreaThatIsNoNumberHasArea0) {
+    const std::vector<CellValue> areas = {L"x", CellValue(), true, CellError{L"#DIV/0!"}, L"1e400"};
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        putRow(static_cast<int>(i) + 2, {L"a", L"b", areas[i]});
+    }
+    read(floors);
+    ASSERT_EQ(floors.GetCountOfRooms(), static_cast<int>(areas.size()));
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        EXPECT_EQ(roomAt(floors, static_cast<int>(i) + 1).Geometry->Area(), 0.0) << i;
+    }
+}
+
+TEST_P(Workbook, WithErrorsInItsCellsLosesNoRoom) {
+    putRow(2, {CellError{L"#REF!"}, CellError{L"#N/A"}, 1.0, L"EG", L"", L"", L"", L"",
+               CellError{L"#DIV/0!"}, 3.0, CellError{L"#N/A"}});
+    putRow(3, {L"danach"});
+    read(floors);
+    ASSERT_EQ(floors.GetCountOfRooms(), 2);
+    EXPECT_EQ(roomAt(floors, 1).Name(), L"#REF!");
+    EXPECT_EQ(roomAt(floors, 1).FunctionName(), L"#N/A");
+    EXPECT_EQ(roomAt(floors, 1).Geometry->CalculationType(), CalculationByDy);
+    EXPECT_EQ(roomAt(floors, 1).ComponentID(), -1);
+}
+
+TEST_P(Workbook, NamesThePointFileInColumn8) {
+    putRow(2, {L"a", L"", 1.0, L"EG", L"", L"", L"", L" C:\\p.txt ", 3.0, 4.0});
+    putRow(3, {L"b", L"", 1.0, L"EG", L"", L"", L"", L"   ", 3.0, 4.0});
+    read(floors);
+    EXPECT_EQ(roomAt(floors, 1).Geometry->CalculationType(), CalculationByFile);
+    EXPECT_EQ(roomAt(floors, 1).Geometry->CalculationValue(), L" C:\\p.txt ");
+    EXPECT_EQ(roomAt(floors, 2).Geometry->CalculationType(), CalculationByDx);
+}
+
+TEST_P(Workbook, EndsAtTheFirstRowWithoutName) {
+    putRow(2, {L"a"});
+    putRow(3, {CellValue(), L"no name"});
+    putRow(4, {L"b"});
+    read(floors);
+    EXPECT_EQ(floors.GetCountOfRooms(), 1);
+
+    sheet().Put(2, 1, L"");
+    clsFloors none;
+    read(none);
+    EXPECT_EQ(none.GetCountOfRooms(), 0);
+}
+
+TEST_P(Workbook, TakesABlankForAName) {
+    putRow(2, {L" "});
+    putRow(3, {L"b"});
+    read(floors);
+    ASSERT_EQ(floors.GetCountOfRooms(), 2);
+    EXPECT_EQ(roomAt(floors, 1).Name(), L"");
+}
+
+TEST_P(Workbook, OfAnyLengthIsReadToTheLastRowOfTheSheet) {
+    for (const int rooms : {510, 511, 512, 1023, 1024, 65'535}) {
+        sheet() = FakeSheet();
+        for (int row = 2; row <= rooms + 1; ++row) {
+            sheet().Put(row, 1, L"Raum " + std::to_wstring(row));
+        }
+        clsFloors list;
+        read(list);
+        EXPECT_EQ(list.GetCountOfRooms(), rooms);
+    }
+}
+
+TEST_P(Workbook, OfASmallSheetIsReadToItsLastRow) {
+    sheet().Rows = 16'384;
+    for (int row = 2; row <= sheet().Rows; ++row) {
+        sheet().Put(row, 1, L"x");
+    }
+    read(floors);
+    EXPECT_EQ(floors.GetCountOfRooms(), 16'383);
+}
+
+TEST_P(Workbook, RefreshesTheTableBeforeTheApplicationIsClosed) {
+    putRow(2, {L"a"});
+    read(floors);
+    EXPECT_EQ(context.TableUpdates, std::vector<bool>{false});
+
+    context.FailingUpdate = RuntimeError::Overflow;
+    read(floors);
+    EXPECT_EQ(spreadsheets.LeftBehind(), 1);
+    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+}
+
+TEST_P(Workbook, IsReadInTheApplicationThatIsRunningAndEndsIt) {
+    spreadsheets.Running = std::make_shared<FakeSpreadsheets::Instance>();
+    spreadsheets.Running->Unnamed = 2;
+    putRow(2, {L"a"});
+    read(floors);
+    EXPECT_EQ(floors.GetCountOfRooms(), 1);
+    EXPECT_TRUE(spreadsheets.Created().empty());
+    EXPECT_FALSE(spreadsheets.Running->Alerts);
+    EXPECT_TRUE(spreadsheets.Running->Ended);
+    EXPECT_EQ(spreadsheets.Running->Unnamed, 0);
+    EXPECT_EQ(spreadsheets.Log(), (Log{"AttachRunning", "DisplayAlerts", "OpenWorkbook",
+                                       "ActiveSheet", "Values", "CloseWorkbooks", "Quit"}));
+}
+
+TEST_P(Workbook, IsReadInANewApplicationWhenTheRunningOneDoesNotAnswer) {
+    spreadsheets.Running = std::make_shared<FakeSpreadsheets::Instance>();
+    spreadsheets.FailAt = 2; // its alerts
+    putRow(2, {L"a"});
+    read(floors);
+    EXPECT_EQ(floors.GetCountOfRooms(), 1);
+    EXPECT_EQ(spreadsheets.Created().size(), 1U);
+    EXPECT_FALSE(spreadsheets.Running->Ended);
+    expectClosed();
+}
+
+TEST_P(Workbook, NeedsTheApplicationForReading) {
+    putRow(2, {L"a"});
+    const auto error = [&] {
+        return errorOf([&] { clsExcel(context).ReadListFromFile(file, floors); });
+    };
+    spreadsheets.FailAt = 2; // creating one
+    EXPECT_EQ(error(), RuntimeError::ObjectVariableNotSet);
+    spreadsheets.FailAt = 0;
+    spreadsheets.NothingAt = spreadsheets.Calls() + 2;
+    EXPECT_EQ(error(), RuntimeError::ObjectVariableNotSet);
+    spreadsheets.Installed = false;
+    EXPECT_EQ(error(), RuntimeError::ObjectVariableNotSet);
+    EXPECT_EQ(floors.GetCountOfRooms(), 0);
+    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+}
+
+TEST_P(Workbook, ThatIsMissingGivesTheApplicationsError) {
+    EXPECT_EQ(errorOf([&] { clsExcel(context).ReadListFromFile(L"fehlt.xls", floors); }),
+              FakeSpreadsheets::ApplicationError);
+    EXPECT_EQ(spreadsheets.LeftBehind(), 1);
+    EXPECT_TRUE(context.TableUpdates.empty());
+}
+
+TEST_P(Workbook, EndsAtAnIdentifierThatDoesNotConvert) {
+    putRow(2, {L"a"});
+    putRow(3, {L"b", L"", L"", L"", L"", L"", L"", L"", L"", L"", L"x-K"});
+    EXPECT_EQ(errorOf([&] { clsExcel(context).ReadListFromFile(file, floors); }),
+              RuntimeError::TypeMismatch);
+    EXPECT_EQ(floors.GetCountOfRooms(), 1);
+    EXPECT_EQ(spreadsheets.LeftBehind(), 1);
+}
+
+TEST_P(Workbook, HasAMemberThatDoesNothing) {
+    clsExcel(context).onlyATest();
+    EXPECT_EQ(spreadsheets.Calls(), 0);
+}
+
+// ------------------------------------------------------------------------- round trips, failures
+
+TEST_P(Workbook, KeepsAListAsTheTextFileDoes) {
+    addRooms(1500);
+    RoomForTest{.Area = 50.0, .Value = L"2", .RoomID = L"12-K3"}.AddTo(floors);
+    RoomForTest{.Type = CalculationByFile, .Value = L"C:\\p.txt"}.AddTo(floors);
+    clsFloors fromText;
+    clsFileSytem(context).WriteListToFile(folder.Path(L"a.txt"), floors);
+    clsFileSytem(context).ReadListFromFile(folder.Path(L"a.txt"), fromText);
+
+    write(fromText);
+    clsFloors fromWorkbook;
+    read(fromWorkbook);
+    EXPECT_EQ(contentsOf(fromWorkbook), contentsOf(fromText));
+}
+
+TEST_P(Workbook, WithANamelessRoomEndsThereWhenItIsReadAgain) {
+    addRooms(2);
+    RoomForTest{.Name = L"", .Story = L"OG0"}.AddTo(floors);
+    RoomForTest{.Name = L"danach", .Story = L"OG0"}.AddTo(floors);
+    write(floors);
+    EXPECT_EQ(sheet().At(5, 1), CellValue(L"danach"));
+    clsFloors again;
+    read(again);
+    EXPECT_EQ(again.GetCountOfRooms(), 2);
+}
+
+TEST_P(Workbook, CostsAlmostNoCallsForARoom) {
+    const int oneRoom = callsOfWriting(1);
+    const int oneReading = callsOfReading();
+    const int many = callsOfWriting(5121);
+    const int manyReading = callsOfReading();
+    EXPECT_LE(oneRoom, 14);
+    EXPECT_LE(oneReading, 8);
+    // One call for 512 rooms.
+    EXPECT_EQ(many - oneRoom, 10 + 1); // and opening it a second time, clearing it, no AddWorkbook
+    EXPECT_EQ(manyReading - oneReading, 10);
+}
+
+TEST_P(Workbook, CostsOneCallMoreForEveryTextTooLongForABlock) {
+    floors = clsFloors();
+    addRooms(3);
+    write(floors);
+    spreadsheets.ForgetCalls();
+    write(floors);
+    const int shortTexts = spreadsheets.Calls();
+    floors = clsFloors();
+    addRooms(3, std::wstring(901, L'1'));
+    spreadsheets.ForgetCalls();
+    write(floors);
+    EXPECT_EQ(spreadsheets.Calls(), shortTexts + 3);
+}
+
+TEST_P(Workbook, SurvivesAFailureOfAnyCallOfWriting) {
+    addRooms(600);
+    const auto before = contentsOf(floors);
+    for (const bool isNew : {true, false}) {
+        spreadsheets.Files.clear();
+        if (!isNew) {
+            sheet().Put(2, 1, L"alt");
+        }
+        spreadsheets.ForgetCalls();
+        spreadsheets.FailAt = 0;
+        write(floors);
+        const int calls = spreadsheets.Calls();
+        const auto last = static_cast<std::size_t>(calls);
+        ASSERT_EQ(spreadsheets.Log()[last - 1], "Quit");
+        for (const bool gone : {false, true}) {
+            for (int n = 1; n <= calls; ++n) {
+                spreadsheets.Files.clear();
+                if (!isNew) {
+                    sheet().Put(2, 1, L"alt");
+                }
+                spreadsheets.ForgetCalls();
+                spreadsheets.FailAt = n;
+                spreadsheets.Gone = gone;
+                EXPECT_NO_THROW(write(floors));
+                EXPECT_EQ(contentsOf(floors), before);
+                EXPECT_EQ(spreadsheets.OpenObjects(), 0);
+                EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+                // What is on the disk is the old workbook or the whole new one.
+                if (spreadsheets.Files.contains(file) && sheet().At(2, 1) != CellValue(L"alt")) {
+                    clsFloors again;
+                    spreadsheets.FailAt = 0;
+                    read(again);
+                    EXPECT_EQ(again.GetCountOfRooms(), 600) << n;
+                }
+            }
+        }
+    }
+}
+
+TEST_P(Workbook, SurvivesAFailureOfAnyCallOfReading) {
+    addRooms(600);
+    write(floors);
+    spreadsheets.ForgetCalls();
+    clsFloors whole;
+    read(whole);
+    const auto complete = contentsOf(whole);
+    const int calls = spreadsheets.Calls();
+    for (const bool gone : {false, true}) {
+        for (int n = 1; n <= calls; ++n) {
+            spreadsheets.ForgetCalls();
+            spreadsheets.FailAt = n;
+            spreadsheets.Gone = gone;
+            clsFloors list;
+            EXPECT_NO_THROW(read(list));
+            const auto contents = contentsOf(list);
+            ASSERT_LE(contents.size(), complete.size());
+            EXPECT_TRUE(std::equal(contents.begin(), contents.end(), complete.begin())) << n;
+            EXPECT_EQ(spreadsheets.OpenObjects(), 0);
+            EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+        }
+    }
+    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+}
+
+TEST_P(Workbook, TakesAnApplicationThatAnswersWithNothingForAFailure) {
+    addRooms(2);
+    write(floors);
+    for (int n = 1; n <= 8; ++n) {
+        spreadsheets.ForgetCalls();
+        spreadsheets.NothingAt = n;
+        clsFloors list;
+        EXPECT_NO_THROW(read(list));
+        spreadsheets.ForgetCalls();
+        EXPECT_NO_THROW(write(floors));
+        EXPECT_EQ(spreadsheets.OpenObjects(), 0);
+    }
+}
+
+} // namespace
+} // namespace kalvrooms
