@@ -122,8 +122,9 @@ TEST_P(Translation, KeepsBlanksAndDots) {
                   original.find(L"...") != std::wstring::npos)
             << "text " << number;
         // The report's first line is half a sentence in German; others may prefer a heading.
-        if (number != 29 && number != 57)
+        if (number != 29 && number != 57) {
             EXPECT_EQ(text.ends_with(L':'), original.ends_with(L':')) << "text " << number;
+        }
     }
 }
 
