@@ -1,0 +1,185 @@
+// Reading and writing a room list as text, beside a plain splitter at lines and tabs over the same
+// bytes in the same run. "per_room" is what one room costs; with 100,000 rooms it must not be more
+// than 1.3 times what it is with 1,000.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "app/clsText.h"
+#include "files/FilePath.h"
+#include "files/SpreadsheetApplication.h"
+#include "files/clsFileSytem.h"
+#include "platform/headless/HeadlessPlatform.h"
+
+namespace kalvrooms {
+namespace {
+
+class NoSpreadsheets final : public SpreadsheetServer {
+  public:
+    std::unique_ptr<SpreadsheetApplication> AttachRunning() override { return nullptr; }
+    std::unique_ptr<SpreadsheetApplication> CreateInstance() override { return nullptr; }
+};
+
+class BenchContext final : public ProgramContext {
+  public:
+    std::wstring GetText(std::int32_t number) const override { return texts_.GetText(number); }
+    std::wstring GetTextWithoutDot(std::int32_t number) const override {
+        return texts_.GetTextWithoutDot(number);
+    }
+    Platform& System() const override { return system_; }
+
+    void SetRegKey(const std::wstring&) override { unused(); }
+    void SetLang(const std::wstring&) override { unused(); }
+    void GetReport(std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&,
+                   bool&) const override {
+        unused();
+    }
+    void SetWithoutReport() override { unused(); }
+    void SetWithReport() override { unused(); }
+    void GetPlace(double&, double&, bool&, std::int32_t&, std::int32_t&, bool&) const override {
+        unused();
+    }
+    void SetPlace(double, double, bool, std::int32_t, std::int32_t) override { unused(); }
+    void WriteListToFile() override { unused(); }
+    void ReadListFromFile() override { unused(); }
+    std::shared_ptr<clsRoom> GetCurrentRoom() const override { unused(); }
+    void AddCurrentRoomsToListOfFloors(std::int32_t) override { unused(); }
+    void UpdateTable(bool) override { unused(); }
+    void EnableInput(bool) override { unused(); }
+    std::wstring HelpFile() const override { unused(); }
+    void HelpFile(const std::wstring&) override { unused(); }
+
+  private:
+    [[noreturn]] static void unused() {
+        throw std::logic_error("the file layer does not ask this");
+    }
+
+    NoSpreadsheets spreadsheets_;
+    HeadlessPlatform headless_{spreadsheets_};
+    clsText texts_{headless_.libraries, headless_.environment};
+    Platform& system_ = headless_.Bundle();
+};
+
+// A school or a hospital of any size: 25 rooms to a storey, every fifth room polygonal.
+clsFloors listOf(int rooms) {
+    clsFloors floors;
+    for (int i = 0; i < rooms; ++i) {
+        clsRoom room;
+        room.Name(L"Raum " + std::to_wstring(i + 1));
+        room.FunctionName(L"Unterricht und Betreuung");
+        room.Geometry->Area(10.0 + i % 1000 * 0.125);
+        room.StoryCode(std::to_wstring(i / 25) + L". OG");
+        room.Enclosure(L"a");
+        room.Occupancy(L"HNF 5");
+        room.AreaType(L"Nutzfläche");
+        if (i % 5 == 0) {
+            room.Geometry->SetTypeAndValue(CalculationByFile, L"C:\\Projekte\\Schule\\2-" +
+                                                                  std::to_wstring(i) + L".txt");
+            room.SetRoomID(std::to_wstring(i) + L"-K3");
+        } else {
+            room.Geometry->SetTypeAndValue(CalculationByRatio, i % 2 == 0 ? L"1" : L"1,5");
+        }
+        floors.AddRooms(room, 1);
+    }
+    return floors;
+}
+
+class File {
+  public:
+    explicit File(const clsFloors& floors) {
+        HandInUserLocale(NumberLocale::German);
+        clsFileSytem(context).WriteListToFile(name, floors);
+    }
+    ~File() {
+        std::error_code ignored;
+        std::filesystem::remove(path_, ignored);
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    std::string bytes() const {
+        std::ifstream file(path_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+    BenchContext context;
+
+  private:
+    std::filesystem::path path_ = std::filesystem::temp_directory_path() / "text_list_bench.txt";
+
+  public:
+    const std::wstring name = path_.wstring();
+};
+
+void report(benchmark::State& state) {
+    state.counters["per_room"] = benchmark::Counter(
+        static_cast<double>(state.range(0)) * static_cast<double>(state.iterations()),
+        benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+void readList(benchmark::State& state) {
+    const int rooms = static_cast<int>(state.range(0));
+    const File file(listOf(rooms));
+    BenchContext context;
+    for (auto _ : state) {
+        auto floors = std::make_unique<clsFloors>();
+        clsFileSytem(context).ReadListFromFile(file.name, *floors);
+        state.PauseTiming();
+        if (floors->GetCountOfRooms() != rooms) {
+            state.SkipWithError("not all rooms were read");
+        }
+        floors.reset();
+        state.ResumeTiming();
+    }
+    report(state);
+}
+
+void writeList(benchmark::State& state) {
+    const clsFloors floors = listOf(static_cast<int>(state.range(0)));
+    const File file(floors);
+    BenchContext context;
+    for (auto _ : state) {
+        clsFileSytem(context).WriteListToFile(file.name, floors);
+    }
+    report(state);
+}
+
+// The least that reading such a file can cost: its bytes, cut at line ends and tabs.
+void splitLinesAndTabs(benchmark::State& state) {
+    const File file(listOf(static_cast<int>(state.range(0))));
+    for (auto _ : state) {
+        const std::string bytes = file.bytes();
+        std::vector<std::string> fields;
+        std::size_t begin = 0;
+        std::size_t count = 0;
+        while (begin < bytes.size()) {
+            const std::size_t end = std::min(bytes.find('\n', begin), bytes.size());
+            fields.clear();
+            for (std::size_t at = begin; at <= end;) {
+                const std::size_t tab = std::min(bytes.find('\t', at), end);
+                fields.push_back(bytes.substr(at, tab - at));
+                at = tab + 1;
+            }
+            count += fields.size();
+            begin = end + 1;
+        }
+        benchmark::DoNotOptimize(count);
+    }
+    report(state);
+}
+
+BENCHMARK(splitLinesAndTabs)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(readList)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(writeList)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace kalvrooms
