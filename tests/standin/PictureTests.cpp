@@ -41,7 +41,7 @@ TEST(DrawingScene, TheDrawingFillsTheFrameAndYGoesUp) {
     Drawing drawing;
     drawing.elements = {Room(L"unten", L"EG", Square(1000, 1000, 10)),
                         Room(L"oben", L"EG", Square(1000, 1010, 10))};
-    const Scene scene = MakeScene(drawing, Window, AnySize);
+    const Scene scene = MakeScene(drawing, FitView(drawing, Window), AnySize);
     EXPECT_DOUBLE_EQ(scene.view.scale, 10.0);
     EXPECT_NEAR(scene.rooms[0].outline[0].y, 220.0, 1e-9);
     EXPECT_NEAR(scene.rooms[1].outline[2].y, 20.0, 1e-9);
@@ -51,11 +51,31 @@ TEST(DrawingScene, TheDrawingFillsTheFrameAndYGoesUp) {
     EXPECT_NEAR(back.y, 1004, 1e-9);
 }
 
+TEST(DrawingScene, ZoomingKeepsThePlaceUnderThePointer) {
+    const View view{10, {100, 200}};
+    const View zoomed = view.ZoomedAt({130, 150}, 2);
+    EXPECT_DOUBLE_EQ(zoomed.scale, 20);
+    const Point before = view.ToMetres({130, 150});
+    const Point after = zoomed.ToMetres({130, 150});
+    EXPECT_NEAR(before.x, after.x, 1e-9);
+    EXPECT_NEAR(before.y, after.y, 1e-9);
+}
+
+TEST(DrawingScene, ThereIsRoomForWhatIsYetToCome) {
+    Drawing drawing;
+    drawing.elements = {Room(L"a", L"EG", Square(0, 0, 10))};
+    const View view = FitView(drawing, Window, {Square(0, 0, 20)});
+    const Point corner = view.ToPicture({31, 20});
+    EXPECT_LE(corner.x, Window.left + Window.width + 1e-9);
+    EXPECT_GE(corner.y, Window.top - 1e-9);
+    EXPECT_GT(FitView(Drawing(), Window, {Square(0, 0, 20)}).scale, 9.9);
+}
+
 TEST(DrawingScene, EveryStoreyHasATintOfItsOwn) {
     Drawing drawing;
     drawing.elements = {Room(L"a", L"EG", Square(0, 0, 2)), Room(L"b", L"OG", Square(3, 0, 3)),
                         Room(L"c", L"EG", Square(7, 0, 2)), Room(L"d", L"", Square(9, 0, 1))};
-    const Scene scene = MakeScene(drawing, Window, AnySize);
+    const Scene scene = MakeScene(drawing, FitView(drawing, Window), AnySize);
     ASSERT_EQ(scene.storeys.size(), 3u);
     EXPECT_EQ(scene.storeys[0].name, L"EG");
     EXPECT_EQ(scene.storeys[0].rooms, 2);
@@ -68,12 +88,12 @@ TEST(DrawingScene, EveryStoreyHasATintOfItsOwn) {
 
 TEST(DrawingScene, NothingAndPointsAndTheFarthestCornersCanBeShown) {
     Drawing drawing;
-    MakeScene(drawing, Window, AnySize);
+    MakeScene(drawing, FitView(drawing, Window), AnySize);
     drawing.elements = {Room(L"leer", L"EG", {}), Room(L"Punkt", L"EG", {{5, 5}}),
                         Room(L"Strich", L"EG", {{5, 5}, {6, 6}})};
-    MakeScene(drawing, Window, AnySize);
+    MakeScene(drawing, FitView(drawing, Window), AnySize);
     drawing.elements.push_back(Room(L"weit", L"EG", {{-1e308, -1e308}, {1e308, 0}, {0, 1e308}}));
-    const Scene scene = MakeScene(drawing, Window, AnySize);
+    const Scene scene = MakeScene(drawing, FitView(drawing, Window), AnySize);
     for (const SceneRoom& room : scene.rooms) {
         for (const Point& point : room.outline) {
             EXPECT_TRUE(std::isfinite(point.x));
@@ -88,6 +108,9 @@ TEST(DrawingScene, AreasAreWrittenWithACommaAndTwoDecimals) {
     EXPECT_EQ(AreaText(0), L"0,00 m²");
     EXPECT_EQ(AreaText(63.999), L"64,00 m²");
     EXPECT_EQ(AreaText(7.04), L"7,04 m²");
+    EXPECT_EQ(AreaText(999.5), L"999,50 m²");
+    EXPECT_EQ(AreaText(1000), L"1.000,00 m²");
+    EXPECT_EQ(AreaText(1234567.891), L"1.234.567,89 m²");
 }
 
 TEST(DrawingScene, ALabelSaysNameAndAreaAndFitsInside) {
@@ -113,6 +136,23 @@ TEST(DrawingScene, TheLabelOfAnAngledRoomStandsInItsWideWing) {
     EXPECT_LT(label.centre.y, 30);
     EXPECT_GT(label.centre.y, 0);
     EXPECT_GT(label.centre.x, 30);
+}
+
+TEST(DrawingScene, ALabelKeepsClearOfTheCorners) {
+    // The middle of the box lies just beside the inner corner.
+    const Outline angle = {{0, 0}, {220, 0}, {220, 200}, {80, 200}, {80, 120}, {0, 120}};
+    const SceneLabel label = FitLabel(angle, L"Aula", 344, {0.0, 60.0});
+    const double height = label.fontSize * 1.22 * static_cast<double>(label.lines.size());
+    const double width = label.fontSize * 0.56 * 9;
+    const bool besideTheCorner = label.centre.x - width / 2 > 80;
+    const bool belowTheCorner = label.centre.y + height / 2 < 120;
+    EXPECT_TRUE(besideTheCorner || belowTheCorner);
+    EXPECT_GT(label.fontSize, 20);
+}
+
+TEST(DrawingScene, ASmallRoomShowsItsNameAlone) {
+    const SceneLabel label = FitLabel(Square(0, 0, 20), L"E01", 64, {7.0, 20.0});
+    EXPECT_THAT(label.lines, ElementsAre(L"E01"));
 }
 
 TEST(DrawingScene, AnIllegibleLabelIsLeftOut) {

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <optional>
 
 namespace kalvrooms::practice {
 
@@ -74,16 +73,14 @@ View Fit(const Box& box, const Frame& frame) {
              frame.top + frame.height / 2 + middle.y * scale}};
 }
 
-// The stretches of the line `across = at` that lie inside of the outline.
-std::vector<std::pair<double, double>> InsideAt(const Outline& outline, double at,
-                                                double Point::*across, double Point::*along) {
+// The stretches of the level line at `y` that lie inside of the outline.
+std::vector<std::pair<double, double>> InsideAt(const Outline& outline, double y) {
     std::vector<double> crossings;
     for (std::size_t i = 0; i < outline.size(); ++i) {
         const Point& a = outline[i];
         const Point& b = outline[(i + 1) % outline.size()];
-        if ((a.*across > at) != (b.*across > at))
-            crossings.push_back(a.*along +
-                                (at - a.*across) / (b.*across - a.*across) * (b.*along - a.*along));
+        if ((a.y > y) != (b.y > y))
+            crossings.push_back(a.x + (y - a.y) / (b.y - a.y) * (b.x - a.x));
     }
     std::sort(crossings.begin(), crossings.end());
     std::vector<std::pair<double, double>> stretches;
@@ -92,38 +89,74 @@ std::vector<std::pair<double, double>> InsideAt(const Outline& outline, double a
     return stretches;
 }
 
+// A free rectangle inside of an outline.
 struct Spot {
     Point centre;
     double width = 0.0;
     double height = 0.0;
 };
 
-// The place inside of the outline with the most room for a label that is wider than high.
-std::optional<Spot> BestSpot(const Outline& outline) {
-    constexpr int Lines = 15;
+bool IsUpright(const Outline& outline) {
+    if (outline.size() != 4)
+        return false;
+    for (std::size_t i = 0; i < 4; ++i) {
+        const Point& a = outline[i];
+        const Point& b = outline[(i + 1) % 4];
+        const Point& c = outline[(i + 2) % 4];
+        const bool turns = (a.x == b.x && b.y == c.y) || (a.y == b.y && b.x == c.x);
+        if (!turns)
+            return false;
+    }
+    return true;
+}
+
+// Narrows the stretch to what is inside at another height too.
+void Narrow(std::pair<double, double>& stretch, const Outline& outline, double y) {
+    std::pair<double, double> widest{0.0, 0.0};
+    for (const auto& [left, right] : InsideAt(outline, y)) {
+        const std::pair common{std::max(left, stretch.first), std::min(right, stretch.second)};
+        if (common.second - common.first > widest.second - widest.first)
+            widest = common;
+    }
+    stretch = widest;
+}
+
+// Rectangles of many heights that lie inside, those near the middle first.
+std::vector<Spot> FreeSpots(const Outline& outline) {
     const Box box = BoxOf(outline);
-    std::optional<Spot> best;
-    double bestScore = 0.0;
+    const double width = box.right - box.left;
+    const double height = box.top - box.bottom;
+    if (IsUpright(outline))
+        return {{{box.left + width / 2, box.bottom + height / 2}, width, height}};
+    constexpr int Lines = 15;
+    constexpr double Sliver = 1e-6; // keeps clear of the edges that lie along a line
+    std::vector<Spot> spots;
     for (int line = 0; line < Lines; ++line) {
-        // From the middle outwards, so that the middle wins among equals.
         const int step = (line + 1) / 2 * (line % 2 == 0 ? 1 : -1);
-        const double y =
-            box.bottom + (box.top - box.bottom) * (0.5 + static_cast<double>(step) / (Lines + 1));
-        for (const auto& [left, right] : InsideAt(outline, y, &Point::y, &Point::x)) {
-            const double x = left + (right - left) / 2;
-            for (const auto& [low, high] : InsideAt(outline, x, &Point::x, &Point::y)) {
-                if (y < low || y > high)
-                    continue;
-                const double height = 2 * std::min(y - low, high - y);
-                const double score = std::min(right - left, 2.2 * height);
-                if (score > bestScore * 1.001) {
-                    bestScore = score;
-                    best = Spot{{x, y}, right - left, height};
+        const double y = box.bottom + height * (0.5 + static_cast<double>(step) / (Lines + 1));
+        const std::vector<std::pair<double, double>> stretches = InsideAt(outline, y);
+        for (const double part : {0.48, 0.36, 0.25, 0.18, 0.12, 0.08, 0.05}) {
+            const double half = height * part;
+            if (y - half < box.bottom || y + half > box.top)
+                continue;
+            for (std::pair<double, double> stretch : stretches) {
+                Narrow(stretch, outline, y - half);
+                Narrow(stretch, outline, y + half);
+                // Between its corners an outline is straight, so they are all that can intrude.
+                for (const Point& corner : outline) {
+                    if (std::abs(corner.y - y) < half) {
+                        Narrow(stretch, outline, corner.y - height * Sliver);
+                        Narrow(stretch, outline, corner.y + height * Sliver);
+                    }
                 }
+                if (stretch.second > stretch.first)
+                    spots.push_back({{stretch.first + (stretch.second - stretch.first) / 2, y},
+                                     stretch.second - stretch.first,
+                                     2 * half});
             }
         }
     }
-    return best;
+    return spots;
 }
 
 std::vector<std::wstring> Words(const std::wstring& text) {
@@ -156,6 +189,31 @@ std::size_t Longest(const std::vector<std::wstring>& lines) {
     return longest;
 }
 
+using Wraps = std::vector<std::vector<std::wstring>>;
+
+Wraps WithArea(Wraps wraps, double area) {
+    for (std::vector<std::wstring>& lines : wraps)
+        lines.push_back(AreaText(area));
+    return wraps;
+}
+
+SceneLabel LargestLabel(const std::vector<Spot>& spots, const Wraps& wraps, double largest) {
+    SceneLabel best;
+    for (const Spot& spot : spots) {
+        for (const std::vector<std::wstring>& lines : wraps) {
+            const double byWidth =
+                spot.width * LabelMargin / (LetterWidth * static_cast<double>(Longest(lines)));
+            const double byHeight =
+                spot.height * LabelMargin / (LineHeight * static_cast<double>(lines.size()));
+            const double size = std::min({byWidth, byHeight, largest});
+            // What is only a little larger is not worth the move.
+            if (size > best.fontSize * 1.05)
+                best = {spot.centre, size, lines};
+        }
+    }
+    return best;
+}
+
 } // namespace
 
 Point View::ToPicture(const Point& metres) const {
@@ -166,6 +224,11 @@ Point View::ToMetres(const Point& pixel) const {
     return {(pixel.x - origin.x) / scale, (origin.y - pixel.y) / scale};
 }
 
+View View::ZoomedAt(const Point& pixel, double factor) const {
+    return {scale * factor,
+            {pixel.x + (origin.x - pixel.x) * factor, pixel.y + (origin.y - pixel.y) * factor}};
+}
+
 std::wstring AreaText(double squareMetres) {
     std::string digits = FixedText(std::round(squareMetres * 100) / 100, 2);
     const std::size_t point = digits.find('.');
@@ -174,46 +237,40 @@ std::wstring AreaText(double squareMetres) {
         digits += '.';
     digits.append(2 - decimals, '0');
     std::replace(digits.begin(), digits.end(), '.', ',');
+    for (std::size_t place = digits.size() - 3; place > 3; place -= 3)
+        digits.insert(place - 3, 1, '.');
     return std::wstring(digits.begin(), digits.end()) + L" m²";
 }
 
 SceneLabel FitLabel(const Outline& outline, const std::wstring& name, double area,
                     const LabelRules& rules) {
-    SceneLabel best;
-    const std::optional<Spot> spot = BestSpot(outline);
-    if (!spot)
-        return best;
-    best.centre = spot->centre;
+    const std::vector<Spot> spots = FreeSpots(outline);
     const std::vector<std::wstring> words = Words(name);
     const std::size_t whole = Longest(Wrap(words, std::numeric_limits<std::size_t>::max() / 2));
-    for (std::size_t pieces = 1; pieces <= 3; ++pieces) {
-        std::vector<std::wstring> lines =
-            Wrap(words, std::max(whole / pieces + (pieces > 1 ? 1 : 0), std::size_t{4}));
-        lines.push_back(AreaText(area));
-        const double byWidth =
-            spot->width * LabelMargin / (LetterWidth * static_cast<double>(Longest(lines)));
-        const double byHeight =
-            spot->height * LabelMargin / (LineHeight * static_cast<double>(lines.size()));
-        const double size = std::min({byWidth, byHeight, rules.largest});
-        if (size > best.fontSize * 1.05) {
-            best.fontSize = size;
-            best.lines = std::move(lines);
-        }
-    }
-    if (best.fontSize < rules.smallest)
-        best = {best.centre, 0.0, {}};
-    return best;
+    Wraps wraps;
+    for (std::size_t pieces = 1; pieces <= 3; ++pieces)
+        wraps.push_back(
+            Wrap(words, std::max(whole / pieces + (pieces > 1 ? 1 : 0), std::size_t{4})));
+    SceneLabel label = LargestLabel(spots, WithArea(wraps, area), rules.largest);
+    // The name alone is better than nothing.
+    if (label.fontSize < rules.smallest && !words.empty())
+        label = LargestLabel(spots, wraps, rules.largest);
+    if (label.fontSize < rules.smallest)
+        label = {label.centre, 0.0, {}};
+    return label;
 }
 
-Scene MakeScene(const Drawing& drawing, const Frame& frame, const LabelRules& labels,
-                const std::vector<Outline>& toCome) {
-    Scene scene;
+View FitView(const Drawing& drawing, const Frame& frame, const std::vector<Outline>& toCome) {
     Box box;
     for (const Element& element : drawing.elements)
         box.Take(element.outline);
     box.TakeBeside(toCome);
-    scene.view = Fit(box, frame);
+    return Fit(box, frame);
+}
 
+Scene MakeScene(const Drawing& drawing, const View& view, const LabelRules& labels) {
+    Scene scene;
+    scene.view = view;
     std::map<std::wstring, std::size_t> storeys;
     for (const Element& element : drawing.elements) {
         const auto [found, isNew] = storeys.try_emplace(element.storey, scene.storeys.size());

@@ -24,6 +24,8 @@ struct View {
 
     Point ToPicture(const Point& metres) const;
     Point ToMetres(const Point& pixel) const;
+    // Larger by the factor, with the pixel staying over the same place of the drawing.
+    View ZoomedAt(const Point& pixel, double factor) const;
 };
 
 struct SceneStorey {
@@ -57,9 +59,10 @@ struct LabelRules {
     double largest = 0.0;
 };
 
-// The drawing zoomed to fit the frame, with room for the outlines (metres) that are yet to come.
-Scene MakeScene(const Drawing& drawing, const Frame& frame, const LabelRules& labels,
-                const std::vector<Outline>& toCome = {});
+// Zoomed to fit the frame, with room for the outlines (metres) that are yet to come.
+View FitView(const Drawing& drawing, const Frame& frame, const std::vector<Outline>& toCome = {});
+
+Scene MakeScene(const Drawing& drawing, const View& view, const LabelRules& labels);
 
 // "12,50 m²", as the window's language writes it.
 std::wstring AreaText(double squareMetres);

@@ -119,7 +119,7 @@ std::string LegendSvg(const Scene& scene) {
 std::string DrawingSvg(const Drawing& drawing) {
     const Frame frame{Margin, TitleHeight + Margin, PictureWidth - LegendWidth - 3 * Margin,
                       PictureHeight - TitleHeight - 2 * Margin};
-    const Scene scene = MakeScene(drawing, frame, Labels);
+    const Scene scene = MakeScene(drawing, FitView(drawing, frame), Labels);
     const std::wstring title = drawing.project.name.empty() ? L"Kalvero" : drawing.project.name;
 
     std::string svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

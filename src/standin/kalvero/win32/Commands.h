@@ -10,3 +10,4 @@
 #define IDC_STATE_MENU 211
 #define IDC_STATE_KVD 212
 #define IDC_START 221
+#define IDC_FIT 231

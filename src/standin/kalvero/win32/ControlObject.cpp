@@ -31,7 +31,7 @@ const std::vector<Member<ControlObject>>& ControlObject::Members() {
 
 Variant ControlObject::LoadDrawing(const Arguments& arguments) {
     process_.session.drawing = practice::LoadDrawing(arguments.Text(0));
-    process_.Touch();
+    process_.ChangeDrawing();
     return {};
 }
 

@@ -26,6 +26,11 @@ void HostProcess::Touch() {
         touched();
 }
 
+void HostProcess::ChangeDrawing() {
+    if (drawingChanged)
+        drawingChanged();
+}
+
 void HostProcess::Gate::Created() {
     process_.AddUse();
     if (counted_)

@@ -40,10 +40,12 @@ class HostProcess {
     std::function<void()> quitAsked;
     // The process is about to end in the middle of a call.
     std::function<void()> goingAway;
-    // Calls were counted, or the state, the faults or the drawing changed.
+    // Calls were counted, or the state changed.
     std::function<void()> touched;
+    std::function<void()> drawingChanged;
 
     void Touch();
+    void ChangeDrawing();
 
   private:
     class Gate : public CallGate {

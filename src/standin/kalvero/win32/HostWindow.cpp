@@ -25,6 +25,10 @@ constexpr UINT RefreshDelay = 120;
 // Long enough for the answer of the call that asked for the end to leave the process.
 constexpr UINT LeaveDelay = 100;
 
+// Pixels per metre.
+constexpr double SmallestScale = 1e-3;
+constexpr double LargestScale = 1e4;
+
 constexpr const wchar_t* DrawingFilter = L"Zeichnungen (*.json)\0*.json\0Alle Dateien\0*.*\0";
 constexpr const wchar_t* SvgFilter = L"SVG-Bilder (*.svg)\0*.svg\0";
 
@@ -57,6 +61,10 @@ HostWindow::HostWindow(HostProcess& process, Options options, std::function<void
         process_.session.placing.OnClick(
             [this](const std::vector<Outline>& outlines) { return PlaceByClick(outlines); });
     process_.touched = [this] { Refresh(); };
+    process_.drawingChanged = [this] {
+        drawingChanged_ = true;
+        Refresh();
+    };
     process_.quitAsked = [this] { LeaveSoon(QuitTimer); };
     process_.unused = [this] { LeaveSoon(UnusedTimer); };
     Refresh();
@@ -64,6 +72,7 @@ HostWindow::HostWindow(HostProcess& process, Options options, std::function<void
 
 HostWindow::~HostWindow() {
     process_.touched = nullptr;
+    process_.drawingChanged = nullptr;
     process_.quitAsked = nullptr;
     process_.unused = nullptr;
     process_.session.placing.OnClick(nullptr);
@@ -110,6 +119,8 @@ LRESULT CALLBACK HostWindow::Receive(HWND window, UINT message, WPARAM first, LP
 LRESULT HostWindow::Handle(UINT message, WPARAM first, LPARAM second) {
     if (placing_ && HandlePlacing(message, first, second))
         return message == WM_SETCURSOR ? TRUE : 0;
+    if (HandleView(message, first, second))
+        return 0;
     switch (message) {
     case WM_PAINT:
         Paint();
@@ -152,12 +163,56 @@ LRESULT HostWindow::Handle(UINT message, WPARAM first, LPARAM second) {
     return DefWindowProcW(window_, message, first, second);
 }
 
+bool HostWindow::HandleView(UINT message, WPARAM first, LPARAM second) {
+    switch (message) {
+    case WM_MOUSEWHEEL: {
+        POINT pointer{GET_X_LPARAM(second), GET_Y_LPARAM(second)};
+        ScreenToClient(window_, &pointer);
+        const double notches = static_cast<double>(GET_WHEEL_DELTA_WPARAM(first)) / WHEEL_DELTA;
+        const View zoomed = CurrentScene().view.ZoomedAt(
+            {static_cast<double>(pointer.x), static_cast<double>(pointer.y)},
+            std::pow(1.25, notches));
+        if (zoomed.scale > SmallestScale && zoomed.scale < LargestScale)
+            ChangeView(zoomed);
+        return true;
+    }
+    case WM_RBUTTONDOWN:
+        panAt_ = PointOf(second);
+        SetCapture(window_);
+        return true;
+    case WM_MOUSEMOVE:
+        if (panAt_) {
+            const Point now = PointOf(second);
+            View moved = CurrentScene().view;
+            moved.origin.x += now.x - panAt_->x;
+            moved.origin.y += now.y - panAt_->y;
+            panAt_ = now;
+            ChangeView(moved);
+        }
+        return panAt_.has_value();
+    case WM_RBUTTONUP:
+        ReleaseCapture();
+        return true;
+    case WM_CAPTURECHANGED:
+        panAt_.reset();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void HostWindow::ChangeView(std::optional<View> view) {
+    view_ = view;
+    scene_.reset();
+    InvalidateRect(window_, nullptr, FALSE);
+}
+
 bool HostWindow::HandlePlacing(UINT message, WPARAM first, LPARAM second) {
     switch (message) {
     case WM_MOUSEMOVE:
         placing_->pointer = PointOf(second);
         InvalidateRect(window_, nullptr, FALSE);
-        return true;
+        return !panAt_;
     case WM_LBUTTONDOWN:
         placing_->clicked = PointAt(PointOf(second));
         return true;
@@ -222,9 +277,10 @@ const Scene& HostWindow::CurrentScene() {
     if (!scene_) {
         RECT client{};
         GetClientRect(window_, &client);
-        scene_ =
-            MakeScene(process_.session.drawing, painter_->DrawingFrame(client), painter_->Labels(),
-                      placing_ ? placing_->outlines : std::vector<Outline>());
+        const Drawing& drawing = process_.session.drawing;
+        const View fit = FitView(drawing, painter_->DrawingFrame(client),
+                                 placing_ ? placing_->outlines : std::vector<Outline>());
+        scene_ = MakeScene(drawing, view_.value_or(fit), painter_->Labels());
     }
     return *scene_;
 }
@@ -251,14 +307,18 @@ void HostWindow::Paint() {
     }
     {
         const DoubleBuffer buffer(dc, client);
-        painter_->Paint(buffer.dc(), client, content);
+        const RECT status = painter_->StatusArea(client);
+        if (paint.rcPaint.top >= status.top)
+            painter_->PaintStatus(buffer.dc(), status, content);
+        else
+            painter_->Paint(buffer.dc(), client, content);
     }
     EndPaint(window_, &paint);
 }
 
 std::wstring HostWindow::Status() const {
     if (placing_)
-        return L"Bitte Räume absetzen: Klicken setzt ab, Esc bricht ab";
+        return L"Bitte Räume absetzen … (Klicken setzt ab, Esc bricht ab)";
     const Drawing& drawing = process_.session.drawing;
     std::wstring status = L"Projekt " + std::to_wstring(drawing.project.number);
     status += L"   |   " + std::to_wstring(drawing.elements.size()) +
@@ -284,11 +344,18 @@ void HostWindow::OnTimer(UINT_PTR timer) {
     KillTimer(window_, timer);
     if (timer == RefreshTimer) {
         refreshPending_ = false;
-        scene_.reset();
         const std::wstring& name = process_.session.drawing.project.name;
         SetWindowTextW(window_, (name.empty() ? L"Kalvero" : L"Kalvero – " + name).c_str());
         UpdateMenu();
-        InvalidateRect(window_, nullptr, FALSE);
+        RECT changed{};
+        GetClientRect(window_, &changed);
+        if (drawingChanged_) {
+            drawingChanged_ = false;
+            scene_.reset();
+        } else {
+            changed = painter_->StatusArea(changed);
+        }
+        InvalidateRect(window_, &changed, FALSE);
     } else if (timer == QuitTimer) {
         PostQuitMessage(exitCode_);
     } else if (timer == UnusedTimer) {
@@ -333,6 +400,9 @@ void HostWindow::Command(WORD identifier) {
         break;
     case IDC_STATE_KVD:
         ToggleState(L"kvd");
+        break;
+    case IDC_FIT:
+        ChangeView(std::nullopt);
         break;
     case IDC_START:
         Guarded(startProgram_);
@@ -390,7 +460,8 @@ void HostWindow::LoadDrawing() {
     if (path.empty())
         return;
     process_.session.drawing = practice::LoadDrawing(path);
-    OnTimer(RefreshTimer);
+    view_.reset();
+    process_.ChangeDrawing();
 }
 
 void HostWindow::SaveDrawing() {

@@ -45,6 +45,8 @@ class HostWindow {
     LRESULT Handle(UINT message, WPARAM first, LPARAM second);
     void Command(WORD identifier);
     bool HandlePlacing(UINT message, WPARAM first, LPARAM second);
+    bool HandleView(UINT message, WPARAM first, LPARAM second);
+    void ChangeView(std::optional<View> view);
     void OnTimer(UINT_PTR timer);
     void Paint();
     void Close();
@@ -69,9 +71,12 @@ class HostWindow {
     HWND window_ = nullptr;
     std::unique_ptr<Painter> painter_;
     std::optional<Scene> scene_;
+    std::optional<View> view_;   // the user's own; without it the drawing fits the window
+    std::optional<Point> panAt_; // where the hand holds the drawing, pixels
     PlacingState* placing_ = nullptr;
     bool shown_ = false;
     bool refreshPending_ = false;
+    bool drawingChanged_ = true;
     int exitCode_ = 0;
 };
 

@@ -29,6 +29,26 @@ std::vector<POINT> Pixels(const Outline& outline) {
     return points;
 }
 
+int CALLBACK NoteFont(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM found) {
+    *reinterpret_cast<bool*>(found) = true;
+    return 0;
+}
+
+// The system's own face, where it is installed.
+const wchar_t* FaceName() {
+    static const bool segoe = [] {
+        LOGFONTW wanted{};
+        wanted.lfCharSet = DEFAULT_CHARSET;
+        lstrcpyW(wanted.lfFaceName, L"Segoe UI");
+        bool found = false;
+        HDC screen = GetDC(nullptr);
+        EnumFontFamiliesExW(screen, &wanted, &NoteFont, reinterpret_cast<LPARAM>(&found), 0);
+        ReleaseDC(nullptr, screen);
+        return found;
+    }();
+    return segoe ? L"Segoe UI" : L"Arial";
+}
+
 // 1, 2 or 5 with zeros, as long as it fits.
 double RoundLength(double longest) {
     const double power = std::pow(10.0, std::floor(std::log10(longest)));
@@ -76,7 +96,7 @@ HFONT Painter::Font(int pixels, bool bold) {
     if (!font)
         font = CreateFontW(-pixels, 0, 0, 0, bold ? FW_SEMIBOLD : FW_NORMAL, FALSE, FALSE, FALSE,
                            DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                           CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Segoe UI");
+                           CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS, FaceName());
     return font;
 }
 

@@ -31,6 +31,9 @@ class Painter {
     Frame DrawingFrame(const RECT& client) const;
     LabelRules Labels() const;
     void Paint(HDC dc, const RECT& client, const WindowContent& content);
+    // The status bar alone: it changes with every call.
+    RECT StatusArea(const RECT& client) const;
+    void PaintStatus(HDC dc, const RECT& area, const WindowContent& content);
 
   private:
     int Scaled(int pixels) const { return MulDiv(pixels, static_cast<int>(dpi_), 96); }
@@ -40,12 +43,10 @@ class Painter {
               UINT format);
     RECT DrawingArea(const RECT& client) const;
     RECT LegendArea(const RECT& client) const;
-    RECT StatusArea(const RECT& client) const;
     void PaintRooms(HDC dc, const RECT& area, const WindowContent& content);
     void PaintLabel(HDC dc, const SceneRoom& room);
     void PaintScale(HDC dc, const RECT& area, const Scene& scene);
     void PaintLegend(HDC dc, const RECT& area, const WindowContent& content);
-    void PaintStatus(HDC dc, const RECT& area, const WindowContent& content);
 
     UINT dpi_;
     std::map<std::pair<int, bool>, HFONT> fonts_;

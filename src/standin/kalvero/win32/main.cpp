@@ -69,7 +69,7 @@ int RunHost(const CommandLine& line) {
     };
     HostWindow window(process, {line.hidden, line.embedding}, startClient);
     process.session.applied = [&] {
-        process.Touch();
+        process.ChangeDrawing();
         WriteOutputs(process.session.drawing, line);
     };
     // A host that was started by hand is there with and without clients.
