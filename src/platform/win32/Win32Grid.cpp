@@ -18,6 +18,26 @@ constexpr Twips usualColumnWidth = 960;
 constexpr int rowPadding = 3;
 constexpr int cellPadding = 4;
 
+// One line in a cell, with an ellipsis only where the text needs one: measuring for it is most of
+// what painting a cell costs.
+void paintText(HDC context, const RECT& inside, const std::wstring& text, bool centred) {
+    if (text.empty() || inside.right <= inside.left)
+        return;
+    const auto length = static_cast<int>(std::min<std::size_t>(text.size(), 1024));
+    SIZE size{};
+    GetTextExtentPoint32W(context, text.data(), length, &size);
+    if (size.cx > inside.right - inside.left) {
+        RECT box = inside;
+        DrawTextW(context, text.data(), length, &box,
+                  DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+        return;
+    }
+    const LONG x = centred ? (inside.left + inside.right - size.cx) / 2 : inside.left;
+    ExtTextOutW(context, static_cast<int>(x),
+                static_cast<int>((inside.top + inside.bottom - size.cy) / 2), 0, nullptr,
+                text.data(), static_cast<UINT>(length), nullptr);
+}
+
 POINT pointOf(LPARAM data) {
     return {GET_X_LPARAM(data), GET_Y_LPARAM(data)};
 }
@@ -137,6 +157,11 @@ void Win32Grid::Bars(ScrollBars bars) {
         ListView_Scroll(Window(), -GetScrollPos(Window(), SB_HORZ), 0);
         SetWindowPos(Window(), nullptr, 0, 0, 0, 0,
                      SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+        // The list view decides anew which bars it needs.
+        ShowScrollBar(Window(), SB_BOTH, TRUE);
+        RECT client{};
+        GetClientRect(Window(), &client);
+        SendMessageW(Window(), WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.right, client.bottom));
         ListView_RedrawItems(Window(), 0, itemCount());
     }
 }
@@ -546,7 +571,8 @@ LRESULT Win32Grid::paint(const NMLVCUSTOMDRAW& draw) const {
 
 void Win32Grid::paintRow(HDC context, int row) const {
     RECT line{};
-    if (row >= cells_.Rows() || !ListView_GetItemRect(Window(), row - 1, &line, LVIR_BOUNDS))
+    if (row < 1 || row >= cells_.Rows() ||
+        !ListView_GetItemRect(Window(), row - 1, &line, LVIR_BOUNDS))
         return;
     RECT client{};
     GetClientRect(Window(), &client);
@@ -561,38 +587,32 @@ void Win32Grid::paintRow(HDC context, int row) const {
     SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(Window(), WM_GETFONT, 0, 0)));
     SetBkMode(context, TRANSPARENT);
 
+    FillRect(context, &line, GetSysColorBrush(background));
     LONG left = line.left;
     for (int column = 0; column < cells_.Columns(); ++column) {
         const int width = pixelsOf(column);
-        RECT cell{left, line.top, left + width, line.bottom};
+        const RECT cell{left, line.top, left + width, line.bottom};
         left += width;
         if (width == 0 || cell.right <= 0 || cell.left >= client.right)
             continue;
-        FillRect(context, &cell, GetSysColorBrush(background));
-        const RECT right{cell.right - 1, cell.top, cell.right, cell.bottom};
-        const RECT bottom{cell.left, cell.bottom - 1, cell.right, cell.bottom};
-        FillRect(context, &right, GetSysColorBrush(COLOR_3DLIGHT));
-        FillRect(context, &bottom, GetSysColorBrush(COLOR_3DLIGHT));
-
-        const std::wstring& text = cells_.Text(row, column);
-        if (!text.empty()) {
-            const std::optional<Colour> colour = cells_.TextColour(row, column);
-            SetTextColor(context, colour && !current
-                                      ? LegibleColour(*colour, GetSysColor(background), foreground)
-                                      : GetSysColor(foreground));
-            RECT inside{cell.left + padding, cell.top, cell.right - padding, cell.bottom - 1};
-            const bool centred = cells_.CellAlignment(row, column) == Alignment::Centre;
-            DrawTextW(context, text.data(), static_cast<int>(text.size()), &inside,
-                      (centred ? DT_CENTER : DT_LEFT) | DT_VCENTER | DT_SINGLELINE |
-                          DT_END_ELLIPSIS | DT_NOPREFIX);
-        }
+        const std::optional<Colour> colour =
+            current ? std::nullopt : cells_.TextColour(row, column);
+        SetTextColor(context, colour ? LegibleColour(*colour, GetSysColor(background), foreground)
+                                     : GetSysColor(foreground));
+        const RECT inside{cell.left + padding, cell.top, cell.right - padding, cell.bottom - 1};
+        paintText(context, inside, cells_.Text(row, column),
+                  cells_.CellAlignment(row, column) == Alignment::Centre);
+        const RECT edge{cell.right - 1, cell.top, cell.right, cell.bottom};
+        FillRect(context, &edge, GetSysColorBrush(COLOR_3DLIGHT));
         if (current && column == col_) {
-            RECT frame{cell.left, cell.top, cell.right - 1, cell.bottom - 1};
+            const RECT frame{cell.left, cell.top, cell.right - 1, cell.bottom - 1};
             SetTextColor(context, GetSysColor(foreground));
             SetBkColor(context, GetSysColor(background));
             DrawFocusRect(context, &frame);
         }
     }
+    const RECT edge{line.left, line.bottom - 1, left, line.bottom};
+    FillRect(context, &edge, GetSysColorBrush(COLOR_3DLIGHT));
     RestoreDC(context, savedState);
 }
 
