@@ -224,6 +224,7 @@ class ApplicationObject final : public SpreadsheetApplication {
     }
     void Quit() override {
         owner_.call("Quit");
+        owner_.ObjectsAtQuit = owner_.OpenObjects();
         instance_->Ended = true;
     }
 

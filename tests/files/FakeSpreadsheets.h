@@ -61,6 +61,8 @@ class FakeSpreadsheets final : public SpreadsheetServer {
     bool Gone = false;
     // An interface that answers with nothing at the n-th call.
     int NothingAt = 0;
+    // Interface objects that were held when an instance was last told to quit.
+    int ObjectsAtQuit = 0;
 
     int Calls() const { return calls_; }
     // The names of the calls, in order.

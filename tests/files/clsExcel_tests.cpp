@@ -93,7 +93,7 @@ TEST_P(Workbook, HoldsARoomInEveryRow) {
 }
 
 TEST_P(Workbook, KeepsTextsThatLookLikeSomethingElse) {
-    const std::vector<std::wstring> texts = {L"007",
+    const std::vector<std::wstring> texts = {L"1,000",
                                              L"=1+1",
                                              L"-3",
                                              L"1E5",
@@ -106,7 +106,8 @@ TEST_P(Workbook, KeepsTextsThatLookLikeSomethingElse) {
                                              L"12 %",
                                              L"#N/A",
                                              std::wstring(300, L'x'),
-                                             std::wstring(5000, L'9')};
+                                             std::wstring(5000, L'9'),
+                                             L"007"};
     for (const std::wstring& text : texts) {
         RoomForTest{
             .Name = text, .Function = text, .Enclosure = text, .Occupancy = text, .AreaType = text}
@@ -446,6 +447,15 @@ TEST_P(Workbook, EndsAtAnIdentifierThatDoesNotConvert) {
               RuntimeError::TypeMismatch);
     EXPECT_EQ(floors.GetCountOfRooms(), 1);
     EXPECT_EQ(spreadsheets.LeftBehind(), 1);
+}
+
+// A reference into the application would keep its process alive after it was told to quit.
+TEST_P(Workbook, IsLetGoBeforeTheApplicationIsToldToQuit) {
+    addRooms(1);
+    write(floors);
+    EXPECT_EQ(spreadsheets.ObjectsAtQuit, 1); // the application itself
+    read(floors);
+    EXPECT_EQ(spreadsheets.ObjectsAtQuit, 1);
 }
 
 TEST_P(Workbook, HasAMemberThatDoesNothing) {
