@@ -24,6 +24,8 @@ constexpr UINT_PTR UnusedTimer = 3;
 constexpr UINT RefreshDelay = 120;
 // Long enough for the answer of the call that asked for the end to leave the process.
 constexpr UINT LeaveDelay = 100;
+// A server that the system started for a client that never came does not stay.
+constexpr UINT FirstClientDelay = 30000;
 
 // Pixels per metre.
 constexpr double SmallestScale = 1e-3;
@@ -67,6 +69,8 @@ HostWindow::HostWindow(HostProcess& process, Options options, std::function<void
     };
     process_.quitAsked = [this] { LeaveSoon(QuitTimer); };
     process_.unused = [this] { LeaveSoon(UnusedTimer); };
+    if (options_.embedding)
+        SetTimer(window_, UnusedTimer, FirstClientDelay, nullptr);
     Refresh();
 }
 
