@@ -1,0 +1,85 @@
+#include "standin/spreadsheet/win32/SheetProcess.h"
+
+#include "standin/kalvero/DrawingFile.h"
+#include "standin/spreadsheet/SheetError.h"
+
+#include <utility>
+
+namespace kalvrooms::practice::spreadsheet {
+
+SheetProcess::SheetProcess(Settings settings_, bool inUsersHands)
+    : settings(std::move(settings_)), application(files_), inUsersHands_(inUsersHands) {
+    Arm(calls_, settings.faults);
+    if (!settings.dialog.empty())
+        application.OpenDialog(settings.dialog);
+}
+
+SheetProcess::~SheetProcess() {
+    Withdraw();
+}
+
+int SheetProcess::ThisYear() const {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return now.wYear;
+}
+
+bool SheetProcess::Enter(std::wstring_view object, std::wstring_view member) {
+    const auto fault = calls_.Enter(object, member);
+    if (!application.dialog().empty())
+        throw ComError(RPC_E_SERVERCALL_RETRYLATER);
+    if (!fault)
+        return true;
+    switch (fault->mode) {
+    case FaultMode::Fail:
+        throw SheetError(fault->description);
+    case FaultMode::Empty:
+        return false;
+    case FaultMode::Reject:
+        throw ComError(RPC_E_CALL_REJECTED);
+    case FaultMode::Later:
+        throw ComError(RPC_E_SERVERCALL_RETRYLATER);
+    case FaultMode::Stall:
+        Sleep(static_cast<DWORD>(fault->milliseconds));
+        return true;
+    case FaultMode::Exit:
+        Withdraw();
+        WriteReport();
+        TerminateProcess(GetCurrentProcess(), 3);
+        return false;
+    }
+    return true;
+}
+
+void SheetProcess::Created() {
+    ++uses_;
+}
+
+void SheetProcess::Gone() {
+    --uses_;
+    CheckUse();
+}
+
+void SheetProcess::Quit() {
+    quitting_ = true;
+    Withdraw();
+    CheckUse();
+}
+
+void SheetProcess::CheckUse() {
+    if (MayEnd() && unused)
+        unused();
+}
+
+void SheetProcess::Withdraw() {
+    if (withdraw)
+        std::exchange(withdraw, nullptr)();
+}
+
+void SheetProcess::WriteReport() const {
+    if (!settings.report.empty())
+        WriteWhole(settings.report,
+                   ToUtf8(calls_.Report()) + "calls=" + std::to_string(calls_.Count()) + "\n");
+}
+
+} // namespace kalvrooms::practice::spreadsheet

@@ -1,0 +1,54 @@
+#pragma once
+// One instance: what all of its automation objects share, and how long it has to live.
+
+#include "standin/kalvero/CallLog.h"
+#include "standin/kalvero/win32/DispatchObject.h"
+#include "standin/spreadsheet/Application.h"
+#include "standin/spreadsheet/Settings.h"
+#include "standin/spreadsheet/win32/DiskFiles.h"
+
+#include <string>
+
+namespace kalvrooms::practice::spreadsheet {
+
+class SheetProcess : public CallGate {
+  public:
+    // In its user's hands an instance stays until somebody quits it; otherwise it goes with the
+    // last reference that a client holds.
+    SheetProcess(Settings settings, bool inUsersHands);
+    SheetProcess(const SheetProcess&) = delete;
+    SheetProcess& operator=(const SheetProcess&) = delete;
+    ~SheetProcess() override;
+
+    const Settings settings;
+    Application application;
+    int ThisYear() const;
+    bool InUsersHands() const { return inUsersHands_; }
+
+    // Counts a call and lets its fault strike; while a dialog is open every call is put off.
+    bool Enter(std::wstring_view object, std::wstring_view member) override;
+    void Created() override;
+    void Gone() override;
+
+    // What takes the instance out of the system's lists; it is done once, before the end.
+    std::function<void()> withdraw;
+    // Nobody uses the instance any more.
+    std::function<void()> unused;
+
+    // The instance ends as soon as the last reference has gone.
+    void Quit();
+    bool MayEnd() const { return uses_ == 0 && (quitting_ || !inUsersHands_); }
+    void WriteReport() const;
+
+  private:
+    void Withdraw();
+    void CheckUse();
+
+    DiskFiles files_;
+    CallLog calls_;
+    bool inUsersHands_;
+    bool quitting_ = false;
+    int uses_ = 0;
+};
+
+} // namespace kalvrooms::practice::spreadsheet
