@@ -238,6 +238,19 @@ CLSID ComSession::ClassOf(const wchar_t* programmaticIdentifier) {
     return classIdentifier;
 }
 
+// Adds the time of its own life.
+class ComSession::Clock {
+  public:
+    explicit Clock(ComSession& session) : session_(session) {}
+    Clock(const Clock&) = delete;
+    Clock& operator=(const Clock&) = delete;
+    ~Clock() { session_.time_ += std::chrono::steady_clock::now() - start_; }
+
+  private:
+    ComSession& session_;
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
 // -------------------------------------------------------------------------------- ComObject
 
 ComObject::ComObject(std::shared_ptr<ComSession> session, std::wstring kind, IDispatch* object)
@@ -262,8 +275,10 @@ ComObject& ComObject::operator=(ComObject other) noexcept {
 }
 
 ComObject::~ComObject() {
-    if (object_)
+    if (object_) {
+        const ComSession::Clock clock(*session_);
         object_->Release();
+    }
 }
 
 ComObject ComObject::Create(std::shared_ptr<ComSession> session, std::wstring kind,
@@ -271,9 +286,13 @@ ComObject ComObject::Create(std::shared_ptr<ComSession> session, std::wstring ki
     const CLSID classIdentifier = ComSession::ClassOf(programmaticIdentifier);
     IDispatch* object = nullptr;
     SetErrorInfo(0, nullptr);
-    ++session->calls_;
-    const HRESULT result = CoCreateInstance(classIdentifier, nullptr, context, IID_IDispatch,
-                                            reinterpret_cast<void**>(&object));
+    HRESULT result = S_OK;
+    {
+        const ComSession::Clock clock(*session);
+        ++session->calls_;
+        result = CoCreateInstance(classIdentifier, nullptr, context, IID_IDispatch,
+                                  reinterpret_cast<void**>(&object));
+    }
     if (FAILED(result) || !object) {
         std::wstring description;
         IErrorInfo* info = nullptr;
@@ -295,10 +314,13 @@ ComObject ComObject::Attach(std::shared_ptr<ComSession> session, std::wstring ki
     const CLSID classIdentifier = ComSession::ClassOf(programmaticIdentifier);
     IUnknown* running = nullptr;
     IDispatch* object = nullptr;
-    ++session->calls_;
-    if (SUCCEEDED(GetActiveObject(classIdentifier, nullptr, &running)) && running) {
-        running->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&object));
-        running->Release();
+    {
+        const ComSession::Clock clock(*session);
+        ++session->calls_;
+        if (SUCCEEDED(GetActiveObject(classIdentifier, nullptr, &running)) && running) {
+            running->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&object));
+            running->Release();
+        }
     }
     if (!object)
         throw RuntimeError(RuntimeError::CannotCreateObject);
@@ -310,6 +332,7 @@ ComObject ComObject::Attach(std::shared_ptr<ComSession> session, std::wstring ki
 template <typename Step>
 HRESULT ComObject::retried(Step step) {
     constexpr DWORD pause = 100;
+    const auto start = std::chrono::steady_clock::now();
     HRESULT result = step();
     while (isRejected(result) && session_->patience_ > 0) {
         const DWORD wait = std::min(pause, session_->patience_);
@@ -319,6 +342,7 @@ HRESULT ComObject::retried(Step step) {
     }
     if (!isRejected(result))
         session_->patience_ = session_->fullPatience_;
+    session_->timeInCalls_ += std::chrono::steady_clock::now() - start;
     return result;
 }
 
