@@ -47,7 +47,7 @@ std::optional<Date> DateOf(double serial) {
         ++day;
     Date date{1900, 1, 1};
     // From a year that cannot be too late onward.
-    date.year = 1900 + static_cast<int>(day / 366);
+    date.year = 1900 + static_cast<int>((day - 1) / 366);
     while (date.year < 9999 && SerialOf({date.year + 1, 1, 1}) <= serial)
         ++date.year;
     while (date.month < 12 && SerialOf({date.year, date.month + 1, 1}) <= serial)
