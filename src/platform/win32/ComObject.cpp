@@ -332,7 +332,6 @@ ComObject ComObject::Attach(std::shared_ptr<ComSession> session, std::wstring ki
 template <typename Step>
 HRESULT ComObject::retried(Step step) {
     constexpr DWORD pause = 100;
-    const auto start = std::chrono::steady_clock::now();
     HRESULT result = step();
     while (isRejected(result) && session_->patience_ > 0) {
         const DWORD wait = std::min(pause, session_->patience_);
@@ -342,7 +341,6 @@ HRESULT ComObject::retried(Step step) {
     }
     if (!isRejected(result))
         session_->patience_ = session_->fullPatience_;
-    session_->timeInCalls_ += std::chrono::steady_clock::now() - start;
     return result;
 }
 

@@ -75,8 +75,6 @@ class ComSession {
     std::int64_t Calls() const { return calls_; }
     // What the calls took, the letting go of objects and the waiting for a busy server included.
     std::chrono::nanoseconds TimeInCalls() const { return time_; }
-    // How long the calls took together: the servers' share of an operation.
-    std::chrono::nanoseconds TimeInCalls() const { return timeInCalls_; }
 
     // Class identifier of a programmatic identifier. Error: CannotCreateObject.
     static CLSID ClassOf(const wchar_t* programmaticIdentifier);
@@ -86,7 +84,6 @@ class ComSession {
     class Clock;
     std::int64_t calls_ = 0;
     std::chrono::nanoseconds time_{0};
-    std::chrono::nanoseconds timeInCalls_{};
     std::map<std::pair<std::wstring, std::wstring>, DISPID> names_;
     // A server that stays busy is waited for once, not anew with every following call.
     DWORD patience_;
