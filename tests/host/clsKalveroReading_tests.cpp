@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "host/BridgeContext.h"
+#include "support/BridgeContext.h"
 #include "host/clsKalvero.h"
 
 namespace kalvrooms::testing {

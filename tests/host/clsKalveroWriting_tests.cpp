@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "host/BridgeContext.h"
+#include "support/BridgeContext.h"
 #include "host/clsKalvero.h"
 #include "model/NumberText.h"
 

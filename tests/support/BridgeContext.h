@@ -24,8 +24,11 @@ class NoSpreadsheets : public SpreadsheetServer {
 
 class BridgeContext : public ProgramContext {
   public:
-    BridgeContext()
-        : platform(spreadsheets, &host), text_(platform.libraries, platform.environment) {}
+    BridgeContext() : BridgeContext(nullptr) {}
+    // With another host than the one in memory.
+    explicit BridgeContext(HostServer* server)
+        : platform(spreadsheets, server ? server : &host),
+          text_(platform.libraries, platform.environment) {}
 
     NoSpreadsheets spreadsheets;
     ScriptedHost host;
@@ -35,6 +38,7 @@ class BridgeContext : public ProgramContext {
     std::vector<bool> input;      // every EnableInput
     std::vector<bool> tableShown; // every UpdateTable with its argument
     bool inputEnabled = true;
+    bool asBlock = true;
 
     HeadlessDesktop& desktop() { return platform.desktop; }
     std::vector<std::wstring> prompts() const {
@@ -57,7 +61,7 @@ class BridgeContext : public ProgramContext {
     void GetPlace(double& distanceX, double& distanceY, bool& block, std::int32_t& old,
                   std::int32_t& fresh, bool& noReport) const override {
         distanceX = distanceY = 1.0;
-        block = true;
+        block = asBlock;
         old = colorOld;
         fresh = colorNew;
         noReport = false;

@@ -1,0 +1,417 @@
+// The bridge against a real automation server in a process of its own: every rule that only a call
+// across processes can show.
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <sstream>
+
+#include "host/clsKalvero.h"
+#include "platform/win32/ComHostServer.h"
+#include "support/BridgeContext.h"
+#include "windows/PracticeHostProcess.h"
+
+namespace kalvrooms::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using Clock = std::chrono::steady_clock;
+
+std::string element(int id, int fileNumber, const std::string& name, const std::string& storey,
+                    double x = 0) {
+    std::ostringstream json;
+    json << R"({"componentId":)" << id << R"(,"fileNumber":)" << fileNumber << R"(,"fileId":"K)"
+         << fileNumber << R"(","name":")" << name << R"(","function":"Büro","storey":")" << storey
+         << R"(","colour":0,"outline":[[)" << x << ",0],[" << x + 4.5 << ",0],[" << x + 4.5
+         << R"(,3],[)" << x << R"(,3]],"attributes":[{"name":"Bodenfläche","value":13.5},)"
+         << R"({"name":"Nutzen","value":"HNF 2"},{"name":"Umschließungsart","value":"a"}]})";
+    return json.str();
+}
+
+std::string drawingOf(const std::vector<std::string>& elements) {
+    std::filesystem::path folder = std::filesystem::temp_directory_path() / L"quartino-project";
+    std::filesystem::create_directories(folder);
+    std::string escaped;
+    for (const char c : folder.string())
+        escaped += c == '\\' ? std::string("\\\\") : std::string(1, c);
+    std::string json =
+        R"({"project":{"name":"Schule","folder":")" + escaped + R"(","number":4711},"elements":[)";
+    for (std::size_t i = 0; i < elements.size(); ++i)
+        json += (i ? "," : "") + elements[i];
+    return json + "]}";
+}
+
+int countOf(const std::wstring& text, const std::wstring& word) {
+    int count = 0;
+    for (auto at = text.find(word); at != std::wstring::npos; at = text.find(word, at + 1))
+        ++count;
+    return count;
+}
+
+class Bridge : public ::testing::Test {
+  protected:
+    static void SetUpTestSuite() {
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        host_ = std::make_unique<PracticeHostProcess>();
+    }
+    static void TearDownTestSuite() {
+        host_.reset();
+        CoUninitialize();
+    }
+    void SetUp() override {
+        if (!host_->running())
+            host_ = std::make_unique<PracticeHostProcess>();
+        host_->clearFaults();
+        host_->state(L"");
+    }
+    void TearDown() override {
+        bridge_.reset();
+        if (host_->running()) {
+            EXPECT_EQ(host_->liveObjects(), 0) << "references left at the host";
+        }
+    }
+    struct Counts {
+        std::int32_t placed = 0, updated = 0, setDown = 0;
+    };
+    clsKalvero& bridge() {
+        if (!bridge_)
+            bridge_ = std::make_unique<clsKalvero>(context_);
+        return *bridge_;
+    }
+    Counts write() {
+        Counts counts;
+        bridge().ExportFloorsToKalvero(floors_, true, context_.asBlock, 1, 1, counts.placed,
+                                       counts.updated, counts.setDown);
+        return counts;
+    }
+    void read() {
+        floors_ = clsFloors();
+        bridge().GetProjectName();
+        bridge().ImportFloorsFromKalvero(floors_);
+    }
+    void addSquares(int rooms, const std::wstring& storey = L"EG") {
+        clsRoom room;
+        room.StoryCode(storey);
+        floors_.AddRooms(room, rooms);
+    }
+    clsRoom room(std::int32_t index) const {
+        clsRoom copy;
+        floors_.GetRoomByIndex(index, copy);
+        return copy;
+    }
+    void expectRestored() {
+        EXPECT_TRUE(context_.inputEnabled);
+        EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
+    }
+
+    static inline std::unique_ptr<PracticeHostProcess> host_;
+    std::shared_ptr<ComSession> session_ = std::make_shared<ComSession>(1500);
+    std::unique_ptr<HostServer> server_ = MakeComHostServer(session_);
+    BridgeContext context_{server_.get()};
+    std::unique_ptr<clsKalvero> bridge_;
+    clsFloors floors_;
+};
+
+TEST_F(Bridge, ReadsTheRoomsOfTheDrawing) {
+    host_->load(drawingOf({element(17, 3, " Raum 7 ", "OG"), element(18, 2, "B", "EG"),
+                           element(19, 0, "kvd", "EG"), element(20, 2, "C", "og")}));
+    read();
+    ASSERT_EQ(floors_.GetCountOfRooms(), 3);
+    EXPECT_EQ(floors_.GetCountOfFloors(), 2);
+    const clsRoom first = room(1);
+    EXPECT_EQ(first.Name(), L"Raum 7");
+    EXPECT_EQ(first.FunctionName(), L"Büro");
+    EXPECT_EQ(first.ProjectNumber(), 4711);
+    EXPECT_EQ(first.FileNumber(), 3);
+    EXPECT_EQ(first.GetRoomID(), L"17-K3");
+    EXPECT_EQ(first.Geometry->Area(), 13.5);
+    EXPECT_EQ(first.Occupancy(), L"HNF 2");
+    EXPECT_EQ(first.Enclosure(), L"a");
+    EXPECT_THAT(context_.prompts(),
+                ElementsAre(L" Räume aus KVD-Dateien können nicht gelesen werden."));
+    std::ifstream file(std::filesystem::path(first.Geometry->CalculationValue()), std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}),
+              "4\r\n0\t0\r\n4.5\t0\r\n4.5\t3\r\n0\t3\r\nend\r\n");
+    expectRestored();
+}
+
+TEST_F(Bridge, WhatWasReadAndChangedGoesBackToTheSameElements) {
+    host_->load(drawingOf({element(17, 3, "A", "EG"), element(18, 3, "B", "EG", 10)}));
+    const std::wstring before = host_->drawing();
+    read();
+    std::shared_ptr<clsRoom> stored;
+    floors_.GetRoomByID(L"EG", 2, stored);
+    stored->Name(L"umbenannt");
+    stored->FunctionName(L"Lager");
+    stored->Occupancy(L"HNF 4");
+    addSquares(2, L"OG");
+    const Counts counts = write();
+    EXPECT_EQ(counts.updated, 2);
+    EXPECT_EQ(counts.placed, 0);
+    EXPECT_EQ(counts.setDown, 2);
+    read();
+    ASSERT_EQ(floors_.GetCountOfRooms(), 4);
+    EXPECT_EQ(room(1).Name(), L"umbenannt");
+    EXPECT_EQ(room(1).FunctionName(), L"Lager");
+    EXPECT_EQ(room(1).Occupancy(), L"HNF 4");
+    EXPECT_EQ(room(1).Geometry->Area(), 13.5);
+    EXPECT_EQ(room(2).Name(), L"B");
+    EXPECT_EQ(room(3).Geometry->Area(), 16);
+    // The rooms of the last writing are known now.
+    const Counts again = write();
+    EXPECT_EQ(again.updated, 4);
+    EXPECT_EQ(again.placed, 0);
+    EXPECT_EQ(again.setDown, 0);
+    EXPECT_EQ(countOf(host_->drawing(), L"\"componentId\""), 4);
+    EXPECT_THAT(context_.prompts(), IsEmpty());
+}
+
+TEST_F(Bridge, AHundredAndFiftyRoomsGoIntoTheDrawing) {
+    host_->load(drawingOf({}));
+    addSquares(150);
+    EXPECT_EQ(write().setDown, 150);
+    EXPECT_EQ(countOf(host_->drawing(), L"\"componentId\""), 150);
+    addSquares(1);
+    EXPECT_EQ(write().setDown, 0);
+    EXPECT_THAT(context_.prompts(), SizeIs(1));
+}
+
+TEST_F(Bridge, SingleRoomsAreSetDownOneBesideTheOther) {
+    host_->load(drawingOf({}));
+    context_.asBlock = false;
+    addSquares(3);
+    EXPECT_EQ(write().setDown, 3);
+    EXPECT_EQ(countOf(host_->drawing(), L"\"mode\""), 3);
+}
+
+TEST_F(Bridge, ABusyHostIsNotDisturbed) {
+    host_->load(drawingOf({element(17, 3, "A", "EG")}));
+    addSquares(1);
+    host_->state(L"menu");
+    EXPECT_EQ(write().setDown, 0);
+    floors_ = clsFloors();
+    bridge().ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 0);
+    addSquares(1);
+    host_->state(L"kvd");
+    EXPECT_EQ(write().setDown, 0);
+    EXPECT_THAT(context_.prompts(),
+                ElementsAre(L" Bitte beenden Sie die Menüaktion.",
+                            L" Bitte beenden Sie die Menüaktion.",
+                            L" KVD-Dateien können mit dem Quartino nicht bearbeitet werden. Bitte "
+                            L"schließen Sie alle KVD-Dateien."));
+    EXPECT_EQ(countOf(host_->drawing(), L"\"componentId\""), 1);
+    expectRestored();
+}
+
+// A drawing and a list in which every kind of call occurs.
+class Faults : public Bridge {
+  protected:
+    void prepare() {
+        host_->clearFaults();
+        host_->load(drawingOf({element(17, 3, "A", "EG"), element(18, 3, "B", "EG", 10)}));
+        bridge();
+        floors_ = clsFloors();
+        floors_.AddRooms(known_, 1);
+        addSquares(2);
+    }
+    void SetUp() override {
+        Bridge::SetUp();
+        known_.SetRoomID(L"17-K3");
+        known_.Geometry->SetTypeAndValue(CalculationByFile, L"missing.txt");
+    }
+    int callsOfWriting() {
+        prepare();
+        host_->resetCalls();
+        write();
+        return host_->calls();
+    }
+    int callsOfReading() {
+        prepare();
+        host_->resetCalls();
+        read();
+        return host_->calls();
+    }
+    clsRoom known_;
+};
+
+TEST_F(Faults, WhicheverCallOfAWritingFailsTheNextWritingWorks) {
+    const int calls = callsOfWriting();
+    ASSERT_GT(calls, 25);
+    for (const wchar_t* mode : {L"fail", L"empty", L"later"}) {
+        for (int n = 1; n <= calls; ++n) {
+            prepare();
+            host_->failAt(n, mode, std::wstring(mode) == L"later" ? L"1" : L"no");
+            try {
+                write();
+                if (std::wstring(mode) == L"later") {
+                    EXPECT_EQ(countOf(host_->drawing(), L"\"componentId\""), 4) << n;
+                }
+            } catch (const RuntimeError& error) {
+                EXPECT_NE(error.number(), 0);
+            }
+            expectRestored();
+            EXPECT_EQ(floors_.GetCountOfRooms(), 3);
+        }
+        prepare();
+        EXPECT_EQ(write().updated, 1);
+    }
+}
+
+TEST_F(Faults, WhicheverCallOfAReadingFailsTheWalkGoesOn) {
+    const int calls = callsOfReading();
+    ASSERT_GT(calls, 12);
+    for (const wchar_t* mode : {L"fail", L"empty", L"later"}) {
+        for (int n = 1; n <= calls; ++n) {
+            prepare();
+            host_->failAt(n, mode, std::wstring(mode) == L"later" ? L"1" : L"no");
+            read();
+            expectRestored();
+            if (std::wstring(mode) == L"later") {
+                EXPECT_EQ(floors_.GetCountOfRooms(), 2) << n;
+            }
+            EXPECT_LE(floors_.GetCountOfRooms(), 2);
+        }
+        prepare();
+        read();
+        EXPECT_EQ(floors_.GetCountOfRooms(), 2);
+    }
+}
+
+TEST_F(Faults, AHostThatKeepsRejectingIsGivenUpAfterABoundedWait) {
+    prepare();
+    for (const wchar_t* mode : {L"reject", L"later"}) {
+        host_->failAt(3, mode, L"100000");
+        const auto start = Clock::now();
+        EXPECT_THROW(write(), RuntimeError);
+        read();
+        EXPECT_LT(Clock::now() - start, std::chrono::seconds(8));
+        expectRestored();
+        prepare();
+        EXPECT_EQ(write().setDown, 2);
+    }
+}
+
+TEST_F(Faults, AStallingHostIsWaitedFor) {
+    prepare();
+    host_->failAt(5, L"stall", L"2000");
+    EXPECT_EQ(write().setDown, 2);
+    expectRestored();
+    host_->failAt(5, L"stall", L"2000");
+    read();
+    EXPECT_EQ(floors_.GetCountOfRooms(), 4);
+}
+
+TEST_F(Faults, AHostThatEndsInTheMiddleIsLeftAndAFreshOneServesTheNextCommand) {
+    const int writing = callsOfWriting();
+    const int reading = callsOfReading();
+    // The same wall stands behind every call; a sample of them shows it in bearable time.
+    const auto afterwards = [&](bool wasWriting, int n) {
+        expectRestored();
+        host_->waitForEnd();
+        host_ = std::make_unique<PracticeHostProcess>();
+        host_->load(drawingOf({element(17, 3, "A", "EG"), element(18, 3, "B", "EG", 10)}));
+        floors_ = clsFloors();
+        floors_.AddRooms(known_, 1);
+        addSquares(2);
+        const Counts counts = write();
+        EXPECT_EQ(counts.updated, 1) << wasWriting << ' ' << n;
+        EXPECT_EQ(counts.setDown, 2) << wasWriting << ' ' << n;
+        read();
+        EXPECT_EQ(floors_.GetCountOfRooms(), 4) << wasWriting << ' ' << n;
+    };
+    for (int n = 1; n <= writing; n += 4) {
+        prepare();
+        host_->failAt(n, L"exit", L"");
+        try {
+            write();
+        } catch (const RuntimeError& error) {
+            EXPECT_NE(error.number(), 0);
+        }
+        EXPECT_EQ(floors_.GetCountOfRooms(), 3);
+        afterwards(true, n);
+    }
+    for (int n = 1; n <= reading; n += 4) {
+        prepare();
+        host_->failAt(n, L"exit", L"");
+        read();
+        afterwards(false, n);
+    }
+}
+
+class Figures : public Bridge {
+  protected:
+    int callsOfWriting(int rooms, int elements) {
+        std::vector<std::string> standing;
+        for (int i = 1; i <= elements; ++i)
+            standing.push_back(element(i, 3, "A", "EG"));
+        host_->load(drawingOf(standing));
+        bridge();
+        floors_ = clsFloors();
+        clsRoom known;
+        known.SetRoomID(L"1-K3");
+        known.Geometry->SetTypeAndValue(CalculationByFile, L"missing.txt");
+        floors_.AddRooms(known, 1);
+        addSquares(rooms - 1);
+        host_->resetCalls();
+        write();
+        return host_->calls();
+    }
+    int callsOfReading(int elements) {
+        std::vector<std::string> standing;
+        for (int i = 1; i <= elements; ++i)
+            standing.push_back(element(i, 3, "A", "EG"));
+        host_->load(drawingOf(standing));
+        bridge().GetProjectName();
+        floors_ = clsFloors();
+        host_->resetCalls();
+        bridge().ImportFloorsFromKalvero(floors_);
+        return host_->calls();
+    }
+};
+
+TEST_F(Figures, CallsOfAWriting) {
+    const int one = callsOfWriting(1, 10);
+    const int perRoom = (callsOfWriting(101, 10) - callsOfWriting(51, 10)) / 50;
+    const int perElement = (callsOfWriting(1, 1010) - one) / 1000;
+    std::printf("calls of a writing: %d + %d x rooms + %d x elements\n", one - perRoom, perRoom,
+                perElement);
+    EXPECT_LE(one, 30);
+    EXPECT_LE(perRoom, 12);
+    EXPECT_EQ(perElement, 0);
+    EXPECT_NEAR(callsOfWriting(101, 1010), one + 100 * perRoom, 3);
+}
+
+TEST_F(Figures, CallsOfAReading) {
+    const int none = callsOfReading(0);
+    const int perElement = (callsOfReading(100) - none) / 100;
+    std::printf("calls of a reading: %d + %d x elements + 0 x attributes\n", none, perElement);
+    EXPECT_LE(none, 16);
+    EXPECT_LE(perElement, 5);
+    EXPECT_EQ(callsOfReading(50), none + 50 * perElement);
+}
+
+TEST_F(Figures, TimeOfReadingFiveThousandElements) {
+    std::vector<std::string> standing;
+    for (int i = 1; i <= 5000; ++i)
+        standing.push_back(element(i, 3, "A", "EG"));
+    host_->load(drawingOf(standing));
+    bridge().GetProjectName();
+    const auto before = session_->TimeInCalls();
+    const auto start = Clock::now();
+    bridge().ImportFloorsFromKalvero(floors_);
+    const double all = std::chrono::duration<double>(Clock::now() - start).count();
+    const double calls = std::chrono::duration<double>(session_->TimeInCalls() - before).count();
+    EXPECT_EQ(floors_.GetCountOfRooms(), 5000);
+    std::printf("5,000 elements: %.1f s, %.1f %% of it outside host calls\n", all,
+                100 * (all - calls) / all);
+    EXPECT_LT(all - calls, 0.10 * all);
+}
+
+} // namespace
+} // namespace kalvrooms::testing
