@@ -526,15 +526,18 @@ void clsKalvero::AddRoomToModificationList(const clsRoom& room, HostRoomElement&
     std::int32_t index = 0;
     for (const HostAttributeValue& value : values) {
         ++index;
-        attempt([&] { SetAttributeIfNamed(*attributes, index, Trim(value.Name), texts); });
+        attempt([&] { SetAttributeIfNamed(*attributes, index, value, texts); });
     }
 }
 
 void clsKalvero::SetAttributeIfNamed(HostAttributeList& attributes, std::int32_t index,
-                                     const std::wstring& name, const NamedTexts& texts) {
+                                     const HostAttributeValue& attribute, const NamedTexts& texts) {
+    const std::wstring name = Trim(attribute.Name);
     for (const auto& [wanted, text] : texts) {
         if (name == wanted) {
-            attributes.Item(index)->TextValue(text);
+            // Every call costs; a text that stands there already is not sent again.
+            if (text != attribute.Text)
+                attributes.Item(index)->TextValue(text);
             return;
         }
     }

@@ -71,7 +71,7 @@ class clsKalvero {
     // The first pair whose name is the attribute's gives its text; else it is left alone.
     using NamedTexts = std::array<std::pair<std::wstring, std::wstring>, 3>;
     static void SetAttributeIfNamed(HostAttributeList& attributes, std::int32_t index,
-                                    const std::wstring& name, const NamedTexts& texts);
+                                    const HostAttributeValue& attribute, const NamedTexts& texts);
 
     ProgramContext& context_;
     std::unique_ptr<HostApplication> application_;

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "support/BridgeContext.h"
 #include "host/clsKalvero.h"
+#include "support/BridgeContext.h"
 
 namespace kalvrooms::testing {
 namespace {

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "support/BridgeContext.h"
 #include "host/clsKalvero.h"
 #include "model/NumberText.h"
+#include "support/BridgeContext.h"
 
 namespace kalvrooms::testing {
 namespace {
@@ -327,7 +327,7 @@ TEST_F(Writing, AttributesAreMatchedByTheTextTablesNames) {
 }
 
 TEST_F(Writing, AttributesThatCannotBeWrittenDoNotStopTheWriting) {
-    context_.host.newElementAttributes = {{L" Nutzen", 0, L""}};
+    context_.host.newElementAttributes = {{L" Nutzen", 0, L"alt"}};
     addSquare(L"1", 16);
     for (const char* member : {"Attributes", "Values", "Item", "TextValue="}) {
         context_.host.failMember = member;

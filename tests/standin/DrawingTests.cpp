@@ -53,14 +53,14 @@ TEST(Drawing, AreaFollowsTheShoelaceWhateverTheDirection) {
 TEST(Drawing, ANewElementCarriesTheCatalogueAndTheNamesAWriterLooksFor) {
     EXPECT_THAT(Names(Drawing().NewElement()),
                 ElementsAre(L"Bodenfläche", L"Umschließungsart", L"Nutzen", L"Flächenart 277",
-                            L" Umschließungsart", L" Nutzen", L" Flächenart_DIN277"));
+                            L"Flächenart_DIN277"));
 }
 
 TEST(Drawing, ANameInTheCatalogueIsNotCarriedTwice) {
     Drawing drawing;
-    drawing.attributeNames = {{293, L"Fläche"}, {235, L" Nutzen"}};
+    drawing.attributeNames = {{293, L"Fläche"}, {235, L"Nutzen"}};
     EXPECT_THAT(Names(drawing.NewElement()),
-                ElementsAre(L"Fläche", L" Nutzen", L" Umschließungsart", L" Flächenart_DIN277"));
+                ElementsAre(L"Fläche", L"Nutzen", L"Umschließungsart", L"Flächenart_DIN277"));
 }
 
 TEST(Drawing, TheFilesOwnListOfNamesHoldsInsteadOfOurs) {

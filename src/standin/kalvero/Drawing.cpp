@@ -55,8 +55,8 @@ Element Drawing::NewElement() const {
     } else {
         for (const std::int32_t number : {EnclosureNumber, OccupancyNumber, AreaTypeNumber})
             carryNumber(number);
-        // The blank belongs to the names: a writer finds these attributes by its display texts.
-        for (const wchar_t* name : {L" Umschließungsart", L" Nutzen", L" Flächenart_DIN277"})
+        // Clients find the attributes that they write by these names, whatever the catalogue says.
+        for (const wchar_t* name : {L"Umschließungsart", L"Nutzen", L"Flächenart_DIN277"})
             carry(name);
     }
     for (Attribute& attribute : element.attributes) {
