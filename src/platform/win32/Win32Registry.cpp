@@ -33,10 +33,14 @@ class Key : public RegistryKey {
     HKEY key_;
 };
 
-// Some versions of the system take a path that starts with a backslash and some refuse it; the key
-// directly below the hive is meant.
+// Without a path of the host the key is "\\QTO", directly below the hive. The system refuses a
+// leading backslash (ERROR_BAD_PATHNAME), other than its early versions; without it the same key is
+// named.
 template <typename Call>
 std::unique_ptr<RegistryKey> tryPath(const std::wstring& path, Call call) {
+    // A name ends at a NUL; what stands before it is another key, at worst the hive itself.
+    if (path.find(L'\0') != std::wstring::npos)
+        return nullptr;
     HKEY key = nullptr;
     if (call(path.c_str(), &key) == ERROR_SUCCESS)
         return std::make_unique<Key>(key);
