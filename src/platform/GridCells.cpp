@@ -76,6 +76,7 @@ bool standsBefore(const SortKey& a, const SortKey& b) {
 void GridCells::Resize(int rows, int columns) {
     if (rows < 0 || columns < 0)
         outside();
+    ++changes_;
     columns_ = columns;
     rows_.resize(static_cast<std::size_t>(rows));
     for (Row& row : rows_)
@@ -83,6 +84,7 @@ void GridCells::Resize(int rows, int columns) {
 }
 
 void GridCells::Clear() {
+    ++changes_;
     for (Row& row : rows_)
         std::fill(row.begin(), row.end(), Cell());
 }
@@ -94,6 +96,7 @@ const GridCells::Cell& GridCells::at(int row, int column) const {
 }
 
 GridCells::Cell& GridCells::at(int row, int column) {
+    ++changes_;
     return const_cast<Cell&>(std::as_const(*this).at(row, column));
 }
 

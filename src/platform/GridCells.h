@@ -21,6 +21,8 @@ class GridCells {
     void Resize(int rows, int columns);
     int Rows() const { return static_cast<int>(rows_.size()); }
     int Columns() const { return columns_; }
+    // Grows with every change: who shows the cells learns from it whether to paint them anew.
+    std::uint64_t Changes() const { return changes_; }
     // Empties every cell, header included; the shape stays.
     void Clear();
 
@@ -48,6 +50,7 @@ class GridCells {
     Cell& at(int row, int column);
 
     int columns_ = 0;
+    std::uint64_t changes_ = 0;
     std::vector<Row> rows_;
 };
 

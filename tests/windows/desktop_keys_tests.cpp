@@ -194,6 +194,38 @@ TEST_F(Dialogs, AnOpenListGetsEnterToClose) {
     EXPECT_EQ(std::count(keys_.begin(), keys_.end(), KeyEnter), 1);
 }
 
+TEST_F(Dialogs, AnOpenListShowsAllItsItems) {
+    Form& form = Make(L"frmRoom");
+    form.DropDownNamed(L"cboOccupancy").Text(L"ein fremder Wert");
+    const HWND list = WindowOf(form, L"cboOccupancy");
+    RECT closed{};
+    GetWindowRect(list, &closed);
+    Show([&](Journey& journey) {
+        journey.When("focus", always, [&] { form.DropDownNamed(L"cboOccupancy").SetFocus(); })
+            .When(
+                "focused", [&] { return HasFocus(L"cboOccupancy"); }, [] { TypeKey(VK_F4); })
+            .When(
+                "open", [list] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) != 0; },
+                [&] {
+                    TakePicture(desktop_, WindowOf(form), "frmRoom-list");
+                    COMBOBOXINFO info{};
+                    info.cbSize = sizeof info;
+                    GetComboBoxInfo(list, &info);
+                    RECT open{};
+                    GetClientRect(info.hwndList, &open);
+                    const auto rows = static_cast<int>(SendMessageW(list, CB_GETCOUNT, 0, 0));
+                    const auto height =
+                        static_cast<int>(SendMessageW(list, CB_GETITEMHEIGHT, 0, 0));
+                    EXPECT_EQ(rows, 7);
+                    EXPECT_GE(open.bottom, rows * height);
+                    EXPECT_LT(open.bottom, (rows + 1) * height);
+                    TypeKey(VK_F4);
+                })
+            .When(
+                "closed", [list] { return !SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0); }, [] {});
+    });
+}
+
 TEST_F(Dialogs, EnteringAFieldSelectsAndLeavingItTells) {
     Form& form = Make(L"frmRoom");
     std::vector<std::wstring> events;

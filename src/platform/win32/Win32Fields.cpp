@@ -80,12 +80,21 @@ std::wstring Win32DropDown::Item(int index) const {
     return items_.at(static_cast<std::size_t>(index));
 }
 
-void Win32DropDown::Bounds(const Box& box) {
-    // The window system takes the height for that of the open list.
-    constexpr int visibleItems = 12;
-    Box open = box;
-    open.height = box.height * (visibleItems + 1);
-    Win32Control::Bounds(open);
+bool Win32DropDown::OnCommand(WORD code) {
+    if (code != CBN_DROPDOWN)
+        return false;
+    // The list gets its height when it opens: fitting it on every change would cost more than all
+    // the rest of making the control.
+    constexpr LRESULT mostRows = 15;
+    const LRESULT rows =
+        std::clamp<LRESULT>(SendMessageW(Window(), CB_GETCOUNT, 0, 0), 1, mostRows);
+    const LRESULT rowHeight = SendMessageW(Window(), CB_GETITEMHEIGHT, 0, 0);
+    const Box closed = Bounds();
+    const int frame = 2 * GetSystemMetrics(SM_CYEDGE);
+    SetWindowPos(Window(), nullptr, 0, 0, closed.width,
+                 closed.height + static_cast<int>(rows * rowHeight) + frame,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return true;
 }
 
 } // namespace kalvrooms::Gui

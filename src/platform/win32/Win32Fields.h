@@ -26,10 +26,7 @@ class Win32DropDown : public DropDown, public Win32Control {
     void AddItem(const std::wstring& text) override;
     int ItemCount() const override { return static_cast<int>(items_.size()); }
     std::wstring Item(int index) const override;
-
-  protected:
-    void Bounds(const Box& box) override;
-    Box Bounds() const override { return Win32Control::Bounds(); }
+    bool OnCommand(WORD code) override;
 
   private:
     std::vector<std::wstring> items_;

@@ -199,8 +199,9 @@ void Win32Grid::Redraw(bool on) {
 }
 
 void Win32Grid::Sync() {
-    if (!Window() || !redraw_)
+    if (!Window() || !redraw_ || shownChanges_ == cells_.Changes())
         return;
+    shownChanges_ = cells_.Changes();
     fitColumns();
     showHeader();
     if (ListView_GetItemCount(Window()) != itemCount()) {
@@ -533,10 +534,10 @@ bool Win32Grid::OnNotify(NMHDR& notification, LRESULT& result) {
         mouseUp(MouseButton::Left, {0, reinterpret_cast<const NMLISTVIEW&>(notification).iSubItem});
         return true;
     case LVN_ITEMCHANGED: {
-        // An assistive program may move the focus as well.
+        // An assistive program may select a row as well.
         const auto& change = reinterpret_cast<const NMLISTVIEW&>(notification);
-        if (!settingRow_ && change.iItem >= 0 && (change.uNewState & LVIS_FOCUSED) &&
-            !(change.uOldState & LVIS_FOCUSED))
+        if (!settingRow_ && change.iItem >= 0 && (change.uNewState & LVIS_SELECTED) &&
+            !(change.uOldState & LVIS_SELECTED))
             row_ = change.iItem + 1;
         return true;
     }

@@ -27,7 +27,7 @@ class Win32Grid : public Grid, public Win32Control {
     int Col() const override { return col_; }
     void Col(int column) override;
 
-    // Shows what was changed in the cells.
+    // Shows what was changed in the cells since they were shown last.
     void Sync();
     // Where a menu for the current cell opens; in screen pixels.
     POINT CurrentCellPoint() const;
@@ -74,6 +74,7 @@ class Win32Grid : public Grid, public Win32Control {
     int row_ = 0;
     int col_ = 0;
     bool redraw_ = true;
+    std::uint64_t shownChanges_ = 0;
     bool settingWidth_ = false;
     bool settingRow_ = false;
     ScrollBars bars_ = ScrollBars::Both;
