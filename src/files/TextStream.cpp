@@ -58,14 +58,21 @@ RuntimeError openError(const std::filesystem::path& path, int systemError, bool 
 
 void openFile(std::filebuf& file, const std::wstring& fileName, std::ios::openmode mode) {
     const std::filesystem::path path = pathOf(fileName);
-    std::error_code ignored;
-    // Some systems open a folder for reading and only then refuse to read it.
-    if (std::filesystem::is_directory(path, ignored)) {
-        throw RuntimeError(RuntimeError::PermissionDenied);
-    }
     errno = 0;
-    if (file.open(path, mode | std::ios::binary) == nullptr) {
-        throw openError(path, errno, (mode & std::ios::in) != 0);
+    const bool opened = file.open(path, mode | std::ios::binary) != nullptr;
+    const int systemError = errno;
+    const bool reading = (mode & std::ios::in) != 0;
+    // Some systems open a folder for reading and only then refuse to read it. Looking whether a
+    // name is a folder's costs as much as opening it, so it is not done for files that are written.
+    if (!opened || reading) {
+        std::error_code ignored;
+        if (std::filesystem::is_directory(path, ignored)) {
+            file.close();
+            throw RuntimeError(RuntimeError::PermissionDenied);
+        }
+    }
+    if (!opened) {
+        throw openError(path, systemError, reading);
     }
 }
 

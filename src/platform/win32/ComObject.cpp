@@ -331,6 +331,7 @@ ComObject ComObject::Attach(std::shared_ptr<ComSession> session, std::wstring ki
 
 template <typename Step>
 HRESULT ComObject::retried(Step step) {
+    const ComSession::Clock clock(*session_);
     constexpr DWORD pause = 100;
     HRESULT result = step();
     while (isRejected(result) && session_->patience_ > 0) {
