@@ -4,10 +4,12 @@
 
 #include <objbase.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 
 namespace kalvrooms::testing {
@@ -182,13 +184,47 @@ DWORD RunningProgram::close() {
     return process_.waitForEnd();
 }
 
+void takePicture(HWND window, const std::string& name) {
+    const char* folder = std::getenv("QUARTINO_PICTURES");
+    if (!folder || !*folder)
+        return;
+    RECT r{};
+    GetWindowRect(window, &r);
+    const std::string file = std::string(folder) + "/" + name;
+    // Done when two pictures in a row are the same: then everything has been painted.
+    const std::string script =
+        "take() { import -silent -window root -crop " + std::to_string(r.right - r.left) + "x" +
+        std::to_string(r.bottom - r.top) + "+" + std::to_string(r.left) + "+" +
+        std::to_string(r.top) + " +repage -strip $1; }; cd '" + folder + "'; take " + name +
+        ".1.png; while sleep 0.2; take " + name + ".2.png; ! cmp -s " + name + ".1.png " + name +
+        ".2.png; do mv " + name + ".2.png " + name + ".1.png; done; rm " + name + ".1.png; mv " +
+        name + ".2.png " + name + ".png";
+    const std::wstring result = L"\\\\?\\unix" + std::wstring(file.begin(), file.end()) + L".png";
+    DeleteFileW(result.c_str());
+    std::string line = "/bin/bash -c \"" + script + "\"";
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    ASSERT_TRUE(CreateProcessA("\\\\?\\unix/bin/bash", line.data(), nullptr, nullptr, FALSE, 0,
+                               nullptr, nullptr, &startup, &process));
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    driver::waitFor("the picture " + name,
+                    [&] { return GetFileAttributesW(result.c_str()) != INVALID_FILE_ATTRIBUTES; });
+}
+
 // --- the settings -------------------------------------------------------------------------------
 
 SettingsKey::SettingsKey(std::wstring path) : path_(std::move(path)) {
+    if (path_.empty())
+        throw std::invalid_argument("the whole hive is no settings key");
     RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str());
 }
 
 SettingsKey::~SettingsKey() {
+    // Moved away.
+    if (path_.empty())
+        return;
     RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str());
 }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "standin/driver/win32/UiDriver.h"
@@ -69,6 +70,10 @@ class RunningProgram {
     HWND answered_ = nullptr;
 };
 
+// Saves what the screen shows of a window as NAME.png, if the environment variable
+// QUARTINO_PICTURES names a folder of the system around Wine.
+void takePicture(HWND window, const std::string& name);
+
 void writeBytes(const std::filesystem::path& path, const std::string& bytes);
 std::string readBytes(const std::filesystem::path& path);
 std::string toAnsi(const std::wstring& text);
@@ -79,8 +84,8 @@ class SettingsKey {
   public:
     explicit SettingsKey(std::wstring path);
     ~SettingsKey();
-    SettingsKey(const SettingsKey&) = delete;
-    SettingsKey& operator=(const SettingsKey&) = delete;
+    SettingsKey(SettingsKey&& other) noexcept : path_(std::exchange(other.path_, {})) {}
+    SettingsKey& operator=(SettingsKey&&) = delete;
 
     const std::wstring& path() const { return path_; }
     bool exists() const;

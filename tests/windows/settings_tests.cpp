@@ -140,6 +140,9 @@ TEST_F(StoredSettings, ReportIsOffForTheValueTwoAlone) {
 }
 
 TEST_F(StoredSettings, WithAnEmptyPathLieDirectlyBelowTheHive) {
+    // The path as it is named is one that the system refuses.
+    HKEY opened = nullptr;
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, L"\\QTO", 0, KEY_READ, &opened), ERROR_BAD_PATHNAME);
     const SettingsKey direct(L"QTO");
     store.SetSettings(L"", true, 1, 2, 3, 4, 5, 6);
     EXPECT_EQ(direct.values().size(), 7u);
@@ -341,6 +344,19 @@ TEST_F(ProgramSettings, OnAMonitorThatIsGoneTheWindowTakesItsPlaceAndTheSystemBr
     PostMessageW(window, WM_SYSCOMMAND, SC_RESTORE, 0);
     ui::waitFor("the window restored", [&] { return !IsZoomed(window); });
     EXPECT_EQ(program.close(), 0u);
+}
+
+TEST_F(ProgramSettings, AMinimisedWindowLeavesWhatItReports) {
+    RunningProgram program(folder);
+    const HWND window = program.mainWindow();
+    PostMessageW(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+    ui::waitFor("the minimised window", [&] { return IsIconic(window) != FALSE; });
+    const RECT r = rectangleOf(window);
+    EXPECT_EQ(program.close(), 0u);
+    EXPECT_EQ(key[L"Left"], r.left * twipsPerPixel);
+    EXPECT_EQ(key[L"Top"], r.top * twipsPerPixel);
+    EXPECT_EQ(key[L"Width"], (r.right - r.left) * twipsPerPixel);
+    EXPECT_EQ(key[L"Height"], (r.bottom - r.top) * twipsPerPixel);
 }
 
 TEST_F(ProgramSettings, AnEmptyPathOfTheHostKeepsThemDirectlyBelowTheHive) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/win32/ControlIds.h"
@@ -61,6 +62,14 @@ int buttonCount(HWND messageBox) {
 
 class StartUp : public ::testing::Test {
   protected:
+    // Wine prefers its own help control to the one beside the program; elsewhere the key is no more
+    // than a key.
+    static SettingsKey helpControlBesideTheProgram() {
+        SettingsKey loading(L"Software\\Wine\\AppDefaults\\Quartino.exe\\DllOverrides");
+        for (const wchar_t* name : {L"hhctrl.ocx", L"*hhctrl.ocx"})
+            loading.set(name, REG_SZ, std::string("n\0a\0t\0i\0v\0e\0\0\0", 14));
+        return loading;
+    }
     void pressF1(HWND window) {
         ui::waitFor("the focus", [&] { return GetForegroundWindow() == window; });
         ui::typeKey(VK_F1);
@@ -84,11 +93,7 @@ TEST_F(StartUp, AppliesLanguageSettingsKeyAndHelpFileAndF1OpensTheRightPages) {
     const std::wstring helpFile = (folder.path() / L"Übersicht").wstring();
     folder.writeHandOver(keyPath, L"eng", helpFile + L".kalvhelp");
     const std::string before = readBytes(folder.handOver());
-    // Wine prefers its own help control to the one beside the program; elsewhere the key is no
-    // more than a key.
-    const SettingsKey loading(L"Software\\Wine\\AppDefaults\\Quartino.exe\\DllOverrides");
-    for (const wchar_t* name : {L"hhctrl.ocx", L"*hhctrl.ocx"})
-        loading.set(name, REG_SZ, std::string("n\0a\0t\0i\0v\0e\0\0\0", 14));
+    const SettingsKey loading = helpControlBesideTheProgram();
     const std::string help = toAnsi(helpFile + L".chm");
 
     RunningProgram program(folder);
@@ -126,21 +131,95 @@ TEST_F(StartUp, AppliesLanguageSettingsKeyAndHelpFileAndF1OpensTheRightPages) {
 }
 
 TEST_F(StartUp, F1WithoutTheHelpFileDoesNothing) {
+    const SettingsKey loading = helpControlBesideTheProgram();
+    const std::filesystem::path help = folder.path() / L"nirgends.chm";
     folder.writeHandOver(keyPath, L"eng", (folder.path() / L"nirgends.kalvhelp").wstring());
     RunningProgram program(folder);
     const HWND main = program.mainWindow();
+    const auto postF1 = [](HWND window) {
+        PostMessageW(window, WM_KEYDOWN, VK_F1, 1);
+        PostMessageW(window, WM_KEYUP, VK_F1, static_cast<LPARAM>(0xC0000001));
+    };
+    postF1(main);
     // The dialog comes after the key in the same queue.
-    PostMessageW(main, WM_KEYDOWN, VK_F1, 1);
-    PostMessageW(main, WM_KEYUP, VK_F1, static_cast<LPARAM>(0xC0000001));
     ui::choose(main, ui::MenuAddRoom);
     const HWND room = program.dialog(L" Add room ");
-    PostMessageW(room, WM_KEYDOWN, VK_F1, 1);
-    PostMessageW(room, WM_KEYUP, VK_F1, static_cast<LPARAM>(0xC0000001));
+    postF1(room);
     PostMessageW(room, WM_CLOSE, 0, 0);
     ui::waitFor("the end of the room dialog", [&] { return !IsWindow(room); });
-    EXPECT_EQ(program.windows().size(), 1u);
-    EXPECT_EQ(program.close(), 0u);
     EXPECT_THAT(folder.helpCalls(), IsEmpty());
+    EXPECT_EQ(program.windows().size(), 1u);
+    // The file is looked for anew every time.
+    writeBytes(help, "");
+    postF1(main);
+    EXPECT_EQ(waitForHelpCalls(1).size(), 1u);
+    EXPECT_EQ(program.close(), 0u);
+}
+
+TEST_F(StartUp, EnglishIsSpokenInEveryWindow) {
+    folder.writeHandOver(keyPath, L"eng");
+    RunningProgram program(folder);
+    const HWND main = program.mainWindow();
+    const auto text = [](HWND dialog, int control) {
+        return ui::textOf(GetDlgItem(dialog, control));
+    };
+    const auto closed = [](HWND window) {
+        ui::waitFor("the end of a dialog", [&] { return !IsWindow(window); });
+    };
+
+    ui::choose(main, ui::MenuExport);
+    const HWND nothing = program.messageBox();
+    EXPECT_EQ(ui::messageText(nothing), L" No rooms have been entered in Quartino yet.");
+    takePicture(nothing, "english-message");
+    program.answer(nothing);
+    closed(nothing);
+
+    ui::choose(main, ui::MenuAddRoom);
+    const HWND room = program.dialog(L" Add room ");
+    EXPECT_EQ(text(room, ID_ROOM_LBLGESCHOSS), L" Storey short code:");
+    EXPECT_EQ(text(room, ID_ROOM_LBLUM), L" Enclosure type:");
+    EXPECT_EQ(text(room, ID_ROOM_CMDCANCEL), L" Cancel");
+    ui::setText(GetDlgItem(room, ID_ROOM_TXTNAME), L"Office 1");
+    ui::setText(GetDlgItem(room, ID_ROOM_TXTFUNCTION), L"Administration");
+    ui::setText(GetDlgItem(room, ID_ROOM_TXTQUANTITY), L"3");
+    takePicture(room, "english-room");
+    ui::press(room, ID_ROOM_CMDGEOMETRY);
+    const HWND geometry = program.dialog(L" Geometry");
+    EXPECT_EQ(text(geometry, ID_GEOMETRY_OPTEXCELFILE), L" Import the geometry from Excel");
+    takePicture(geometry, "english-geometry");
+    ui::press(geometry, ID_GEOMETRY_CMDCANCEL);
+    closed(geometry);
+    ui::press(room, ID_ROOM_CMDOK);
+    closed(room);
+
+    ui::choose(main, ui::MenuPlace);
+    const HWND options = program.dialog(L" Options ");
+    EXPECT_EQ(text(options, ID_PLACE_CMDOK), L" OK");
+    takePicture(options, "english-options");
+    ui::press(options, ID_PLACE_CMDCANCEL);
+    closed(options);
+
+    takePicture(main, "english-main");
+    ui::choose(main, ui::MenuExport);
+    HWND report = nullptr;
+    ui::waitFor("the report", [&] {
+        for (const HWND window : program.windows())
+            if (GetDlgItem(window, ID_REPORT_LBLTOP))
+                report = window;
+        return report != nullptr;
+    });
+    EXPECT_EQ(text(report, ID_REPORT_LBLTOP), L" Result:");
+    EXPECT_EQ(text(report, ID_REPORT_LBLNUM3), L"3");
+    EXPECT_EQ(text(report, ID_REPORT_LBLTEXT3), L" new rooms set down");
+    takePicture(report, "english-report");
+    ui::press(report, ID_REPORT_CMDOK);
+    closed(report);
+
+    PostMessageW(main, WM_CLOSE, 0, 0);
+    const HWND question = program.messageBox();
+    EXPECT_EQ(ui::messageText(question), L" Do you want to save your changes?");
+    ui::press(question, IDNO);
+    EXPECT_EQ(program.waitForEnd(), 0u);
 }
 
 struct Oddity {
@@ -272,6 +351,24 @@ class Probe : public StartUp {
   private:
     bool registered_ = true;
 };
+
+// What the next test relies on.
+TEST(IconOfAMessage, IsSeenWhereThereIsOne) {
+    for (const auto& [icon, seen] : {std::pair{MB_ICONSTOP, true}, std::pair{0L, false}}) {
+        std::thread user([style = static_cast<UINT>(MB_OK | icon)] {
+            MessageBoxW(nullptr, L"text", L"Icon of a message", style);
+        });
+        HWND box = nullptr;
+        ui::waitFor("the message", [&] {
+            box = FindWindowW(nullptr, L"Icon of a message");
+            return box && IsWindowVisible(box);
+        });
+        EXPECT_EQ(hasIcon(box), seen);
+        EXPECT_EQ(buttonCount(box), 1);
+        PostMessageW(box, WM_CLOSE, 0, 0);
+        user.join();
+    }
+}
 
 TEST_F(Probe, ShowsOneMessageAndEndsWithoutWindowWhenTheHostStaysAbsent) {
     unregister();
