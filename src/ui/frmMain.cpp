@@ -53,6 +53,18 @@ bool isPattern(const std::wstring& fileName) {
     return fileName.ends_with(L"*.xls") || fileName.ends_with(L"*.txt");
 }
 
+// The table is shown anew when its contents are complete, and also if they never get so far.
+class RedrawingOff {
+  public:
+    explicit RedrawingOff(Gui::Grid& grid) : grid_(grid) { grid_.Redraw(false); }
+    ~RedrawingOff() { grid_.Redraw(true); }
+    RedrawingOff(const RedrawingOff&) = delete;
+    RedrawingOff& operator=(const RedrawingOff&) = delete;
+
+  private:
+    Gui::Grid& grid_;
+};
+
 } // namespace
 
 struct frmMain::ChosenFile {
@@ -115,6 +127,7 @@ void frmMain::load() {
     onResize();
     grdRooms_->Redraw(true);
     LoadWindowSettings();
+    settingsRead_ = true;
 }
 
 void frmMain::buildMenus() {
@@ -159,16 +172,22 @@ void frmMain::buildMenus() {
 }
 
 void frmMain::unload() {
+    // Saving may call the spreadsheet, which serves this window's messages: no command any more.
+    commandUnderWay_ = true;
     if (hasUnsavedRooms()) {
-        try {
-            SaveChangesPrompt();
-        } catch (const RuntimeError& error) {
-            // Unloading is never called off; giving up the file dialog means not saving.
-            if (error.number() != RuntimeError::DialogCancelled)
-                desktop_.RuntimeErrorHandler(error);
-        }
+        desktop_.Dispatch([this] {
+            try {
+                SaveChangesPrompt();
+            } catch (const RuntimeError& error) {
+                // Unloading is never called off; giving up the file dialog means not saving.
+                if (error.number() != RuntimeError::DialogCancelled)
+                    throw;
+            }
+        });
     }
-    SaveWindowSettings();
+    // A session that ends while the window is still loading must not store what was never read.
+    if (settingsRead_)
+        SaveWindowSettings();
 }
 
 void frmMain::LoadWindowSettings() {
@@ -182,11 +201,11 @@ void frmMain::LoadWindowSettings() {
         noReport_ = noReport;
         form_->Left(static_cast<Gui::Twips>(left));
         form_->Top(static_cast<Gui::Twips>(top));
-        form_->Width(static_cast<Gui::Twips>(width));
         form_->Height(static_cast<Gui::Twips>(height));
+        form_->Width(static_cast<Gui::Twips>(width));
         placement_.colorOld = colorOld;
         placement_.colorNew = colorNew;
-    } catch (const RuntimeError&) {
+    } catch (const std::exception&) {
         // Settings are a convenience; starting goes on without them.
     }
 }
@@ -197,7 +216,7 @@ void frmMain::SaveWindowSettings() {
             .SetSettings(regKey_, noReport_, RoundToLong(form_->Left()), RoundToLong(form_->Top()),
                          RoundToLong(form_->Height()), RoundToLong(form_->Width()),
                          placement_.colorNew, placement_.colorOld);
-    } catch (const RuntimeError&) {
+    } catch (const std::exception&) {
         // Nobody could do anything about it while the program ends.
     }
 }
@@ -492,7 +511,7 @@ void frmMain::initTable() {
 
 void frmMain::UpdateTable(bool warn) {
     Gui::GridCells& cells = grdRooms_->Cells();
-    grdRooms_->Redraw(false);
+    const RedrawingOff redrawing(*grdRooms_);
     cells.Clear();
     roomCount_ = floors_->GetCountOfRooms();
     cells.Resize(roomCount_ >= leastRows ? roomCount_ + 1 : leastRows, columnCount);
@@ -530,7 +549,6 @@ void frmMain::UpdateTable(bool warn) {
             cells.CellAlignment(row, column, Gui::Alignment::Centre);
     grdRooms_->Col(0);
     grdRooms_->Row(1);
-    grdRooms_->Redraw(true);
 }
 
 void frmMain::sortTable(Gui::SortOrder order) {
@@ -538,10 +556,9 @@ void frmMain::sortTable(Gui::SortOrder order) {
         grdRooms_->Col(0);
     if (roomCount_ <= 1)
         return;
-    grdRooms_->Redraw(false);
+    const RedrawingOff redrawing(*grdRooms_);
     grdRooms_->Row(1);
     grdRooms_->Cells().Sort(1, roomCount_, grdRooms_->Col(), order);
-    grdRooms_->Redraw(true);
 }
 
 void frmMain::onTableMouseUp(Gui::MouseButton button, int row, int column) {
