@@ -127,6 +127,7 @@ class frmMain : public ProgramContext {
     std::int32_t roomCount_ = 0;
     bool clickedRoomRow_ = false;
 
+    bool settingsRead_ = false;
     bool commandUnderWay_ = false;
     bool closeWhenDone_ = false;
 };
