@@ -43,10 +43,12 @@ constexpr CellRange clearedBlock = {1, 1, 101, 12};
 // Applications take longer texts only cell by cell.
 constexpr std::size_t longestTextInBlock = 900;
 
+// An application that is there and answers with nothing is a failure of its own: "no object" would
+// say that there is no application.
 template <typename Object>
 std::unique_ptr<Object> existing(std::unique_ptr<Object> object) {
     if (!object) {
-        throw RuntimeError(RuntimeError::ObjectVariableNotSet);
+        throw RuntimeError(RuntimeError::AutomationError);
     }
     return object;
 }
@@ -117,7 +119,11 @@ void clsExcel::OpenWorkbookForReading(const std::wstring& fileName) {
 void clsExcel::PrepareWorkbookForWriting(const std::wstring& fileName, bool& isNewFile) {
     try {
         application_ = context_.System().spreadsheets.CreateInstance();
-    } catch (const RuntimeError&) {
+    } catch (const RuntimeError& error) {
+        // Too busy to answer is not missing: a text file must not replace the workbook then.
+        if (error.number() == RuntimeError::AutomationError) {
+            throw;
+        }
         application_.reset();
     }
     if (!application_) {

@@ -182,7 +182,10 @@ void clsFileSytem::ReadListFromFile(const std::wstring& fileName, clsFloors& flo
 void clsFileSytem::ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors) {
     TextReader file(fileName, context_.System().ansi);
     const std::wstring header = file.ReadLine();
-    if (header.find(L'\t') == std::wstring::npos && IsExcelFile(fileName)) {
+    // The first bytes of a real workbook may hold a TAB by chance, but never without NULs; a header
+    // line has none.
+    const bool isBinary = header.find(L'\0') != std::wstring::npos;
+    if ((header.find(L'\t') == std::wstring::npos || isBinary) && IsExcelFile(fileName)) {
         context_.System().desktop.ShowMessage(
             {context_.GetText(textWorkbookNeedsApplication), applicationTitle});
         return;

@@ -1,10 +1,12 @@
 #include "host/clsKalvero.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <unordered_map>
 
+#include "files/FilePath.h"
 #include "files/clsFileSytem.h"
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
@@ -172,7 +174,8 @@ std::wstring clsKalvero::GetProjectName() {
     const auto updateProjectInfo = [this] {
         if (!application_)
             connect();
-        application_->UpdateProjectInfo();
+        if (application_)
+            application_->UpdateProjectInfo();
     };
     try {
         updateProjectInfo();
@@ -282,7 +285,9 @@ void clsKalvero::ImportFloorsFromKalvero(clsFloors& floors) {
                 const std::wstring path = projectPath_ + L"\\" +
                                           FromLong(record.Identity.FileNumber) + L"-" +
                                           FromLong(record.Identity.ComponentID) + L".txt";
-                attempt([&] { writePoints(path, element->Outline()); });
+                // An older outline would push itself into the drawing with the next writing.
+                if (!attempt([&] { writePoints(path, element->Outline()); }))
+                    removePoints(path);
                 room.Geometry->SetTypeAndValue(CalculationByFile, path);
                 floors.AddRooms(room, 1);
             }
@@ -317,6 +322,15 @@ void clsKalvero::ReadRoomAttributes(HostRoomElement& element, clsRoom& room,
     }
 }
 
+void clsKalvero::removePoints(const std::wstring& path) {
+    try {
+        std::error_code ignored;
+        std::filesystem::remove(FilePath(path), ignored);
+    } catch (const std::exception&) {
+        // A name that no file can have has left none behind.
+    }
+}
+
 void clsKalvero::writePoints(const std::wstring& path, const Outline& outline) {
     PointArray points;
     for (const Point& point : outline)
@@ -331,6 +345,7 @@ void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithM
                                        double dblDyOfRooms, std::int32_t& lngNoWithKoNew,
                                        std::int32_t& lngNoWithKoOld, std::int32_t& lngNoWithoutKo) {
     modificationList_.clear();
+    writtenRooms_.clear();
     Gui::Desktop& desktop = context_.System().desktop;
     const std::int32_t countOfRooms = qtoFloors.GetCountOfRooms();
     if (countOfRooms == 0) {
@@ -401,6 +416,7 @@ void clsKalvero::writeRoomsWithCoordinates(HostDrawingService& service, const cl
                 outline.push_back({points.X(i), points.Y(i)});
 
         if (const auto element = drawing.find(room)) {
+            writtenRooms_.insert(index);
             if (!withModify)
                 continue;
             fillElement(room, *element, colorOld);
@@ -409,6 +425,7 @@ void clsKalvero::writeRoomsWithCoordinates(HostDrawingService& service, const cl
             changed->Add(*element);
             ++changedCount;
         } else if (hasPoints) {
+            writtenRooms_.insert(index);
             const auto created = service.CreateRoomElement();
             fillElement(room, *created, colorOld);
             created->Outline(outline);
@@ -448,6 +465,7 @@ void clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& service, const
     double rowStart = distanceY / 2.0;
     bool firstRow = true;
     std::int32_t placed = 0;
+    std::int32_t setDownSingly = 0;
     std::unique_ptr<HostElementList> block;
 
     const auto create = [&](const clsRoom& room, double left, double bottom, double a, double b) {
@@ -464,14 +482,22 @@ void clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& service, const
             service.PlaceElements(elements, PlaceAtCrossHair);
         } catch (...) {
             wait_->ContinueWait();
+            // What the user has set down one by one so far is not lost because he gives up here.
+            if (setDownSingly > 0)
+                attempt([&] { service.ApplyChanges(); });
             throw;
         }
         wait_->ContinueWait();
+        ++setDownSingly;
     };
 
     for (std::int32_t index = 1; index <= countOfRooms; ++index) {
         clsRoom room;
         floors.GetRoomByIndex(index, room);
+        // What the first pass has written is done, even if a room of another storey that is to be
+        // laid out has the same ID.
+        if (writtenRooms_.contains(index))
+            continue;
         double a = 0.0;
         double b = 0.0;
         room.Geometry->Default(isInModificationList(room));

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -56,6 +57,7 @@ class clsKalvero {
 
     void ReadRoomAttributes(HostRoomElement& element, clsRoom& room, const AttributeNames& names);
     void writePoints(const std::wstring& path, const Outline& outline);
+    static void removePoints(const std::wstring& path);
 
     void writeRoomsWithCoordinates(HostDrawingService& service, const clsFloors& floors,
                                    std::int32_t countOfRooms, bool withModify,
@@ -80,6 +82,8 @@ class clsKalvero {
     bool warnOfStoryCode_ = true;
     bool warnOfFunction_ = true;
     std::vector<std::wstring> modificationList_;
+    // Running indices of the rooms that the first pass has dealt with.
+    std::set<std::int32_t> writtenRooms_;
     // The busy indicator of the operation under way.
     clsWait* wait_ = nullptr;
 };

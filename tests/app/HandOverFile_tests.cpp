@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "app/TextContext.h"
+#include "support/TemporaryFolder.h"
 
 namespace kalvrooms::testing {
 namespace {
@@ -17,7 +18,7 @@ using ::testing::ElementsAre;
 class HandOver : public ::testing::Test {
   protected:
     HandOver() {
-        folder_ = std::filesystem::temp_directory_path() / "quartino-handover";
+        folder_ = temporaryFolder("quartino-handover");
         std::filesystem::create_directories(folder_);
         context_.environment.Folder = (folder_ / "here").wstring();
         if constexpr (std::filesystem::path::preferred_separator == L'\\')

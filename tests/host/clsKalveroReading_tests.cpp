@@ -5,6 +5,7 @@
 
 #include "host/clsKalvero.h"
 #include "support/BridgeContext.h"
+#include "support/TemporaryFolder.h"
 
 namespace kalvrooms::testing {
 namespace {
@@ -15,7 +16,7 @@ using ::testing::SizeIs;
 
 class Reading : public ::testing::Test {
   protected:
-    Reading() : folder_(std::filesystem::temp_directory_path() / "quartino-reading") {
+    Reading() : folder_(temporaryFolder("quartino-reading")) {
         // The separator is a backslash on every system; elsewhere than on Windows the file name
         // simply contains it.
         std::filesystem::create_directories(folder_ / "p");
@@ -154,6 +155,17 @@ TEST_F(Reading, APointFileThatCannotBeWrittenLeavesTheRoomItsData) {
     ASSERT_EQ(floors_.GetCountOfRooms(), 2);
     EXPECT_EQ(room(1).FunctionName(), L"Büro");
     EXPECT_EQ(room(1).Geometry->CalculationValue(), pathOf(L"3-17.txt"));
+}
+
+TEST_F(Reading, AnOutlineThatCannotBeReadLeavesNoOlderOneBehind) {
+    stand(17, 3, L"a");
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_NE(contents(L"3-17.txt"), "");
+    floors_ = clsFloors();
+    context_.host.failMember = "Outline";
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 1);
+    EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(pathOf(L"3-17.txt"))));
 }
 
 TEST_F(Reading, WhicheverCallFailsTheWalkGoesOnAndThePointerIsBack) {

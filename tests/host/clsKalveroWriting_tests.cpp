@@ -7,6 +7,7 @@
 #include "host/clsKalvero.h"
 #include "model/NumberText.h"
 #include "support/BridgeContext.h"
+#include "support/TemporaryFolder.h"
 
 namespace kalvrooms::testing {
 namespace {
@@ -18,7 +19,7 @@ using ::testing::SizeIs;
 
 class Writing : public ::testing::Test {
   protected:
-    Writing() : folder_(std::filesystem::temp_directory_path() / "quartino-writing") {
+    Writing() : folder_(temporaryFolder("quartino-writing")) {
         std::filesystem::create_directories(folder_);
     }
     ~Writing() override { std::filesystem::remove_all(folder_); }
@@ -227,6 +228,31 @@ TEST_F(Writing, ARoomOfAnotherStoreyWithTheSameIdIsLaidOutAsASquareToo) {
     EXPECT_EQ(write().setDown, 2);
     const Outline& second = context_.host.placings[0].elements[1].outline;
     EXPECT_DOUBLE_EQ(second[1].x - second[0].x, 4);
+}
+
+TEST_F(Writing, AWrittenRoomIsNotDrawnAgainBecauseAnotherStoreysRoomHasItsId) {
+    stand(17, L"K3", {{0, 0}, {1, 0}, {1, 1}});
+    add(L"a", CalculationByFile, L"missing.txt", 25, L"EG");
+    add(L"b", CalculationByFile, L"missing.txt", 25, L"OG", L"17-K3");
+    const Counts counts = write();
+    EXPECT_EQ(counts.updated, 1);
+    EXPECT_EQ(counts.setDown, 1);
+    EXPECT_THAT(context_.host.drawing, SizeIs(2));
+}
+
+TEST_F(Writing, RoomsSetDownBeforeTheUserGivesUpStay) {
+    addSquare(L"1", 16);
+    addSquare(L"2", 16);
+    addSquare(L"3", 16);
+    int placings = 0;
+    context_.host.onCall = [&](const std::string& member) {
+        if (member == "PlaceElements" && ++placings == 3)
+            throw RuntimeError(RuntimeError::AutomationError, L"cancelled");
+    };
+    EXPECT_THROW(write(false), RuntimeError);
+    EXPECT_THAT(context_.host.drawing, SizeIs(2));
+    EXPECT_TRUE(context_.inputEnabled);
+    EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
 }
 
 TEST_F(Writing, ARoomWithoutPointsAndAreaIsNotDrawn) {

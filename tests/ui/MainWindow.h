@@ -11,6 +11,7 @@
 #include "model/RuntimeError.h"
 #include "platform/headless/HeadlessPlatform.h"
 #include "support/ScriptedHost.h"
+#include "support/TemporaryFolder.h"
 #include "ui/frmMain.h"
 
 namespace kalvrooms::testing {
@@ -25,7 +26,7 @@ class NoSpreadsheetServer : public SpreadsheetServer {
 
 class MainWindow : public ::testing::Test {
   protected:
-    MainWindow() : folder_(std::filesystem::temp_directory_path() / "quartino-main") {
+    MainWindow() : folder_(temporaryFolder("quartino-main")) {
         std::filesystem::create_directories(folder_);
         platform_.desktop.Design(L"frmMain", [](HeadlessForm& form) {
             form.Width(11000);
@@ -35,6 +36,13 @@ class MainWindow : public ::testing::Test {
     ~MainWindow() override {
         main_.reset();
         std::filesystem::remove_all(folder_);
+    }
+
+    void TearDown() override {
+        main_.reset();
+        EXPECT_EQ(desktop().UnusedScripts(), 0u);
+        EXPECT_THAT(desktop().ProgrammingErrors(), ::testing::IsEmpty());
+        EXPECT_THAT(desktop().ForcedUnloads(), ::testing::IsEmpty());
     }
 
     void show() {

@@ -442,6 +442,88 @@ TEST_F(MainWindow, AStoredSizeWithoutColoursMakesThemBlack) {
     EXPECT_EQ(colorNew, 0);
 }
 
+TEST_F(MainWindow, TheStoredGeometryIsSetInItsOrder) {
+    for (const auto& [name, value] :
+         {std::pair{L"Left", 11}, {L"Top", 22}, {L"Height", 6000}, {L"Width", 9000}})
+        platform_.registry.Put(L"Software\\Host\\QTO", name, value);
+    show();
+    std::vector<std::wstring> set;
+    for (const std::wstring& entry : form().Journal())
+        for (const wchar_t* property : {L"Left=", L"Top=", L"Height=", L"Width="})
+            if (entry.starts_with(std::wstring(L"frmMain.") + property))
+                set.push_back(entry.substr(8));
+    ASSERT_GE(set.size(), 4u);
+    EXPECT_THAT(std::vector<std::wstring>(set.end() - 4, set.end()),
+                ElementsAre(::testing::StartsWith(L"Left=11"), ::testing::StartsWith(L"Top=22"),
+                            ::testing::StartsWith(L"Height=6000"),
+                            ::testing::StartsWith(L"Width=9000")));
+}
+
+TEST_F(MainWindow, TheSavePromptAsksForANameEvenWhenTheListHasOne) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().ChooseFile(file("mine.txt"), 1);
+    form().ChooseMenu(L"mnuSave");
+    addRooms(L"b", L"1");
+    desktop().AnswerNext(Gui::Answer::Yes);
+    desktop().ChooseFile(file("other.txt"), 1);
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_THAT(desktop().FileDialogs(), SizeIs(2));
+    EXPECT_THAT(contents("other.txt"), ::testing::HasSubstr("\nb \t"));
+}
+
+TEST_F(MainWindow, AnEmptyChosenNameOpensAndSavesNothing) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().ChooseFile(L"", 1);
+    form().ChooseMenu(L"mnuOpen");
+    EXPECT_EQ(cell(1, 0), L"a");
+    desktop().ChooseFile(L"", 1);
+    form().ChooseMenu(L"mnuSaveAS");
+    EXPECT_EQ(form().Text(), L" Quartino - Schule");
+    EXPECT_EQ(desktop().FileDialogs()[1].Asked.FileName, L"C:\\Projekte\\*.xls");
+}
+
+TEST_F(MainWindow, ModifyingWithoutASelectedRoomAddsOne) {
+    show();
+    table().Row(0);
+    std::wstring caption;
+    desktop().OnModal(L"frmRoom", [&](HeadlessForm& dialog) {
+        caption = dialog.Text();
+        dialog.Click(L"cmdCancel");
+    });
+    form().ChooseMenu(L"mnuModifyRoom");
+    EXPECT_EQ(caption, L" Raum hinzufügen ");
+}
+
+TEST_F(MainWindow, TheWindowTakesNoInputWhileTheDrawingIsWritten) {
+    show();
+    addRooms(L"a", L"1");
+    bool seen = false;
+    host_.onCall = [&](const std::string& member) {
+        if (member == "CreateRoomElement") {
+            seen = true;
+            EXPECT_FALSE(form().Enabled());
+        }
+    };
+    desktop().OnModal(L"frmReport", [](HeadlessForm& report) { report.Click(L"cmdOk"); });
+    form().ChooseMenu(L"mnuExport");
+    EXPECT_TRUE(seen);
+    EXPECT_TRUE(form().Enabled());
+}
+
+TEST_F(MainWindow, NoCommandStartsWhileTheWindowIsUnloading) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().AnswerNext([&](const Gui::Message&) {
+        form().MenuNamed(L"mnuDeleteRoom").Click();
+        return Gui::Answer::Yes;
+    });
+    desktop().ChooseFile(file("mine.txt"), 1);
+    form().Close();
+    EXPECT_THAT(contents("mine.txt"), ::testing::HasSubstr("\na \t"));
+}
+
 TEST_F(MainWindow, TheReleaseOfF1OpensTheHelp) {
     show();
     form().PressKey(Gui::KeyF1);

@@ -172,6 +172,31 @@ TEST_F(Bridge, WhatWasReadAndChangedGoesBackToTheSameElements) {
     EXPECT_THAT(context_.prompts(), IsEmpty());
 }
 
+TEST_F(Bridge, AHostWithoutTablesIsAskedOneByOne) {
+    server_ = MakeComHostServer(session_, HostBulkMembers{nullptr, nullptr, nullptr});
+    BridgeContext context(server_.get());
+    {
+        clsKalvero bridge(context);
+        host_->load(drawingOf({element(17, 3, "A", "EG"), element(18, 0, "kvd", "EG")}));
+        bridge.GetProjectName();
+        bridge.ImportFloorsFromKalvero(floors_);
+        ASSERT_EQ(floors_.GetCountOfRooms(), 1);
+        EXPECT_EQ(room(1).GetRoomID(), L"17-K3");
+        EXPECT_EQ(room(1).Geometry->Area(), 13.5);
+        EXPECT_EQ(room(1).Occupancy(), L"HNF 2");
+        // A text attribute has no number; that costs nothing but the number.
+        host_->failMember(L"NumberValue", L"fail", L"no number");
+        floors_ = clsFloors();
+        bridge.ImportFloorsFromKalvero(floors_);
+        ASSERT_EQ(floors_.GetCountOfRooms(), 1);
+        EXPECT_EQ(room(1).Occupancy(), L"HNF 2");
+        Counts counts;
+        bridge.ExportFloorsToKalvero(floors_, true, true, 1, 1, counts.placed, counts.updated,
+                                     counts.setDown);
+        EXPECT_EQ(counts.updated, 1);
+    }
+}
+
 TEST_F(Bridge, AHundredAndFiftyRoomsGoIntoTheDrawing) {
     host_->load(drawingOf({}));
     addSquares(150);
@@ -256,8 +281,12 @@ TEST_F(Faults, WhicheverCallOfAWritingFailsTheNextWritingWorks) {
             } catch (const RuntimeError& error) {
                 EXPECT_NE(error.number(), 0);
             }
+            // Whatever failed, no room of the drawing was made twice.
+            EXPECT_LE(countOf(host_->drawing(), L"\"componentId\""), 4) << mode << n;
+            EXPECT_GE(countOf(host_->drawing(), L"\"componentId\""), 2) << mode << n;
             expectRestored();
             EXPECT_EQ(floors_.GetCountOfRooms(), 3);
+            EXPECT_EQ(room(1).GetRoomID(), L"17-K3");
         }
         prepare();
         EXPECT_EQ(write().updated, 1);

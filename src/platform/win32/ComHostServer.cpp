@@ -1,7 +1,6 @@
 #include "platform/win32/ComHostServer.h"
 
 #include "model/RuntimeError.h"
-#include "platform/win32/HostMembers.h"
 
 namespace kalvrooms {
 namespace {
@@ -29,9 +28,23 @@ Outline toOutline(const ComVariant& value) {
         return points;
     const ComArray array(value, 2);
     const long x = array.lower(1);
+    if (array.upper(1) != x + 1)
+        throw RuntimeError(RuntimeError::TypeMismatch);
     for (long i = array.lower(2); i <= array.upper(2); ++i)
         points.push_back({array.at(x, i).toDouble(), array.at(x + 1, i).toDouble()});
     return points;
+}
+
+template <typename Step>
+bool attempted(Step step) {
+    try {
+        step();
+        return true;
+    } catch (const RuntimeError& error) {
+        if (error.number() == RuntimeError::ServerUnavailable)
+            throw;
+        return false;
+    }
 }
 
 class ComAttribute : public HostAttribute {
@@ -50,7 +63,8 @@ class ComAttribute : public HostAttribute {
 
 class ComAttributeList : public HostAttributeList {
   public:
-    explicit ComAttributeList(ComObject object) : object_(std::move(object)) {}
+    ComAttributeList(ComObject object, const HostBulkMembers& bulk)
+        : object_(std::move(object)), bulk_(bulk) {}
     std::int32_t Count() override { return object_.Get(Member::Count).toLong(); }
     std::unique_ptr<HostAttribute> Item(std::int32_t index) override {
         const ComVariant position(index);
@@ -58,13 +72,22 @@ class ComAttributeList : public HostAttributeList {
             object_.CallObject(L"attribute", Member::Item, {&position}));
     }
     std::vector<HostAttributeValue> Values() override {
-        return Member::AttributeTable ? valuesAtOnce() : valuesOneByOne();
+        if (bulk_.AttributeTable) {
+            try {
+                return valuesAtOnce();
+            } catch (const RuntimeError& error) {
+                // A value that the table cannot carry must not cost all the others.
+                if (error.number() == RuntimeError::ServerUnavailable)
+                    throw;
+            }
+        }
+        return valuesOneByOne();
     }
 
   private:
     std::vector<HostAttributeValue> valuesAtOnce() {
         std::vector<HostAttributeValue> values;
-        const ComVariant table = object_.Get(Member::AttributeTable);
+        const ComVariant table = object_.Get(bulk_.AttributeTable);
         if (table.isEmpty())
             return values;
         const ComArray array(table, 2);
@@ -78,46 +101,56 @@ class ComAttributeList : public HostAttributeList {
         std::vector<HostAttributeValue> values;
         const std::int32_t count = Count();
         for (std::int32_t index = 1; index <= count; ++index) {
-            const auto attribute = Item(index);
             HostAttributeValue value;
-            value.Name = attribute->Name();
-            value.Number = attribute->NumberValue();
-            value.Text = attribute->TextValue();
+            std::unique_ptr<HostAttribute> attribute;
+            // What one attribute refuses, a number for a text perhaps, stays empty.
+            if (attempted([&] { attribute = Item(index); })) {
+                attempted([&] { value.Name = attribute->Name(); });
+                attempted([&] { value.Number = attribute->NumberValue(); });
+                attempted([&] { value.Text = attribute->TextValue(); });
+            }
             values.push_back(std::move(value));
         }
         return values;
     }
 
     ComObject object_;
+    HostBulkMembers bulk_;
 };
 
 class ComRoomElement : public HostRoomElement {
   public:
-    explicit ComRoomElement(ComObject object) : object_(std::move(object)) {}
+    ComRoomElement(ComObject object, const HostBulkMembers& bulk)
+        : object_(std::move(object)), bulk_(bulk) {}
     const ComObject& object() const { return object_; }
 
     HostRoomRecord Record() override {
-        if (Member::RoomRecord) {
-            HostRoomRecord record;
-            const ComVariant answer = object_.Get(Member::RoomRecord);
-            if (answer.isEmpty())
-                return record;
-            const ComArray fields(answer, 1);
-            const long first = fields.lower(1);
-            record.Identity = {fields.at(first).toLong(), fields.at(first + 1).toLong(),
-                               fields.at(first + 2).toText()};
-            record.RoomName = fields.at(first + 3).toText();
-            record.RoomFunction = fields.at(first + 4).toText();
-            record.StoreyCode = fields.at(first + 5).toText();
+        HostRoomRecord record;
+        if (bulk_.RoomRecord && attempted([&] { record = recordAtOnce(); }))
             return record;
-        }
-        return {Identity(), object_.Get(Member::RoomName).toText(),
-                object_.Get(Member::RoomFunction).toText(),
-                object_.Get(Member::StoreyCode).toText()};
+        attempted([&] { record.Identity.ComponentID = object_.Get(Member::ComponentID).toLong(); });
+        attempted([&] { record.Identity.FileNumber = object_.Get(Member::FileNumber).toLong(); });
+        attempted([&] { record.Identity.FileID = object_.Get(Member::FileID).toText(); });
+        attempted([&] { record.RoomName = object_.Get(Member::RoomName).toText(); });
+        attempted([&] { record.RoomFunction = object_.Get(Member::RoomFunction).toText(); });
+        attempted([&] { record.StoreyCode = object_.Get(Member::StoreyCode).toText(); });
+        return record;
     }
     HostIdentity Identity() {
         return {object_.Get(Member::ComponentID).toLong(), object_.Get(Member::FileNumber).toLong(),
                 object_.Get(Member::FileID).toText()};
+    }
+    HostRoomRecord recordAtOnce() {
+        const ComVariant answer = object_.Get(bulk_.RoomRecord);
+        const ComArray fields(answer, 1);
+        const long first = fields.lower(1);
+        HostRoomRecord record;
+        record.Identity = {fields.at(first).toLong(), fields.at(first + 1).toLong(),
+                           fields.at(first + 2).toText()};
+        record.RoomName = fields.at(first + 3).toText();
+        record.RoomFunction = fields.at(first + 4).toText();
+        record.StoreyCode = fields.at(first + 5).toText();
+        return record;
     }
     void RoomName(const std::wstring& text) override {
         object_.Put(Member::RoomName, ComVariant(text));
@@ -135,16 +168,18 @@ class ComRoomElement : public HostRoomElement {
     void Colour(std::int32_t rgb) override { object_.Put(Member::Colour, ComVariant(rgb)); }
     std::unique_ptr<HostAttributeList> Attributes() override {
         return std::make_unique<ComAttributeList>(
-            object_.ObjectOf(L"attribute list", Member::Attributes));
+            object_.ObjectOf(L"attribute list", Member::Attributes), bulk_);
     }
 
   private:
     ComObject object_;
+    HostBulkMembers bulk_;
 };
 
 class ComElementList : public HostElementList {
   public:
-    explicit ComElementList(ComObject object) : object_(std::move(object)) {}
+    ComElementList(ComObject object, const HostBulkMembers& bulk)
+        : object_(std::move(object)), bulk_(bulk) {}
     const ComObject& object() const { return object_; }
 
     std::int32_t Count() override { return object_.Get(Member::Count).toLong(); }
@@ -155,10 +190,14 @@ class ComElementList : public HostElementList {
     }
     std::vector<HostIdentity> Identities() override {
         std::vector<HostIdentity> identities;
-        if (Member::IdentityTable) {
-            const ComVariant table = object_.Get(Member::IdentityTable);
-            if (table.isEmpty())
+        if (bulk_.IdentityTable) {
+            const ComVariant table = object_.Get(bulk_.IdentityTable);
+            if (table.isEmpty()) {
+                // Taken for "no elements", a failed answer would have every known room made again.
+                if (Count() != 0)
+                    throw RuntimeError(RuntimeError::AutomationError);
                 return identities;
+            }
             const ComArray array(table, 2);
             const long first = array.lower(2);
             for (long i = array.lower(1); i <= array.upper(1); ++i)
@@ -176,10 +215,11 @@ class ComElementList : public HostElementList {
     std::unique_ptr<ComRoomElement> item(std::int32_t index) {
         const ComVariant position(index);
         return std::make_unique<ComRoomElement>(
-            object_.CallObject(L"room element", Member::Item, {&position}));
+            object_.CallObject(L"room element", Member::Item, {&position}), bulk_);
     }
 
     ComObject object_;
+    HostBulkMembers bulk_;
 };
 
 class ComRoomSelection : public HostRoomSelection {
@@ -194,20 +234,21 @@ class ComRoomSelection : public HostRoomSelection {
 
 class ComDrawingService : public HostDrawingService {
   public:
-    explicit ComDrawingService(ComObject object) : object_(std::move(object)) {}
+    ComDrawingService(ComObject object, const HostBulkMembers& bulk)
+        : object_(std::move(object)), bulk_(bulk) {}
 
     std::unique_ptr<HostElementList> GetElements(HostRoomSelection& selection) override {
         const ComVariant filter(dynamic_cast<ComRoomSelection&>(selection).object().dispatch());
         return std::make_unique<ComElementList>(
-            object_.CallObject(L"element list", Member::GetElements, {&filter}));
+            object_.CallObject(L"element list", Member::GetElements, {&filter}), bulk_);
     }
     std::unique_ptr<HostElementList> CreateElementList() override {
         return std::make_unique<ComElementList>(
-            object_.CallObject(L"element list", Member::CreateElementList));
+            object_.CallObject(L"element list", Member::CreateElementList), bulk_);
     }
     std::unique_ptr<HostRoomElement> CreateRoomElement() override {
         return std::make_unique<ComRoomElement>(
-            object_.CallObject(L"room element", Member::CreateRoomElement));
+            object_.CallObject(L"room element", Member::CreateRoomElement), bulk_);
     }
     void ChangeElements(HostElementList& elements) override {
         const ComVariant list = argument(elements);
@@ -230,6 +271,7 @@ class ComDrawingService : public HostDrawingService {
     }
 
     ComObject object_;
+    HostBulkMembers bulk_;
 };
 
 class ComProject : public HostProject {
@@ -245,18 +287,20 @@ class ComProject : public HostProject {
 
 class ComApplication : public HostApplication {
   public:
-    explicit ComApplication(ComObject object) : object_(std::move(object)) {}
+    ComApplication(ComObject object, const HostBulkMembers& bulk)
+        : object_(std::move(object)), bulk_(bulk) {}
     void UpdateProjectInfo() override { object_.Call(Member::UpdateProjectInfo); }
     std::unique_ptr<HostProject> GetProject() override {
         return std::make_unique<ComProject>(object_.CallObject(L"project", Member::GetProject));
     }
     std::unique_ptr<HostDrawingService> GetDrawingService() override {
         return std::make_unique<ComDrawingService>(
-            object_.CallObject(L"drawing service", Member::GetDrawingService));
+            object_.CallObject(L"drawing service", Member::GetDrawingService), bulk_);
     }
 
   private:
     ComObject object_;
+    HostBulkMembers bulk_;
 };
 
 class ComAttributeCatalogue : public HostAttributeCatalogue {
@@ -273,13 +317,14 @@ class ComAttributeCatalogue : public HostAttributeCatalogue {
 
 class ComHostServer : public HostServer {
   public:
-    explicit ComHostServer(std::shared_ptr<ComSession> session) : session_(std::move(session)) {}
+    ComHostServer(std::shared_ptr<ComSession> session, const HostBulkMembers& bulk)
+        : session_(std::move(session)), bulk_(bulk) {}
 
     std::unique_ptr<HostApplication> CreateHostApplication() override {
         ComObject application = create(L"application", Member::ApplicationClass);
         if (Member::CheckAccess)
             application.Call(Member::CheckAccess);
-        return std::make_unique<ComApplication>(std::move(application));
+        return std::make_unique<ComApplication>(std::move(application), bulk_);
     }
     std::unique_ptr<HostRoomSelection> CreateRoomFilter() override {
         return std::make_unique<ComRoomSelection>(create(L"room filter", Member::RoomFilterClass));
@@ -295,12 +340,14 @@ class ComHostServer : public HostServer {
     }
 
     std::shared_ptr<ComSession> session_;
+    HostBulkMembers bulk_;
 };
 
 } // namespace
 
-std::unique_ptr<HostServer> MakeComHostServer(std::shared_ptr<ComSession> session) {
-    return std::make_unique<ComHostServer>(std::move(session));
+std::unique_ptr<HostServer> MakeComHostServer(std::shared_ptr<ComSession> session,
+                                              const HostBulkMembers& bulk) {
+    return std::make_unique<ComHostServer>(std::move(session), bulk);
 }
 
 std::unique_ptr<HostServer> MakeComHostServer() {

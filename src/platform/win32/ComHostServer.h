@@ -5,11 +5,13 @@
 
 #include "host/HostApplication.h"
 #include "platform/win32/ComObject.h"
+#include "platform/win32/HostMembers.h"
 
 namespace kalvrooms {
 
 // The session counts the calls and says how long a rejected call is tried again.
-std::unique_ptr<HostServer> MakeComHostServer(std::shared_ptr<ComSession> session);
+std::unique_ptr<HostServer> MakeComHostServer(std::shared_ptr<ComSession> session,
+                                              const HostBulkMembers& bulk = {});
 std::unique_ptr<HostServer> MakeComHostServer();
 
 } // namespace kalvrooms

@@ -77,8 +77,7 @@ RuntimeError errorOf(HRESULT result, const std::wstring& description) {
                         description.empty() ? systemText(result) : description);
 }
 
-// Waits a little while the messages of the thread go on being served, so that a busy server that
-// calls back or a window that has to be painted does not stand still.
+// Waits a little while the windows of the thread go on being painted.
 void waitServingMessages(DWORD milliseconds) {
     const DWORD start = GetTickCount();
     for (;;) {
@@ -88,8 +87,14 @@ void waitServingMessages(DWORD milliseconds) {
         MsgWaitForMultipleObjects(0, nullptr, FALSE, milliseconds - passed,
                                   QS_PAINT | QS_SENDMESSAGE);
         MSG message;
-        while (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE))
+        while (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE)) {
+            if (message.message == WM_QUIT) {
+                // It comes through every filter; the loop outside has to see it.
+                PostQuitMessage(static_cast<int>(message.wParam));
+                return;
+            }
             DispatchMessageW(&message);
+        }
     }
 }
 
@@ -182,7 +187,7 @@ std::wstring ComVariant::toText() const {
 
 IDispatch* ComVariant::toObject() const {
     if (value_.vt != VT_DISPATCH || !value_.pdispVal)
-        throw RuntimeError(RuntimeError::ObjectVariableNotSet);
+        throw RuntimeError(RuntimeError::AutomationError);
     return value_.pdispVal;
 }
 
@@ -281,18 +286,42 @@ ComObject::~ComObject() {
     }
 }
 
+template <typename Step>
+HRESULT ComObject::retried(ComSession& session, Step step) {
+    const ComSession::Clock clock(session);
+    constexpr DWORD pause = 100;
+    // Patience is spent once for the calls of a command; the next command finds it whole.
+    constexpr auto betweenCommands = std::chrono::seconds(1);
+    const auto now = std::chrono::steady_clock::now();
+    if (now - session.lastCall_ > betweenCommands)
+        session.patience_ = session.fullPatience_;
+    HRESULT result = step();
+    while (isRejected(result) && session.patience_ > 0) {
+        const DWORD wait = std::min(pause, session.patience_);
+        session.patience_ -= wait;
+        waitServingMessages(wait);
+        result = step();
+    }
+    if (!isRejected(result))
+        session.patience_ = session.fullPatience_;
+    session.lastCall_ = std::chrono::steady_clock::now();
+    return result;
+}
+
 ComObject ComObject::Create(std::shared_ptr<ComSession> session, std::wstring kind,
                             const wchar_t* programmaticIdentifier, DWORD context) {
     const CLSID classIdentifier = ComSession::ClassOf(programmaticIdentifier);
     IDispatch* object = nullptr;
     SetErrorInfo(0, nullptr);
     HRESULT result = S_OK;
-    {
-        const ComSession::Clock clock(*session);
+    result = retried(*session, [&] {
         ++session->calls_;
-        result = CoCreateInstance(classIdentifier, nullptr, context, IID_IDispatch,
-                                  reinterpret_cast<void**>(&object));
-    }
+        return CoCreateInstance(classIdentifier, nullptr, context, IID_IDispatch,
+                                reinterpret_cast<void**>(&object));
+    });
+    // Busy is not the same as not there.
+    if (isRejected(result))
+        throw errorOf(result, {});
     if (FAILED(result) || !object) {
         std::wstring description;
         IErrorInfo* info = nullptr;
@@ -329,22 +358,6 @@ ComObject ComObject::Attach(std::shared_ptr<ComSession> session, std::wstring ki
     return attached;
 }
 
-template <typename Step>
-HRESULT ComObject::retried(Step step) {
-    const ComSession::Clock clock(*session_);
-    constexpr DWORD pause = 100;
-    HRESULT result = step();
-    while (isRejected(result) && session_->patience_ > 0) {
-        const DWORD wait = std::min(pause, session_->patience_);
-        session_->patience_ -= wait;
-        waitServingMessages(wait);
-        result = step();
-    }
-    if (!isRejected(result))
-        session_->patience_ = session_->fullPatience_;
-    return result;
-}
-
 DISPID ComObject::nameOf(const wchar_t* member) {
     const auto key = std::make_pair(kind_, std::wstring(member));
     const auto known = session_->names_.find(key);
@@ -353,8 +366,8 @@ DISPID ComObject::nameOf(const wchar_t* member) {
     DISPID id = DISPID_UNKNOWN;
     ++session_->calls_;
     LPOLESTR name = const_cast<LPOLESTR>(member);
-    const HRESULT result =
-        retried([&] { return object_->GetIDsOfNames(IID_NULL, &name, 1, locale_, &id); });
+    const HRESULT result = retried(
+        *session_, [&] { return object_->GetIDsOfNames(IID_NULL, &name, 1, locale_, &id); });
     if (FAILED(result))
         throw errorOf(result, {});
     session_->names_.emplace(key, id);
@@ -384,7 +397,7 @@ ComVariant ComObject::invoke(const wchar_t* member, WORD flags,
     ComVariant answer;
     std::wstring description;
     HRESULT serverCode = 0;
-    const HRESULT result = retried([&] {
+    const HRESULT result = retried(*session_, [&] {
         OwnedException exception;
         UINT badArgument = 0;
         ++session_->calls_;

@@ -39,7 +39,7 @@ class ComVariant {
     bool isEmpty() const { return value_.vt == VT_EMPTY || value_.vt == VT_NULL; }
 
     // Conversions as the runtime makes them; an empty value is 0, "" or no object.
-    // Errors: TypeMismatch, Overflow, ObjectVariableNotSet.
+    // Errors: TypeMismatch, Overflow, AutomationError where there is no object.
     std::int32_t toLong() const;
     double toDouble() const;
     std::wstring toText() const;
@@ -88,6 +88,7 @@ class ComSession {
     // A server that stays busy is waited for once, not anew with every following call.
     DWORD patience_;
     DWORD fullPatience_;
+    std::chrono::steady_clock::time_point lastCall_{};
 };
 
 // An automation object, called by member names. The kind ("room element") is what its member
@@ -131,7 +132,7 @@ class ComObject {
                       std::initializer_list<const ComVariant*> arguments, const ComVariant* value);
     DISPID nameOf(const wchar_t* member);
     template <typename Step>
-    HRESULT retried(Step step);
+    static HRESULT retried(ComSession& session, Step step);
 
     std::shared_ptr<ComSession> session_;
     std::wstring kind_;

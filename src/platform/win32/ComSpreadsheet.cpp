@@ -1,6 +1,8 @@
 #include "platform/win32/ComSpreadsheet.h"
 
+#include <cstddef>
 #include <cwchar>
+#include <utility>
 
 #include "model/RuntimeError.h"
 
@@ -49,20 +51,26 @@ std::wstring shownError(SCODE code) {
     }
 }
 
-CellValue toCell(const ComVariant& value) {
-    switch (value.raw().vt) {
+CellValue toCell(const VARIANT& value) {
+    switch (value.vt) {
     case VT_EMPTY:
     case VT_NULL:
         return std::monostate();
     case VT_BSTR:
-    case VT_DATE:
-        return value.toText();
+        return value.bstrVal ? std::wstring(value.bstrVal, SysStringLen(value.bstrVal)) : L"";
+    case VT_R8:
+        return value.dblVal;
     case VT_BOOL:
-        return value.raw().boolVal != VARIANT_FALSE;
+        return value.boolVal != VARIANT_FALSE;
     case VT_ERROR:
-        return CellError{shownError(value.raw().scode)};
-    default:
-        return value.toDouble();
+        return CellError{shownError(value.scode)};
+    default: {
+        ComVariant other;
+        VariantCopy(other.get(), const_cast<VARIANT*>(&value));
+        if (value.vt == VT_DATE)
+            return other.toText();
+        return other.toDouble();
+    }
     }
 }
 
@@ -77,13 +85,51 @@ ComVariant toVariant(const CellValue& value) {
     return std::visit(Convert(), value);
 }
 
+// Looks into a block of variants while it lives: element by element through the array's own
+// functions every text would be copied twice.
+class BlockAccess {
+  public:
+    // Error: TypeMismatch when the variant holds no block of that size.
+    BlockAccess(const ComVariant& block, int rows, int columns) : rows_(rows) {
+        const VARIANT& value = block.raw();
+        if (value.vt != (VT_ARRAY | VT_VARIANT) || !value.parray ||
+            SafeArrayGetDim(value.parray) != 2 || size(value.parray, 1) != rows ||
+            size(value.parray, 2) != columns ||
+            FAILED(SafeArrayAccessData(value.parray, reinterpret_cast<void**>(&elements_))))
+            throw RuntimeError(RuntimeError::TypeMismatch);
+        array_ = value.parray;
+    }
+    BlockAccess(const BlockAccess&) = delete;
+    BlockAccess& operator=(const BlockAccess&) = delete;
+    ~BlockAccess() { SafeArrayUnaccessData(array_); }
+
+    // Counted from 0; the rows of a column lie side by side.
+    VARIANT& at(int row, int column) {
+        return elements_[static_cast<std::size_t>(column) * static_cast<std::size_t>(rows_) +
+                         static_cast<std::size_t>(row)];
+    }
+
+  private:
+    static LONG size(SAFEARRAY* array, UINT dimension) {
+        LONG lower = 0;
+        LONG upper = -1;
+        SafeArrayGetLBound(array, dimension, &lower);
+        SafeArrayGetUBound(array, dimension, &upper);
+        return upper - lower + 1;
+    }
+
+    SAFEARRAY* array_ = nullptr;
+    VARIANT* elements_ = nullptr;
+    int rows_;
+};
+
 class ComWorksheet : public Worksheet {
   public:
     ComWorksheet(ComObject sheet, bool namesItsForms)
         : sheet_(std::move(sheet)), namesItsForms_(namesItsForms) {}
 
     CellValue Value(int row, int column) override {
-        return toCell(range({row, column, 1, 1}).Get(L"Value"));
+        return toCell(range({row, column, 1, 1}).Get(L"Value").raw());
     }
     void Value(int row, int column, const CellValue& value) override {
         range({row, column, 1, 1}).Put(L"Value", toVariant(value));
@@ -92,28 +138,24 @@ class ComWorksheet : public Worksheet {
         CellBlock block(cells.Rows, cells.Columns);
         const ComVariant values = range(cells).Get(L"Value");
         if (cells.Rows == 1 && cells.Columns == 1) {
-            block.At(0, 0) = toCell(values);
+            block.At(0, 0) = toCell(values.raw());
             return block;
         }
-        const ComArray array(values, 2);
-        const long top = array.lower(1);
-        const long left = array.lower(2);
+        BlockAccess elements(values, cells.Rows, cells.Columns);
         for (int row = 0; row < cells.Rows; ++row)
             for (int column = 0; column < cells.Columns; ++column)
-                block.At(row, column) = toCell(array.at(top + row, left + column));
+                block.At(row, column) = toCell(elements.at(row, column));
         return block;
     }
     void Values(const CellRange& cells, const CellBlock& values) override {
         SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(cells.Rows), 1},
                                    {static_cast<ULONG>(cells.Columns), 1}};
         const ComVariant array(SafeArrayCreate(VT_VARIANT, 2, bounds), VT_VARIANT);
-        for (LONG row = 0; row < cells.Rows; ++row) {
-            for (LONG column = 0; column < cells.Columns; ++column) {
-                LONG at[] = {row + 1, column + 1};
-                ComVariant value = toVariant(values.At(row, column));
-                if (FAILED(SafeArrayPutElement(array.raw().parray, at, value.get())))
-                    throw RuntimeError(RuntimeError::OutOfMemory);
-            }
+        {
+            BlockAccess elements(array, cells.Rows, cells.Columns);
+            for (int row = 0; row < cells.Rows; ++row)
+                for (int column = 0; column < cells.Columns; ++column)
+                    std::swap(elements.at(row, column), *toVariant(values.At(row, column)).get());
         }
         range(cells).Put(L"Value", array);
     }

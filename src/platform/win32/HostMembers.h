@@ -52,10 +52,16 @@ inline constexpr const wchar_t* Name = L"Name";
 inline constexpr const wchar_t* NumberValue = L"NumberValue";
 inline constexpr const wchar_t* TextValue = L"TextValue";
 
+} // namespace kalvrooms::HostMembers
+
+namespace kalvrooms {
+
 // Members that bring many values in one call; null where the host has none, the values are then
 // asked for one by one.
-inline constexpr const wchar_t* IdentityTable = L"IdentityTable";
-inline constexpr const wchar_t* RoomRecord = L"RoomRecord";
-inline constexpr const wchar_t* AttributeTable = L"AttributeTable";
+struct HostBulkMembers {
+    const wchar_t* IdentityTable = L"IdentityTable";
+    const wchar_t* RoomRecord = L"RoomRecord";
+    const wchar_t* AttributeTable = L"AttributeTable";
+};
 
-} // namespace kalvrooms::HostMembers
+} // namespace kalvrooms
