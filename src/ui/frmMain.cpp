@@ -173,7 +173,7 @@ void frmMain::buildMenus() {
 
 void frmMain::unload() {
     // Saving may call the spreadsheet, which serves this window's messages: no command any more.
-    commandUnderWay_ = true;
+    const bool underWay = std::exchange(commandUnderWay_, true);
     if (hasUnsavedRooms()) {
         desktop_.Dispatch([this] {
             try {
@@ -188,6 +188,10 @@ void frmMain::unload() {
     // A session that ends while the window is still loading must not store what was never read.
     if (settingsRead_)
         SaveWindowSettings();
+    // The end of a session may still be called off; the program goes on then.
+    commandUnderWay_ = underWay;
+    if (!underWay)
+        closeWhenDone_ = false;
 }
 
 void frmMain::LoadWindowSettings() {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <set>
 
 namespace kalvrooms::Gui {
 namespace {
@@ -311,6 +312,19 @@ TEST_F(MainWindow, CellsAreDrawnInTheirColour) {
     };
     EXPECT_GT(reddest(3), 150);
     EXPECT_LT(reddest(4), 50);
+    // Also in the current row, with the focus and without.
+    grid_->Row(3);
+    EXPECT_GT(reddest(3), 150);
+    grid_->Row(4);
+    EXPECT_LT(reddest(4), 50);
+    grid_->Row(3);
+    const HWND elsewhere = CreateWindowExW(0, L"EDIT", L"", WS_CHILD, 0, 0, 0, 0, form_->Window(),
+                                           nullptr, GetModuleHandleW(nullptr), nullptr);
+    ::SetFocus(elsewhere);
+    EXPECT_EQ(GetFocus(), elsewhere);
+    EXPECT_GT(reddest(3), 150);
+    ::SetFocus(list_);
+    DestroyWindow(elsewhere);
     // A changed colour shows after the event that changed it.
     grid_->MouseUp = [&](MouseButton, int, int) {
         for (int column = 0; column < 7; ++column)
@@ -318,6 +332,33 @@ TEST_F(MainWindow, CellsAreDrawnInTheirColour) {
     };
     Click(list_, CellPoint(8, 1));
     ASSERT_TRUE(PumpUntil(desktop_, [&] { return reddest(4) > 150; }));
+}
+
+TEST_F(MainWindow, ARowThatIsCurrentNoMoreLeavesNothingBehind) {
+    const auto backgroundOf = [&](int row) {
+        UpdateWindow(list_);
+        RECT item{};
+        ListView_GetItemRect(list_, row - 1, &item, LVIR_BOUNDS);
+        std::set<COLORREF> colours;
+        HDC context = GetDC(list_);
+        for (LONG x = 0; x < item.right - 1; ++x)
+            colours.insert(GetPixel(context, static_cast<int>(x), static_cast<int>(item.top)));
+        ReleaseDC(list_, context);
+        colours.erase(GetSysColor(COLOR_3DLIGHT)); // between the columns
+        return colours;
+    };
+    const std::set<COLORREF> plain{GetSysColor(COLOR_WINDOW)};
+    grid_->Col(0);
+    for (const int next : {5, 0, 5, 9}) {
+        grid_->Row(next);
+        EXPECT_EQ(backgroundOf(1), plain) << next;
+        if (next > 0) {
+            EXPECT_EQ(backgroundOf(next).count(GetSysColor(COLOR_WINDOW)), 0U) << next;
+        }
+        if (next != 5) {
+            EXPECT_EQ(backgroundOf(5), plain) << next;
+        }
+    }
 }
 
 TEST_F(MainWindow, NothingShowsBeforeRedrawIsOn) {
@@ -429,12 +470,38 @@ TEST_F(MainWindow, ClosingAsksFirstAndEndsTheRun) {
     EXPECT_EQ(unloaded, 1);
 }
 
-TEST_F(MainWindow, TheEndOfTheSessionUnloads) {
+TEST_F(MainWindow, TheEndOfTheSessionIsAnsweredWhileTheSystemStillAsks) {
+    int unloaded = 0;
+    form_->OnUnload = [&] {
+        ++unloaded;
+        // Asked again meanwhile, it is not unloaded once more.
+        EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    };
+    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    EXPECT_EQ(unloaded, 1);
+    EXPECT_TRUE(form_->Loaded());
+    SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(unloaded, 1);
+    EXPECT_FALSE(form_->Loaded());
+}
+
+TEST_F(MainWindow, TheEndOfTheSessionMayBeCalledOff) {
     int unloaded = 0;
     form_->OnUnload = [&] { ++unloaded; };
     EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
     SendMessageW(form_->Window(), WM_ENDSESSION, FALSE, 0);
-    EXPECT_EQ(unloaded, 0);
+    EXPECT_TRUE(form_->Loaded());
+    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    EXPECT_EQ(unloaded, 2);
+    SendMessageW(form_->Window(), WM_ENDSESSION, FALSE, 0);
+    SendMessageW(form_->Window(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(unloaded, 3);
+    EXPECT_FALSE(form_->Loaded());
+}
+
+TEST_F(MainWindow, ASessionThatEndsWithoutAskingUnloads) {
+    int unloaded = 0;
+    form_->OnUnload = [&] { ++unloaded; };
     SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
     EXPECT_EQ(unloaded, 1);
     EXPECT_FALSE(form_->Loaded());
@@ -444,6 +511,8 @@ TEST_F(MainWindow, TheEndOfTheSessionSavesUnderACommandToo) {
     int unloaded = 0;
     form_->MayUnload = [] { return false; };
     form_->OnUnload = [&] { ++unloaded; };
+    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    EXPECT_EQ(unloaded, 1);
     SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
     EXPECT_EQ(unloaded, 1);
     EXPECT_TRUE(form_->Loaded());

@@ -55,6 +55,44 @@ std::wstring folderOf(const std::wstring& fileName) {
     return separator == std::wstring::npos ? std::wstring() : fileName.substr(0, separator + 1);
 }
 
+bool isFile(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+// Where programs tell the folder of their help file.
+std::wstring registeredFolderOf(const std::wstring& helpFile) {
+    for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+        wchar_t folder[MAX_PATH] = L"";
+        DWORD size = sizeof folder;
+        if (RegGetValueW(root, L"Software\\Microsoft\\Windows\\HTML Help", helpFile.c_str(),
+                         RRF_RT_REG_SZ, nullptr, folder, &size) == ERROR_SUCCESS)
+            return folder;
+    }
+    return {};
+}
+
+// The file that a path means; a bare name is looked for where the system looks for help files.
+// Empty when there is none: the help control would complain about it.
+std::wstring helpFileOf(const std::wstring& file) {
+    if (file.empty() || file.find_first_of(L"\\/:") != std::wstring::npos)
+        return isFile(file) ? file : L"";
+    std::vector<wchar_t> found(fileNameBuffer);
+    const DWORD length = SearchPathW(nullptr, file.c_str(), nullptr,
+                                     static_cast<DWORD>(found.size()), found.data(), nullptr);
+    if (length > 0 && length < found.size() && isFile(found.data()))
+        return found.data();
+    std::wstring folder = registeredFolderOf(file);
+    if (!folder.empty() && !folder.ends_with(L'\\'))
+        folder += L'\\';
+    if (!folder.empty() && isFile(folder + file))
+        return folder + file;
+    wchar_t windows[MAX_PATH] = L"";
+    GetWindowsDirectoryW(windows, MAX_PATH);
+    const std::wstring shared = std::wstring(windows) + L"\\Help\\" + file;
+    return isFile(shared) ? shared : L"";
+}
+
 } // namespace
 
 SystemDialogs::SystemDialogs()
@@ -120,11 +158,10 @@ void RunColourDialog(Colour& colour, HWND owner, const std::function<bool(CHOOSE
 void OpenHelpFile(
     HWND owner, const std::wstring& file, std::uint32_t context,
     const std::function<void(HWND owner, const char* file, UINT command, DWORD_PTR data)>& call) {
-    const DWORD attributes =
-        file.empty() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(file.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY))
+    const std::wstring found = helpFileOf(file);
+    if (found.empty())
         return;
-    call(owner, Win32AnsiCodec().Encode(file).c_str(), helpContext, context);
+    call(owner, Win32AnsiCodec().Encode(found).c_str(), helpContext, context);
 }
 
 } // namespace kalvrooms::Gui

@@ -38,6 +38,18 @@ void paintText(HDC context, const RECT& inside, const std::wstring& text, bool c
                 text.data(), static_cast<UINT>(length), nullptr);
 }
 
+// The background of the current row: light enough for every colour that reads on a window.
+COLORREF currentRowColour(bool focused) {
+    if (!focused)
+        return GetSysColor(COLOR_3DFACE);
+    const COLORREF window = GetSysColor(COLOR_WINDOW);
+    const COLORREF highlight = GetSysColor(COLOR_HIGHLIGHT);
+    const auto mix = [](BYTE most, BYTE some) { return static_cast<BYTE>((most * 3 + some) / 4); };
+    return RGB(mix(GetRValue(window), GetRValue(highlight)),
+               mix(GetGValue(window), GetGValue(highlight)),
+               mix(GetBValue(window), GetBValue(highlight)));
+}
+
 POINT pointOf(LPARAM data) {
     return {GET_X_LPARAM(data), GET_Y_LPARAM(data)};
 }
@@ -252,7 +264,6 @@ void Win32Grid::showCurrent() {
         ListView_SetItemState(Window(), item, LVIS_SELECTED | LVIS_FOCUSED,
                               LVIS_SELECTED | LVIS_FOCUSED);
         ListView_EnsureVisible(Window(), item, FALSE);
-        ListView_RedrawItems(Window(), item, item);
         if (bars_ == ScrollBars::Both && col_ >= 0 && col_ < cells_.Columns()) {
             RECT client{};
             GetClientRect(Window(), &client);
@@ -265,16 +276,28 @@ void Win32Grid::showCurrent() {
     } else {
         ListView_SetItemState(Window(), -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
     }
+    repaintRow(std::exchange(shownRow_, row_));
+    repaintRow(row_);
     settingRow_ = false;
 }
 
 void Win32Grid::moveTo(int row, int column) {
-    const int old = row_;
     row_ = row;
     col_ = column;
-    if (old > 0)
-        ListView_RedrawItems(Window(), old - 1, old - 1);
     showCurrent();
+}
+
+// The list view itself repaints less than the whole line.
+void Win32Grid::repaintRow(int row) {
+    RECT line{};
+    if (row < 1 || row > ListView_GetItemCount(Window()) ||
+        !ListView_GetItemRect(Window(), row - 1, &line, LVIR_BOUNDS))
+        return;
+    RECT client{};
+    GetClientRect(Window(), &client);
+    line.left = client.left;
+    line.right = client.right;
+    InvalidateRect(Window(), &line, FALSE);
 }
 
 int Win32Grid::nextColumn(int from, int step) const {
@@ -443,8 +466,7 @@ LRESULT Win32Grid::HandleMessage(UINT message, WPARAM word, LPARAM data) {
         leftDown_ = rightDown_ = middleDown_ = false;
         [[fallthrough]];
     case WM_SETFOCUS:
-        if (row_ > 0)
-            ListView_RedrawItems(Window(), row_ - 1, row_ - 1);
+        repaintRow(row_);
         break;
     case WM_NCCALCSIZE: {
         const LONG_PTR style = GetWindowLongPtrW(Window(), GWL_STYLE);
@@ -537,8 +559,11 @@ bool Win32Grid::OnNotify(NMHDR& notification, LRESULT& result) {
         // An assistive program may select a row as well.
         const auto& change = reinterpret_cast<const NMLISTVIEW&>(notification);
         if (!settingRow_ && change.iItem >= 0 && (change.uNewState & LVIS_SELECTED) &&
-            !(change.uOldState & LVIS_SELECTED))
+            !(change.uOldState & LVIS_SELECTED)) {
             row_ = change.iItem + 1;
+            repaintRow(std::exchange(shownRow_, row_));
+            repaintRow(row_);
+        }
         return true;
     }
     default:
@@ -579,16 +604,14 @@ void Win32Grid::paintRow(HDC context, int row) const {
     GetClientRect(Window(), &client);
     const bool current = row == row_;
     const bool focused = current && GetFocus() == Window();
-    const int background = !current ? COLOR_WINDOW : focused ? COLOR_HIGHLIGHT : COLOR_3DFACE;
-    const int foreground = !current  ? COLOR_WINDOWTEXT
-                           : focused ? COLOR_HIGHLIGHTTEXT
-                                     : COLOR_BTNTEXT;
+    const COLORREF background = current ? currentRowColour(focused) : GetSysColor(COLOR_WINDOW);
     const int padding = MulDiv(cellPadding, static_cast<int>(Owner().Dpi()), 96);
     const int savedState = SaveDC(context);
     SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(Window(), WM_GETFONT, 0, 0)));
     SetBkMode(context, TRANSPARENT);
 
-    FillRect(context, &line, GetSysColorBrush(background));
+    SetDCBrushColor(context, background);
+    FillRect(context, &line, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
     LONG left = line.left;
     for (int column = 0; column < cells_.Columns(); ++column) {
         const int width = pixelsOf(column);
@@ -596,10 +619,9 @@ void Win32Grid::paintRow(HDC context, int row) const {
         left += width;
         if (width == 0 || cell.right <= 0 || cell.left >= client.right)
             continue;
-        const std::optional<Colour> colour =
-            current ? std::nullopt : cells_.TextColour(row, column);
-        SetTextColor(context, colour ? LegibleColour(*colour, GetSysColor(background), foreground)
-                                     : GetSysColor(foreground));
+        const std::optional<Colour> colour = cells_.TextColour(row, column);
+        SetTextColor(context, colour ? LegibleColour(*colour, background, COLOR_WINDOWTEXT)
+                                     : GetSysColor(COLOR_WINDOWTEXT));
         const RECT inside{cell.left + padding, cell.top, cell.right - padding, cell.bottom - 1};
         paintText(context, inside, cells_.Text(row, column),
                   cells_.CellAlignment(row, column) == Alignment::Centre);
@@ -607,8 +629,8 @@ void Win32Grid::paintRow(HDC context, int row) const {
         FillRect(context, &edge, GetSysColorBrush(COLOR_3DLIGHT));
         if (current && column == col_) {
             const RECT frame{cell.left, cell.top, cell.right - 1, cell.bottom - 1};
-            SetTextColor(context, GetSysColor(foreground));
-            SetBkColor(context, GetSysColor(background));
+            SetTextColor(context, GetSysColor(COLOR_WINDOWTEXT));
+            SetBkColor(context, background);
             DrawFocusRect(context, &frame);
         }
     }

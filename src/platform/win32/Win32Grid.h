@@ -58,6 +58,7 @@ class Win32Grid : public Grid, public Win32Control {
     void showHeader();
     void showCurrent();
     void moveTo(int row, int column);
+    void repaintRow(int row);
     int nextColumn(int from, int step) const;
     bool navigate(WPARAM key);
     CellPosition cellAt(POINT point) const;
@@ -72,6 +73,7 @@ class Win32Grid : public Grid, public Win32Control {
                                             UINT_PTR identity, DWORD_PTR reference);
 
     int row_ = 0;
+    int shownRow_ = 0; // the row that was shown as the current one last
     int col_ = 0;
     bool redraw_ = true;
     std::uint64_t shownChanges_ = 0;

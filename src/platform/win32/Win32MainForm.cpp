@@ -1,5 +1,6 @@
 #include "platform/win32/Win32MainForm.h"
 
+#include "platform/win32/Win32Desktop.h"
 #include "platform/win32/Win32Grid.h"
 
 #include <stdexcept>
@@ -61,11 +62,36 @@ Win32MainForm::Win32MainForm(Win32Desktop& desktop, const FormEntry& entry)
 }
 
 LRESULT Win32MainForm::HandleMessage(UINT message, WPARAM word, LPARAM data) {
-    if (message == WM_SETFOCUS) {
+    switch (message) {
+    case WM_SETFOCUS:
         FocusFirst();
         return 0;
+    case WM_QUERYENDSESSION:
+        // Later, when the session ends, nobody could answer any more.
+        if (!asking_ && !leftSession_)
+            leaveSession();
+        return TRUE;
+    case WM_ENDSESSION:
+        if (!word)
+            leftSession_ = false; // somebody called it off
+        else if (leftSession_ || asking_)
+            OnUnload = nullptr;
+        break;
+    default:
+        break;
     }
     return Win32Form::HandleMessage(message, word, data);
+}
+
+void Win32MainForm::leaveSession() {
+    const HWND window = Window();
+    asking_ = true;
+    const auto leave = OnUnload;
+    Desktop().Dispatch(leave);
+    if (!IsWindow(window))
+        return;
+    asking_ = false;
+    leftSession_ = true;
 }
 
 void Win32MainForm::AfterEvent() {

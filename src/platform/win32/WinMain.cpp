@@ -3,6 +3,7 @@
 #include "model/NumberText.h"
 #include "platform/win32/ComHostServer.h"
 #include "platform/win32/ComSpreadsheet.h"
+#include "platform/win32/StartUp.h"
 #include "platform/win32/Win32AnsiCodec.h"
 #include "platform/win32/Win32Desktop.h"
 #include "platform/win32/Win32Environment.h"
@@ -37,15 +38,17 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     // No library may come from the folder that the program happens to be started in.
     SetDllDirectoryW(L"");
     const Apartment apartment;
-    HandInUserLocale(Win32UserLocale);
-    Gui::Win32Desktop desktop;
-    Win32AnsiCodec ansi;
-    Win32Registry registry;
-    Win32ResourceLibraries libraries;
-    Win32Environment environment;
-    const auto host = MakeComHostServer();
-    const auto spreadsheets = MakeComSpreadsheetServer();
-    Platform platform{desktop, ansi, registry, libraries, environment, *host, *spreadsheets};
-    RunProgram(platform);
-    return 0;
+    const auto program = [] {
+        HandInUserLocale(Win32UserLocale);
+        Gui::Win32Desktop desktop;
+        Win32AnsiCodec ansi;
+        Win32Registry registry;
+        Win32ResourceLibraries libraries;
+        Win32Environment environment;
+        const auto host = MakeComHostServer();
+        const auto spreadsheets = MakeComSpreadsheetServer();
+        Platform platform{desktop, ansi, registry, libraries, environment, *host, *spreadsheets};
+        RunProgram(platform);
+    };
+    return Gui::RunToItsEnd(program, Gui::SystemDialogs());
 }
