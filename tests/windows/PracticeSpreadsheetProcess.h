@@ -124,15 +124,32 @@ inline void forgetWhatSpreadsheetsWereTold() {
     RegDeleteTreeW(HKEY_CURRENT_USER, sheets::SettingsKey);
 }
 
-// Starts an instance ahead of the client that will ask for one: the system hands out the one that
-// is there, and the second that Wine takes to find a new one is saved.
+// An instance that is started ahead of the client that will ask for one: the system hands out the
+// one that is there, and the second that Wine takes to find a new one is saved.
+class OfferedSpreadsheet {
+  public:
+    OfferedSpreadsheet() { id_ = startSpreadsheetProgram(L"-Embedding", &process_); }
+    OfferedSpreadsheet(const OfferedSpreadsheet&) = delete;
+    OfferedSpreadsheet& operator=(const OfferedSpreadsheet&) = delete;
+    ~OfferedSpreadsheet() { CloseHandle(process_); }
+
+    // It has read what it was told, and the next client gets it.
+    void waitUntilReady() const {
+        WaitForInputIdle(process_, processLimit);
+        if (!waitUntil([this] { return spreadsheetControl(id_) != nullptr; }, processLimit))
+            throw std::runtime_error("the practice spreadsheet application does not come up");
+    }
+    bool ended(DWORD milliseconds = processLimit) const {
+        return WaitForSingleObject(process_, milliseconds) == WAIT_OBJECT_0;
+    }
+
+  private:
+    HANDLE process_ = nullptr;
+    DWORD id_ = 0;
+};
+
 inline void offerSpreadsheet() {
-    HANDLE process = nullptr;
-    const DWORD id = startSpreadsheetProgram(L"-Embedding", &process);
-    WaitForInputIdle(process, processLimit);
-    CloseHandle(process);
-    if (!waitUntil([&] { return spreadsheetControl(id) != nullptr; }, processLimit))
-        throw std::runtime_error("the practice spreadsheet application does not come up");
+    OfferedSpreadsheet().waitUntilReady();
 }
 
 // An instance as its user starts it.

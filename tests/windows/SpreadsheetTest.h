@@ -31,9 +31,10 @@ namespace kalvrooms::testing {
 // The main window as the file layer knows it, on the real codec and the real automation.
 class SpreadsheetContext final : public ProgramContext {
   public:
+    explicit SpreadsheetContext(std::shared_ptr<ComSession> knownNames)
+        : session(std::move(knownNames)), spreadsheets_(MakeComSpreadsheetServer(session)), headless(*spreadsheets_) {}
     explicit SpreadsheetContext(DWORD patience)
-        : session(std::make_shared<ComSession>(patience)),
-          spreadsheets_(MakeComSpreadsheetServer(session)), headless(*spreadsheets_) {}
+        : SpreadsheetContext(std::make_shared<ComSession>(patience)) {}
 
     std::shared_ptr<ComSession> session;
     std::vector<bool> tableUpdates;
@@ -151,9 +152,11 @@ class SpreadsheetTest : public ::testing::Test {
     }
 
     void write(const std::wstring& fileName, const clsFloors& floors) {
+        startAhead(fileName);
         clsFileSytem(context).WriteListToFile(name(fileName), floors);
     }
     void read(const std::wstring& fileName, clsFloors& floors) {
+        startAhead(fileName);
         clsFileSytem(context).ReadListFromFile(name(fileName), floors);
     }
     std::vector<std::wstring> readContents(const std::wstring& fileName) {
@@ -170,8 +173,15 @@ class SpreadsheetTest : public ::testing::Test {
     void expectNoMessage() { EXPECT_TRUE(context.headless.desktop.Messages().empty()); }
 
     SpreadsheetContext context;
+    // Off, the system starts every instance itself, or finds none.
+    bool startsAhead = true;
 
   private:
+    void startAhead(const std::wstring& fileName) const {
+        if (startsAhead && clsFileSytem::IsExcelFile(fileName) && spreadsheetProcesses().empty())
+            offerSpreadsheet();
+    }
+
     // With letters in its name that are no ASCII.
     std::filesystem::path folder_ = std::filesystem::temp_directory_path() /
                                     (L"R\u00E4ume " + std::to_wstring(GetCurrentProcessId()));

@@ -125,8 +125,8 @@ class BlockAccess {
 
 class ComWorksheet : public Worksheet {
   public:
-    ComWorksheet(ComObject sheet, bool namesItsForms)
-        : sheet_(std::move(sheet)), namesItsForms_(namesItsForms) {}
+    ComWorksheet(ComObject application, ComObject sheet)
+        : application_(std::move(application)), sheet_(std::move(sheet)) {}
 
     CellValue Value(int row, int column) override {
         return toCell(range({row, column, 1, 1}).Get(L"Value").raw());
@@ -166,8 +166,11 @@ class ComWorksheet : public Worksheet {
         range(cells).Put(L"NumberFormat", ComVariant(format));
     }
     void SaveAs(const std::wstring& fileName) override {
+        const std::wstring version = application_.Get(L"Version").toText();
+        const bool namesItsForms =
+            std::wcstol(version.c_str(), nullptr, 10) >= firstVersionWithForms;
         const ComVariant name(fileName);
-        const ComVariant form(namesItsForms_ ? workbookForm : ownWorkbookForm);
+        const ComVariant form(namesItsForms ? workbookForm : ownWorkbookForm);
         sheet_.Call(L"SaveAs", {&name, &form});
     }
 
@@ -177,29 +180,29 @@ class ComWorksheet : public Worksheet {
         return sheet_.ObjectOf(L"range", L"Range", {&address});
     }
 
+    ComObject application_;
     ComObject sheet_;
-    bool namesItsForms_;
 };
 
 class ComWorkbook : public SpreadsheetWorkbook {
   public:
-    ComWorkbook(ComObject workbook, bool namesItsForms)
-        : workbook_(std::move(workbook)), namesItsForms_(namesItsForms) {}
+    ComWorkbook(ComObject application, ComObject workbook)
+        : application_(std::move(application)), workbook_(std::move(workbook)) {}
 
     std::unique_ptr<Worksheet> ActiveSheet() override {
-        return std::make_unique<ComWorksheet>(workbook_.ObjectOf(L"worksheet", L"ActiveSheet"),
-                                              namesItsForms_);
+        return std::make_unique<ComWorksheet>(application_,
+                                              workbook_.ObjectOf(L"worksheet", L"ActiveSheet"));
     }
     std::unique_ptr<Worksheet> AddWorksheet() override {
         return std::make_unique<ComWorksheet>(
-            workbook_.ObjectOf(L"worksheets", L"Worksheets").CallObject(L"worksheet", L"Add"),
-            namesItsForms_);
+            application_,
+            workbook_.ObjectOf(L"worksheets", L"Worksheets").CallObject(L"worksheet", L"Add"));
     }
     void Save() override { workbook_.Call(L"Save"); }
 
   private:
+    ComObject application_;
     ComObject workbook_;
-    bool namesItsForms_;
 };
 
 class ComSpreadsheetApplication : public SpreadsheetApplication {
@@ -212,22 +215,18 @@ class ComSpreadsheetApplication : public SpreadsheetApplication {
     void DisplayAlerts(bool on) override { application_.Put(L"DisplayAlerts", ComVariant(on)); }
     std::unique_ptr<SpreadsheetWorkbook> OpenWorkbook(const std::wstring& fileName) override {
         const ComVariant name(fileName);
-        return workbook(workbooks().CallObject(L"workbook", L"Open", {&name}));
+        return std::make_unique<ComWorkbook>(application_,
+                                             workbooks().CallObject(L"workbook", L"Open", {&name}));
     }
     std::unique_ptr<SpreadsheetWorkbook> AddWorkbook() override {
-        return workbook(workbooks().CallObject(L"workbook", L"Add"));
+        return std::make_unique<ComWorkbook>(application_,
+                                             workbooks().CallObject(L"workbook", L"Add"));
     }
     void CloseWorkbooks() override { workbooks().Call(L"Close"); }
     void Quit() override { application_.Call(L"Quit"); }
 
   private:
     ComObject workbooks() { return application_.ObjectOf(L"workbooks", L"Workbooks"); }
-    std::unique_ptr<SpreadsheetWorkbook> workbook(ComObject opened) {
-        const std::wstring version = application_.Get(L"Version").toText();
-        const bool namesItsForms =
-            std::wcstol(version.c_str(), nullptr, 10) >= firstVersionWithForms;
-        return std::make_unique<ComWorkbook>(std::move(opened), namesItsForms);
-    }
 
     ComObject application_;
 };

@@ -1,6 +1,7 @@
 #include "platform/win32/Win32Control.h"
 
 #include "platform/win32/Dpi.h"
+#include "platform/win32/MessageHook.h"
 #include "platform/win32/Win32Desktop.h"
 #include "platform/win32/Win32Form.h"
 
@@ -8,8 +9,6 @@
 
 namespace kalvrooms::Gui {
 namespace {
-
-constexpr UINT_PTR subclassIdentity = 1;
 
 bool highContrast() {
     HIGHCONTRASTW state{};
@@ -34,21 +33,20 @@ COLORREF LegibleColour(Colour colour, COLORREF background, int themeText) {
 
 Win32Control::~Win32Control() {
     if (window_)
-        RemoveWindowSubclass(window_, procedure, subclassIdentity);
+        UnhookMessages(window_);
 }
 
 void Win32Control::Attach(HWND window) {
     window_ = window;
-    SetWindowSubclass(window, procedure, subclassIdentity, reinterpret_cast<DWORD_PTR>(this));
+    HookMessages(window, procedure, this);
 }
 
-LRESULT CALLBACK Win32Control::procedure(HWND window, UINT message, WPARAM word, LPARAM data,
-                                         UINT_PTR identity, DWORD_PTR reference) {
-    auto& self = *reinterpret_cast<Win32Control*>(reference);
+LRESULT Win32Control::procedure(HWND window, UINT message, WPARAM word, LPARAM data,
+                                void* reference) {
+    auto& self = *static_cast<Win32Control*>(reference);
     if (message == WM_NCDESTROY) {
-        RemoveWindowSubclass(window, procedure, identity);
         self.window_ = nullptr;
-        return DefSubclassProc(window, message, word, data);
+        return CallOwnProcedure(window, message, word, data);
     }
     return self.HandleMessage(message, word, data);
 }
@@ -61,7 +59,7 @@ LRESULT Win32Control::HandleMessage(UINT message, WPARAM word, LPARAM data) {
             return TRUE;
         break;
     case WM_SETFOCUS: {
-        const LRESULT result = DefSubclassProc(window, message, word, data);
+        const LRESULT result = CallOwnProcedure(window, message, word, data);
         if (window_)
             form_.FocusArrived(*this);
         return result;
@@ -69,7 +67,7 @@ LRESULT Win32Control::HandleMessage(UINT message, WPARAM word, LPARAM data) {
     default:
         break;
     }
-    return DefSubclassProc(window, message, word, data);
+    return CallOwnProcedure(window, message, word, data);
 }
 
 bool Win32Control::OnCommand(WORD) {

@@ -83,8 +83,7 @@ class Win32Control : public virtual Control {
     static int& pick(Box& box, Edge edge);
     Twips place(Edge edge) const;
     void place(Edge edge, Twips value);
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM word, LPARAM data,
-                                      UINT_PTR identity, DWORD_PTR reference);
+    static LRESULT procedure(HWND window, UINT message, WPARAM word, LPARAM data, void* reference);
 
     Win32Form& form_;
     HWND window_ = nullptr;

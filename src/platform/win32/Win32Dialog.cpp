@@ -2,6 +2,7 @@
 
 #include "platform/win32/DialogTemplate.h"
 #include "platform/win32/Dpi.h"
+#include "platform/win32/MessageHook.h"
 #include "platform/win32/Win32Desktop.h"
 #include "platform/win32/Win32TabStrip.h"
 
@@ -12,8 +13,6 @@
 
 namespace kalvrooms::Gui {
 namespace {
-
-constexpr UINT_PTR pageIdentity = 3;
 
 // Everything is handled before the dialog procedure; the focus is set when the form is shown.
 INT_PTR CALLBACK nothingLeft(HWND, UINT, WPARAM, LPARAM) {
@@ -72,19 +71,16 @@ void Win32Dialog::addPages() {
             throw std::runtime_error("a tab page cannot be created");
         followDpiOurselves(page);
         EnableThemeDialogTexture(page, ETDT_ENABLETAB);
-        SetWindowSubclass(page, pageProcedure, pageIdentity, reinterpret_cast<DWORD_PTR>(this));
+        HookMessages(page, pageProcedure, this);
         pages_.push_back(page);
     }
 }
 
-LRESULT CALLBACK Win32Dialog::pageProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
-                                            UINT_PTR identity, DWORD_PTR reference) {
-    auto& dialog = *reinterpret_cast<Win32Dialog*>(reference);
+LRESULT Win32Dialog::pageProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
+                                   void* reference) {
+    auto& dialog = *static_cast<Win32Dialog*>(reference);
     LRESULT result = 0;
     switch (message) {
-    case WM_NCDESTROY:
-        RemoveWindowSubclass(window, pageProcedure, identity);
-        break;
     case WM_SETCURSOR:
         if (dialog.Desktop().ShowPointer())
             return TRUE;
@@ -94,7 +90,7 @@ LRESULT CALLBACK Win32Dialog::pageProcedure(HWND window, UINT message, WPARAM wo
             return result;
         break;
     }
-    return DefSubclassProc(window, message, word, data);
+    return CallOwnProcedure(window, message, word, data);
 }
 
 // The report's rows stand a quarter of an inch apart, whatever the font is; what follows them

@@ -20,8 +20,8 @@ class Win32Dialog : public Win32Form {
   private:
     void addPages();
     void stackReportRows();
-    static LRESULT CALLBACK pageProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
-                                          UINT_PTR identity, DWORD_PTR reference);
+    static LRESULT pageProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
+                                 void* reference);
 
     std::vector<HWND> pages_;
     Win32TabStrip* tabs_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include "platform/win32/ControlFactory.h"
 #include "platform/win32/Dpi.h"
+#include "platform/win32/MessageHook.h"
 #include "platform/win32/Win32Buttons.h"
 #include "platform/win32/Win32Desktop.h"
 #include "platform/win32/Win32Fields.h"
@@ -404,7 +405,7 @@ bool Win32Form::Reflect(HWND parent, UINT message, WPARAM word, LPARAM data, LRE
         if (!control)
             return false;
         const auto standard =
-            reinterpret_cast<HBRUSH>(DefSubclassProc(parent, message, word, data));
+            reinterpret_cast<HBRUSH>(CallOwnProcedure(parent, message, word, data));
         result =
             reinterpret_cast<LRESULT>(control->OnColour(reinterpret_cast<HDC>(word), standard));
         return true;
@@ -437,7 +438,7 @@ LRESULT Win32Form::HandleMessage(UINT message, WPARAM word, LPARAM data) {
         break;
     case WM_SIZE: {
         const std::weak_ptr<bool> alive = alive_;
-        result = DefSubclassProc(window, message, word, data);
+        result = CallOwnProcedure(window, message, word, data);
         if (!alive.expired() && shown_ && Resize)
             Raise(Resize);
         return result;
@@ -451,7 +452,7 @@ LRESULT Win32Form::HandleMessage(UINT message, WPARAM word, LPARAM data) {
         menuBar_.WindowGone();
         break;
     case WM_SETFOCUS:
-        return DefSubclassProc(window, message, word, data);
+        return CallOwnProcedure(window, message, word, data);
     default:
         if (Reflect(window, message, word, data, result))
             return result;
