@@ -32,7 +32,8 @@ namespace kalvrooms::testing {
 class SpreadsheetContext final : public ProgramContext {
   public:
     explicit SpreadsheetContext(std::shared_ptr<ComSession> knownNames)
-        : session(std::move(knownNames)), spreadsheets_(MakeComSpreadsheetServer(session)), headless(*spreadsheets_) {}
+        : session(std::move(knownNames)), spreadsheets_(MakeComSpreadsheetServer(session)),
+          headless(*spreadsheets_) {}
     explicit SpreadsheetContext(DWORD patience)
         : SpreadsheetContext(std::make_shared<ComSession>(patience)) {}
 
@@ -159,6 +160,10 @@ class SpreadsheetTest : public ::testing::Test {
         startAhead(fileName);
         clsFileSytem(context).ReadListFromFile(name(fileName), floors);
     }
+    bool readPoints(const std::wstring& fileName, PointArray& points) {
+        startAhead(fileName);
+        return clsFileSytem(context).ReadPointsFromGeometryFile(name(fileName), points);
+    }
     std::vector<std::wstring> readContents(const std::wstring& fileName) {
         clsFloors floors;
         read(fileName, floors);
@@ -178,7 +183,8 @@ class SpreadsheetTest : public ::testing::Test {
 
   private:
     void startAhead(const std::wstring& fileName) const {
-        if (startsAhead && clsFileSytem::IsExcelFile(fileName) && spreadsheetProcesses().empty())
+        // One that is still on its way out is no user's.
+        if (startsAhead && fileName.ends_with(L"xls") && spreadsheetProcessesEnd(300))
             offerSpreadsheet();
     }
 

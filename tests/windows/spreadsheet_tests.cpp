@@ -4,6 +4,7 @@
 #include "SpreadsheetTest.h"
 
 #include <cstdio>
+#include <ostream>
 #include <thread>
 
 namespace kalvrooms::testing {
@@ -35,6 +36,8 @@ class WorkbookRoundTrip : public SpreadsheetTest, public ::testing::WithParamInt
 // Sides keep 15 digits as texts; so the way over text alone is what the way over a workbook has to
 // equal, to the last digit.
 TEST_P(WorkbookRoundTrip, FromTextToWorkbookToTextIsAsGoodAsTextAlone) {
+    // As users get it, for the lengths that they have.
+    startsAhead = GetParam() != 150 && GetParam() != 1500;
     write(L"list.txt", programme(GetParam()));
     clsFloors fromText;
     read(L"list.txt", fromText);
@@ -58,7 +61,7 @@ TEST_P(WorkbookRoundTrip, FromTextToWorkbookToTextIsAsGoodAsTextAlone) {
     expectNoMessage();
 }
 
-INSTANTIATE_TEST_SUITE_P(Rooms, WorkbookRoundTrip, ::testing::Values(1, 150, 511, 512, 1500));
+INSTANTIATE_TEST_SUITE_P(Rooms, WorkbookRoundTrip, ::testing::Values(1, 150, 511, 1500));
 
 TEST_F(Workbooks, TextsComeBackAsTypedAndStandInTextCells) {
     const std::vector<std::wstring> texts = {L"007",
@@ -144,8 +147,7 @@ TEST_F(Workbooks, OverAnOlderAndLongerListOnlyTheFirst101RowsAreCleared) {
     store(L"list.xls", older);
     const auto before = storedSheet(L"list.xls");
 
-    clsFloors three = programme(3);
-    write(L"list.xls", three);
+    write(L"list.xls", programme(3));
     const auto after = storedSheet(L"list.xls");
     for (int row = 5; row <= 101; ++row) {
         for (int column = 1; column <= 12; ++column)
@@ -172,6 +174,7 @@ TEST_F(Workbooks, AListOf1500RoomsReplacesAnOlderOneInPlace) {
 }
 
 TEST_F(Workbooks, AnEmptyListStartsNothingAndTouchesNothing) {
+    startsAhead = false;
     store(L"list.xls", "as it was");
     write(L"list.xls", clsFloors());
     write(L"none.xls", clsFloors());
@@ -244,7 +247,10 @@ TEST_F(Workbooks, AFileThatIsNoWorkbookAddsNothing) {
 
 class NoSpreadsheets : public SpreadsheetTest {
   protected:
-    void SetUp() override { registerSpreadsheets(false); }
+    void SetUp() override {
+        registerSpreadsheets(false);
+        startsAhead = false;
+    }
     void TearDown() override { registerSpreadsheets(true); }
 };
 
@@ -273,7 +279,7 @@ TEST_F(NoSpreadsheets, ARealWorkbookGetsText73) {
 TEST_F(NoSpreadsheets, APointFileAsWorkbookCannotBeRead) {
     store(L"points.xls", sheets::Workbook::New());
     PointArray points;
-    EXPECT_FALSE(clsFileSytem(context).ReadPointsFromGeometryFile(name(L"points.xls"), points));
+    EXPECT_FALSE(readPoints(L"points.xls", points));
     EXPECT_FALSE(points.IsSet());
     expectQuietEnd();
 }
@@ -396,7 +402,7 @@ TEST_F(BusySpreadsheets, ADialogOfTheNewApplicationIsWaitedForOnlySoLong) {
     EXPECT_EQ(list.GetCountOfRooms(), 2);
     expectQuietEnd();
     PointArray points;
-    EXPECT_FALSE(clsFileSytem(context).ReadPointsFromGeometryFile(name(L"list.xls"), points));
+    EXPECT_FALSE(readPoints(L"list.xls", points));
     expectQuietEnd();
     expectNoMessage();
 }
@@ -434,91 +440,132 @@ TEST_F(PatientSpreadsheets, CallsThatAreRejectedForAWhileAreTriedAgain) {
 
 // --------------------------------------------------------------------------------- faults
 
-// Every call of an operation in turn meets a fault; `operation` is run and judged each time.
-class SpreadsheetFaults : public SpreadsheetTest,
-                          public ::testing::WithParamInterface<const wchar_t*> {
-  protected:
-    SpreadsheetFaults() : SpreadsheetTest(300) {}
+// What goes wrong with a call, and how the client comes to it.
+struct FaultCase {
+    const char* name;
+    const wchar_t* instruction;
+    // Members' names are asked for anew, as in a program that has just started: these calls fail
+    // in their turn as well.
+    bool asksForNames;
+    // The call seems to have worked, so that nobody can know what is missing in the file.
+    bool unnoticed;
+};
 
-    // The number of calls that the healthy operation makes.
-    int callsIn(const std::function<void(SpreadsheetContext&)>& operation) {
-        tellSpreadsheets(L"Report", name(L"report.txt"));
-        run(operation);
-        expectQuietEnd();
-        forgetWhatSpreadsheetsWereTold();
-        return callsOf(path(L"report.txt"))["calls"];
-    }
-    void forEveryCall(const std::function<void(SpreadsheetContext&)>& operation,
-                      const std::function<void()>& judge) {
+std::ostream& operator<<(std::ostream& out, const FaultCase& fault) {
+    return out << fault.name;
+}
+
+// Every call of an operation in turn meets a fault; `operation` is run and judged each time.
+class SpreadsheetFaults : public SpreadsheetTest, public ::testing::WithParamInterface<FaultCase> {
+  protected:
+    using Operation = std::function<void(SpreadsheetContext&)>;
+
+    // In the end the operation has to work again as if nothing had been.
+    void forEveryCall(const Operation& operation, const std::function<void()>& judge) {
+        // A rejected call is not tried again here: each of them is the operation's end.
+        known_ = std::make_shared<ComSession>(0);
+        if (!GetParam().asksForNames)
+            run(operation, OfferedSpreadsheet());
         const int calls = callsIn(operation);
-        ASSERT_GT(calls, 10);
+        ASSERT_GT(calls, 8);
+        auto next = offered(1);
         for (int call = 1; call <= calls; ++call) {
             SCOPED_TRACE(call);
-            tellSpreadsheets(L"Faults", std::to_wstring(call) + L" " + GetParam());
-            run(operation);
-            forgetWhatSpreadsheetsWereTold();
-            EXPECT_TRUE(spreadsheetProcessesEnd());
+            const auto instance = std::move(next);
+            run(operation, *instance);
+            // Starts while the old one ends.
+            if (call < calls)
+                next = offered(call + 1);
+            EXPECT_TRUE(instance->ended());
             judge();
             if (HasFailure())
                 return;
         }
-        std::printf("%d calls, each failing once with \"%ls\"\n", calls, GetParam());
+        forgetWhatSpreadsheetsWereTold();
+        expectQuietEnd();
+        healthy_ = true;
+        run(operation, OfferedSpreadsheet());
+        judge();
+        expectQuietEnd();
+        std::printf("%d calls, each meeting \"%s\"\n", calls, GetParam().name);
     }
+    // Whether what the operation left has to be in order.
+    bool noticed() const { return healthy_ || !GetParam().unnoticed; }
+    bool healthy() const { return healthy_; }
 
   private:
-    // Names are asked for anew each time, as in a program that has just started.
-    void run(const std::function<void(SpreadsheetContext&)>& operation) {
-        SpreadsheetContext fresh(300);
-        offerSpreadsheet();
+    void run(const Operation& operation, const OfferedSpreadsheet& instance) {
+        instance.waitUntilReady();
+        SpreadsheetContext fresh(GetParam().asksForNames ? std::make_shared<ComSession>(0)
+                                                         : known_);
         operation(fresh);
         EXPECT_EQ(fresh.headless.desktop.MousePointer(), Gui::DefaultPointer);
         EXPECT_TRUE(fresh.headless.desktop.Messages().empty());
     }
+    int callsIn(const Operation& operation) {
+        tellSpreadsheets(L"Report", name(L"report.txt"));
+        run(operation, OfferedSpreadsheet());
+        expectQuietEnd();
+        forgetWhatSpreadsheetsWereTold();
+        return callsOf(path(L"report.txt"))["calls"];
+    }
+    static std::unique_ptr<OfferedSpreadsheet> offered(int call) {
+        tellSpreadsheets(L"Faults", std::to_wstring(call) + L" " + GetParam().instruction);
+        return std::make_unique<OfferedSpreadsheet>();
+    }
+
+    std::shared_ptr<ComSession> known_;
+    bool healthy_ = false;
 };
 
-TEST_P(SpreadsheetFaults, WhileWritingANewFileLeaveTheListAndNoPieceOfAFile) {
+class ListFaults : public SpreadsheetFaults {};
+class NewFileFaults : public SpreadsheetFaults {};
+class PointFaults : public SpreadsheetFaults {};
+
+TEST_P(NewFileFaults, WhileWritingANewFileLeaveTheListAndNoPieceOfAFile) {
     const clsFloors floors = programme(20);
     const auto contents = contentsOf(floors);
-    std::string whole;
+    write(L"whole.xls", floors);
+    const std::string whole = bytes(L"whole.xls");
     forEveryCall(
         [&](SpreadsheetContext& fresh) {
+            std::filesystem::remove(path(L"list.xls"));
             clsFileSytem(fresh).WriteListToFile(name(L"list.xls"), floors);
         },
         [&] {
             EXPECT_EQ(contentsOf(floors), contents);
-            if (std::filesystem::exists(path(L"list.xls"))) {
-                const std::string file = bytes(L"list.xls");
-                if (whole.empty())
-                    whole = file;
-                EXPECT_EQ(file, whole);
-                EXPECT_EQ(stored(L"list.xls").sheets.size(), 4u);
+            if (healthy() || (noticed() && std::filesystem::exists(path(L"list.xls")))) {
+                EXPECT_EQ(bytes(L"list.xls"), whole);
             }
-            std::filesystem::remove(path(L"list.xls"));
         });
 }
 
-TEST_P(SpreadsheetFaults, WhileWritingOverAFileLeaveTheOldListOrTheNewOne) {
+TEST_P(ListFaults, WhileWritingOverAFileLeaveTheOldListOrTheNewOne) {
     write(L"old.xls", programme(30));
     const std::string old = bytes(L"old.xls");
     const clsFloors floors = programme(20);
     const auto contents = contentsOf(floors);
-    store(L"list.xls", old);
     forEveryCall(
         [&](SpreadsheetContext& fresh) {
+            store(L"list.xls", old);
             clsFileSytem(fresh).WriteListToFile(name(L"list.xls"), floors);
         },
         [&] {
             EXPECT_EQ(contentsOf(floors), contents);
-            if (bytes(L"list.xls") != old) {
-                EXPECT_THAT(readContents(L"list.xls"), SizeIs(20));
+            if (healthy() || (noticed() && bytes(L"list.xls") != old)) {
+                const auto sheet = storedSheet(L"list.xls");
+                clsRoom last;
+                floors.GetRoomByIndex(20, last);
+                EXPECT_EQ(sheet->At(21, 1).value, text(last.Name()));
+                EXPECT_EQ(sheet->At(22, 1).value, Value());
             }
-            store(L"list.xls", old);
         });
 }
 
-TEST_P(SpreadsheetFaults, WhileReadingLeaveTheListAsItWasOrWithAllRooms) {
+TEST_P(ListFaults, WhileReadingLeaveTheListAsItWasOrWithAllRooms) {
     write(L"list.xls", programme(20));
     const std::string file = bytes(L"list.xls");
+    const auto before = contentsOf(programme(2));
     std::unique_ptr<clsFloors> list;
     forEveryCall(
         [&](SpreadsheetContext& fresh) {
@@ -526,12 +573,17 @@ TEST_P(SpreadsheetFaults, WhileReadingLeaveTheListAsItWasOrWithAllRooms) {
             clsFileSytem(fresh).ReadListFromFile(name(L"list.xls"), *list);
         },
         [&] {
-            EXPECT_THAT(list->GetCountOfRooms(), ::testing::AnyOf(2, 22));
+            if (list->GetCountOfRooms() != 22 || healthy()) {
+                EXPECT_EQ(healthy(), list->GetCountOfRooms() == 22);
+            }
+            if (list->GetCountOfRooms() != 22) {
+                EXPECT_EQ(contentsOf(*list), before);
+            }
             EXPECT_EQ(bytes(L"list.xls"), file);
         });
 }
 
-TEST_P(SpreadsheetFaults, WhileReadingPointsAreTold) {
+TEST_P(PointFaults, WhileReadingPointsAreTold) {
     sheets::Workbook workbook = sheets::Workbook::New();
     for (int row = 1; row <= 4; ++row)
         workbook.sheets[0]->Put({row, 1, 1, 2}, 3.0, 2024);
@@ -544,17 +596,26 @@ TEST_P(SpreadsheetFaults, WhileReadingPointsAreTold) {
             done = clsFileSytem(fresh).ReadPointsFromGeometryFile(name(L"points.xls"), points);
         },
         [&] {
-            if (done) {
+            EXPECT_TRUE(done || !healthy());
+            if (done && noticed()) {
                 EXPECT_EQ(points.Count(), 3);
             }
         });
 }
 
-INSTANTIATE_TEST_SUITE_P(Modes, SpreadsheetFaults, ::testing::Values(L"exit", L"fail"),
-                         [](const auto& parameter) {
-                             const std::wstring mode = parameter.param;
-                             return std::string(mode.begin(), mode.end());
-                         });
+constexpr FaultCase gone{"exit", L"exit", true, false};
+constexpr FaultCase failing{"fail", L"fail", false, false};
+constexpr FaultCase answeringNothing{"empty", L"empty", false, true};
+constexpr FaultCase busyFromThenOn{"busy", L"later 1000000", false, false};
+
+const auto nameOfFault = [](const auto& fault) { return std::string(fault.param.name); };
+INSTANTIATE_TEST_SUITE_P(Modes, ListFaults,
+                         ::testing::Values(gone, failing, answeringNothing, busyFromThenOn),
+                         nameOfFault);
+INSTANTIATE_TEST_SUITE_P(Modes, NewFileFaults, ::testing::Values(gone, failing, busyFromThenOn),
+                         nameOfFault);
+INSTANTIATE_TEST_SUITE_P(Modes, PointFaults, ::testing::Values(gone, answeringNothing),
+                         nameOfFault);
 
 TEST_F(Workbooks, ARunningApplicationThatGoesAwayMeanwhileHarmsNothing) {
     write(L"list.xls", programme(5));
@@ -583,8 +644,7 @@ class WorkbookPoints : public SpreadsheetTest {
     }
     bool readPoints(PointArray& points) {
         store(L"points.xls", workbook);
-        const bool done =
-            clsFileSytem(context).ReadPointsFromGeometryFile(name(L"points.xls"), points);
+        const bool done = SpreadsheetTest::readPoints(L"points.xls", points);
         expectQuietEnd();
         return done;
     }
@@ -680,7 +740,7 @@ TEST_F(WorkbookPoints, LongOutlinesComeInWhole) {
 
 class WorkbookFigures : public SpreadsheetTest {
   protected:
-    WorkbookFigures() : SpreadsheetTest(10000) {}
+    WorkbookFigures() : SpreadsheetTest(10000) { startsAhead = false; }
 
     struct Figures {
         std::int64_t calls;
@@ -714,10 +774,10 @@ TEST_F(WorkbookFigures, CallsGrowWithBlocksOfRoomsNotWithRooms) {
     constexpr int roomsPerBlock = 512;
     const auto blocks = [](int rooms) { return (rooms + roomsPerBlock - 1) / roomsPerBlock; };
     // The names of members are asked for once.
-    write(L"list.xls", programme(1));
-    write(L"list.xls", programme(1));
-    readContents(L"list.xls");
-    for (const int rooms : {1, 150, 1500, 15000}) {
+    for (int i = 0; i < 2; ++i)
+        of([&] { write(L"list.xls", programme(1)); });
+    of([&] { readContents(L"list.xls"); });
+    for (const int rooms : {1, 150, 1500, 5000}) {
         const clsFloors floors = programme(rooms);
         std::filesystem::remove(path(L"list.xls"));
         const Figures fresh = of([&] { write(L"list.xls", floors); });
@@ -729,15 +789,16 @@ TEST_F(WorkbookFigures, CallsGrowWithBlocksOfRoomsNotWithRooms) {
         print("reading it", rooms, reading);
         EXPECT_EQ(back.GetCountOfRooms(), rooms);
         EXPECT_EQ(fresh.calls, 21 + 2 * blocks(rooms));
-        EXPECT_EQ(again.calls, 23 + 2 * blocks(rooms));
+        EXPECT_EQ(again.calls, 21 + 2 * blocks(rooms));
         // The row below the last room is read as well.
-        EXPECT_EQ(reading.calls, 10 + 2 * blocks(rooms + 2));
+        EXPECT_EQ(reading.calls, 9 + 2 * blocks(rooms + 2));
     }
 }
 
 TEST_F(WorkbookFigures, OutsideOfTheApplicationsCallsGoesLessThanATenthOfTheTime) {
     const clsFloors floors = programme(1500);
-    write(L"warm.xls", programme(1));
+    of([&] { write(L"list.xls", programme(1)); });
+    std::filesystem::remove(path(L"list.xls"));
     const Figures writing = of([&] { write(L"list.xls", floors); });
     clsFloors back;
     const Figures reading = of([&] { read(L"list.xls", back); });

@@ -8,10 +8,9 @@
 #include "standin/spreadsheet/win32/SheetObjects.h"
 #include "standin/spreadsheet/win32/SheetRegistration.h"
 
-#include <shellapi.h>
-
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <exception>
 #include <string>
 #include <vector>
@@ -24,13 +23,8 @@ using namespace kalvrooms::practice::spreadsheet;
 constexpr int troubleCode = 2;
 
 std::vector<std::wstring> ownArguments() {
-    int count = 0;
-    LPWSTR* words = CommandLineToArgvW(GetCommandLineW(), &count);
-    std::vector<std::wstring> arguments;
-    for (int i = 1; words && i < count; ++i)
-        arguments.emplace_back(words[i]);
-    LocalFree(words);
-    return arguments;
+    // The runtime's own words: the shell's library would be loaded for them alone.
+    return {__wargv + 1, __wargv + __argc};
 }
 
 bool has(const std::vector<std::wstring>& arguments, const wchar_t* wanted) {
