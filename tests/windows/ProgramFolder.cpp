@@ -78,6 +78,9 @@ std::wstring fromAnsi(const std::string& bytes) {
 // --- the folder ---------------------------------------------------------------------------------
 
 ProgramFolder::ProgramFolder() : folder_(std::filesystem::temp_directory_path() / freshName()) {
+    // A run that was broken off may have left one of that name.
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
     std::filesystem::create_directories(folder_);
     const std::filesystem::path bin = binFolder();
     const std::filesystem::path aids = bin / L"test-libraries";

@@ -302,8 +302,6 @@ HRESULT ComObject::retried(ComSession& session, Step step) {
         waitServingMessages(wait);
         result = step();
     }
-    if (!isRejected(result))
-        session.patience_ = session.fullPatience_;
     session.lastCall_ = std::chrono::steady_clock::now();
     return result;
 }
@@ -415,6 +413,10 @@ ComVariant ComObject::invoke(const wchar_t* member, WORD flags,
         }
         return outcome;
     });
+    // Who answers is not busy any more. (Making an object shows nothing: a server may do that while
+    // it rejects every call.)
+    if (!isRejected(result))
+        session_->patience_ = session_->fullPatience_;
     if (result == DISP_E_EXCEPTION)
         throw errorOf(serverCode, description);
     if (FAILED(result))
