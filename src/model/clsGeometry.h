@@ -2,6 +2,7 @@
 // How the ground plan of a room comes about: from a side length, from the ratio of the sides, or
 // from a polygon in a point file. Lengths in metres, areas in square metres.
 
+#include <memory>
 #include <string>
 
 namespace kalvrooms {
@@ -14,6 +15,8 @@ inline const std::wstring CalculationByFile = L"CalculationByFile";
 
 class clsGeometry {
   public:
+    clsGeometry();
+
     // Stored unchanged and unchecked.
     void SetTypeAndValue(const std::wstring& type, const std::wstring& value);
     void GetTypeAndValue(std::wstring& type, std::wstring& value) const;
@@ -45,7 +48,10 @@ class clsGeometry {
     // The value as a number, with the lasting fall-back to the ratio type.
     double valueForSides();
 
-    std::wstring calculationType_;
+    void type(const std::wstring& word);
+
+    // The known words are shared by all rooms. Never null.
+    std::shared_ptr<const std::wstring> calculationType_;
     std::wstring calculationValue_;
     double area_ = 0.0;
     bool default_ = false;

@@ -26,92 +26,96 @@ std::size_t trailingNumberLength(const std::wstring& name) {
 clsRoom::clsRoom() : Geometry(std::make_shared<clsGeometry>()) {
     Geometry->SetTypeAndValue(CalculationByRatio, L" 1");
     Geometry->Area(16.0);
+    texts_.Set(NameText, L"1");
+    texts_.Set(StoryCodeText, L"EG");
 }
 
 void clsRoom::SetRoomID(const std::wstring& key) {
     const std::size_t hyphen = key.find(L'-');
     if (key.size() < 3 || hyphen == std::wstring::npos) {
         componentID_ = -1;
-        fileID_.clear();
+        texts_.Set(FileIDText, {});
         return;
     }
     componentID_ = ToLong(Trim(key.substr(0, hyphen)));
-    fileID_ = key.substr(hyphen + 1);
+    texts_.Set(FileIDText, std::wstring_view(key).substr(hyphen + 1));
 }
 
 std::wstring clsRoom::GetRoomID() const {
-    if (componentID_ < 0 || Trim(fileID_).empty()) {
+    const std::wstring fileID = FileID();
+    if (componentID_ < 0 || Trim(fileID).empty()) {
         return {};
     }
-    return FromLong(componentID_) + L"-" + fileID_;
+    return FromLong(componentID_) + L"-" + fileID;
 }
 
 std::wstring clsRoom::Name() const {
-    return name_;
+    return text(NameText);
 }
 
 void clsRoom::Name(const std::wstring& text) {
-    name_ = Trim(text);
+    texts_.Set(NameText, Trim(text));
 }
 
 void clsRoom::IncrementRoomNumber() {
-    if (name_.empty()) {
-        name_ = FromLong(AddLong(id_, 1));
+    const std::wstring name = Name();
+    if (name.empty()) {
+        texts_.Set(NameText, FromLong(AddLong(id_, 1)));
         return;
     }
-    if (IsNumeric(name_)) {
-        if (name_.size() < 10) {
-            name_ = FromLong(AddLong(ToLong(name_), 1));
+    if (IsNumeric(name)) {
+        if (name.size() < 10) {
+            texts_.Set(NameText, FromLong(AddLong(ToLong(name), 1)));
         }
         return;
     }
-    const std::size_t length = trailingNumberLength(name_);
+    const std::size_t length = trailingNumberLength(name);
     if (length > mostTrailingCharacters) {
         return;
     }
-    const std::size_t kept = name_.size() - length;
-    const std::int32_t next = length > 0 ? AddLong(ToLong(name_.substr(kept)), 1) : AddLong(id_, 1);
-    name_ = name_.substr(0, kept) + FromLong(next);
+    const std::size_t kept = name.size() - length;
+    const std::int32_t next = length > 0 ? AddLong(ToLong(name.substr(kept)), 1) : AddLong(id_, 1);
+    texts_.Set(NameText, name.substr(0, kept) + FromLong(next));
 }
 
 std::wstring clsRoom::FunctionName() const {
-    return functionName_;
+    return text(FunctionNameText);
 }
 
 void clsRoom::FunctionName(const std::wstring& text) {
-    functionName_ = Trim(text);
+    texts_.Set(FunctionNameText, Trim(text));
 }
 
 std::wstring clsRoom::StoryCode() const {
-    return storyCode_;
+    return text(StoryCodeText);
 }
 
 void clsRoom::StoryCode(const std::wstring& text) {
-    storyCode_ = Trim(text);
+    texts_.Set(StoryCodeText, Trim(text));
 }
 
 std::wstring clsRoom::Enclosure() const {
-    return enclosure_;
+    return text(EnclosureText);
 }
 
 void clsRoom::Enclosure(const std::wstring& text) {
-    enclosure_ = Trim(text);
+    texts_.Set(EnclosureText, Trim(text));
 }
 
 std::wstring clsRoom::Occupancy() const {
-    return occupancy_;
+    return text(OccupancyText);
 }
 
 void clsRoom::Occupancy(const std::wstring& text) {
-    occupancy_ = Trim(text);
+    texts_.Set(OccupancyText, Trim(text));
 }
 
 std::wstring clsRoom::AreaType() const {
-    return areaType_;
+    return text(AreaTypeText);
 }
 
 void clsRoom::AreaType(const std::wstring& text) {
-    areaType_ = Trim(text);
+    texts_.Set(AreaTypeText, Trim(text));
 }
 
 bool clsRoom::IsNew() const {
@@ -139,11 +143,11 @@ void clsRoom::ComponentID(std::int32_t value) {
 }
 
 std::wstring clsRoom::FileID() const {
-    return fileID_;
+    return text(FileIDText);
 }
 
 void clsRoom::FileID(const std::wstring& text) {
-    fileID_ = Trim(text);
+    texts_.Set(FileIDText, Trim(text));
 }
 
 std::int32_t clsRoom::FileNumber() const {

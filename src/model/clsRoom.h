@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "model/FieldTexts.h"
 #include "model/clsGeometry.h"
 
 namespace kalvrooms {
@@ -57,14 +58,21 @@ class clsRoom {
     void ProjectNumber(std::int32_t value);
 
   private:
-    std::wstring name_ = L"1";
-    std::wstring functionName_;
-    std::wstring storyCode_ = L"EG";
-    std::wstring enclosure_;
-    std::wstring occupancy_;
-    std::wstring areaType_;
+    enum Text : std::size_t {
+        NameText,
+        FunctionNameText,
+        StoryCodeText,
+        EnclosureText,
+        OccupancyText,
+        AreaTypeText,
+        FileIDText,
+        CountOfTexts
+    };
+
+    std::wstring text(Text number) const { return std::wstring(texts_.Get(number)); }
+
+    FieldTexts<CountOfTexts> texts_;
     std::int32_t fileNumber_ = -1;
-    std::wstring fileID_;
     std::int32_t componentID_ = -1;
     std::int32_t projectNumber_ = -1;
     std::int32_t id_ = 0;

@@ -117,6 +117,13 @@ std::size_t coloursOf(const std::string& pixels) {
     return colours.size();
 }
 
+// Pixels beside the usual place, so that two clicks one after the other are never a double click.
+int elsewhere() {
+    static bool aside = false;
+    aside = !aside;
+    return aside ? GetSystemMetrics(SM_CXDOUBLECLK) + 2 : 0;
+}
+
 void sendKey(WORD virtualKey, DWORD flags) {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
@@ -339,7 +346,8 @@ void QuartinoProcess::closeWithEnter(HWND messageBox) const {
 void QuartinoProcess::click(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
-    ui::clickAt(window, static_cast<int>(client.right) / 2, static_cast<int>(client.bottom) / 2);
+    ui::clickAt(window, static_cast<int>(client.right) / 2 + elsewhere(),
+                static_cast<int>(client.bottom) / 2);
 }
 
 void QuartinoProcess::clickCell(int row, int column, bool right, int times) const {
@@ -349,14 +357,14 @@ void QuartinoProcess::clickCell(int row, int column, bool right, int times) cons
     for (int i = 0; i < column; ++i)
         left +=
             static_cast<LONG>(SendMessageW(table_, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(i), 0));
-    ui::clickAt(table_, static_cast<int>(left) + 10, static_cast<int>(line.top + line.bottom) / 2,
-                right, times);
+    ui::clickAt(table_, static_cast<int>(left) + 10 + elsewhere(),
+                static_cast<int>(line.top + line.bottom) / 2, right, times);
 }
 
 void QuartinoProcess::clickHeader(int column, bool right) const {
     const auto header = reinterpret_cast<HWND>(SendMessageW(table_, LVM_GETHEADER, 0, 0));
     const RECT item = askRectangle(header, HDM_GETITEMRECT, static_cast<WPARAM>(column), {});
-    ui::clickAt(header, static_cast<int>(item.left + item.right) / 2,
+    ui::clickAt(header, static_cast<int>(item.left + item.right) / 2 + elsewhere(),
                 static_cast<int>(item.top + item.bottom) / 2, right);
 }
 

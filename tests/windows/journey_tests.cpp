@@ -287,6 +287,7 @@ TEST_F(JourneyTest, AnEmptyQuantityIsARuntimeErrorAndTheDialogStays) {
     EXPECT_EQ(quartino.messageOf(box), L" Bitte geben Sie eine Geschoss Kurzbezeichung ein.");
     quartino.closeWithEnter(box);
     quartino.waitForKeys(dialog);
+    ui::typeKey(VK_END);
     ui::typeKey(VK_BACK);
     quartino.waitForText(dialog, ID_ROOM_TXTSTORYCODE, L"12345678");
 
