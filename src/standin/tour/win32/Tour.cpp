@@ -70,6 +70,19 @@ class Tour {
         return 0;
     }
 
+    // Leaves what is known so far; the host goes away in good order.
+    void giveUp(const std::string& reason) {
+        try {
+            if (control_.dispatch())
+                control_.Call(L"Quit");
+        } catch (const RuntimeError&) {
+            // It is gone already.
+        }
+        control_ = ComObject();
+        messages_.emplace_back(reason.begin(), reason.end());
+        write();
+    }
+
   private:
     void start() {
         std::wstring line =
@@ -272,10 +285,14 @@ int wmain(int argc, wchar_t** argv) {
     }
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     int result = 1;
-    try {
-        result = Tour(arguments).play();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
+    {
+        Tour tour(arguments);
+        try {
+            result = tour.play();
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "%s\n", error.what());
+            tour.giveUp(error.what());
+        }
     }
     CoUninitialize();
     return result;
