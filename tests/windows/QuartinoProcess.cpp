@@ -149,6 +149,12 @@ QuartinoProcess::QuartinoProcess(const ProgramFolder& folder) : program_(folder)
     table_ = FindWindowExW(main_, nullptr, WC_LISTVIEWW, nullptr);
     SetForegroundWindow(main_);
     waitForKeys(main_);
+    // A menu that opened shows that the window manager, too, knows who has the focus.
+    openMenu(L'D');
+    ui::typeKey(VK_ESCAPE);
+    ui::typeKey(VK_ESCAPE);
+    waitForNoPopup();
+    waitForKeys(main_);
 }
 
 // --- windows
@@ -298,8 +304,18 @@ void QuartinoProcess::waitForNoPopup() const {
 }
 
 void QuartinoProcess::openMenu(wchar_t menuLetter) {
-    ui::typeKey(static_cast<WORD>(menuLetter), {VK_MENU});
-    waitFor("an open menu", [this] { return openPopup() != nullptr; });
+    // The window manager may still be handing the focus over, which closes a menu: then once more.
+    constexpr DWORD patience = 3000;
+    for (DWORD waited = 0; !openPopup(); waited += patience) {
+        ui::typeKey(static_cast<WORD>(menuLetter), {VK_MENU});
+        try {
+            ui::waitFor(
+                "an open menu", [this] { return openPopup() != nullptr; }, patience);
+        } catch (const ui::WaitFailed&) {
+            if (waited >= limit)
+                throw;
+        }
+    }
 }
 
 void QuartinoProcess::chooseByKeys(wchar_t menuLetter, int itemsBelow) {
