@@ -2,6 +2,8 @@
 
 #include "desktop_support.h"
 
+#include "app/clsWait.h"
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -533,6 +535,34 @@ TEST_F(MainWindow, ThePointerIsTheHourglassEverywhere) {
     }
     desktop_.MousePointer(DefaultPointer);
     EXPECT_NE(GetCursor(), hourglass);
+}
+
+TEST_F(MainWindow, TheBusyIndicatorIsSeenOnThePointerItself) {
+    const HCURSOR hourglass = LoadCursorW(nullptr, IDC_WAIT);
+    SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+    {
+        clsWait outer(desktop_);
+        outer.StartWait();
+        EXPECT_EQ(GetCursor(), hourglass);
+        outer.BreakWait();
+        EXPECT_NE(GetCursor(), hourglass);
+        outer.ContinueWait();
+        EXPECT_EQ(GetCursor(), hourglass);
+        {
+            clsWait inner(desktop_);
+            inner.StartWait();
+            EXPECT_EQ(GetCursor(), hourglass);
+        }
+        EXPECT_NE(GetCursor(), hourglass);
+    }
+    EXPECT_NE(GetCursor(), hourglass);
+    try {
+        clsWait wait(desktop_);
+        wait.StartWait();
+        throw RuntimeError(RuntimeError::Overflow);
+    } catch (const RuntimeError&) {
+        EXPECT_NE(GetCursor(), hourglass);
+    }
 }
 
 } // namespace
