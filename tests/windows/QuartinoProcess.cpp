@@ -18,8 +18,37 @@ constexpr int fileNameCombo = 0x47C;
 constexpr int fileNameEdit = 0x480;
 constexpr int idColumn = 8;
 
+void pictureOfTheScreen(const std::string& name);
+
 void waitFor(const std::string& state, const std::function<bool()>& holds) {
-    ui::waitFor(state, holds, limit);
+    try {
+        ui::waitFor(state, holds, limit);
+    } catch (const ui::WaitFailed&) {
+        pictureOfTheScreen("failed");
+        throw;
+    }
+}
+
+// Each step carries its place, so that nothing that moves the pointer meanwhile gets between.
+void clickOn(HWND window, int x, int y, bool right = false, int times = 1) {
+    POINT point{x, y};
+    ClientToScreen(window, &point);
+    const auto scaled = [](LONG at, int size) {
+        return static_cast<LONG>(static_cast<LONGLONG>(at) * 65536 / GetSystemMetrics(size)) + 1;
+    };
+    std::vector<INPUT> inputs;
+    for (int i = 0; i < times; ++i) {
+        for (const DWORD button : {right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN,
+                                   right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP}) {
+            INPUT input{};
+            input.type = INPUT_MOUSE;
+            input.mi.dx = scaled(point.x, SM_CXSCREEN);
+            input.mi.dy = scaled(point.y, SM_CYSCREEN);
+            input.mi.dwFlags = static_cast<DWORD>(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE) | button;
+            inputs.push_back(input);
+        }
+    }
+    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
 }
 
 GUITHREADINFO threadInfo(HWND window) {
@@ -122,6 +151,19 @@ int elsewhere() {
     static bool aside = false;
     aside = !aside;
     return aside ? GetSystemMetrics(SM_CXDOUBLECLK) + 2 : 0;
+}
+
+std::filesystem::path pictureFolder() {
+    const std::filesystem::path folder = binFolder().parent_path() / L"pictures";
+    std::filesystem::create_directories(folder);
+    return folder;
+}
+
+void pictureOfTheScreen(const std::string& name) {
+    const RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+    writeBitmap(pictureFolder() / (name + "-" + (test ? test->name() : "") + ".bmp"), screen,
+                pixelsOf(screen));
 }
 
 void sendKey(WORD virtualKey, DWORD flags) {
@@ -306,6 +348,7 @@ void QuartinoProcess::waitForNoPopup() const {
 void QuartinoProcess::openMenu(wchar_t menuLetter) {
     // The window manager may still be handing the focus over, which closes a menu: then once more.
     constexpr DWORD patience = 3000;
+    parkMouse();
     for (DWORD waited = 0; !openPopup(); waited += patience) {
         ui::typeKey(static_cast<WORD>(menuLetter), {VK_MENU});
         try {
@@ -359,11 +402,19 @@ void QuartinoProcess::closeWithEnter(HWND messageBox) const {
 // --- mouse
 // ----------------------------------------------------------------------------------------
 
+void QuartinoProcess::clickAt(HWND window, int x, int y) {
+    clickOn(window, x, y);
+}
+
+void QuartinoProcess::parkMouse() {
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 2, GetSystemMetrics(SM_CYSCREEN) - 2);
+}
+
 void QuartinoProcess::click(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
-    ui::clickAt(window, static_cast<int>(client.right) / 2 + elsewhere(),
-                static_cast<int>(client.bottom) / 2);
+    clickOn(window, static_cast<int>(client.right) / 2 + elsewhere(),
+            static_cast<int>(client.bottom) / 2);
 }
 
 void QuartinoProcess::clickCell(int row, int column, bool right, int times) const {
@@ -373,15 +424,15 @@ void QuartinoProcess::clickCell(int row, int column, bool right, int times) cons
     for (int i = 0; i < column; ++i)
         left +=
             static_cast<LONG>(SendMessageW(table_, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(i), 0));
-    ui::clickAt(table_, static_cast<int>(left) + 10 + elsewhere(),
-                static_cast<int>(line.top + line.bottom) / 2, right, times);
+    clickOn(table_, static_cast<int>(left) + 10 + elsewhere(),
+            static_cast<int>(line.top + line.bottom) / 2, right, times);
 }
 
 void QuartinoProcess::clickHeader(int column, bool right) const {
     const auto header = reinterpret_cast<HWND>(SendMessageW(table_, LVM_GETHEADER, 0, 0));
     const RECT item = askRectangle(header, HDM_GETITEMRECT, static_cast<WPARAM>(column), {});
-    ui::clickAt(header, static_cast<int>(item.left + item.right) / 2 + elsewhere(),
-                static_cast<int>(item.top + item.bottom) / 2, right);
+    clickOn(header, static_cast<int>(item.left + item.right) / 2 + elsewhere(),
+            static_cast<int>(item.top + item.bottom) / 2, right);
 }
 
 // --- the table
@@ -395,8 +446,7 @@ std::vector<std::wstring> QuartinoProcess::column(int column) const {
 }
 
 std::size_t QuartinoProcess::picture(HWND window, const std::string& name) const {
-    const std::filesystem::path folder = binFolder().parent_path() / L"pictures";
-    std::filesystem::create_directories(folder);
+    const std::filesystem::path folder = pictureFolder();
     RECT place{};
     GetWindowRect(window, &place);
     std::string before, now;

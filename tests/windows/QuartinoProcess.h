@@ -70,6 +70,9 @@ class QuartinoProcess {
 
     // --- mouse
     static void click(HWND window);
+    static void clickAt(HWND window, int x, int y); // pixels of its client area
+    // Off the windows: a menu that opens under the mouse would take what is there as chosen.
+    static void parkMouse();
     void clickCell(int row, int column, bool right = false, int times = 1) const;
     void clickHeader(int column, bool right = false) const;
 

@@ -358,6 +358,7 @@ TEST_F(JourneyTest, AListIsSortedThinnedSavedAndOpenedAgain) {
     before = quartino.commandsDone();
     quartino.clickCell(1, Name, true);
     ui::waitFor("the context menu", [&] { return quartino.openPopup() != nullptr; });
+    quartino.parkMouse();
     for (int i = 0; i <= deleteLine; ++i)
         ui::typeKey(VK_DOWN);
     ui::typeKey(VK_RETURN);
@@ -452,7 +453,7 @@ TEST_F(JourneyTest, OptionsAreSetOnBothTabs) {
     };
     const auto showTab = [](HWND dialog, int tab) {
         const HWND tabs = QuartinoProcess::control(dialog, ID_PLACE_SSTAB1);
-        ui::clickAt(tabs, tab == 0 ? 20 : 120, 10);
+        QuartinoProcess::clickAt(tabs, tab == 0 ? 20 : 120, 10);
         ui::waitFor("the tab", [&] {
             return QuartinoProcess::visible(dialog,
                                             tab == 0 ? ID_PLACE_OPTBLOCK : ID_PLACE_CHKUPDATE);
