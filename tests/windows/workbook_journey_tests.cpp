@@ -27,10 +27,23 @@ class WorkbookJourney : public SpreadsheetTest {
   protected:
     WorkbookJourney() {
         folder_.writeHandOver(keyPath);
+        startHost();
         practiceHost().clearFaults();
         practiceHost().load(R"({"project":{"name":"Schule"}})");
     }
 
+    // The first of all processes comes up while the system's own services are still starting.
+    static void startHost() {
+        waitUntil(
+            [] {
+                try {
+                    return practiceHost().running();
+                } catch (const RuntimeError&) {
+                    return false;
+                }
+            },
+            processLimit);
+    }
     static clsFloors roomsNamed(const std::vector<std::wstring>& names) {
         clsFloors floors;
         for (const std::wstring& words : names) {

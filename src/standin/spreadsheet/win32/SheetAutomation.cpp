@@ -35,6 +35,7 @@ void Use::AtMost(UINT count) const {
 HRESULT SheetObject::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
                                    DISPID* ids) {
     const ComPtr<DispatchObject> alive(this);
+    process_.Speaks(locale);
     try {
         process_.Enter(Kind(), L"GetIDsOfNames");
     } catch (const ComError& error) {
@@ -48,6 +49,7 @@ HRESULT SheetObject::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID
 HRESULT SheetObject::Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters,
                             VARIANT* result, EXCEPINFO* trouble, UINT* argument) {
     const ComPtr<DispatchObject> alive(this);
+    process_.Speaks(locale);
     number_ = SheetError::ApplicationDefined;
     const HRESULT outcome =
         DispatchObject::Invoke(id, iid, locale, flags, parameters, result, trouble, argument);

@@ -77,9 +77,12 @@ void SheetProcess::Withdraw() {
 }
 
 void SheetProcess::WriteReport() const {
-    if (!settings.report.empty())
-        WriteWhole(settings.report,
-                   ToUtf8(calls_.Report()) + "calls=" + std::to_string(calls_.Count()) + "\n");
+    if (settings.report.empty())
+        return;
+    std::string report = ToUtf8(calls_.Report());
+    for (const auto& [locale, count] : locales_)
+        report += "locale." + std::to_string(locale) + "=" + std::to_string(count) + "\n";
+    WriteWhole(settings.report, report + "calls=" + std::to_string(calls_.Count()) + "\n");
 }
 
 } // namespace kalvrooms::practice::spreadsheet

@@ -7,6 +7,7 @@
 #include "standin/spreadsheet/Settings.h"
 #include "standin/spreadsheet/win32/DiskFiles.h"
 
+#include <map>
 #include <string>
 
 namespace kalvrooms::practice::spreadsheet {
@@ -27,6 +28,8 @@ class SheetProcess : public CallGate {
 
     // Counts a call and lets its fault strike; while a dialog is open every call is put off.
     bool Enter(std::wstring_view object, std::wstring_view member) override;
+    // The locale that a call carries.
+    void Speaks(LCID locale) { ++locales_[locale]; }
     void Created() override;
     void Gone() override;
 
@@ -46,6 +49,7 @@ class SheetProcess : public CallGate {
 
     DiskFiles files_;
     CallLog calls_;
+    std::map<LCID, int> locales_;
     bool inUsersHands_;
     bool quitting_ = false;
     int uses_ = 0;
