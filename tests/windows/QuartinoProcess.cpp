@@ -185,14 +185,14 @@ void releaseKey(WORD virtualKey) {
     sendKey(virtualKey, KEYEVENTF_KEYUP);
 }
 
-QuartinoProcess::QuartinoProcess(const ProgramFolder& folder) : program_(folder) {
+QuartinoProcess::QuartinoProcess(const ProgramFolder& folder, wchar_t fileMenu) : program_(folder) {
     SetProcessDPIAware(); // places on the screen are the real ones
     main_ = program_.mainWindow();
     table_ = FindWindowExW(main_, nullptr, WC_LISTVIEWW, nullptr);
     SetForegroundWindow(main_);
     waitForKeys(main_);
     // A menu that opened shows that the window manager, too, knows who has the focus.
-    openMenu(L'D');
+    openMenu(fileMenu);
     ui::typeKey(VK_ESCAPE);
     ui::typeKey(VK_ESCAPE);
     waitForNoPopup();
@@ -463,13 +463,7 @@ std::size_t QuartinoProcess::picture(HWND window, const std::string& name) const
         colours = coloursOf(now);
         return colours > 4;
     });
-    const HDC screen = GetDC(nullptr);
-    const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
-    ReleaseDC(nullptr, screen);
-    std::string file = name;
-    if (dpi != USER_DEFAULT_SCREEN_DPI)
-        file.append("-").append(std::to_string(dpi));
-    writeBitmap(folder / file.append(".bmp"), place, now);
+    writeBitmap(folder / (name + ".bmp"), place, now);
     return colours;
 }
 

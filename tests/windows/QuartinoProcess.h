@@ -17,8 +17,8 @@ namespace kalvrooms::testing {
 
 class QuartinoProcess {
   public:
-    // Starts the program and waits until its main window takes keys.
-    explicit QuartinoProcess(const ProgramFolder& folder);
+    // Starts the program and waits until its main window takes keys. The letter of its first menu.
+    explicit QuartinoProcess(const ProgramFolder& folder, wchar_t fileMenu = L'D');
 
     HWND main() const { return main_; }
     HWND table() const { return table_; }

@@ -22,8 +22,8 @@ using ::testing::UnorderedElementsAre;
 
 constexpr const wchar_t* keyPath = L"Software\\QuartinoTest";
 constexpr int twipsPerPixel = 15; // at 96 dots per inch, which the tests' screen has
-constexpr int designedWidth = 11000;
-constexpr int designedHeight = 7500;
+constexpr int designedWidth = 13200;
+constexpr int designedHeight = 8100;
 
 // --- value by value ------------------------------------------------------------------------------
 

@@ -9,9 +9,9 @@ namespace kalvrooms::Gui {
 namespace {
 
 constexpr wchar_t className[] = L"QuartinoMain";
-// The size that the window has before anybody chose one.
-constexpr Twips designedWidth = 11000;
-constexpr Twips designedHeight = 7500;
+// The size that the window has before anybody chose one: wide enough for the headers.
+constexpr Twips designedWidth = 13200;
+constexpr Twips designedHeight = 8100;
 
 void registerClass() {
     const HINSTANCE instance = GetModuleHandleW(nullptr);

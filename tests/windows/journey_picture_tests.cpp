@@ -1,0 +1,158 @@
+// Pictures of every window, left in the build's folder of pictures for people to look at: in
+// German and English, at several DPI, in a large font.
+
+#include "windows/JourneyTest.h"
+
+#include <algorithm>
+
+namespace kalvrooms::testing {
+namespace {
+
+// What the system tells programs that start while it holds.
+class SystemOf {
+  public:
+    SystemOf(DWORD dpi, int points) {
+        DWORD size = sizeof dpiBefore_;
+        hadDpi_ = RegGetValueW(HKEY_CURRENT_USER, desktop, L"LogPixels", RRF_RT_REG_DWORD, nullptr,
+                               &dpiBefore_, &size) == ERROR_SUCCESS;
+        RegSetKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels", REG_DWORD, &dpi, sizeof dpi);
+        metrics_.cbSize = sizeof metrics_;
+        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics_, &metrics_, 0);
+        NONCLIENTMETRICSW changed = metrics_;
+        // In pixels of this process, which knows one DPI only; 0 leaves the font as it is.
+        if (points == 0)
+            return;
+        changed.lfMessageFont.lfHeight = -MulDiv(points, USER_DEFAULT_SCREEN_DPI, 72);
+        changed.lfMenuFont.lfHeight = changed.lfMessageFont.lfHeight;
+        SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof changed, &changed, 0);
+    }
+    ~SystemOf() {
+        SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof metrics_, &metrics_, 0);
+        if (hadDpi_)
+            RegSetKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels", REG_DWORD, &dpiBefore_,
+                            sizeof dpiBefore_);
+        else
+            RegDeleteKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels");
+    }
+    SystemOf(const SystemOf&) = delete;
+    SystemOf& operator=(const SystemOf&) = delete;
+
+  private:
+    static constexpr const wchar_t* desktop = L"Control Panel\\Desktop";
+    DWORD dpiBefore_ = 0;
+    bool hadDpi_ = false;
+    NONCLIENTMETRICSW metrics_{};
+};
+
+struct Show {
+    const char* name; // part of the file names
+    const wchar_t* language;
+    wchar_t menuLetter;
+    DWORD dpi;
+    int points;
+};
+
+void PrintTo(const Show& show, std::ostream* out) {
+    *out << show.name;
+}
+
+class Pictures : public JourneyTest, public ::testing::WithParamInterface<Show> {
+  protected:
+    // A window whose class or control tells it apart, whatever its title says.
+    HWND dialogWith(QuartinoProcess& quartino, int control) {
+        HWND found = nullptr;
+        ui::waitFor("a dialog", [&] {
+            for (const HWND window : quartino.program().windows())
+                if (GetDlgItem(window, control))
+                    found = window;
+            return found != nullptr;
+        });
+        quartino.waitForKeys(found);
+        return found;
+    }
+    void take(QuartinoProcess& quartino, HWND window, const char* name) {
+        EXPECT_GT(quartino.picture(window, std::string(GetParam().name) + "-" + name), 4u) << name;
+    }
+};
+
+TEST_P(Pictures, OfEveryWindow) {
+    const Show& show = GetParam();
+    const SystemOf system(show.dpi, show.points);
+    folder.writeHandOver(keyPath, show.language);
+    loadDrawing({element(17, 3, 0), element(18, 3, 10)});
+    const std::wstring outline = file(L"Aula.txt").wstring();
+    writeBytes(outline, "4\r\n0\t20\r\n24\t20\r\n24\t32\r\n0\t32\r\nend\r\n");
+    std::vector<ListedRoom> rooms{{L"Flur 17", number(L"13.5"), outline, L"0", L"0", L"17-K3"},
+                                  {L"Aula", L"288", outline, L"0", L"0"}};
+    for (int i = 1; i <= 18; ++i)
+        rooms.push_back({L"Klasse " + std::to_wstring(i), L"64", L" ", L"8", L"8"});
+    writeList(file(L"Raumliste.txt"), rooms);
+
+    QuartinoProcess quartino(folder, show.menuLetter);
+    const HWND main = quartino.main();
+    // All of it has to be on the screen.
+    RECT place{};
+    GetWindowRect(main, &place);
+    SetWindowPos(main, nullptr, 0, 0,
+                 std::min<int>(place.right - place.left, GetSystemMetrics(SM_CXSCREEN)),
+                 std::min<int>(place.bottom - place.top, GetSystemMetrics(SM_CYSCREEN)),
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    auto before = quartino.commandsDone();
+    ui::choose(main, ui::MenuOpen);
+    quartino.giveFileName(quartino.fileDialog(), file(L"Raumliste.txt").wstring());
+    quartino.waitForCommand(before);
+    quartino.clickCell(2, Name);
+    quartino.parkMouse();
+    take(quartino, main, "main");
+
+    before = quartino.commandsDone();
+    ui::choose(main, ui::MenuAddRoom);
+    HWND dialog = dialogWith(quartino, ID_ROOM_CMDGEOMETRY);
+    take(quartino, dialog, "room");
+    ui::press(dialog, ID_ROOM_CMDGEOMETRY);
+    const HWND geometry = dialogWith(quartino, ID_GEOMETRY_OPTRATIO);
+    take(quartino, geometry, "geometry");
+    ui::press(geometry, ID_GEOMETRY_CMDCANCEL);
+    quartino.waitUntilGone(geometry);
+    ui::press(dialog, ID_ROOM_CMDCANCEL);
+    quartino.waitForCommand(before);
+
+    before = quartino.commandsDone();
+    ui::choose(main, ui::MenuPlace);
+    dialog = dialogWith(quartino, ID_PLACE_SSTAB1);
+    take(quartino, dialog, "options-arrangement");
+    ui::typeKey(VK_TAB, {VK_CONTROL});
+    ui::waitFor("the other tab", [&] { return quartino.visible(dialog, ID_PLACE_CHKUPDATE); });
+    take(quartino, dialog, "options-display");
+    ui::press(dialog, ID_PLACE_CMDCANCEL);
+    quartino.waitForCommand(before);
+
+    before = quartino.commandsDone();
+    ui::choose(main, ui::MenuExport);
+    dialog = dialogWith(quartino, ID_REPORT_LBLTOP);
+    take(quartino, dialog, "report");
+    ui::press(dialog, ID_REPORT_CMDOK);
+    quartino.waitForCommand(before);
+    PostMessageW(main, WM_CLOSE, 0, 0);
+    const HWND box = quartino.messageBox();
+    take(quartino, box, "message");
+    ui::press(box, IDNO);
+    EXPECT_EQ(quartino.program().waitForEnd(), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(In, Pictures,
+                         ::testing::Values(Show{"german", L"xxx", L'D', 96, 0},
+                                           Show{"english", L"eng", L'F', 144, 0},
+                                           Show{"144-dpi", L"xxx", L'D', 144, 0},
+                                           Show{"192-dpi", L"xxx", L'D', 192, 0},
+                                           Show{"large-font", L"xxx", L'D', 96, 15}),
+                         [](const auto& show) {
+                             std::string name = show.param.name;
+                             for (char& c : name)
+                                 if (c == '-')
+                                     c = '_';
+                             return name;
+                         });
+
+} // namespace
+} // namespace kalvrooms::testing
