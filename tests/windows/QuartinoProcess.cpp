@@ -153,6 +153,15 @@ int elsewhere() {
     return aside ? GetSystemMetrics(SM_CXDOUBLECLK) + 2 : 0;
 }
 
+int redness(const RECT& place) {
+    const std::string pixels = pixelsOf(place);
+    int most = 0;
+    for (std::size_t at = 0; at + 4 <= pixels.size(); at += 4)
+        most = std::max(most, static_cast<unsigned char>(pixels[at + 2]) -
+                                  static_cast<unsigned char>(pixels[at + 1]));
+    return most;
+}
+
 std::filesystem::path pictureFolder() {
     const std::filesystem::path folder = binFolder().parent_path() / L"pictures";
     std::filesystem::create_directories(folder);
@@ -443,6 +452,19 @@ std::vector<std::wstring> QuartinoProcess::column(int column) const {
     for (int room = 0; room < ui::rowCount(table_) && !cell(room, idColumn).empty(); ++room)
         texts.push_back(cell(room, column));
     return texts;
+}
+
+int QuartinoProcess::rednessOf(HWND window) {
+    RECT place{};
+    GetWindowRect(window, &place);
+    return redness(place);
+}
+
+int QuartinoProcess::rednessOfRow(int row) const {
+    RECT line =
+        askRectangle(table_, LVM_GETITEMRECT, static_cast<WPARAM>(row), RECT{LVIR_BOUNDS, 0, 0, 0});
+    MapWindowPoints(table_, nullptr, reinterpret_cast<POINT*>(&line), 2);
+    return redness(line);
 }
 
 std::size_t QuartinoProcess::picture(HWND window, const std::string& name) const {

@@ -669,6 +669,108 @@ TEST_F(JourneyTest, TheReportShowsTheRowsThatCount) {
     quartino.waitForCommand(before);
 }
 
+TEST_F(JourneyTest, TheReportTakesTheShapeOfItsCounts) {
+    const std::filesystem::path outline = file(L"Umriss.txt");
+    writeBytes(outline, "4\r\n0\t20\r\n4\t20\r\n4\t24\r\n0\t24\r\nend\r\n");
+    QuartinoProcess quartino(folder);
+    struct Case {
+        int updated, atPosition, setDown;
+        std::wstring top;
+        std::vector<std::wstring> rows;
+    };
+    int height[4] = {};
+    for (const Case& c : std::vector<Case>{
+             {1, 0, 0, L" Es wurde", {L"1 Raum aktualisiert"}},
+             {0, 1, 0, L" Es wurde", {L"1 neuer Raum lagerichtig erzeugt"}},
+             {0, 0, 3, L" Es wurden", {L"3 neue Räume abgesetzt"}},
+             {1,
+              1,
+              0,
+              L" Es wurden",
+              {L"1 Raum aktualisiert", L"1 neuer Raum lagerichtig erzeugt"}},
+             {2, 0, 1, L" Es wurden", {L"2 Räume aktualisiert", L"1 neuer Raum abgesetzt"}},
+             {0,
+              3,
+              5,
+              L" Es wurden",
+              {L"3 neue Räume lagerichtig erzeugt", L"5 neue Räume abgesetzt"}},
+             {2,
+              2,
+              2,
+              L" Es wurden",
+              {L"2 Räume aktualisiert", L"2 neue Räume lagerichtig erzeugt",
+               L"2 neue Räume abgesetzt"}}}) {
+        SCOPED_TRACE(toAnsi(c.rows.front()));
+        std::vector<ListedRoom> rooms;
+        for (int i = 0; i < c.updated; ++i)
+            rooms.push_back(
+                {L"alt", L"13", outline.wstring(), L"0", L"0", std::to_wstring(17 + i) + L"-K3"});
+        for (int i = 0; i < c.atPosition; ++i)
+            rooms.push_back({L"lagerichtig", L"16", outline.wstring(), L"0", L"0"});
+        for (int i = 0; i < c.setDown; ++i)
+            rooms.push_back({L"neu", L"16"});
+        writeList(file(L"rooms.txt"), rooms);
+        loadDrawing({element(17, 3, 0), element(18, 3, 10)});
+        open(quartino, file(L"rooms.txt"));
+
+        const auto before = quartino.commandsDone();
+        quartino.chooseByKeys(fileMenu, exportLine);
+        const HWND dialog = quartino.dialog(reportTitle);
+        const Shown shown = shownBy(dialog);
+        EXPECT_EQ(shown.top, c.top);
+        EXPECT_EQ(shown.rows, c.rows);
+        int& usual = height[c.rows.size()];
+        if (usual == 0)
+            usual = shown.height;
+        EXPECT_EQ(shown.height, usual) << "as high as any other report with that many rows";
+        // The rows have the colours that the rooms get in the drawing.
+        const std::pair<int, int> colours[] = {
+            {ID_REPORT_LBLTEXT1, 0}, {ID_REPORT_LBLTEXT2, 0}, {ID_REPORT_LBLTEXT3, 200}};
+        for (const auto& [text, redness] : colours) {
+            if (!quartino.visible(dialog, text))
+                continue;
+            const HWND label = quartino.control(dialog, text);
+            ui::waitFor("the colour of a row",
+                        [&] { return (quartino.rednessOf(label) > 100) == (redness > 100); });
+        }
+        ui::typeKey(VK_RETURN);
+        quartino.waitForCommand(before);
+    }
+    EXPECT_LT(height[1], height[2]);
+    EXPECT_EQ(height[2] - height[1], height[3] - height[2]);
+}
+
+TEST_F(JourneyTest, AColourThatIsChosenIsTheRoomsColour) {
+    constexpr int firstColours = 0x2D0; // the field of the system's basic colours
+    const std::filesystem::path outline = file(L"Umriss.txt");
+    writeBytes(outline, "4\r\n0\t20\r\n4\t20\r\n4\t24\r\n0\t24\r\nend\r\n");
+    writeList(file(L"list.txt"), {{L"neu", L"16"}, {L"alt", L"16", outline.wstring(), L"0", L"0"}});
+    QuartinoProcess quartino(folder);
+    open(quartino, file(L"list.txt"));
+    ui::waitFor("the colours of the rows",
+                [&] { return quartino.rednessOfRow(0) > 150 && quartino.rednessOfRow(1) < 50; });
+
+    quartino.chooseByKeys(extrasMenu, 0);
+    const HWND dialog = quartino.dialog(optionsTitle);
+    ui::typeKey(VK_TAB, {VK_CONTROL});
+    ui::waitFor("the other tab", [&] { return quartino.visible(dialog, ID_PLACE_CHKUPDATE); });
+    quartino.click(quartino.control(dialog, ID_PLACE_CMDWITHCOORDINATES));
+    const HWND colours = quartino.ownedBy(dialog);
+    quartino.clickAt(quartino.control(colours, firstColours), 5, 5);
+    quartino.click(quartino.control(colours, IDOK));
+    quartino.waitUntilGone(colours);
+    quartino.waitForKeys(dialog);
+    const HWND button = quartino.control(dialog, ID_PLACE_CMDWITHCOORDINATES);
+    ui::waitFor("the colour on the button", [&] { return quartino.rednessOf(button) == 127; });
+    const auto before = quartino.commandsDone();
+    ui::typeKey(VK_RETURN);
+    quartino.waitForCommand(before);
+    ui::waitFor("the colours of the rows", [&] { return quartino.rednessOfRow(1) > 100; });
+    EXPECT_EQ(quartino.program().close(), 0u);
+    EXPECT_EQ(key[L"ColorOld"], RGB(255, 128, 128));
+    EXPECT_EQ(key[L"ColorNew"], 255);
+}
+
 // --- keys and places
 // ------------------------------------------------------------------------------
 
