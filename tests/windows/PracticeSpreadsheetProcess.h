@@ -89,11 +89,21 @@ inline void endSpreadsheetProcesses() {
 inline DWORD startSpreadsheetProgram(const std::wstring& arguments, HANDLE* process) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    std::wstring command = L"\"" + spreadsheetProgram().wstring() + L"\" " + arguments;
+    const std::wstring command = L"\"" + spreadsheetProgram().wstring() + L"\" " + arguments;
     PROCESS_INFORMATION started{};
-    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &started))
-        throw std::runtime_error("the practice spreadsheet application cannot be started");
+    // On a machine under load Wine now and then fails to make a process: once in some thousand.
+    DWORD error = 0;
+    const auto start = [&] {
+        std::wstring line = command;
+        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                           &startup, &started))
+            return true;
+        error = GetLastError();
+        return false;
+    };
+    if (!waitUntil(start, 2000))
+        throw std::runtime_error("the practice spreadsheet application cannot be started: error " +
+                                 std::to_string(error));
     CloseHandle(started.hThread);
     *process = started.hProcess;
     return started.dwProcessId;
