@@ -1,6 +1,7 @@
 #include "model/basValidation.h"
 
 #include <cmath>
+#include <optional>
 
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
@@ -32,6 +33,28 @@ std::wstring padDecimals(double number, std::size_t places) {
     return text;
 }
 
+// The locale under which the text is a number. Point and comma are decimal marks everywhere, so one
+// that means nothing to the user's locale (a point in France, a comma in Switzerland) stands for
+// its decimal mark.
+std::optional<NumberLocale> localeOf(const std::wstring& text) {
+    const NumberLocale user = UserLocale();
+    if (IsNumeric(text, user)) {
+        return user;
+    }
+    for (const wchar_t* mark : {L".", L","}) {
+        if (mark == user.DecimalMark || mark == user.GroupingMark) {
+            continue;
+        }
+        NumberLocale other = user;
+        other.DecimalMark = mark;
+        other.CurrencyDecimalMark = mark;
+        if (IsNumeric(text, other)) {
+            return other;
+        }
+    }
+    return std::nullopt;
+}
+
 std::wstring normalize(const std::wstring& text, std::wstring (*format)(double)) {
     try {
         return format(TextToNumber(text));
@@ -56,10 +79,11 @@ bool IsDigitKey(std::int16_t keyCode) {
 }
 
 double TextToNumber(const std::wstring& text) {
-    const NumberLocale locale = UserLocale();
-    if (!IsNumeric(text, locale)) {
+    const std::optional<NumberLocale> found = localeOf(text);
+    if (!found) {
         return 0.0;
     }
+    const NumberLocale& locale = *found;
     const std::size_t point = positionOf(text, L'.');
     const std::size_t comma = positionOf(text, L',');
     // With both marks the locale has to say which of them is the decimal mark.

@@ -31,7 +31,8 @@ class PointFile : public FileTestUnderBothLocales {
     PointArray points;
 };
 INSTANTIATE_TEST_SUITE_P(Locales, PointFile,
-                         testing::Values(NumberLocale::German(), NumberLocale::Point()));
+                         testing::Values(NumberLocale::German(), NumberLocale::Point(),
+                                         frenchLocale(), swissLocale()));
 
 TEST_P(PointFile, IsWrittenWithoutTheLastPoint) {
     EXPECT_EQ(written(pointsOf({{0, 0}, {4, 0}, {4, 3}, {0, 3}, {0, 0}})),

@@ -22,6 +22,14 @@ class UserLocaleForTest {
     UserLocaleForTest& operator=(const UserLocaleForTest&) = delete;
 };
 
+// Locales to which one of the two decimal marks means nothing at all.
+inline NumberLocale frenchLocale() {
+    return {L",", L"\u202f", L"€", L",", L"\u202f"};
+}
+inline NumberLocale swissLocale() {
+    return {L".", L"\u2019", L"CHF", L".", L"\u2019"};
+}
+
 // The number of the runtime error that the operation raises; 0 when it raises none.
 inline long errorOf(const std::function<void()>& operation) {
     try {

@@ -77,7 +77,8 @@ TEST(IsNumberKey, RefusesMinusBlankAndClipboardKeys) {
 
 class TextToNumberUnderBothLocales : public UnderBothLocales {};
 INSTANTIATE_TEST_SUITE_P(CommaAndPoint, TextToNumberUnderBothLocales,
-                         testing::Values(NumberLocale::German(), NumberLocale::Point()));
+                         testing::Values(NumberLocale::German(), NumberLocale::Point(),
+                                         frenchLocale(), swissLocale()));
 
 TEST_P(TextToNumberUnderBothLocales, TakesBothMarksAsDecimalMark) {
     EXPECT_EQ(TextToNumber(L"12,5"), 12.5);
