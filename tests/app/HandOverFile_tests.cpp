@@ -81,6 +81,14 @@ TEST_F(HandOver, LongLinesNulBytesAndUmlautsAreKept) {
     EXPECT_EQ(context_.language, L"xxx");
 }
 
+TEST_F(HandOver, ABackslashFollowsTheFolderEvenWhereItEndsInOne) {
+    // As a drive's root is reported.
+    context_.environment.Folder += L'\\';
+    path_ = context_.environment.Folder + L"\\kalvqtotemp";
+    read("x\r\nC:\\q.12345678\r\nkey\r\neng\r\n");
+    EXPECT_THAT(context_.order, ElementsAre(L"help", L"key", L"language"));
+}
+
 TEST_F(HandOver, AFolderOfThatNameIsPassedOver) {
     std::filesystem::create_directories(std::filesystem::path(path_));
     ReadHandOverFile(context_);

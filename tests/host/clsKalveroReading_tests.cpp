@@ -100,6 +100,61 @@ TEST_F(Reading, TheHostsOwnAttributeNamesComeFirst) {
     EXPECT_EQ(context_.host.counts["AttributeName"], 4);
 }
 
+TEST_F(Reading, BlanksInAttributeNamesCount) {
+    context_.host.attributeNames = {{232, L" Flächenart"}};
+    stand(1, 1, L"r").attributes = {
+        {L" Bodenfläche", 5, L""},       {L"Bodenfläche ", 6, L""}, {L" Umschließungsart", 0, L"a"},
+        {L"Umschließungsart ", 0, L"b"}, {L" Nutzen", 0, L"VF"},    {L"Nutzen ", 0, L"TF"},
+        {L"Flächenart", 0, L"N"}};
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(room(1).Geometry->Area(), 0);
+    EXPECT_EQ(room(1).Enclosure(), L"");
+    EXPECT_EQ(room(1).Occupancy(), L"");
+    EXPECT_EQ(room(1).AreaType(), L"");
+}
+
+TEST_F(Reading, ARoomWithoutFloorAreaHasNone) {
+    stand(1, 1, L"ohne alles");
+    stand(2, 1, L"mit anderen").attributes = {{L"Nutzen", 7, L"VF"}};
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(room(1).Geometry->Area(), 0);
+    EXPECT_EQ(room(2).Geometry->Area(), 0);
+    EXPECT_EQ(room(2).Occupancy(), L"VF");
+}
+
+TEST_F(Reading, AttributesThatCannotBeReadLeaveEmptyTextsAndNoArea) {
+    stand(1, 1, L"r").attributes = {{L"Bodenfläche", 12.5, L""},
+                                    {L"Umschließungsart", 0, L"bc"},
+                                    {L"Flächenart 277", 0, L"N"},
+                                    {L"Nutzen", 0, L"HNF 2"}};
+    for (const char* member : {"Attributes", "Values"}) {
+        floors_ = clsFloors();
+        context_.host.failMember = member;
+        bridge_->ImportFloorsFromKalvero(floors_);
+        ASSERT_EQ(floors_.GetCountOfRooms(), 1) << member;
+        EXPECT_EQ(room(1).Name(), L"r") << member;
+        EXPECT_EQ(room(1).Geometry->Area(), 0) << member;
+        EXPECT_EQ(room(1).Enclosure(), L"") << member;
+        EXPECT_EQ(room(1).AreaType(), L"") << member;
+        EXPECT_EQ(room(1).Occupancy(), L"") << member;
+    }
+}
+
+TEST_F(Reading, TheMessageAboutNativeDrawingsComesAfterTheHourglass) {
+    stand(1, 0, L"kvd");
+    std::size_t shapes = 0;
+    context_.desktop().AnswerNext([&](const Gui::Message&) {
+        EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
+        shapes = context_.desktop().PointerHistory().size();
+        return Gui::Answer::Ok;
+    });
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_THAT(context_.prompts(), SizeIs(1));
+    EXPECT_THAT(context_.desktop().PointerHistory(), ::testing::Contains(Gui::HourglassPointer));
+    // The indicator has ended and not merely made a break.
+    EXPECT_EQ(context_.desktop().PointerHistory().size(), shapes);
+}
+
 TEST_F(Reading, ElementsOfNativeDrawingsAreSkippedWithOneMessage) {
     stand(1, 1, L"a");
     stand(2, 0, L"kvd");
@@ -130,6 +185,7 @@ TEST_F(Reading, ABlockedHostEndsTheReadingBeforeAnyRoom) {
     context_.host.onCall = nullptr;
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(floors_.GetCountOfRooms(), 0);
+    EXPECT_THAT(context_.tableShown, IsEmpty());
     EXPECT_THAT(context_.prompts(), ElementsAre(L" Bitte beenden Sie die Menüaktion."));
     EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
 }

@@ -15,6 +15,7 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::Pair;
 using ::testing::SizeIs;
 
 class Writing : public ::testing::Test {
@@ -54,6 +55,14 @@ class Writing : public ::testing::Test {
             file << point.x << '\t' << point.y << "\r\n";
         file << "end\r\n";
         return path.wstring();
+    }
+    // Where the rooms of the last block stand in relation to each other.
+    std::vector<Point> corners() const {
+        std::vector<Point> points;
+        if (!context_.host.placings.empty())
+            for (const ScriptedElement& element : context_.host.placings.back().elements)
+                points.push_back(element.outline.at(0));
+        return points;
     }
     void stand(std::int32_t id, const std::wstring& fileId, const Outline& outline,
                std::vector<ScriptedAttribute> attributes = {}) {
@@ -132,6 +141,31 @@ TEST_F(Writing, AWordAtTheVeryStartOfTheHostsDescriptionCountsAsAbsent) {
     EXPECT_THAT(context_.prompts(), IsEmpty());
 }
 
+TEST_F(Writing, EachOfTheThreeWordsCountsAsAbsentAtTheVeryStart) {
+    addSquare(L"1", 16);
+    for (const wchar_t* description :
+         {L"interaction: terminate the menue", L"terminate the menue interaction",
+          // Only the first place of a word counts.
+          L"interaction, terminate the menue interaction",
+          L"terminate: the menue interaction must terminate"}) {
+        context_.host.creationError = description;
+        EXPECT_EQ(write().setDown, 1) << ::testing::PrintToString(description);
+    }
+    EXPECT_THAT(context_.prompts(), IsEmpty());
+    context_.host.creationError = L"terminate the menue interaction, any Kvd or free plan";
+    EXPECT_EQ(write().setDown, 0);
+    EXPECT_THAT(context_.prompts(), ElementsAre(::testing::HasSubstr(L"KVD-Dateien")));
+}
+
+TEST_F(Writing, AMenuActionIsNamedBeforeOpenKvdFiles) {
+    addSquare(L"1", 16);
+    context_.host.creationError = L"Is any Kvd or free plan open? Please terminate the menue "
+                                  L"interaction.";
+    write();
+    EXPECT_THAT(context_.prompts(), ElementsAre(L" Bitte beenden Sie die Menüaktion."));
+    EXPECT_EQ(context_.host.applies, 0);
+}
+
 TEST_F(Writing, InputIsOffAndThePointerBusyWhileTheHostIsCalled) {
     addSquare(L"1", 16);
     bool seen = false;
@@ -158,6 +192,40 @@ TEST_F(Writing, ThePointerIsFreeWhileTheUserSetsRoomsDown) {
     EXPECT_EQ(write().setDown, 1);
 }
 
+TEST_F(Writing, ThePointerIsBusyAgainAfterEveryPlacing) {
+    addSquare(L"1", 16);
+    addSquare(L"2", 16);
+    std::vector<std::pair<std::string, bool>> seen;
+    context_.host.onCall = [&](const std::string& member) {
+        if (member == "CreateRoomElement" || member == "PlaceElements" || member == "ApplyChanges")
+            seen.emplace_back(member, context_.desktop().MousePointer() == Gui::HourglassPointer);
+    };
+    write(false);
+    EXPECT_THAT(seen, ElementsAre(Pair("ApplyChanges", true), Pair("CreateRoomElement", true),
+                                  Pair("PlaceElements", false), Pair("CreateRoomElement", true),
+                                  Pair("PlaceElements", false), Pair("ApplyChanges", true)));
+    seen.clear();
+    write(true);
+    EXPECT_THAT(seen, ElementsAre(Pair("ApplyChanges", true), Pair("CreateRoomElement", true),
+                                  Pair("CreateRoomElement", true), Pair("PlaceElements", false),
+                                  Pair("ApplyChanges", true)));
+}
+
+TEST_F(Writing, ThePointerIsBusyAgainAfterAPlacingThatTheUserGaveUp) {
+    addSquare(L"1", 16);
+    addSquare(L"2", 16);
+    int placings = 0;
+    std::vector<std::int16_t> pointers;
+    context_.host.onCall = [&](const std::string& member) {
+        if (member == "PlaceElements" && ++placings == 2)
+            throw RuntimeError(RuntimeError::AutomationError, L"cancelled");
+        if (member == "ApplyChanges")
+            pointers.push_back(context_.desktop().MousePointer());
+    };
+    EXPECT_THROW(write(false), RuntimeError);
+    EXPECT_THAT(pointers, ElementsAre(Gui::HourglassPointer, Gui::HourglassPointer));
+}
+
 TEST_F(Writing, ARoomFoundByItsIdentityIsUpdatedInPlace) {
     stand(16, L"K3", {{0, 0}, {1, 0}, {1, 1}});
     stand(17, L"K3", {{5, 5}, {6, 5}, {6, 6}});
@@ -175,6 +243,27 @@ TEST_F(Writing, ARoomFoundByItsIdentityIsUpdatedInPlace) {
     EXPECT_EQ(context_.host.changeCalls, 1);
     EXPECT_EQ(context_.host.addCalls, 0);
     EXPECT_EQ(context_.host.applies, 2);
+}
+
+TEST_F(Writing, TheIdentityOfAnElementIsTrimmedToo) {
+    stand(17, L"  K3 ", {{0, 0}, {1, 0}, {1, 1}});
+    add(L"neu", CalculationByFile, L"missing.txt", 12, L"EG", L"17-K3");
+    EXPECT_EQ(write().updated, 1);
+    ASSERT_THAT(context_.host.drawing, SizeIs(1));
+    EXPECT_EQ(context_.host.drawing[0].name, L"neu");
+}
+
+TEST_F(Writing, OfTwoElementsWithOneIdentityTheFirstIsUpdated) {
+    stand(16, L"K3", {{0, 0}, {1, 0}, {1, 1}});
+    stand(17, L"K3", {{2, 0}, {3, 0}, {3, 1}});
+    stand(17, L"K3 ", {{4, 0}, {5, 0}, {5, 1}});
+    stand(17, L"K3", {{6, 0}, {7, 0}, {7, 1}});
+    add(L"neu", CalculationByFile, L"missing.txt", 12, L"EG", L"17-K3");
+    EXPECT_EQ(write().updated, 1);
+    std::vector<std::wstring> names;
+    for (const ScriptedElement& element : context_.host.drawing)
+        names.push_back(element.name);
+    EXPECT_THAT(names, ElementsAre(L"old", L"neu", L"old", L"old"));
 }
 
 TEST_F(Writing, AnUpdatedRoomWithoutPointsKeepsItsOutline) {
@@ -270,10 +359,8 @@ TEST_F(Writing, ABlockHasTwoRowsWithAFreeStripBetweenThem) {
     EXPECT_EQ(context_.host.placings[0].mode, 10);
     // Limit: 1.5 gaps of 2 m and half of 16 m = 11 m; the second room ends its row at 6 + 2 <= 11,
     // the third would start at 12.
-    std::vector<Point> corners;
-    for (const ScriptedElement& element : context_.host.placings[0].elements)
-        corners.push_back(element.outline[0]);
-    EXPECT_THAT(corners, ElementsAre(Point{0, 1.5}, Point{6, 1.5}, Point{0, -5.5}, Point{6, -5.5}));
+    EXPECT_THAT(corners(),
+                ElementsAre(Point{0, 1.5}, Point{6, 1.5}, Point{0, -5.5}, Point{6, -5.5}));
 }
 
 TEST_F(Writing, TheSumOfSidesIsRoundedAfterEachRoomHalfToEven) {
@@ -291,6 +378,63 @@ TEST_F(Writing, TheSumOfSidesIsRoundedAfterEachRoomHalfToEven) {
     EXPECT_DOUBLE_EQ(elements[1].outline[0].x, 0);
     EXPECT_DOUBLE_EQ(elements[2].outline[0].y, -2.5);
     EXPECT_DOUBLE_EQ(elements[2].outline[0].x, 1.5);
+}
+
+TEST_F(Writing, HalfAGapCountsInTheLimitOfARow) {
+    for (int i = 0; i < 4; ++i)
+        addSquare(L"R", 16);
+    // Limit: 1.5 gaps of 6 m and half of 16 m = 17 m; the second room ends its gap at 10 + 6 = 16.
+    write(true, 6, 2);
+    EXPECT_THAT(corners(), ElementsAre(Point{0, 1}, Point{10, 1}, Point{0, -5}, Point{10, -5}));
+    // 12 + 8 = 20 reaches the limit of 1.5 * 8 + 8 and does not pass it.
+    write(true, 8, 2);
+    EXPECT_THAT(corners(), ElementsAre(Point{0, 1}, Point{12, 1}, Point{0, -5}, Point{12, -5}));
+    write(true, 8.25, 2);
+    EXPECT_THAT(corners(),
+                ElementsAre(Point{0, 1}, Point{0, -5}, Point{12.25, -5}, Point{24.5, -5}));
+}
+
+TEST_F(Writing, HalfAMetreCountsInTheLimitOfARow) {
+    for (int i = 0; i < 3; ++i)
+        addSquare(L"R", 25);
+    // Limit: one gap of 2.25 m and half of 15 m = 9.75 m; the second room ends its gap at 9.5.
+    write(true, 2.25, 2);
+    EXPECT_THAT(corners(), ElementsAre(Point{0, 1}, Point{7.25, 1}, Point{0, -6}));
+    write(true, 2.75, 2);
+    EXPECT_THAT(corners(), ElementsAre(Point{0, 1}, Point{0, -6}, Point{7.75, -6}));
+}
+
+TEST_F(Writing, RoomsWithoutPointsCountInTheLimitOfARowWithTheirDefaultSides) {
+    add(L"a", CalculationByFile, L"missing.txt", 25);
+    add(L"b", CalculationByDx, L"4", 12);
+    add(L"c", CalculationByFile, L"missing.txt", 16);
+    add(L"d", CalculationByDx, L"3", 6);
+    EXPECT_EQ(write(true, 4, 4).setDown, 4);
+    // Limit: 1.5 gaps of 4 m and half of 5 + 4 + 4 + 3 m = 14 m; the second room ends its gap at
+    // 9 + 4 = 13, the third would at 21.
+    EXPECT_THAT(corners(), ElementsAre(Point{0, 2}, Point{9, 2}, Point{0, -6}, Point{8, -4}));
+    std::vector<Point> opposite;
+    for (const ScriptedElement& element : context_.host.placings[0].elements)
+        opposite.push_back(element.outline.at(2));
+    EXPECT_THAT(opposite, ElementsAre(Point{5, 7}, Point{13, 5}, Point{4, -2}, Point{11, -2}));
+}
+
+TEST_F(Writing, TheDefaultSidesAreRoundedIntoTheSumToo) {
+    // 4.5 -> 4, 8.5 -> 8, 12.5 -> 12, each half to even: the limit is 2 + 12 / 2 = 8 m at 2 m.
+    for (int i = 0; i < 3; ++i)
+        add(L"R", CalculationByFile, L"missing.txt", 20.25);
+    write(true, 2, 2);
+    // The second room would end its gap at 6.5 + 2 = 8.5: past 8, not past half of 13.5 and 2.
+    EXPECT_THAT(corners(), ElementsAre(Point{0, 1}, Point{0, -5.5}, Point{6.5, -5.5}));
+}
+
+TEST_F(Writing, ARoomThatIsNotDrawnCountsInTheLimitOfARowAsWell) {
+    add(L"a", CalculationByFile, L"missing.txt", 0);
+    for (int i = 0; i < 3; ++i)
+        addSquare(L"R", 16);
+    EXPECT_EQ(write(true, 4, 2).setDown, 3);
+    // Limit: 1.5 gaps of 4 m and half of 1 + 12 m = 12.5 m; the second square ends its gap at 12.
+    EXPECT_THAT(corners(), ElementsAre(Point{0, 1}, Point{8, 1}, Point{0, -5}));
 }
 
 TEST_F(Writing, SingleRoomsAreHandedOverOneByOneAtTheOrigin) {
@@ -330,6 +474,64 @@ TEST_F(Writing, TextsAreCutAt32CharactersWithOneWarningPerKindAndRun) {
     write();
     EXPECT_THAT(context_.prompts(), SizeIs(2));
     EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
+}
+
+TEST_F(Writing, EachKindOfTextThatIsCutHasItsOwnWarning) {
+    clsRoom room;
+    room.Name(std::wstring(33, L'n'));
+    room.StoryCode(std::wstring(33, L's'));
+    room.FunctionName(std::wstring(33, L'f'));
+    floors_.AddRooms(room, 1);
+    for (int i = 0; i < 3; ++i)
+        context_.desktop().AnswerNext([this](const Gui::Message& message) {
+            EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
+            EXPECT_EQ(message.Title, L" Quartino");
+            EXPECT_EQ(message.ButtonSet, Gui::Message::Buttons::Ok);
+            return Gui::Answer::Ok;
+        });
+    write();
+    EXPECT_THAT(
+        context_.prompts(),
+        ElementsAre(L" Für die Raumbezeichnung können nur 32 Zeichen übernommen werden.",
+                    L" Für die Geschoss Kurzbezeichnung können nur 32 Zeichen übernommen werden.",
+                    L" Für die Funktion können nur 32 Zeichen übernommen werden."));
+    ASSERT_THAT(context_.host.drawing, SizeIs(1));
+    EXPECT_EQ(context_.host.drawing[0].name, std::wstring(32, L'n'));
+    EXPECT_EQ(context_.host.drawing[0].storey, std::wstring(32, L's'));
+    EXPECT_EQ(context_.host.drawing[0].function, std::wstring(32, L'f'));
+    clsRoom kept;
+    floors_.GetRoomByIndex(1, kept);
+    EXPECT_EQ(kept.StoryCode(), std::wstring(33, L's'));
+    EXPECT_EQ(kept.FunctionName(), std::wstring(33, L'f'));
+    write();
+    EXPECT_THAT(context_.prompts(), SizeIs(3));
+}
+
+TEST_F(Writing, AWarningThatWasShownKeepsTheOthersToCome) {
+    const std::wstring longText(40, L'x');
+    const auto writeRoom = [&](const wchar_t* longField) {
+        clsRoom room;
+        if (longField == std::wstring(L"storey"))
+            room.StoryCode(longText);
+        else if (longField == std::wstring(L"function"))
+            room.FunctionName(longText);
+        else
+            room.Name(longText);
+        floors_ = clsFloors();
+        floors_.AddRooms(room, 1);
+        write();
+    };
+    writeRoom(L"storey");
+    writeRoom(L"storey");
+    EXPECT_THAT(context_.prompts(), ElementsAre(::testing::HasSubstr(L"Kurzbezeichnung")));
+    writeRoom(L"function");
+    writeRoom(L"function");
+    EXPECT_THAT(context_.prompts(), SizeIs(2));
+    EXPECT_THAT(context_.prompts().back(), ::testing::HasSubstr(L"Funktion"));
+    writeRoom(L"name");
+    writeRoom(L"name");
+    EXPECT_THAT(context_.prompts(), SizeIs(3));
+    EXPECT_THAT(context_.prompts().back(), ::testing::HasSubstr(L"Raumbezeichnung"));
 }
 
 TEST_F(Writing, AttributesAreMatchedByTheTextTablesNames) {

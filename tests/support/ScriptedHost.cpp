@@ -162,8 +162,10 @@ class DrawingService : public HostDrawingService, Counted {
     std::unique_ptr<HostElementList> GetElements(HostRoomSelection&) override {
         host_.call("GetElements");
         Elements copies;
-        for (const ScriptedElement& element : host_.drawing)
-            copies.push_back(std::make_shared<ScriptedElement>(element));
+        for (std::size_t index = 0; index < host_.drawing.size(); ++index) {
+            copies.push_back(std::make_shared<ScriptedElement>(host_.drawing[index]));
+            standing_[copies.back()] = index;
+        }
         return std::make_unique<ElementList>(host_, copies);
     }
     std::unique_ptr<HostElementList> CreateElementList() override {
@@ -199,9 +201,7 @@ class DrawingService : public HostDrawingService, Counted {
         host_.call("ApplyChanges");
         ++host_.applies;
         for (const auto& element : changed_)
-            for (ScriptedElement& standing : host_.drawing)
-                if (standing.identity.ComponentID == element->identity.ComponentID)
-                    standing = *element;
+            host_.drawing.at(standing_.at(element)) = *element;
         for (const auto& element : added_) {
             std::int32_t highest = 0;
             for (const ScriptedElement& standing : host_.drawing)
@@ -221,6 +221,8 @@ class DrawingService : public HostDrawingService, Counted {
         queue.insert(queue.end(), more.begin(), more.end());
     }
     Elements changed_, added_;
+    // Where in the drawing the elements stand that were handed out.
+    std::map<std::shared_ptr<ScriptedElement>, std::size_t> standing_;
     std::vector<ScriptedPlacing> placings_;
 };
 

@@ -1,5 +1,7 @@
 #include "ui/MainWindow.h"
 
+#include <new>
+
 #include "model/NumberText.h"
 
 namespace kalvrooms::testing {
@@ -32,6 +34,30 @@ TEST_F(MainWindow, ShowsTheMenusWithTheirTexts) {
         EXPECT_EQ(form().MenuNamed(name).Caption(), caption);
     for (const wchar_t* separator : {L"mnuSep1", L"mnusep2", L"mnusep3", L"mnusep4"})
         EXPECT_TRUE(form().MenuNamed(separator).IsSeparator());
+}
+
+TEST_F(MainWindow, EveryChangeOfTheLanguageStartsFromTheGermanTexts) {
+    const std::wstring folder = platform_.environment.Folder;
+    platform_.libraries.Put(folder + L"\\zorvinta_eng.dll",
+                            {{101, L" Rooms"}, {104, L" &File"}, {250, L"extra"}});
+    platform_.libraries.Put(folder + L"\\zorvinta_fra.dll", {{101, L" Pièces"}});
+    main_ = std::make_unique<frmMain>(platform_.Bundle());
+    main_->SetLang(L"eng");
+    EXPECT_EQ(main_->GetText(1), L" Rooms");
+    EXPECT_EQ(main_->GetText(4), L" &File");
+    EXPECT_EQ(main_->GetText(150), L"extra");
+    main_->SetLang(L"fra");
+    EXPECT_EQ(main_->GetText(1), L" Pièces");
+    EXPECT_EQ(main_->GetText(4), L" &Datei");
+    EXPECT_EQ(main_->GetText(150), L"");
+    for (const wchar_t* german : {L"", L"xxx", L"de", L"ita"}) {
+        main_->SetLang(L"eng");
+        EXPECT_EQ(main_->GetText(1), L" Rooms");
+        main_->SetLang(german);
+        EXPECT_EQ(main_->GetText(1), L" Quartino") << ::testing::PrintToString(german);
+        EXPECT_EQ(main_->GetText(4), L" &Datei");
+        EXPECT_EQ(main_->GetText(150), L"");
+    }
 }
 
 TEST_F(MainWindow, CarriesTheProjectInItsCaption) {
@@ -192,6 +218,45 @@ TEST_F(MainWindow, SortingDoesNotMakeTheListDirty) {
     EXPECT_THAT(prompts(), IsEmpty());
 }
 
+TEST_F(MainWindow, DeletingAndModifyingMakeTheListDirty) {
+    show();
+    std::size_t asked = 0;
+    for (const wchar_t* menu : {L"mnuDeleteRoom", L"mnuModifyRoom"}) {
+        desktop().ChooseFile(writeList("list.txt", 3), 1);
+        form().ChooseMenu(L"mnuOpen");
+        EXPECT_THAT(prompts(), SizeIs(asked)) << ::testing::PrintToString(menu);
+        if (menu == std::wstring(L"mnuModifyRoom"))
+            desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) { dialog.Click(L"cmdOk"); });
+        form().ChooseMenu(menu);
+        desktop().AnswerNext(Gui::Answer::No);
+        form().ChooseMenu(L"mnuNew");
+        EXPECT_THAT(prompts(), SizeIs(++asked)) << ::testing::PrintToString(menu);
+    }
+    EXPECT_THAT(prompts(), ::testing::Each(savePrompt));
+}
+
+TEST_F(MainWindow, OpeningMakesAChangedListClean) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().AnswerNext(Gui::Answer::No);
+    desktop().ChooseFile(writeList("list.txt", 3), 1);
+    form().ChooseMenu(L"mnuOpen");
+    EXPECT_THAT(prompts(), ElementsAre(savePrompt));
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_THAT(prompts(), SizeIs(1));
+    EXPECT_EQ(cell(1, 0), L"");
+}
+
+TEST_F(MainWindow, SavingUnderAnotherNameMakesTheListClean) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().ChooseFile(file("mine.txt"), 1);
+    form().ChooseMenu(L"mnuSaveAS");
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_THAT(prompts(), IsEmpty());
+    EXPECT_EQ(cell(1, 0), L"");
+}
+
 TEST_F(MainWindow, TheRightButtonOpensTheEditMenuAndDoesNotSort) {
     show();
     addRooms(L"b", L"1");
@@ -244,6 +309,27 @@ TEST_F(MainWindow, TheAddTemplateKeepsWhatTheLastDialogPutIntoIt) {
         dialog.Click(L"cmdCancel");
     });
     form().ChooseMenu(L"mnuAddRoom");
+}
+
+TEST_F(MainWindow, AddingAfterModifyingStartsFromTheTemplateAgain) {
+    show();
+    addRooms(L"Büro 1", L"1");
+    desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) {
+        dialog.Field(L"txtName").Text(L"Flur");
+        dialog.Click(L"cmdOk");
+    });
+    form().ChooseMenu(L"mnuModifyRoom");
+    desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) {
+        EXPECT_EQ(dialog.Text(), L" Raum hinzufügen ");
+        EXPECT_EQ(dialog.Field(L"txtName").Text(), L"Büro2");
+        EXPECT_TRUE(dialog.Field(L"txtQuantity").Enabled());
+        dialog.Field(L"txtName").Text(L"Lager");
+        dialog.Click(L"cmdOk");
+    });
+    form().ChooseMenu(L"mnuAddRoom");
+    EXPECT_EQ(cell(1, 0), L"Flur");
+    EXPECT_EQ(cell(2, 0), L"Lager");
+    EXPECT_EQ(cell(3, 0), L"");
 }
 
 TEST_F(MainWindow, DeletingTakesTheSelectedRoomWithoutAsking) {
@@ -442,6 +528,149 @@ TEST_F(MainWindow, AStoredSizeWithoutColoursMakesThemBlack) {
     EXPECT_EQ(colorNew, 0);
 }
 
+// A registry in which one step goes wrong in a way that the calls themselves do not report.
+class BreakingRegistry : public Registry {
+  public:
+    explicit BreakingRegistry(Registry& registry) : registry_(registry) {}
+
+    // "Create", "Open" or the name of a value; empty: nothing breaks.
+    std::wstring breakAt;
+    std::function<void()> raise;
+    int broken = 0;
+
+    void step(const std::wstring& name) {
+        if (name != breakAt)
+            return;
+        ++broken;
+        raise();
+    }
+    std::unique_ptr<RegistryKey> CreateKey(const std::wstring& path, const std::wstring& keyClass,
+                                           std::uint32_t options,
+                                           std::uint32_t accessMask) override {
+        step(L"Create");
+        return wrap(registry_.CreateKey(path, keyClass, options, accessMask));
+    }
+    std::unique_ptr<RegistryKey> OpenKey(const std::wstring& path,
+                                         std::uint32_t accessMask) override {
+        step(L"Open");
+        return wrap(registry_.OpenKey(path, accessMask));
+    }
+
+  private:
+    class Key : public RegistryKey {
+      public:
+        Key(BreakingRegistry& owner, std::unique_ptr<RegistryKey> key)
+            : owner_(owner), key_(std::move(key)) {}
+        bool QueryDword(const std::wstring& name, std::int32_t& value) override {
+            owner_.step(name);
+            return key_->QueryDword(name, value);
+        }
+        bool SetDword(const std::wstring& name, std::int32_t value) override {
+            owner_.step(name);
+            return key_->SetDword(name, value);
+        }
+
+      private:
+        BreakingRegistry& owner_;
+        std::unique_ptr<RegistryKey> key_;
+    };
+    std::unique_ptr<RegistryKey> wrap(std::unique_ptr<RegistryKey> key) {
+        return key ? std::make_unique<Key>(*this, std::move(key)) : nullptr;
+    }
+
+    Registry& registry_;
+};
+
+class BrokenSettings : public MainWindow {
+  protected:
+    BrokenSettings() {
+        for (const auto& [name, value] : {std::pair{L"Report", 2},
+                                          {L"Height", 6000},
+                                          {L"Width", 9000},
+                                          {L"Top", 11},
+                                          {L"Left", 22},
+                                          {L"ColorOld", 3},
+                                          {L"ColorNew", 4}})
+            platform_.registry.Put(key_, name, value);
+    }
+    void showWithIt() {
+        main_ = std::make_unique<frmMain>(bundle_);
+        main_->SetLang(L"");
+        main_->SetRegKey(L"Software\\Host");
+        main_->Show();
+    }
+    // Every kind of error that the runtime may raise.
+    const std::vector<std::function<void()>> errors_ = {
+        [] { throw RuntimeError(RuntimeError::PermissionDenied); }, [] { throw std::bad_alloc(); }};
+    const std::wstring key_ = L"Software\\Host\\QTO";
+    BreakingRegistry registry_{platform_.registry};
+    Platform bundle_{desktop(),           platform_.ansi,        registry_,
+                     platform_.libraries, platform_.environment, host_,
+                     spreadsheets_};
+};
+
+TEST_F(BrokenSettings, WhateverBreaksWhileTheyAreReadTheWindowOpensAsDesigned) {
+    for (const auto& raise : errors_) {
+        for (const wchar_t* step :
+             {L"Open", L"Report", L"Height", L"Width", L"Top", L"Left", L"ColorOld", L"ColorNew"}) {
+            SCOPED_TRACE(::testing::PrintToString(step));
+            registry_.breakAt = step;
+            registry_.raise = raise;
+            registry_.broken = 0;
+            showWithIt();
+            EXPECT_EQ(registry_.broken, 1);
+            EXPECT_TRUE(form().Visible());
+            EXPECT_EQ(form().Width(), 11000);
+            EXPECT_EQ(form().Height(), 7500);
+            std::int32_t colorOld, colorNew, updated, newAtPosition, setDown;
+            bool noReport;
+            main_->GetReport(colorOld, colorNew, updated, newAtPosition, setDown, noReport);
+            EXPECT_EQ(colorOld, 0);
+            EXPECT_EQ(colorNew, 255);
+            EXPECT_FALSE(noReport);
+            EXPECT_EQ(platform_.registry.OpenKeys(), 0);
+            main_.reset();
+        }
+    }
+    EXPECT_THAT(prompts(), IsEmpty());
+}
+
+TEST_F(BrokenSettings, WhateverBreaksWhileTheyAreWrittenTheWindowClosesWithoutAMessage) {
+    for (const auto& raise : errors_) {
+        for (const wchar_t* step : {L"Create", L"Report", L"Height", L"ColorNew"}) {
+            SCOPED_TRACE(::testing::PrintToString(step));
+            registry_.breakAt.clear();
+            showWithIt();
+            registry_.breakAt = step;
+            registry_.raise = raise;
+            registry_.broken = 0;
+            form().Close();
+            EXPECT_EQ(registry_.broken, 1);
+            EXPECT_FALSE(desktop().IsLoaded(L"frmMain"));
+            EXPECT_EQ(platform_.registry.OpenKeys(), 0);
+            main_.reset();
+        }
+    }
+    EXPECT_THAT(prompts(), IsEmpty());
+}
+
+TEST_F(BrokenSettings, AWindowSizeThatIsNoWholeNumberIsNotStored) {
+    showWithIt();
+    form().DragTo(1e12f, 7500);
+    form().Close();
+    EXPECT_THAT(prompts(), IsEmpty());
+    EXPECT_FALSE(desktop().IsLoaded(L"frmMain"));
+    EXPECT_EQ(platform_.registry.Number(key_, L"Width"), 9000);
+}
+
+TEST_F(BrokenSettings, TheyAreStoredEvenIfTheyCouldNotBeRead) {
+    registry_.breakAt = L"Open";
+    registry_.raise = errors_[0];
+    showWithIt();
+    form().Close();
+    EXPECT_EQ(platform_.registry.Number(key_, L"Width"), 11000);
+}
+
 TEST_F(MainWindow, TheStoredGeometryIsSetInItsOrder) {
     for (const auto& [name, value] :
          {std::pair{L"Left", 11}, {L"Top", 22}, {L"Height", 6000}, {L"Width", 9000}})
@@ -482,6 +711,24 @@ TEST_F(MainWindow, AnEmptyChosenNameOpensAndSavesNothing) {
     form().ChooseMenu(L"mnuSaveAS");
     EXPECT_EQ(form().Text(), L" Quartino - Schule");
     EXPECT_EQ(desktop().FileDialogs()[1].Asked.FileName, L"C:\\Projekte\\*.xls");
+}
+
+TEST_F(MainWindow, AnEmptyChosenNameToOpenForgetsTheFileOfTheList) {
+    show();
+    addRooms(L"a", L"1");
+    desktop().ChooseFile(file("mine.txt"), 1);
+    form().ChooseMenu(L"mnuSave");
+    desktop().ChooseFile(L"", 2);
+    form().ChooseMenu(L"mnuOpen");
+    EXPECT_EQ(desktop().FileDialogs().back().Asked.FileName, file("mine.txt"));
+    EXPECT_EQ(cell(1, 0), L"a");
+    // The list has no name any more; the file kind is still that of the file that was saved.
+    desktop().CancelFileDialog();
+    form().ChooseMenu(L"mnuSave");
+    ASSERT_THAT(desktop().FileDialogs(), SizeIs(3));
+    EXPECT_TRUE(desktop().FileDialogs()[2].Save);
+    EXPECT_EQ(desktop().FileDialogs()[2].Asked.FileName, L"C:\\Projekte\\*.txt");
+    EXPECT_EQ(desktop().FileDialogs()[2].Asked.FilterIndex, 1);
 }
 
 TEST_F(MainWindow, ModifyingWithoutASelectedRoomAddsOne) {
@@ -556,6 +803,64 @@ TEST_F(MainWindow, WritingToTheDrawingEndsWithTheReport) {
     form().ChooseMenu(L"mnuExport");
     EXPECT_EQ(
         std::count(desktop().ModalForms().begin(), desktop().ModalForms().end(), L"frmReport"), 1);
+}
+
+TEST_F(MainWindow, WritingArrangesNewRoomsByTheOptions) {
+    show();
+    main_->SetWithoutReport();
+    addRooms(L"a", L"4");
+    main_->SetPlace(6, 2, true, 0, 255);
+    form().ChooseMenu(L"mnuExport");
+    ASSERT_THAT(host_.placings, SizeIs(1));
+    std::vector<Point> corners;
+    for (const ScriptedElement& element : host_.placings[0].elements)
+        corners.push_back(element.outline.at(0));
+    EXPECT_THAT(corners, ElementsAre(Point{0, 1}, Point{10, 1}, Point{0, -5}, Point{10, -5}));
+    host_.placings.clear();
+    main_->SetPlace(6, 2, false, 0, 255);
+    form().ChooseMenu(L"mnuExport");
+    ASSERT_THAT(host_.placings, SizeIs(4));
+    for (const ScriptedPlacing& placing : host_.placings) {
+        ASSERT_THAT(placing.elements, SizeIs(1));
+        EXPECT_EQ(placing.elements[0].outline.at(0), (Point{0, 0}));
+    }
+}
+
+TEST_F(MainWindow, TheReportCountsUpdatedRoomsRoomsAtTheirPositionAndRoomsSetDown) {
+    std::filesystem::create_directories(folder_ / "p");
+    host_.projectFolder = (folder_ / "p").wstring();
+    for (std::int32_t id = 17; id <= 19; ++id) {
+        ScriptedElement element;
+        element.identity = {id, 3, L"K3"};
+        element.name = L"alt";
+        element.storey = L"EG";
+        element.outline = {{0, 0}, {1, 0}, {1, 1}};
+        host_.drawing.push_back(element);
+    }
+    show();
+    form().ChooseMenu(L"mnuImport");
+    desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) {
+        dialog.Field(L"txtName").Text(L"umbenannt");
+        dialog.Click(L"cmdOk");
+    });
+    form().ChooseMenu(L"mnuModifyRoom");
+    addRooms(L"neu", L"3");
+    // Two rooms have gone from the drawing since; their coordinates are known all the same.
+    host_.drawing.resize(1);
+    std::vector<std::wstring> shown;
+    desktop().OnModal(L"frmReport", [&](HeadlessForm& report) {
+        for (const wchar_t* label : {L"lblNum1", L"lblNum2", L"lblNum3"})
+            shown.push_back(report.ControlNamed(label).Text());
+        report.Click(L"cmdOk");
+    });
+    form().ChooseMenu(L"mnuExport");
+    EXPECT_THAT(shown, ElementsAre(L"1", L"2", L"3"));
+    std::int32_t colorOld, colorNew, updated, newAtPosition, setDown;
+    bool noReport;
+    main_->GetReport(colorOld, colorNew, updated, newAtPosition, setDown, noReport);
+    EXPECT_THAT((std::vector{updated, newAtPosition, setDown}), ElementsAre(1, 2, 3));
+    ASSERT_THAT(host_.drawing, SizeIs(6));
+    EXPECT_EQ(host_.drawing[0].name, L"umbenannt");
 }
 
 TEST_F(MainWindow, AnErrorOfTheHostIsShownAndTheProgramGoesOn) {
