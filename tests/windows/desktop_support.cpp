@@ -25,10 +25,16 @@ void sendKey(WORD key, DWORD flags) {
     send(input);
 }
 
-void sendMouse(DWORD flags) {
+// Carries its place, so that nothing that moves the pointer meanwhile gets between.
+void sendMouse(DWORD flags, POINT point) {
+    const auto scaled = [](LONG at, int size) {
+        return static_cast<LONG>(static_cast<LONGLONG>(at) * 65536 / GetSystemMetrics(size)) + 1;
+    };
     INPUT input{};
     input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
+    input.mi.dx = scaled(point.x, SM_CXSCREEN);
+    input.mi.dy = scaled(point.y, SM_CYSCREEN);
+    input.mi.dwFlags = static_cast<DWORD>(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE) | flags;
     send(input);
 }
 
@@ -185,10 +191,9 @@ void TypeKey(WORD key) {
 
 void Click(HWND window, POINT point, MouseButton button) {
     ClientToScreen(window, &point);
-    SetCursorPos(point.x, point.y);
     const bool right = button == MouseButton::Right;
-    sendMouse(right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN);
-    sendMouse(right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP);
+    sendMouse(right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN, point);
+    sendMouse(right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP, point);
 }
 
 void ClickMiddle(HWND window) {
