@@ -6,6 +6,7 @@
 #include "standin/kalvero/win32/HostProcess.h"
 #include "standin/kalvero/win32/HostWindow.h"
 #include "standin/kalvero/win32/Registration.h"
+#include "standin/kalvero/win32/ServerApartment.h"
 
 #include <shellapi.h>
 
@@ -58,9 +59,9 @@ void Prepare(HostProcess& process, const CommandLine& line) {
 }
 
 int RunHost(const CommandLine& line) {
-    // Lives longest: the system lets go of clients' objects when the apartment closes.
+    // Lives longest: clients' objects are there until the process ends.
     HostProcess process;
-    const ComApartment apartment;
+    const ServerApartment apartment;
     Prepare(process, line);
 
     ClientProgram client;

@@ -2,6 +2,7 @@
 // PracticeSpreadsheet --running [--changed] [WORKBOOK...]   as if a user had started it
 // Everything else is the system starting an instance for a client.
 
+#include "standin/kalvero/win32/ServerApartment.h"
 #include "standin/spreadsheet/win32/ControlWindow.h"
 #include "standin/spreadsheet/win32/SheetClass.h"
 #include "standin/spreadsheet/win32/SheetClassObject.h"
@@ -68,9 +69,9 @@ void offerRunning(SheetProcess& process) {
 
 int runInstance(const std::vector<std::wstring>& arguments) {
     const bool byHand = has(arguments, L"--running");
-    // Lives longest: the system lets go of clients' objects when the apartment closes.
+    // Lives longest: clients' objects are there until the process ends.
     SheetProcess process(readSettings(), byHand);
-    const ComApartment apartment;
+    const ServerApartment apartment;
     ControlWindow window(process);
     {
         if (byHand) {
