@@ -54,6 +54,8 @@ class Client {
         return Client(std::move(object));
     }
 
+    bool there() const { return static_cast<bool>(object_); }
+
     DISPID IdOf(const std::wstring& name) const {
         std::wstring copy = name;
         LPOLESTR text = copy.data();
@@ -261,7 +263,7 @@ class PracticeHost : public testing::Test {
     PracticeHost() { WriteText(folder / L"Schule.json", School); }
     // Never by force: Wine would keep handing out the classes of the killed process.
     ~PracticeHost() override {
-        if (process && !process->Ended(0)) {
+        if (process && control.there() && !process->Ended(0)) {
             try {
                 control.Call(L"Quit");
                 process->Ended(10000);
