@@ -80,8 +80,8 @@ class QuartinoProcess {
     std::wstring cell(int room, int column) const { return driver::cellText(table_, room, column); }
     std::vector<std::wstring> column(int column) const; // down to the first room without identifier
 
-    // How red the reddest dot is that the screen shows of a window or of a row of the table: red less
-    // green.
+    // How red the reddest dot is that the screen shows of a window or of a row of the table: red
+    // less green.
     static int rednessOf(HWND window);
     int rednessOfRow(int row) const;
 

@@ -37,8 +37,8 @@ TEST(ColdStart, TheMainWindowStandsHardlyLaterThanAnEmptyOne) {
     for (int turn = 0; turn < 5; ++turn) {
         quartino = std::min(
             quartino, untilShown((folder.path() / L"Quartino.exe").wstring(), L"QuartinoMain"));
-        empty = std::min(
-            empty, untilShown((binFolder() / L"EmptyWindow.exe").wstring(), L"EmptyWindow"));
+        empty = std::min(empty,
+                         untilShown((binFolder() / L"EmptyWindow.exe").wstring(), L"EmptyWindow"));
     }
     std::printf("from the start to the window: %.0f ms, an empty one %.0f ms\n", quartino, empty);
     // Finding the host and the libraries for it are what is left.
