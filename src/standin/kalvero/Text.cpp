@@ -28,6 +28,21 @@ void AppendWide(std::wstring& text, char32_t code) {
     text += static_cast<wchar_t>(code);
 }
 
+// The length of the sequence that a byte opens, 0 when it opens none.
+int SequenceLength(unsigned char first) {
+    if (first < 0x80)
+        return 1;
+    if (first >= 0xC2 && first < 0xE0)
+        return 2;
+    if (first >= 0xE0 && first < 0xF0)
+        return 3;
+    if (first >= 0xF0 && first < 0xF5)
+        return 4;
+    return 0;
+}
+
+} // namespace
+
 void AppendUtf8(std::string& bytes, char32_t code) {
     const auto tail = [&](int shift) {
         bytes += static_cast<char>(0x80 | ((code >> shift) & 0x3F));
@@ -48,21 +63,6 @@ void AppendUtf8(std::string& bytes, char32_t code) {
         tail(0);
     }
 }
-
-// The length of the sequence that a byte opens, 0 when it opens none.
-int SequenceLength(unsigned char first) {
-    if (first < 0x80)
-        return 1;
-    if (first >= 0xC2 && first < 0xE0)
-        return 2;
-    if (first >= 0xE0 && first < 0xF0)
-        return 3;
-    if (first >= 0xF0 && first < 0xF5)
-        return 4;
-    return 0;
-}
-
-} // namespace
 
 std::wstring FromUtf8(std::string_view bytes) {
     std::wstring text;

@@ -9,6 +9,7 @@ namespace kalvrooms::practice {
 // Invalid bytes and half surrogate pairs become U+FFFD.
 std::wstring FromUtf8(std::string_view bytes);
 std::string ToUtf8(std::wstring_view text);
+void AppendUtf8(std::string& bytes, char32_t code);
 
 // Decimal point, no grouping, as few digits as tell the number from all others.
 std::wstring NumberText(double value);

@@ -1,6 +1,7 @@
 #include "standin/spreadsheet/Xml.h"
 
 #include "standin/kalvero/HostError.h"
+#include "standin/kalvero/Text.h"
 
 #include <cstdint>
 
@@ -19,27 +20,6 @@ bool isBlank(char c) {
 bool isNameCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
            c == '-' || c == '.' || c == ':' || static_cast<unsigned char>(c) >= 0x80;
-}
-
-void appendUtf8(std::string& bytes, std::uint32_t code) {
-    const auto tail = [&](int shift) {
-        bytes += static_cast<char>(0x80 | ((code >> shift) & 0x3F));
-    };
-    if (code < 0x80) {
-        bytes += static_cast<char>(code);
-    } else if (code < 0x800) {
-        bytes += static_cast<char>(0xC0 | (code >> 6));
-        tail(0);
-    } else if (code < 0x10000) {
-        bytes += static_cast<char>(0xE0 | (code >> 12));
-        tail(6);
-        tail(0);
-    } else {
-        bytes += static_cast<char>(0xF0 | (code >> 18));
-        tail(12);
-        tail(6);
-        tail(0);
-    }
 }
 
 class Reader {
@@ -160,7 +140,7 @@ class Reader {
         }
         if (code == 0 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
             fail();
-        appendUtf8(text, code);
+        AppendUtf8(text, code);
     }
     std::string quoted() {
         const char quote = next();

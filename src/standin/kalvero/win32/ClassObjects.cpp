@@ -1,11 +1,10 @@
 #include "standin/kalvero/win32/ClassObjects.h"
 
+#include "standin/kalvero/win32/ClassFactory.h"
 #include "standin/kalvero/win32/ClassIds.h"
 #include "standin/kalvero/win32/ControlObject.h"
 #include "standin/kalvero/win32/HostObjects.h"
 
-#include <atomic>
-#include <new>
 #include <string>
 
 namespace kalvrooms::practice {
@@ -18,66 +17,6 @@ template <class Object>
 IDispatch* CreateOne(HostProcess& process) {
     return new Object(process);
 }
-
-// Automation interfaces have no virtual destructor; their objects end in Release.
-#ifdef __GNUC__
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-#endif
-class ClassFactory : public IClassFactory {
-  public:
-    ClassFactory(HostProcess& process, Create create) : process_(process), create_(create) {}
-    ClassFactory(const ClassFactory&) = delete;
-    ClassFactory& operator=(const ClassFactory&) = delete;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IClassFactory))
-            return E_NOINTERFACE;
-        *object = static_cast<IClassFactory*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0)
-            delete this;
-        return left;
-    }
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (outer)
-            return CLASS_E_NOAGGREGATION;
-        try {
-            const auto created = ComPtr<IDispatch>::Attach(create_(process_));
-            return created->QueryInterface(iid, object);
-        } catch (const std::bad_alloc&) {
-            return E_OUTOFMEMORY;
-        }
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
-        if (lock)
-            process_.AddUse();
-        else
-            process_.RemoveUse();
-        return S_OK;
-    }
-
-  private:
-    virtual ~ClassFactory() = default;
-
-    std::atomic<ULONG> references_{1};
-    HostProcess& process_;
-    Create create_;
-};
-#ifdef __GNUC__
-#pragma GCC diagnostic pop
-#endif
 
 } // namespace
 
@@ -93,7 +32,9 @@ ClassObjects::ClassObjects(HostProcess& process) : process_(process) {
         {&ControlClass, &CreateOne<ControlObject>},
     };
     for (const Offer& offer : offers) {
-        const auto factory = ComPtr<ClassFactory>::Attach(new ClassFactory(process, offer.create));
+        const auto factory = ComPtr<ClassFactory>::Attach(new ClassFactory(
+            [&process, create = offer.create] { return create(process); },
+            [&process](bool stay) { stay ? process.AddUse() : process.RemoveUse(); }));
         DWORD cookie = 0;
         // Suspended, so that no client meets a server that offers only some of its classes yet.
         const HRESULT result =
