@@ -22,9 +22,16 @@ struct CellError {
     bool operator==(const CellError&) const = default;
 };
 
+// A date as its text under the user's locale. It is no number, even where its text reads like one:
+// "12.05.2024" has nothing but grouping points for a German.
+struct CellDate {
+    std::wstring Shown;
+    bool operator==(const CellDate&) const = default;
+};
+
 // What a cell's "Value" holds; the first kind is the empty cell. Amounts of money arrive as
-// numbers, dates as their text under the user's locale.
-using CellValue = std::variant<std::monostate, std::wstring, double, bool, CellError>;
+// numbers.
+using CellValue = std::variant<std::monostate, std::wstring, double, bool, CellError, CellDate>;
 
 struct CellRange {
     int Row = 1;

@@ -68,12 +68,18 @@ std::wstring textOf(const CellValue& value, const NumberLocale& locale) {
         // The room keeps what the user sees in the sheet.
         return error->Shown;
     }
+    if (const auto* date = std::get_if<CellDate>(&value)) {
+        return date->Shown;
+    }
     return {};
 }
 
 double numberOrZero(const CellValue& value, const NumberLocale& locale) {
     if (const auto* number = std::get_if<double>(&value)) {
         return *number;
+    }
+    if (std::holds_alternative<CellDate>(value)) {
+        return 0.0;
     }
     const std::wstring text = textOf(value, locale);
     return IsNumeric(text, locale) ? ToDouble(text, locale) : 0.0;

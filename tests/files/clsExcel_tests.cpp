@@ -307,7 +307,8 @@ TEST_P(Workbook, WithNumbersInItsTextColumnsIsReadByTheUsersLocale) {
 }
 
 TEST_P(Workbook, WithAnAreaThatIsNoNumberHasArea0) {
-    const std::vector<CellValue> areas = {L"x", CellValue(), true, CellError{L"#DIV/0!"}, L"1e400"};
+    const std::vector<CellValue> areas = {
+        L"x", CellValue(), true, CellError{L"#DIV/0!"}, L"1e400", CellDate{L"12.05.2024"}};
     for (std::size_t i = 0; i < areas.size(); ++i) {
         putRow(static_cast<int>(i) + 2, {L"a", L"b", areas[i]});
     }

@@ -393,6 +393,14 @@ TEST_F(TextList, SaysThatARealWorkbookNeedsTheApplication) {
     EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
 }
 
+TEST_F(TextList, TakesNoBinaryBytesForAHeaderThatHappenToHoldATab) {
+    context.Spreadsheets.Installed = false;
+    const std::string workbook("PK\x03\x04\t\0\t\0", 8);
+    clsFileSytem(context).ReadListFromFile(folder.Write(L"a.xls", workbook + "\na\tb\n"), floors);
+    EXPECT_EQ(floors.GetCountOfRooms(), 0);
+    EXPECT_EQ(context.Headless.desktop.Messages().size(), 1U);
+}
+
 TEST_F(TextList, EndsWithoutAWordWhenItIsMissingAsAWorkbookToo) {
     context.Spreadsheets.Installed = false;
     folder.Write(L"leer.xls", "");

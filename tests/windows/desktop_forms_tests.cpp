@@ -95,7 +95,11 @@ Room roomOf(const ControlEntry& entry, const Win32Control& control) {
 void expectRoomForTexts(const Win32Form& form) {
     for (const ControlEntry& entry : form.Entry().controls) {
         const Win32Control& control = *form.ControlById(entry.id);
-        if (entry.kind == ControlKind::Tabs || entry.kind == ControlKind::Grid ||
+        // A button that shows a colour has a text for assistive programs only.
+        const bool shown =
+            (GetWindowLongPtrW(control.Window(), GWL_STYLE) & BS_TYPEMASK) != BS_OWNERDRAW ||
+            entry.kind != ControlKind::Button;
+        if (entry.kind == ControlKind::Tabs || entry.kind == ControlKind::Grid || !shown ||
             control.Text().empty())
             continue;
         const Room room = roomOf(entry, control);
@@ -335,6 +339,12 @@ TEST_F(Forms, ALengthReadsBackAsItWasSet) {
     // Moved by somebody else, it tells the truth.
     SetWindowPos(form.Window(), nullptr, 100, 100, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
     EXPECT_FLOAT_EQ(form.Left(), 100.0F * 1440 / static_cast<float>(SystemDpi()));
+}
+
+TEST_F(Forms, AColourButtonIsNamedAfterItsLabel) {
+    Win32Form& form = Make(L"frmPlace");
+    EXPECT_EQ(Named(form, L"cmdWithCoordinates").Win32Control::Text(), texts_(54));
+    EXPECT_EQ(Named(form, L"cmdWithoutCoordinates").Win32Control::Text(), texts_(55));
 }
 
 TEST_F(Forms, OneOptionOfAGroupIsOn) {

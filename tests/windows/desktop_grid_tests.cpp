@@ -3,6 +3,7 @@
 #include "desktop_support.h"
 
 #include "app/clsWait.h"
+#include "platform/win32/Dpi.h"
 
 #include <gmock/gmock.h>
 
@@ -535,6 +536,43 @@ TEST_F(MainWindow, ThePointerIsTheHourglassEverywhere) {
     }
     desktop_.MousePointer(DefaultPointer);
     EXPECT_NE(GetCursor(), hourglass);
+}
+
+// Showing a pressed cell whole scrolls another one under the mouse.
+TEST_F(MainWindow, ACellThatIsCutOffIsTheOneThatIsMeant) {
+    std::vector<CellEvent> events;
+    int doubleClicks = 0;
+    grid_->MouseUp = [&](MouseButton button, int row, int column) {
+        events.push_back({button, row, column});
+    };
+    grid_->DoubleClick = [&] { ++doubleClicks; };
+    RECT line{};
+    const auto cutLine = [&] {
+        // The last line shows a strip of its top.
+        RECT client{};
+        GetClientRect(list_, &client);
+        for (int row = 1; row < 120; ++row) {
+            ListView_GetItemRect(list_, row - 1, &line, LVIR_BOUNDS);
+            if (line.bottom > client.bottom)
+                return std::pair{row, POINT{20, (line.top + client.bottom) / 2}};
+        }
+        return std::pair{0, POINT{}};
+    };
+    for (const MouseButton button : {MouseButton::Left, MouseButton::Right}) {
+        ListView_EnsureVisible(list_, 0, FALSE);
+        ListView_GetItemRect(list_, 9, &line, LVIR_BOUNDS);
+        grid_->Height(ToTwips(static_cast<int>(line.top + line.bottom) / 2, form_->Dpi()));
+        events.clear();
+        const auto [row, point] = cutLine();
+        ASSERT_GT(row, 0);
+        Click(list_, point, button);
+        ASSERT_TRUE(PumpUntil(desktop_, [&] { return events.size() == 1; }));
+        EXPECT_EQ(events.back(), (CellEvent{button, row, 0}));
+        EXPECT_EQ(grid_->Row(), row);
+        EXPECT_TRUE(InView(row));
+        EXPECT_NE(ListView_GetTopIndex(list_), 0);
+    }
+    EXPECT_EQ(doubleClicks, 0);
 }
 
 TEST_F(MainWindow, TheBusyIndicatorIsSeenOnThePointerItself) {

@@ -39,8 +39,9 @@ std::string element(int id, int fileNumber, const std::string& name, const std::
     return json.str();
 }
 
-std::string drawingOf(const std::vector<std::string>& elements) {
-    std::filesystem::path folder = std::filesystem::temp_directory_path() / L"quartino-project";
+std::string drawingOf(const std::vector<std::string>& elements,
+                      const std::filesystem::path& folder = std::filesystem::temp_directory_path() /
+                                                            L"quartino-project") {
     std::filesystem::create_directories(folder);
     std::string escaped;
     for (const char c : folder.string())
@@ -540,6 +541,11 @@ TEST_F(Figures, CallsOfAReading) {
 }
 
 TEST_F(Figures, TimeOfReadingFiveThousandElements) {
+    // Where the machine has a memory disk: how fast its disk is says nothing about the program.
+    std::filesystem::path folder = L"Z:\\dev\\shm";
+    if (!std::filesystem::is_directory(folder))
+        folder = std::filesystem::temp_directory_path();
+    folder /= L"quartino-figures";
     // Once is enough for the long list: the decimal mark has no part in it.
     char mark[8] = "";
     GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, mark, sizeof mark);
@@ -547,7 +553,7 @@ TEST_F(Figures, TimeOfReadingFiveThousandElements) {
     std::vector<std::string> standing;
     for (int i = 1; i <= count; ++i)
         standing.push_back(element(i, 3, "A", "EG"));
-    host_->load(drawingOf(standing));
+    host_->load(drawingOf(standing, folder));
     bridge().GetProjectName();
     // Other work of the machine falls into one reading or another; the best one shows our share.
     double share = 1.0;
@@ -565,6 +571,7 @@ TEST_F(Figures, TimeOfReadingFiveThousandElements) {
                     count, all, 100 * (all - calls) / all);
     }
     EXPECT_LT(share, 0.10);
+    std::filesystem::remove_all(folder);
 }
 
 } // namespace

@@ -349,8 +349,12 @@ TEST_F(ProgramSettings, OnAMonitorThatIsGoneTheWindowTakesItsPlaceAndTheSystemBr
 TEST_F(ProgramSettings, AMinimisedWindowLeavesWhatItReports) {
     RunningProgram program(folder);
     const HWND window = program.mainWindow();
+    const RECT before = rectangleOf(window);
     PostMessageW(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
-    ui::waitFor("the minimised window", [&] { return IsIconic(window) != FALSE; });
+    ui::waitFor("the minimised window", [&] {
+        const RECT now = rectangleOf(window);
+        return IsIconic(window) && !EqualRect(&before, &now);
+    });
     const RECT r = rectangleOf(window);
     EXPECT_EQ(program.close(), 0u);
     EXPECT_EQ(key[L"Left"], r.left * twipsPerPixel);

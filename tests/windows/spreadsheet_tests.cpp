@@ -14,6 +14,7 @@ using ::testing::AllOf;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::Ge;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Le;
 using ::testing::SizeIs;
@@ -239,6 +240,23 @@ TEST_F(Workbooks, CellsOfAllKindsAreReadAsTheUserSeesThem) {
     EXPECT_EQ(room.Geometry->Area(), 0.0);
     EXPECT_EQ(room.StoryCode(), L"#DIV/0!");
     EXPECT_EQ(room.Enclosure(), FromDouble(17.5));
+}
+
+TEST_F(Workbooks, ADateIsItsTextAndNeverAnArea) {
+    sheets::Workbook workbook = sheets::Workbook::New();
+    constexpr double day = 45424; // 12 May 2024
+    sheets::Sheet& sheet = *workbook.sheets[0];
+    sheet.Set(2, 1, {std::wstring(L"a"), L"", GeneralFormat});
+    for (const int column : {2, 3})
+        sheet.Set(2, column, {day, L"", L"m/d/yyyy"});
+    store(L"list.xls", workbook);
+    clsFloors floors;
+    read(L"list.xls", floors);
+    ASSERT_EQ(floors.GetCountOfRooms(), 1);
+    clsRoom room;
+    floors.GetRoomByIndex(1, room);
+    EXPECT_THAT(room.FunctionName(), HasSubstr(L"2024"));
+    EXPECT_EQ(room.Geometry->Area(), 0.0);
 }
 
 TEST_F(Workbooks, ReadingTakesTheActiveSheet) {
@@ -628,7 +646,7 @@ TEST_P(PointFaults, WhileReadingPointsAreTold) {
 }
 
 constexpr FaultCase gone{"exit", L"exit", true, false};
-constexpr FaultCase failing{"fail", L"fail", false, false};
+constexpr FaultCase failing{"fail", L"fail", true, false};
 constexpr FaultCase answeringNothing{"empty", L"empty", false, true};
 constexpr FaultCase busyFromThenOn{"busy", L"later 1000000", false, false};
 
@@ -636,9 +654,11 @@ const auto nameOfFault = [](const auto& fault) { return std::string(fault.param.
 INSTANTIATE_TEST_SUITE_P(Modes, ListFaults,
                          ::testing::Values(gone, failing, answeringNothing, busyFromThenOn),
                          nameOfFault);
-INSTANTIATE_TEST_SUITE_P(Modes, NewFileFaults, ::testing::Values(gone, failing, busyFromThenOn),
+INSTANTIATE_TEST_SUITE_P(Modes, NewFileFaults,
+                         ::testing::Values(gone, failing, answeringNothing, busyFromThenOn),
                          nameOfFault);
-INSTANTIATE_TEST_SUITE_P(Modes, PointFaults, ::testing::Values(gone, answeringNothing),
+INSTANTIATE_TEST_SUITE_P(Modes, PointFaults,
+                         ::testing::Values(gone, failing, answeringNothing, busyFromThenOn),
                          nameOfFault);
 
 TEST_F(Workbooks, ARunningApplicationThatGoesAwayMeanwhileHarmsNothing) {

@@ -406,6 +406,18 @@ TEST_F(Probe, ShowsTheWindowWhenTheHostIsThereAtTheSecondTry) {
     EXPECT_TRUE(below.exists());
 }
 
+TEST_F(Probe, ShowsTheWindowWhenTheHostHasBeenInstalledAtTheSecondTry) {
+    unregister();
+    folder.writeHandOver(keyPath);
+    RunningProgram program(folder);
+    const HWND box = program.messageBox();
+    EXPECT_EQ(ui::messageText(box), closeKvdFiles);
+    hostProgram(L"--register");
+    program.answer(box);
+    EXPECT_EQ(ui::textOf(program.mainWindow()), L" Quartino - Schule");
+    EXPECT_EQ(program.close(), 0u);
+}
+
 TEST_F(Probe, HasWordsOfItsOwnWhereTheLanguageHasNone) {
     host.state(L"kvd");
     folder.writeHandOver(keyPath, L"bla");

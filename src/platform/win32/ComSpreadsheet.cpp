@@ -68,7 +68,7 @@ CellValue toCell(const VARIANT& value) {
         ComVariant other;
         VariantCopy(other.get(), const_cast<VARIANT*>(&value));
         if (value.vt == VT_DATE)
-            return other.toText();
+            return CellDate{other.toText()};
         return other.toDouble();
     }
     }
@@ -81,6 +81,7 @@ ComVariant toVariant(const CellValue& value) {
         ComVariant operator()(double number) const { return ComVariant(number); }
         ComVariant operator()(bool truth) const { return ComVariant(truth); }
         ComVariant operator()(const CellError& error) const { return ComVariant(error.Shown); }
+        ComVariant operator()(const CellDate& date) const { return ComVariant(date.Shown); }
     };
     return std::visit(Convert(), value);
 }

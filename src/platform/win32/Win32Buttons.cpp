@@ -7,13 +7,20 @@
 
 #include <vssym32.h>
 
+#include <iterator>
+
 namespace kalvrooms::Gui {
 
 // --- Button ---------------------------------------------------------------------------------
 
 void Win32Button::BackColour(Colour colour) {
-    if (Window() && !backColour_)
+    if (Window() && !backColour_) {
         SendMessageW(Window(), BM_SETSTYLE, BS_OWNERDRAW, TRUE);
+        // Nobody sees its text; assistive programs take it for its name.
+        wchar_t label[256] = L"";
+        GetWindowTextW(GetWindow(Window(), GW_HWNDPREV), label, static_cast<int>(std::size(label)));
+        SetWindowTextW(Window(), label);
+    }
     Win32Control::BackColour(colour);
 }
 

@@ -308,6 +308,8 @@ void Win32Form::ShowModal() {
     }
     ShowWindow(Window(), SW_SHOWNORMAL);
     SetActiveWindow(Window());
+    // The user may come from the drawing, where he has set down rooms.
+    SetForegroundWindow(Window());
     FocusFirst();
     while (!alive.expired() && Window()) {
         if (!desktop_.PumpMessage())
@@ -487,6 +489,9 @@ void Win32Form::changeDpi(UINT dpi, const RECT& suggested) {
         control->Rescale(old, dpi);
     RedrawWindow(Window(), nullptr, nullptr,
                  RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN);
+    // Where the pixels stay the same, the size has changed all the same: it is counted in twips.
+    if (shown_ && Resize)
+        Raise(Resize);
 }
 
 // --- Geometry: the frame that the user sees -------------------------------------------------

@@ -414,31 +414,33 @@ LRESULT Win32Grid::HandleMessage(UINT message, WPARAM word, LPARAM data) {
     case WM_MBUTTONDOWN: {
         if (GetFocus() != Window())
             ::SetFocus(Window());
+        const CellPosition cell = cellAt(pointOf(data));
+        // The cell that was pressed is the one that is meant: showing it whole may scroll another
+        // one under the mouse before the button comes up.
         (message == WM_LBUTTONDOWN   ? leftDown_
          : message == WM_RBUTTONDOWN ? rightDown_
-                                     : middleDown_) = true;
-        const CellPosition cell = cellAt(pointOf(data));
+                                     : middleDown_) = cell;
         if (cell.row > 0)
             moveTo(cell.row, cell.column);
         return 0;
     }
     case WM_LBUTTONUP:
-        if (std::exchange(leftDown_, false))
-            mouseUp(MouseButton::Left, cellAt(pointOf(data)));
+        if (const auto cell = std::exchange(leftDown_, std::nullopt))
+            mouseUp(MouseButton::Left, *cell);
         return 0;
     case WM_RBUTTONUP:
-        if (std::exchange(rightDown_, false))
-            mouseUp(MouseButton::Right, cellAt(pointOf(data)));
+        if (const auto cell = std::exchange(rightDown_, std::nullopt))
+            mouseUp(MouseButton::Right, *cell);
         return 0;
     case WM_MBUTTONUP:
-        if (std::exchange(middleDown_, false))
-            mouseUp(MouseButton::Middle, cellAt(pointOf(data)));
+        if (const auto cell = std::exchange(middleDown_, std::nullopt))
+            mouseUp(MouseButton::Middle, *cell);
         return 0;
     case WM_LBUTTONDBLCLK:
         Owner().Raise(DoubleClick);
         return 0;
     case WM_RBUTTONDBLCLK:
-        rightDown_ = true;
+        rightDown_ = cellAt(pointOf(data));
         return 0;
     case WM_MBUTTONDBLCLK:
         return 0;
@@ -463,7 +465,7 @@ LRESULT Win32Grid::HandleMessage(UINT message, WPARAM word, LPARAM data) {
     case WM_CHAR:
         return 0;
     case WM_KILLFOCUS:
-        leftDown_ = rightDown_ = middleDown_ = false;
+        leftDown_ = rightDown_ = middleDown_ = std::nullopt;
         [[fallthrough]];
     case WM_SETFOCUS:
         repaintRow(row_);

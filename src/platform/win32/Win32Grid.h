@@ -6,6 +6,7 @@
 
 #include "platform/win32/Win32Control.h"
 
+#include <optional>
 #include <vector>
 
 namespace kalvrooms::Gui {
@@ -90,9 +91,9 @@ class Win32Grid : public Grid, public Win32Control {
     // Gives the rows their height.
     HIMAGELIST rowHeight_ = nullptr;
     // A button counts where it went down.
-    bool leftDown_ = false;
-    bool rightDown_ = false;
-    bool middleDown_ = false;
+    std::optional<CellPosition> leftDown_;
+    std::optional<CellPosition> rightDown_;
+    std::optional<CellPosition> middleDown_;
 };
 
 } // namespace kalvrooms::Gui
