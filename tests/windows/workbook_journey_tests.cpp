@@ -134,6 +134,63 @@ TEST_F(WorkbookJourney, AnApplicationThatGoesAwayLeavesTheListAndTheNextCommandA
     EXPECT_EQ(readContents(L"second.xls"), readContents(L"list.xls"));
 }
 
+class LongWorkbookJourney : public WorkbookJourney, public ::testing::WithParamInterface<int> {};
+INSTANTIATE_TEST_SUITE_P(Rooms, LongWorkbookJourney, ::testing::Values(150, 1500));
+
+TEST_P(LongWorkbookJourney, FromTextToWorkbookAndBackTheListIsTheSame) {
+    // More rooms than go into a drawing at once are told about with every opening.
+    constexpr int mostRoomsOfADrawing = 150;
+    write(L"plain.txt", programme(GetParam()));
+    QuartinoProcess quartino(folder_);
+    const auto openAll = [&](const std::wstring& fileName) {
+        const auto before = quartino.commandsDone();
+        quartino.chooseByKeys(fileMenu, openLine);
+        quartino.giveFileName(quartino.fileDialog(), name(fileName));
+        if (GetParam() > mostRoomsOfADrawing)
+            quartino.closeWithEnter(quartino.messageBox());
+        quartino.waitForCommand(before);
+    };
+    openAll(L"plain.txt");
+    saveAs(quartino, L"again.txt");
+    saveAs(quartino, L"list.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    openAll(L"list.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    EXPECT_EQ(quartino.column(Name).size(), static_cast<std::size_t>(GetParam()));
+    saveAs(quartino, L"back.txt");
+    EXPECT_EQ(bytes(L"back.txt"), bytes(L"again.txt"));
+    EXPECT_EQ(quartino.program().close(), 0u);
+}
+
+TEST_F(WorkbookJourney, AFileThatCannotBeWrittenStaysAndSoDoesTheList) {
+    write(L"list.xls", roomsNamed({L"a", L"b"}));
+    expectQuietEnd();
+    QuartinoProcess quartino(folder_);
+    open(quartino, L"list.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    const std::string before = bytes(L"list.xls");
+    const auto saveInVain = [&] {
+        save(quartino);
+        EXPECT_TRUE(spreadsheetProcessesEnd());
+        EXPECT_TRUE(quartino.onlyShows({quartino.main()}));
+        EXPECT_THAT(quartino.column(Name), ElementsAre(L"a", L"b"));
+        EXPECT_EQ(bytes(L"list.xls"), before);
+    };
+    SetFileAttributesW(name(L"list.xls").c_str(), FILE_ATTRIBUTE_READONLY);
+    saveInVain();
+    SetFileAttributesW(name(L"list.xls").c_str(), FILE_ATTRIBUTE_NORMAL);
+    // Somebody else has it open.
+    const HANDLE held = CreateFileW(name(L"list.xls").c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    saveInVain();
+    CloseHandle(held);
+    saveAs(quartino, L"second.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    EXPECT_EQ(readContents(L"second.xls"), readContents(L"list.xls"));
+    EXPECT_EQ(quartino.program().close(), 0u);
+}
+
 class JourneyWithoutSpreadsheets : public WorkbookJourney {
   protected:
     void SetUp() override {
