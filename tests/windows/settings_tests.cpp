@@ -5,6 +5,7 @@
 
 #include <aclapi.h>
 
+#include <cmath>
 #include <memory>
 #include <set>
 #include <string>
@@ -293,6 +294,48 @@ TEST_F(ProgramSettings, TheWindowComesBackWhereItWasLeft) {
     }
     EXPECT_EQ(key[L"Left"], 211 * twipsPerPixel);
     EXPECT_EQ(key[L"Height"], 501 * twipsPerPixel);
+}
+
+// What the system tells programs that start while it holds.
+class SystemDpi {
+  public:
+    explicit SystemDpi(DWORD dpi) {
+        RegSetKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels", REG_DWORD, &dpi, sizeof dpi);
+    }
+    ~SystemDpi() { RegDeleteKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels"); }
+    SystemDpi(const SystemDpi&) = delete;
+    SystemDpi& operator=(const SystemDpi&) = delete;
+
+  private:
+    static constexpr const wchar_t* desktop = L"Control Panel\\Desktop";
+};
+
+TEST_F(ProgramSettings, TheWindowComesBackAtEveryDpi) {
+    // The last one has no whole number of twips in a pixel.
+    for (const int dpi : {144, 192, 168}) {
+        const SystemDpi system(static_cast<DWORD>(dpi));
+        const auto pixels = [dpi](int twips) {
+            return static_cast<int>(std::lround(twips * dpi / 1440.0));
+        };
+        const auto twips = [dpi](int count) {
+            return static_cast<int>(std::nearbyint(count * 1440.0 / dpi));
+        };
+        store(1500, 1200, 9000, 6000);
+        for (int run = 0; run < 2; ++run) {
+            RunningProgram program(folder);
+            const HWND window = program.mainWindow();
+            if (run == 0) {
+                waitForRectangle(window, pixels(1500), pixels(1200), pixels(9000), pixels(6000));
+                SetWindowPos(window, nullptr, 211, 153, 901, 701, SWP_NOZORDER | SWP_NOACTIVATE);
+            }
+            waitForRectangle(window, 211, 153, 901, 701);
+            EXPECT_EQ(program.close(), 0u);
+            EXPECT_EQ(key[L"Left"], twips(211)) << dpi;
+            EXPECT_EQ(key[L"Top"], twips(153)) << dpi;
+            EXPECT_EQ(key[L"Width"], twips(901)) << dpi;
+            EXPECT_EQ(key[L"Height"], twips(701)) << dpi;
+        }
+    }
 }
 
 TEST_F(ProgramSettings, AHeightOfZeroDiscardsAllOfThem) {
