@@ -151,6 +151,52 @@ TEST_F(MainWindow, AddingBeyondTheLimitWarns) {
     EXPECT_THAT(prompts(), ElementsAre(limitPrompt));
 }
 
+TEST_F(MainWindow, TheLimitWarningFollowsAnAdditionThatWasCalledOffToo) {
+    show();
+    desktop().ChooseFile(writeList("list.txt", 150), 1);
+    form().ChooseMenu(L"mnuOpen");
+    const auto cancel = [](HeadlessForm& dialog) { dialog.Click(L"cmdCancel"); };
+    desktop().OnModal(L"frmRoom", cancel);
+    form().ChooseMenu(L"mnuAddRoom");
+    EXPECT_THAT(prompts(), IsEmpty());
+    desktop().AnswerNext(Gui::Answer::No); // adding made the list dirty
+    desktop().ChooseFile(writeList("longer.txt", 151), 1);
+    form().ChooseMenu(L"mnuOpen");
+    EXPECT_THAT(prompts(), ElementsAre(savePrompt, limitPrompt));
+    desktop().OnModal(L"frmRoom", cancel);
+    form().ChooseMenu(L"mnuAddRoom");
+    ASSERT_THAT(prompts(), ElementsAre(savePrompt, limitPrompt, limitPrompt));
+    EXPECT_EQ(desktop().Messages()[2].Symbol, Gui::Message::Icon::Exclamation);
+    EXPECT_EQ(desktop().Messages()[2].ButtonSet, Gui::Message::Buttons::Ok);
+    EXPECT_EQ(desktop().Messages()[2].Title, L" Quartino");
+    EXPECT_EQ(table().Cells().Rows(), 152);
+}
+
+TEST_F(MainWindow, RowsBehindTheRoomsAreEmptyAndCentred) {
+    show();
+    const auto expectEmptyFrom = [this](int first) {
+        ASSERT_EQ(table().Cells().Rows(), 100);
+        for (int row = first; row < 100; ++row) {
+            for (int column = 0; column < 7; ++column) {
+                EXPECT_EQ(cell(row, column), L"") << row << ", " << column;
+                EXPECT_EQ(table().Cells().TextColour(row, column), std::nullopt) << row;
+                EXPECT_EQ(table().Cells().CellAlignment(row, column), Gui::Alignment::Centre)
+                    << row << ", " << column;
+            }
+            EXPECT_EQ(cell(row, 8), L"") << row;
+        }
+    };
+    desktop().ChooseFile(writeList("list.txt", 99), 1);
+    form().ChooseMenu(L"mnuOpen");
+    EXPECT_EQ(cell(99, 0), L"R99");
+    desktop().ChooseFile(writeList("shorter.txt", 2), 1);
+    form().ChooseMenu(L"mnuOpen");
+    EXPECT_EQ(cell(2, 0), L"R2");
+    expectEmptyFrom(3);
+    form().ChooseMenu(L"mnuNew");
+    expectEmptyFrom(1);
+}
+
 TEST_F(MainWindow, TheTableLeavesRoomForFrameAndMenu) {
     show();
     EXPECT_EQ(table().Width(), 11000 - 135);
@@ -209,6 +255,41 @@ TEST_F(MainWindow, GeometryAndIdAreNeverSortKeys) {
     EXPECT_EQ(cell(1, 0), L"a");
 }
 
+TEST_F(MainWindow, AColumnBeforeTheFirstCountsAsTheFirstWhenSorting) {
+    show();
+    for (const wchar_t* name : {L"b", L"a", L"c"})
+        addRooms(name, L"1");
+    table().Col(-1);
+    form().ChooseMenu(L"mnuSortAscending");
+    EXPECT_EQ(table().Col(), 0);
+    EXPECT_EQ(cell(1, 0), L"a");
+    EXPECT_EQ(cell(3, 0), L"c");
+    table().Col(-1);
+    form().ChooseMenu(L"mnuSortDescending");
+    EXPECT_EQ(table().Col(), 0);
+    EXPECT_EQ(cell(1, 0), L"c");
+    EXPECT_EQ(cell(3, 0), L"a");
+    EXPECT_THAT(prompts(), IsEmpty());
+}
+
+TEST_F(MainWindow, SortingASingleRoomLeavesTheCurrentRowAlone) {
+    show();
+    addRooms(L"a", L"1");
+    form().ClickCell(L"grdRooms", Gui::MouseButton::Left, 0, 3);
+    EXPECT_EQ(table().Row(), 0);
+    EXPECT_EQ(table().Col(), 3);
+    for (const wchar_t* menu : {L"mnuSortAscending", L"mnuSortDescending"}) {
+        table().Row(5);
+        form().ChooseMenu(menu);
+        EXPECT_EQ(table().Row(), 5) << ::testing::PrintToString(menu);
+    }
+    EXPECT_EQ(cell(1, 0), L"a");
+    // With a second room, the rooms are selected from the first row on.
+    addRooms(L"b", L"1");
+    form().ClickCell(L"grdRooms", Gui::MouseButton::Left, 0, 3);
+    EXPECT_EQ(table().Row(), 1);
+}
+
 TEST_F(MainWindow, SortingDoesNotMakeTheListDirty) {
     show();
     desktop().ChooseFile(writeList("list.txt", 3), 1);
@@ -228,6 +309,47 @@ TEST_F(MainWindow, DeletingAndModifyingMakeTheListDirty) {
         if (menu == std::wstring(L"mnuModifyRoom"))
             desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) { dialog.Click(L"cmdOk"); });
         form().ChooseMenu(menu);
+        desktop().AnswerNext(Gui::Answer::No);
+        form().ChooseMenu(L"mnuNew");
+        EXPECT_THAT(prompts(), SizeIs(++asked)) << ::testing::PrintToString(menu);
+    }
+    EXPECT_THAT(prompts(), ::testing::Each(savePrompt));
+}
+
+TEST_F(MainWindow, DeletingWithoutASelectedRoomRebuildsTheTableAndMakesTheListDirty) {
+    show();
+    std::size_t asked = 0;
+    for (const int row : {0, 50}) {
+        desktop().ChooseFile(writeList("list.txt", 3), 1);
+        form().ChooseMenu(L"mnuOpen");
+        form().ChooseMenu(L"mnuSortDescending");
+        ASSERT_EQ(cell(1, 0), L"R3");
+        table().Row(row);
+        form().ChooseMenu(L"mnuDeleteRoom");
+        EXPECT_EQ(cell(1, 0), L"R1") << row;
+        EXPECT_EQ(cell(3, 0), L"R3") << row;
+        EXPECT_THAT(prompts(), SizeIs(asked)) << row;
+        desktop().AnswerNext(Gui::Answer::No);
+        form().ChooseMenu(L"mnuNew");
+        EXPECT_THAT(prompts(), SizeIs(++asked)) << row;
+    }
+    EXPECT_THAT(prompts(), ::testing::Each(savePrompt));
+}
+
+TEST_F(MainWindow, CallingOffTheRoomDialogMakesTheListDirtyAllTheSame) {
+    show();
+    std::size_t asked = 0;
+    for (const wchar_t* menu : {L"mnuAddRoom", L"mnuModifyRoom"}) {
+        desktop().ChooseFile(writeList("list.txt", 3), 1);
+        form().ChooseMenu(L"mnuOpen");
+        desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) {
+            dialog.Field(L"txtName").Text(L"verworfen");
+            dialog.Click(L"cmdCancel");
+        });
+        form().ChooseMenu(menu);
+        EXPECT_EQ(cell(1, 0), L"R1") << ::testing::PrintToString(menu);
+        EXPECT_EQ(cell(4, 0), L"") << ::testing::PrintToString(menu);
+        EXPECT_THAT(prompts(), SizeIs(asked)) << ::testing::PrintToString(menu);
         desktop().AnswerNext(Gui::Answer::No);
         form().ChooseMenu(L"mnuNew");
         EXPECT_THAT(prompts(), SizeIs(++asked)) << ::testing::PrintToString(menu);
@@ -264,6 +386,24 @@ TEST_F(MainWindow, TheRightButtonOpensTheEditMenuAndDoesNotSort) {
     form().ClickCell(L"grdRooms", Gui::MouseButton::Right, 0, 0);
     EXPECT_THAT(desktop().Popups(), ElementsAre(L"mnuRecord"));
     EXPECT_EQ(cell(1, 0), L"b");
+}
+
+TEST_F(MainWindow, ARightClickTakesTheDoubleClickBehindItAway) {
+    show();
+    addRooms(L"a", L"1");
+    const std::size_t before = desktop().ModalForms().size();
+    for (const int row : {1, 5}) {
+        form().ClickCell(L"grdRooms", Gui::MouseButton::Left, row, 0);
+        form().ClickCell(L"grdRooms", Gui::MouseButton::Right, row, 0);
+        EXPECT_EQ(table().Row(), row);
+        desktop().Dispatch(table().DoubleClick);
+        EXPECT_THAT(desktop().ModalForms(), SizeIs(before)) << row;
+    }
+    EXPECT_THAT(desktop().Popups(), ElementsAre(L"mnuRecord", L"mnuRecord"));
+    // The left button gives it back.
+    desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) { dialog.Click(L"cmdCancel"); });
+    form().DoubleClickCell(L"grdRooms", 1, 0);
+    EXPECT_THAT(desktop().ModalForms(), SizeIs(before + 1));
 }
 
 TEST_F(MainWindow, ADoubleClickModifiesARoomOrAddsOne) {
@@ -743,6 +883,60 @@ TEST_F(MainWindow, ModifyingWithoutASelectedRoomAddsOne) {
     EXPECT_EQ(caption, L" Raum hinzufügen ");
 }
 
+TEST_F(MainWindow, ModifyingWithoutASelectedRoomStartsFromTheAddTemplate) {
+    show();
+    addRooms(L"Büro 1", L"149", L"OG");
+    const auto addFromTemplate = [this](const std::wstring& name) {
+        desktop().OnModal(L"frmRoom", [=](HeadlessForm& dialog) {
+            EXPECT_EQ(dialog.Text(), L" Raum hinzufügen ");
+            EXPECT_EQ(dialog.Field(L"txtName").Text(), name);
+            EXPECT_EQ(dialog.Field(L"txtStoryCode").Text(), L"OG");
+            EXPECT_TRUE(dialog.Field(L"txtStoryCode").Enabled());
+            EXPECT_TRUE(dialog.Field(L"txtQuantity").Enabled());
+            dialog.Click(L"cmdOk");
+        });
+        form().ChooseMenu(L"mnuModifyRoom");
+    };
+    // A room that was modified before is not the one to start from.
+    desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) {
+        dialog.Field(L"txtName").Text(L"Flur");
+        dialog.Click(L"cmdOk");
+    });
+    form().ChooseMenu(L"mnuModifyRoom");
+    table().Row(0);
+    addFromTemplate(L"Büro150");
+    EXPECT_EQ(table().Cells().Rows(), 151);
+    EXPECT_EQ(cell(150, 0), L"Büro150");
+    // Unlike adding, it does not warn of a list that has grown too long.
+    table().Row(0);
+    addFromTemplate(L"Büro151");
+    EXPECT_EQ(table().Cells().Rows(), 152);
+    EXPECT_EQ(cell(1, 0), L"Flur");
+    EXPECT_EQ(cell(151, 0), L"Büro151");
+    EXPECT_THAT(prompts(), IsEmpty());
+}
+
+TEST_F(MainWindow, ModifyingAnEmptyRowOrARoomTheListDoesNotHaveAddsOne) {
+    show();
+    addRooms(L"Büro 1", L"2");
+    for (const wchar_t* name : {L"Büro3", L"Büro4"}) {
+        if (name == std::wstring(L"Büro3"))
+            table().Row(50);
+        else
+            table().Cells().Text(1, 8, L"99");
+        desktop().OnModal(L"frmRoom", [=](HeadlessForm& dialog) {
+            EXPECT_EQ(dialog.Text(), L" Raum hinzufügen ");
+            EXPECT_EQ(dialog.Field(L"txtName").Text(), name);
+            dialog.Click(L"cmdOk");
+        });
+        form().ChooseMenu(L"mnuModifyRoom");
+    }
+    EXPECT_EQ(cell(1, 0), L"Büro 1");
+    EXPECT_EQ(cell(3, 0), L"Büro3");
+    EXPECT_EQ(cell(4, 0), L"Büro4");
+    EXPECT_EQ(cell(5, 0), L"");
+}
+
 TEST_F(MainWindow, TheWindowTakesNoInputWhileTheDrawingIsWritten) {
     show();
     addRooms(L"a", L"1");
@@ -912,6 +1106,27 @@ TEST_F(MainWindow, ImportReplacesTheListAndMakesItDirty) {
     EXPECT_EQ(cell(2, 0), L"");
     form().ChooseMenu(L"mnuNew");
     EXPECT_THAT(prompts(), ElementsAre(savePrompt, savePrompt));
+}
+
+TEST_F(MainWindow, SettingThePlacementLeavesTheReportSwitchAlone) {
+    show();
+    double x, y;
+    bool block, noReport;
+    std::int32_t colorOld, colorNew;
+    main_->SetWithoutReport();
+    main_->SetPlace(2, 3, false, 4, 5);
+    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
+    EXPECT_TRUE(noReport);
+    EXPECT_EQ(x, 2.0);
+    EXPECT_EQ(y, 3.0);
+    EXPECT_FALSE(block);
+    EXPECT_EQ(colorOld, 4);
+    EXPECT_EQ(colorNew, 5);
+    main_->SetWithReport();
+    main_->SetPlace(3, 2, true, 5, 4);
+    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
+    EXPECT_FALSE(noReport);
+    EXPECT_TRUE(block);
 }
 
 TEST_F(MainWindow, OptionsRebuildTheTableInTheNewColours) {
