@@ -411,10 +411,29 @@ TEST_F(Faults, AStallingHostIsWaitedFor) {
     EXPECT_EQ(floors_.GetCountOfRooms(), 4);
 }
 
+TEST_F(Faults, WhicheverCallStallsIsWaitedFor) {
+    const int writing = callsOfWriting();
+    for (int n = 1; n <= writing; ++n) {
+        prepare();
+        host_->failAt(n, L"stall", L"150");
+        const Counts counts = write();
+        EXPECT_EQ(counts.updated, 1) << n;
+        EXPECT_EQ(counts.setDown, 2) << n;
+        expectRestored();
+    }
+    const int reading = callsOfReading();
+    for (int n = 1; n <= reading; ++n) {
+        prepare();
+        host_->failAt(n, L"stall", L"150");
+        read();
+        EXPECT_EQ(floors_.GetCountOfRooms(), 2) << n;
+        expectRestored();
+    }
+}
+
 TEST_F(Faults, AHostThatEndsInTheMiddleIsLeftAndAFreshOneServesTheNextCommand) {
     const int writing = callsOfWriting();
     const int reading = callsOfReading();
-    // The same wall stands behind every call; a sample of them shows it in bearable time.
     const auto afterwards = [&](bool wasWriting, int n) {
         expectRestored();
         host_->waitForEnd();
@@ -429,7 +448,7 @@ TEST_F(Faults, AHostThatEndsInTheMiddleIsLeftAndAFreshOneServesTheNextCommand) {
         read();
         EXPECT_EQ(floors_.GetCountOfRooms(), 4) << wasWriting << ' ' << n;
     };
-    for (int n = 1; n <= writing; n += 4) {
+    for (int n = 1; n <= writing; ++n) {
         prepare();
         host_->failAt(n, L"exit", L"");
         try {
@@ -440,7 +459,7 @@ TEST_F(Faults, AHostThatEndsInTheMiddleIsLeftAndAFreshOneServesTheNextCommand) {
         EXPECT_EQ(floors_.GetCountOfRooms(), 3);
         afterwards(true, n);
     }
-    for (int n = 1; n <= reading; n += 4) {
+    for (int n = 1; n <= reading; ++n) {
         prepare();
         host_->failAt(n, L"exit", L"");
         read();
