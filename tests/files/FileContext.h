@@ -13,16 +13,16 @@
 #include <vector>
 
 #include "FakeSpreadsheets.h"
-#include "app/ProgramContext.h"
 #include "app/clsText.h"
 #include "files/FilePath.h"
 #include "model/UserLocaleForTest.h"
 #include "model/clsFloors.h"
 #include "platform/headless/HeadlessPlatform.h"
+#include "support/FileLayerContext.h"
 
 namespace kalvrooms {
 
-class FileContext final : public ProgramContext {
+class FileContext final : public FileLayerContext {
   public:
     FakeSpreadsheets Spreadsheets;
     HeadlessPlatform Headless{Spreadsheets};
@@ -44,34 +44,7 @@ class FileContext final : public ProgramContext {
     }
     Platform& System() const override { return system_; }
 
-    void SetRegKey(const std::wstring&) override { unexpected(); }
-    void SetLang(const std::wstring&) override { unexpected(); }
-    void GetReport(std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&,
-                   bool&) const override {
-        unexpected();
-    }
-    void SetWithoutReport() override { unexpected(); }
-    void SetWithReport() override { unexpected(); }
-    void GetPlace(double&, double&, bool&, std::int32_t&, std::int32_t&, bool&) const override {
-        unexpected();
-    }
-    void SetPlace(double, double, bool, std::int32_t, std::int32_t) override { unexpected(); }
-    void WriteListToFile() override { unexpected(); }
-    void ReadListFromFile() override { unexpected(); }
-    std::shared_ptr<clsRoom> GetCurrentRoom() const override {
-        unexpected();
-        return nullptr;
-    }
-    void AddCurrentRoomsToListOfFloors(std::int32_t) override { unexpected(); }
-    void EnableInput(bool) override { unexpected(); }
-    std::wstring HelpFile() const override {
-        unexpected();
-        return {};
-    }
-    void HelpFile(const std::wstring&) override { unexpected(); }
-
   private:
-    static void unexpected() { ADD_FAILURE() << "the file layer has no business with this"; }
     Platform& system_ = Headless.Bundle();
 };
 

@@ -14,7 +14,6 @@
 #include <gmock/gmock.h>
 
 #include "PracticeSpreadsheetProcess.h"
-#include "app/ProgramContext.h"
 #include "app/clsText.h"
 #include "files/clsFileSytem.h"
 #include "model/NumberText.h"
@@ -25,11 +24,12 @@
 #include "platform/win32/Win32AnsiCodec.h"
 #include "platform/win32/Win32Locale.h"
 #include "standin/spreadsheet/WorkbookFile.h"
+#include "support/FileLayerContext.h"
 
 namespace kalvrooms::testing {
 
 // The main window as the file layer knows it, on the real codec and the real automation.
-class SpreadsheetContext final : public ProgramContext {
+class SpreadsheetContext final : public FileLayerContext {
   public:
     explicit SpreadsheetContext(std::shared_ptr<ComSession> knownNames)
         : session(std::move(knownNames)), spreadsheets_(MakeComSpreadsheetServer(session)),
@@ -53,35 +53,7 @@ class SpreadsheetContext final : public ProgramContext {
     void UpdateTable(bool warn) override { tableUpdates.push_back(warn); }
     Platform& System() const override { return system_; }
 
-    void SetRegKey(const std::wstring&) override { unexpected(); }
-    void SetLang(const std::wstring&) override { unexpected(); }
-    void GetReport(std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&,
-                   bool&) const override {
-        unexpected();
-    }
-    void SetWithoutReport() override { unexpected(); }
-    void SetWithReport() override { unexpected(); }
-    void GetPlace(double&, double&, bool&, std::int32_t&, std::int32_t&, bool&) const override {
-        unexpected();
-    }
-    void SetPlace(double, double, bool, std::int32_t, std::int32_t) override { unexpected(); }
-    void WriteListToFile() override { unexpected(); }
-    void ReadListFromFile() override { unexpected(); }
-    std::shared_ptr<clsRoom> GetCurrentRoom() const override {
-        unexpected();
-        return nullptr;
-    }
-    void AddCurrentRoomsToListOfFloors(std::int32_t) override { unexpected(); }
-    void EnableInput(bool) override { unexpected(); }
-    std::wstring HelpFile() const override {
-        unexpected();
-        return {};
-    }
-    void HelpFile(const std::wstring&) override { unexpected(); }
-
   private:
-    static void unexpected() { ADD_FAILURE() << "the file layer has no business with this"; }
-
     Win32AnsiCodec ansi_;
     clsText texts_{headless.libraries, headless.environment};
     mutable Platform system_{headless.desktop,     ansi_,
