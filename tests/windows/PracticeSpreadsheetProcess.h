@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "standin/driver/win32/UiDriver.h"
 #include "standin/spreadsheet/win32/SheetClass.h"
 
 namespace kalvrooms::testing {
@@ -87,23 +88,8 @@ inline void endSpreadsheetProcesses() {
 }
 
 inline DWORD startSpreadsheetProgram(const std::wstring& arguments, HANDLE* process) {
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    const std::wstring command = L"\"" + spreadsheetProgram().wstring() + L"\" " + arguments;
-    PROCESS_INFORMATION started{};
-    // On a machine under load Wine now and then fails to make a process: once in some thousand.
-    DWORD error = 0;
-    const auto start = [&] {
-        std::wstring line = command;
-        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                           &startup, &started))
-            return true;
-        error = GetLastError();
-        return false;
-    };
-    if (!waitUntil(start, 2000))
-        throw std::runtime_error("the practice spreadsheet application cannot be started: error " +
-                                 std::to_string(error));
+    const PROCESS_INFORMATION started =
+        driver::startProgram(L"\"" + spreadsheetProgram().wstring() + L"\" " + arguments);
     CloseHandle(started.hThread);
     *process = started.hProcess;
     return started.dwProcessId;

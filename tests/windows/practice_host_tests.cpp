@@ -1,5 +1,6 @@
 // The practice host in a process of its own, called late bound as its clients do.
 
+#include "standin/driver/win32/UiDriver.h"
 #include "standin/kalvero/DrawingFile.h"
 #include "standin/kalvero/win32/ClassIds.h"
 #include "standin/kalvero/win32/Com.h"
@@ -168,13 +169,8 @@ std::wstring HostProgram() {
 class Process {
   public:
     explicit Process(const std::wstring& arguments) {
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        std::wstring command = L"\"" + HostProgram() + L"\" " + arguments;
-        PROCESS_INFORMATION started{};
-        if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                            &startup, &started))
-            throw std::runtime_error("the practice host cannot be started");
+        const PROCESS_INFORMATION started =
+            driver::startProgram(L"\"" + HostProgram() + L"\" " + arguments);
         CloseHandle(started.hThread);
         process_ = started.hProcess;
         id_ = started.dwProcessId;

@@ -37,14 +37,26 @@ void waitFor(const std::string& state, const std::function<bool()>& holds, DWORD
     }
 }
 
-Process::Process(const std::wstring& commandLine, const std::wstring& folder) {
+PROCESS_INFORMATION startProgram(const std::wstring& commandLine, const std::wstring& folder) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    std::wstring command = commandLine;
-    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        folder.empty() ? nullptr : folder.c_str(), &startup, &information_))
-        throw WaitFailed("a program could not be started");
+    // Where addresses are drawn by lot, one in some thousand new processes under Wine has its heap
+    // where Wine's shared data must lie, and ends before its first instruction.
+    constexpr int tries = 5;
+    for (int i = 1;; ++i) {
+        std::wstring command = commandLine;
+        PROCESS_INFORMATION started{};
+        if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                           folder.empty() ? nullptr : folder.c_str(), &startup, &started))
+            return started;
+        const DWORD error = GetLastError();
+        if (error != ERROR_INTERNAL_ERROR || i == tries)
+            throw WaitFailed("a program could not be started: error " + std::to_string(error));
+    }
 }
+
+Process::Process(const std::wstring& commandLine, const std::wstring& folder)
+    : information_(startProgram(commandLine, folder)) {}
 
 Process::~Process() {
     if (running()) {

@@ -42,6 +42,9 @@ inline constexpr DWORD usualLimit = 60000; // milliseconds
 void waitFor(const std::string& state, const std::function<bool()>& holds,
              DWORD limit = usualLimit);
 
+// Starts a program; both handles are the caller's. Error: WaitFailed with the system's error.
+PROCESS_INFORMATION startProgram(const std::wstring& commandLine, const std::wstring& folder = {});
+
 class Process {
   public:
     // Starts a program. Error: WaitFailed when it cannot be started.
