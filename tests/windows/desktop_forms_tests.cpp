@@ -308,6 +308,28 @@ TEST_F(Forms, ALabelStandsDirectlyBeforeItsField) {
             << narrow(label);
 }
 
+TEST_F(Forms, DropDownsStandInTheMiddleOfTheirRows) {
+    const auto expectMiddle = [&] {
+        Win32Form& form = Make(L"frmRoom");
+        const auto middle = [&](const wchar_t* name) {
+            const RECT place = onScreen(WindowOf(form, name));
+            return static_cast<double>(place.top + place.bottom) / 2;
+        };
+        const double pitch = (middle(L"txtQuantity") - middle(L"txtStoryCode")) / 8;
+        double row = middle(L"txtStoryCode") + 5 * pitch;
+        for (const wchar_t* name : {L"cboEnclosureType", L"cboOccupancy", L"cboAreaType"}) {
+            EXPECT_NEAR(middle(name), row, 1.5) << narrow(name);
+            row += pitch;
+        }
+    };
+    expectMiddle();
+    for (const int points : {12, 15, 18}) {
+        SCOPED_TRACE(points);
+        const LargeFont large(points);
+        expectMiddle();
+    }
+}
+
 TEST_F(Forms, ReportRowsStandAtTheirPitchAndMove) {
     Win32Form& form = Make(L"frmReport");
     const float top = form.LabelNamed(L"lblNum1").Top();

@@ -297,6 +297,21 @@ TEST_F(MainWindow, TheListSuppliesItsTextsToOthers) {
     EXPECT_EQ(item.fmt & HDF_JUSTIFYMASK, HDF_LEFT);
 }
 
+// What a screen reader calls a table is the text of the label before it, seen or unseen.
+TEST_F(MainWindow, TheTableIsCalledAfterTheWindow) {
+    const HWND label = GetWindow(list_, GW_HWNDPREV);
+    wchar_t kind[16] = L"";
+    GetClassNameW(label, kind, 16);
+    EXPECT_EQ(std::wstring(kind), L"Static");
+    EXPECT_FALSE(IsWindowVisible(label));
+    for (const wchar_t* title : {L"Quartino - Schule.txt", L"Quartino"}) {
+        form_->Text(title);
+        wchar_t name[64] = L"";
+        GetWindowTextW(label, name, 64);
+        EXPECT_EQ(std::wstring(name), title);
+    }
+}
+
 TEST_F(MainWindow, CellsAreDrawnInTheirColour) {
     const auto reddest = [&](int row) {
         UpdateWindow(list_);

@@ -58,6 +58,7 @@ Win32Dialog::Win32Dialog(Win32Desktop& desktop, const FormEntry& entry)
         for (const HWND page : pages_)
             tabs_->AddPage(page);
     }
+    centreDropDowns();
     if (entry.dialog == IDD_REPORT)
         stackReportRows();
 }
@@ -123,6 +124,24 @@ void Win32Dialog::stackReportRows() {
     RECT client{};
     GetClientRect(Window(), &client);
     Height(Height() + below(*last) + gap - ToTwips(static_cast<int>(client.bottom), Dpi()));
+}
+
+// A drop-down takes its height from the font; the template gives it the row of a text field.
+void Win32Dialog::centreDropDowns() {
+    RECT field{0, 0, 0, 11}; // in dialog units
+    MapDialogRect(Window(), &field);
+    for (const ControlEntry& control : Entry().controls) {
+        if (control.kind != ControlKind::DropDown)
+            continue;
+        const HWND dropDown = ControlById(control.id)->Window();
+        RECT box{};
+        GetWindowRect(dropDown, &box);
+        MapWindowPoints(nullptr, GetParent(dropDown), reinterpret_cast<POINT*>(&box), 2);
+        const LONG above = (field.bottom - (box.bottom - box.top)) / 2;
+        SetWindowPos(dropDown, nullptr, static_cast<int>(box.left),
+                     static_cast<int>(box.top + above), 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
+    }
 }
 
 void Win32Dialog::FocusFirst() {

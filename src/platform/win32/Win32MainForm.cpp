@@ -63,6 +63,10 @@ Win32MainForm::Win32MainForm(Win32Desktop& desktop, const FormEntry& entry)
 
 LRESULT Win32MainForm::HandleMessage(UINT message, WPARAM word, LPARAM data) {
     switch (message) {
+    case WM_SETTEXT:
+        // What a screen reader calls the table: the text of the unseen label before it.
+        SetWindowTextW(GetDlgItem(Window(), ID_MAIN_LABEL1), reinterpret_cast<LPCWSTR>(data));
+        break;
     case WM_SETFOCUS:
         FocusFirst();
         return 0;
