@@ -1,5 +1,7 @@
 #include "standin/kalvero/win32/HostProcess.h"
 
+#include "standin/kalvero/win32/FaultEffect.h"
+
 namespace kalvrooms::practice {
 
 HostProcess::HostProcess() : hostGate_(*this, true), controlGate_(*this, false) {}
@@ -48,28 +50,10 @@ bool HostProcess::Gate::Enter(std::wstring_view object, std::wstring_view member
         return true;
     const auto fault = process_.calls.Enter(object, member);
     process_.Touch();
-    if (!fault)
-        return true;
-    switch (fault->mode) {
-    case FaultMode::Fail:
-        throw HostError(fault->description);
-    case FaultMode::Empty:
-        return false;
-    case FaultMode::Reject:
-        throw ComError(RPC_E_CALL_REJECTED);
-    case FaultMode::Later:
-        throw ComError(RPC_E_SERVERCALL_RETRYLATER);
-    case FaultMode::Stall:
-        // A host that hangs answers nobody else either.
-        Sleep(static_cast<DWORD>(fault->milliseconds));
-        return true;
-    case FaultMode::Exit:
+    return !fault || Suffer<HostError>(*fault, [this] {
         if (process_.goingAway)
             process_.goingAway();
-        TerminateProcess(GetCurrentProcess(), 3);
-        return false;
-    }
-    return true;
+    });
 }
 
 } // namespace kalvrooms::practice

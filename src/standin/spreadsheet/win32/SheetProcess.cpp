@@ -1,6 +1,7 @@
 #include "standin/spreadsheet/win32/SheetProcess.h"
 
 #include "standin/kalvero/DrawingFile.h"
+#include "standin/kalvero/win32/FaultEffect.h"
 #include "standin/spreadsheet/SheetError.h"
 
 #include <utility>
@@ -28,27 +29,10 @@ bool SheetProcess::Enter(std::wstring_view object, std::wstring_view member) {
     const auto fault = calls_.Enter(object, member);
     if (!application.dialog().empty())
         throw ComError(RPC_E_SERVERCALL_RETRYLATER);
-    if (!fault)
-        return true;
-    switch (fault->mode) {
-    case FaultMode::Fail:
-        throw SheetError(fault->description);
-    case FaultMode::Empty:
-        return false;
-    case FaultMode::Reject:
-        throw ComError(RPC_E_CALL_REJECTED);
-    case FaultMode::Later:
-        throw ComError(RPC_E_SERVERCALL_RETRYLATER);
-    case FaultMode::Stall:
-        Sleep(static_cast<DWORD>(fault->milliseconds));
-        return true;
-    case FaultMode::Exit:
+    return !fault || Suffer<SheetError>(*fault, [this] {
         Withdraw();
         WriteReport();
-        TerminateProcess(GetCurrentProcess(), 3);
-        return false;
-    }
-    return true;
+    });
 }
 
 void SheetProcess::Created() {
