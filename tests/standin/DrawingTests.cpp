@@ -192,6 +192,25 @@ TEST(DrawingService, TheFloorAreaOfAChangedElementFollowsItsOutline) {
     service.Apply();
     EXPECT_EQ(session.drawing.elements[0].attributes[0].NumberValue(), 6.0);
     EXPECT_TRUE(session.drawing.elements[1].attributes.empty());
+
+    const WorkingElements again = service.Elements();
+    again[0]->element.outline = {{1, 1}};
+    service.Change({again[0]});
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[0].attributes[0].NumberValue(), 0.0);
+}
+
+TEST(DrawingService, AnElementWithoutAnOutlineKeepsItsFloorArea) {
+    DrawingSession session;
+    session.drawing.elements = {Room(1, 1, L"K1")};
+    session.drawing.elements[0].attributes = {{L"Bodenfläche", 12.5, {}}};
+    DrawingService service(session);
+    const WorkingElements elements = service.Elements();
+    elements[0]->element.name = L"neu";
+    service.Change(elements);
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[0].name, L"neu");
+    EXPECT_EQ(session.drawing.elements[0].attributes[0].NumberValue(), 12.5);
 }
 
 TEST(DrawingService, AnElementGoesInOnce) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kalvrooms::practice {
 namespace {
@@ -148,6 +149,45 @@ TEST(DrawingScene, ALabelKeepsClearOfTheCorners) {
     const bool belowTheCorner = label.centre.y + height / 2 < 120;
     EXPECT_TRUE(besideTheCorner || belowTheCorner);
     EXPECT_GT(label.fontSize, 20);
+}
+
+TEST(DrawingScene, ALabelKeepsOutOfANotch) {
+    // The notch comes from above, down to a height of 20.
+    const Outline notched = {{0, 0},   {100, 0}, {100, 100}, {60, 100},
+                             {60, 20}, {40, 20}, {40, 100},  {0, 100}};
+    const SceneLabel label = FitLabel(notched, L"Saal", 84, {0.0, 60.0});
+    const double half = label.fontSize * 0.56 * 8 / 2;
+    EXPECT_TRUE(label.centre.x + half <= 40 || label.centre.x - half >= 60 ||
+                label.centre.y + label.fontSize * 1.22 <= 20)
+        << label.centre.x << " " << label.centre.y;
+    EXPECT_GT(label.fontSize, 5);
+}
+
+TEST(DrawingScene, ARoomOfManyCornersIsLabelledAtOnce) {
+    Outline round;
+    constexpr int corners = 33000;
+    for (int i = 0; i < corners; ++i) {
+        const double angle = 2 * 3.14159265358979 * i / corners;
+        round.push_back({50 + 40 * std::cos(angle), 50 + 40 * std::sin(angle)});
+    }
+    const SceneLabel label = FitLabel(round, L"Rotunde", 5026.55, AnySize);
+    EXPECT_EQ(label.lines.size(), 2u);
+    EXPECT_NEAR(label.centre.x, 50, 0.1);
+    EXPECT_NEAR(label.centre.y, 50, 0.1);
+    // A corner of the label's box is nowhere farther out than the wall.
+    const double halfWidth = label.fontSize * 0.56 * 11 / 2;
+    EXPECT_LT(std::hypot(halfWidth, label.fontSize * 1.22), 40);
+
+    // A comb: thousands of stretches on every line.
+    Outline comb;
+    for (int tooth = 0; tooth < corners / 4; ++tooth) {
+        for (const auto& [x, y] : {std::pair(0.0, 0.0), {0.0, 90.0}, {0.5, 90.0}, {0.5, 0.0}})
+            comb.push_back({tooth + x, y});
+    }
+    comb.push_back({corners / 4.0, 0});
+    comb.push_back({corners / 4.0, -20});
+    comb.push_back({0, -20});
+    EXPECT_LT(FitLabel(comb, L"Kamm", 1, AnySize).centre.y, 0);
 }
 
 TEST(DrawingScene, ASmallRoomShowsItsNameAlone) {

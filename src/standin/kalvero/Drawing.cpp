@@ -72,7 +72,8 @@ bool Drawing::IsFloorArea(const Attribute& attribute) const {
 }
 
 void Drawing::UpdateFloorArea(Element& element) const {
-    if (element.outline.size() < 3)
+    // Nothing was drawn yet: the figure is all that is known.
+    if (element.outline.empty())
         return;
     for (Attribute& attribute : element.attributes) {
         if (IsFloorArea(attribute))

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace kalvrooms::practice {
 
@@ -110,15 +111,40 @@ bool IsUpright(const Outline& outline) {
     return true;
 }
 
-// Narrows the stretch to what is inside at another height too.
-void Narrow(std::pair<double, double>& stretch, const Outline& outline, double y) {
-    std::pair<double, double> widest{0.0, 0.0};
-    for (const auto& [left, right] : InsideAt(outline, y)) {
-        const std::pair common{std::max(left, stretch.first), std::min(right, stretch.second)};
-        if (common.second - common.first > widest.second - widest.first)
-            widest = common;
+// The part of an edge between two heights, from left to right; none when it only touches them.
+std::optional<std::pair<double, double>> Between(Point a, Point b, double low, double high) {
+    if (a.y > b.y)
+        std::swap(a, b);
+    if (b.y <= low || a.y >= high)
+        return std::nullopt;
+    const auto at = [&](double y) { return a.x + (y - a.y) / (b.y - a.y) * (b.x - a.x); };
+    const double first = a.y < low ? at(low) : a.x;
+    const double last = b.y > high ? at(high) : b.x;
+    return std::minmax(first, last);
+}
+
+// The stretches that are inside at every height from `y` - `half` to `y` + `half`: no edge comes
+// between, and at `y` they are inside.
+std::vector<std::pair<double, double>> InsideAround(const Outline& outline, double y, double half) {
+    std::vector<std::pair<double, double>> edges;
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        if (const auto edge =
+                Between(outline[i], outline[(i + 1) % outline.size()], y - half, y + half))
+            edges.push_back(*edge);
     }
-    stretch = widest;
+    std::sort(edges.begin(), edges.end());
+    const std::vector<std::pair<double, double>> inside = InsideAt(outline, y);
+    std::vector<std::pair<double, double>> free;
+    auto stretch = inside.begin();
+    double right = edges.empty() ? 0.0 : edges.front().second;
+    for (const auto& edge : edges) {
+        while (stretch != inside.end() && stretch->second <= right)
+            ++stretch;
+        if (edge.first > right && stretch != inside.end() && stretch->first <= right)
+            free.emplace_back(right, edge.first);
+        right = std::max(right, edge.second);
+    }
+    return free;
 }
 
 // Rectangles of many heights that lie inside, those near the middle first.
@@ -129,31 +155,16 @@ std::vector<Spot> FreeSpots(const Outline& outline) {
     if (IsUpright(outline))
         return {{{box.left + width / 2, box.bottom + height / 2}, width, height}};
     constexpr int Lines = 15;
-    constexpr double Sliver = 1e-6; // keeps clear of the edges that lie along a line
     std::vector<Spot> spots;
     for (int line = 0; line < Lines; ++line) {
         const int step = (line + 1) / 2 * (line % 2 == 0 ? 1 : -1);
         const double y = box.bottom + height * (0.5 + static_cast<double>(step) / (Lines + 1));
-        const std::vector<std::pair<double, double>> stretches = InsideAt(outline, y);
         for (const double part : {0.48, 0.36, 0.25, 0.18, 0.12, 0.08, 0.05}) {
             const double half = height * part;
             if (y - half < box.bottom || y + half > box.top)
                 continue;
-            for (std::pair<double, double> stretch : stretches) {
-                Narrow(stretch, outline, y - half);
-                Narrow(stretch, outline, y + half);
-                // Between its corners an outline is straight, so they are all that can intrude.
-                for (const Point& corner : outline) {
-                    if (std::abs(corner.y - y) < half) {
-                        Narrow(stretch, outline, corner.y - height * Sliver);
-                        Narrow(stretch, outline, corner.y + height * Sliver);
-                    }
-                }
-                if (stretch.second > stretch.first)
-                    spots.push_back({{stretch.first + (stretch.second - stretch.first) / 2, y},
-                                     stretch.second - stretch.first,
-                                     2 * half});
-            }
+            for (const auto& [left, right] : InsideAround(outline, y, half))
+                spots.push_back({{left + (right - left) / 2, y}, right - left, 2 * half});
         }
     }
     return spots;
