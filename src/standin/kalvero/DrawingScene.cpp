@@ -16,7 +16,7 @@ constexpr std::array<std::int32_t, 8> Tints = {0xBFE3FD, 0xF9E1C9, 0xC9EED1, 0xD
 // The mean width of a letter and the distance of lines, in font sizes.
 constexpr double LetterWidth = 0.56;
 constexpr double LineHeight = 1.22;
-constexpr double LabelMargin = 0.92;
+constexpr double LabelMargin = 0.84;
 
 struct Box {
     double left = std::numeric_limits<double>::infinity();
