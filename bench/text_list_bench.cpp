@@ -5,69 +5,19 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "app/clsText.h"
 #include "files/FilePath.h"
-#include "files/SpreadsheetApplication.h"
 #include "files/clsFileSytem.h"
-#include "platform/headless/HeadlessPlatform.h"
+#include "support/PlainContext.h"
 
 namespace kalvrooms {
 namespace {
-
-class NoSpreadsheets final : public SpreadsheetServer {
-  public:
-    std::unique_ptr<SpreadsheetApplication> AttachRunning() override { return nullptr; }
-    std::unique_ptr<SpreadsheetApplication> CreateInstance() override { return nullptr; }
-};
-
-class BenchContext final : public ProgramContext {
-  public:
-    std::wstring GetText(std::int32_t number) const override { return texts_.GetText(number); }
-    std::wstring GetTextWithoutDot(std::int32_t number) const override {
-        return texts_.GetTextWithoutDot(number);
-    }
-    Platform& System() const override { return system_; }
-
-    void SetRegKey(const std::wstring&) override { unused(); }
-    void SetLang(const std::wstring&) override { unused(); }
-    void GetReport(std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&, std::int32_t&,
-                   bool&) const override {
-        unused();
-    }
-    void SetWithoutReport() override { unused(); }
-    void SetWithReport() override { unused(); }
-    void GetPlace(double&, double&, bool&, std::int32_t&, std::int32_t&, bool&) const override {
-        unused();
-    }
-    void SetPlace(double, double, bool, std::int32_t, std::int32_t) override { unused(); }
-    void WriteListToFile() override { unused(); }
-    void ReadListFromFile() override { unused(); }
-    std::shared_ptr<clsRoom> GetCurrentRoom() const override { unused(); }
-    void AddCurrentRoomsToListOfFloors(std::int32_t) override { unused(); }
-    void UpdateTable(bool) override { unused(); }
-    void EnableInput(bool) override { unused(); }
-    std::wstring HelpFile() const override { unused(); }
-    void HelpFile(const std::wstring&) override { unused(); }
-
-  private:
-    [[noreturn]] static void unused() {
-        throw std::logic_error("the file layer does not ask this");
-    }
-
-    NoSpreadsheets spreadsheets_;
-    HeadlessPlatform headless_{spreadsheets_};
-    clsText texts_{headless_.libraries, headless_.environment};
-    Platform& system_ = headless_.Bundle();
-};
 
 // A school or a hospital of any size: 25 rooms to a storey, every fifth room polygonal.
 clsFloors listOf(int rooms) {
@@ -111,7 +61,7 @@ class File {
         return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     }
 
-    BenchContext context;
+    PlainContext context;
 
   private:
     std::filesystem::path path_ = std::filesystem::temp_directory_path() / "text_list_bench.txt";
@@ -129,7 +79,7 @@ void report(benchmark::State& state) {
 void readList(benchmark::State& state) {
     const int rooms = static_cast<int>(state.range(0));
     const File file(listOf(rooms));
-    BenchContext context;
+    PlainContext context;
     for (auto _ : state) {
         auto floors = std::make_unique<clsFloors>();
         clsFileSytem(context).ReadListFromFile(file.name, *floors);
@@ -146,7 +96,7 @@ void readList(benchmark::State& state) {
 void writeList(benchmark::State& state) {
     const clsFloors floors = listOf(static_cast<int>(state.range(0)));
     const File file(floors);
-    BenchContext context;
+    PlainContext context;
     for (auto _ : state) {
         clsFileSytem(context).WriteListToFile(file.name, floors);
     }

@@ -21,3 +21,10 @@ if(QUARTINO_SANITIZE)
                          -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(quartino_options INTERFACE -fsanitize=address,undefined)
 endif()
+
+# Every branch tells the fuzzer that it was taken.
+if(QUARTINO_FUZZ)
+  target_compile_options(quartino_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                         -fno-sanitize-recover=all)
+  target_link_options(quartino_options INTERFACE -fsanitize=address,undefined)
+endif()

@@ -1,0 +1,65 @@
+// Any bytes as a room list: reading ends, and what was read is written so that it reads back the
+// same.
+
+#include "Input.h"
+#include "files/clsFileSytem.h"
+#include "model/RuntimeError.h"
+#include "support/PlainContext.h"
+
+namespace {
+
+// The list without its sides: of those, one is computed anew from the other, and its last digit may
+// wander.
+std::string withoutSides(const std::string& list) {
+    std::string rest;
+    int field = 0;
+    for (const char c : list) {
+        field = c == '\n' ? 0 : field + (c == '\t');
+        if (field != 8 && field != 9)
+            rest += c;
+    }
+    return rest;
+}
+
+// A room whose sides cannot be computed, as one of -9 m², ends the writing of the list.
+bool hasSides(const kalvrooms::clsFloors& floors) {
+    kalvrooms::clsRoom room;
+    try {
+        for (std::int32_t i = 1; i <= floors.GetCountOfRooms(); ++i) {
+            floors.GetRoomByIndex(i, room);
+            room.Geometry->dx();
+            room.Geometry->dy();
+        }
+    } catch (const kalvrooms::RuntimeError&) {
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    using namespace kalvrooms;
+    static PlainContext context;
+    static const fuzz::File input("room-list");
+    static const fuzz::File written("room-list-written");
+    if (!fuzz::TakeLocale(bytes, size))
+        return 0;
+    input.Write(bytes, size);
+
+    clsFloors read;
+    clsFileSytem(context).ReadListFromFile(input.Name(), read);
+    // A list without rooms leaves the file as it is.
+    if (read.GetCountOfRooms() == 0 || !hasSides(read))
+        return 0;
+    clsFileSytem(context).WriteListToFile(written.Name(), read);
+    const std::string once = withoutSides(written.Read());
+
+    clsFloors again;
+    clsFileSytem(context).ReadListFromFile(written.Name(), again);
+    fuzz::Hold(again.GetCountOfRooms() == read.GetCountOfRooms());
+    fuzz::Hold(again.GetCountOfFloors() == read.GetCountOfFloors());
+    clsFileSytem(context).WriteListToFile(written.Name(), again);
+    fuzz::Hold(withoutSides(written.Read()) == once);
+    return 0;
+}
