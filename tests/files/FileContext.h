@@ -45,6 +45,7 @@ class FileContext final : public FileLayerContext {
     Platform& System() const override { return system_; }
 
   private:
+    void notAsked() const override { ADD_FAILURE() << "the file layer has no business with this"; }
     Platform& system_ = Headless.Bundle();
 };
 

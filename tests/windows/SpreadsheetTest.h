@@ -54,6 +54,7 @@ class SpreadsheetContext final : public FileLayerContext {
     Platform& System() const override { return system_; }
 
   private:
+    void notAsked() const override { ADD_FAILURE() << "the file layer has no business with this"; }
     Win32AnsiCodec ansi_;
     clsText texts_{headless.libraries, headless.environment};
     mutable Platform system_{headless.desktop,     ansi_,

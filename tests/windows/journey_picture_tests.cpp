@@ -2,6 +2,7 @@
 // German and English, at several DPI, in a large font.
 
 #include "windows/JourneyTest.h"
+#include "windows/SystemDpiForTest.h"
 
 #include <algorithm>
 
@@ -11,11 +12,7 @@ namespace {
 // What the system tells programs that start while it holds.
 class SystemOf {
   public:
-    SystemOf(DWORD dpi, int points) {
-        DWORD size = sizeof dpiBefore_;
-        hadDpi_ = RegGetValueW(HKEY_CURRENT_USER, desktop, L"LogPixels", RRF_RT_REG_DWORD, nullptr,
-                               &dpiBefore_, &size) == ERROR_SUCCESS;
-        RegSetKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels", REG_DWORD, &dpi, sizeof dpi);
+    SystemOf(DWORD dpi, int points) : dpi_(dpi) {
         metrics_.cbSize = sizeof metrics_;
         SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics_, &metrics_, 0);
         NONCLIENTMETRICSW changed = metrics_;
@@ -26,21 +23,12 @@ class SystemOf {
         changed.lfMenuFont.lfHeight = changed.lfMessageFont.lfHeight;
         SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof changed, &changed, 0);
     }
-    ~SystemOf() {
-        SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof metrics_, &metrics_, 0);
-        if (hadDpi_)
-            RegSetKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels", REG_DWORD, &dpiBefore_,
-                            sizeof dpiBefore_);
-        else
-            RegDeleteKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels");
-    }
+    ~SystemOf() { SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof metrics_, &metrics_, 0); }
     SystemOf(const SystemOf&) = delete;
     SystemOf& operator=(const SystemOf&) = delete;
 
   private:
-    static constexpr const wchar_t* desktop = L"Control Panel\\Desktop";
-    DWORD dpiBefore_ = 0;
-    bool hadDpi_ = false;
+    SystemDpiForTest dpi_;
     NONCLIENTMETRICSW metrics_{};
 };
 

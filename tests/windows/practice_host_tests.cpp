@@ -166,39 +166,21 @@ std::wstring HostProgram() {
     return windowsPath;
 }
 
-class Process {
+class Process : public driver::Process {
   public:
-    explicit Process(const std::wstring& arguments) {
-        const PROCESS_INFORMATION started =
-            driver::startProgram(L"\"" + HostProgram() + L"\" " + arguments);
-        CloseHandle(started.hThread);
-        process_ = started.hProcess;
-        id_ = started.dwProcessId;
-    }
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
-    ~Process() {
-        if (!Ended(0))
-            TerminateProcess(process_, 99);
-        WaitForSingleObject(process_, 5000);
-        CloseHandle(process_);
-    }
+    explicit Process(const std::wstring& arguments)
+        : driver::Process(L"\"" + HostProgram() + L"\" " + arguments) {}
 
-    DWORD id() const { return id_; }
     bool Ended(DWORD milliseconds) const {
-        return WaitForSingleObject(process_, milliseconds) == WAIT_OBJECT_0;
+        return WaitForSingleObject(handle(), milliseconds) == WAIT_OBJECT_0;
     }
     int ExitCode() const {
         DWORD code = 0;
-        GetExitCodeProcess(process_, &code);
+        GetExitCodeProcess(handle(), &code);
         return static_cast<int>(code);
     }
     // Its classes are offered before it waits for input the first time.
-    void WaitUntilReady() const { WaitForInputIdle(process_, 20000); }
-
-  private:
-    HANDLE process_ = nullptr;
-    DWORD id_ = 0;
+    void WaitUntilReady() const { WaitForInputIdle(handle(), 20000); }
 };
 
 int RunToItsEnd(const std::wstring& arguments) {

@@ -14,6 +14,7 @@
 #include "app/clsRegistry.h"
 #include "platform/win32/Win32Registry.h"
 #include "windows/ProgramFolder.h"
+#include "windows/SystemDpiForTest.h"
 
 namespace kalvrooms::testing {
 namespace {
@@ -296,24 +297,10 @@ TEST_F(ProgramSettings, TheWindowComesBackWhereItWasLeft) {
     EXPECT_EQ(key[L"Height"], 501 * twipsPerPixel);
 }
 
-// What the system tells programs that start while it holds.
-class SystemDpi {
-  public:
-    explicit SystemDpi(DWORD dpi) {
-        RegSetKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels", REG_DWORD, &dpi, sizeof dpi);
-    }
-    ~SystemDpi() { RegDeleteKeyValueW(HKEY_CURRENT_USER, desktop, L"LogPixels"); }
-    SystemDpi(const SystemDpi&) = delete;
-    SystemDpi& operator=(const SystemDpi&) = delete;
-
-  private:
-    static constexpr const wchar_t* desktop = L"Control Panel\\Desktop";
-};
-
 TEST_F(ProgramSettings, TheWindowComesBackAtEveryDpi) {
     // The last one has no whole number of twips in a pixel.
     for (const int dpi : {144, 192, 168}) {
-        const SystemDpi system(static_cast<DWORD>(dpi));
+        const SystemDpiForTest system(static_cast<DWORD>(dpi));
         const auto pixels = [dpi](int twips) {
             return static_cast<int>(std::lround(twips * dpi / 1440.0));
         };
