@@ -4,7 +4,7 @@
 #include "host/HostApplication.h"
 #include "model/NumberText.h"
 #include "platform/Gui.h"
-#include "program/Program.h"
+#include "platform/Program.h"
 #include "ui/frmMain.h"
 
 namespace kalvrooms {

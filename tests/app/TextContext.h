@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "app/ProgramContext.h"
-#include "platform/headless/HeadlessDesktop.h"
-#include "platform/headless/HeadlessSystem.h"
+#include "headless/HeadlessDesktop.h"
+#include "headless/HeadlessSystem.h"
 
 namespace kalvrooms::testing {
 

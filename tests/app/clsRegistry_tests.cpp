@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "platform/headless/HeadlessSystem.h"
+#include "headless/HeadlessSystem.h"
 
 namespace kalvrooms::testing {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "headless/HeadlessSystem.h"
 #include "model/RuntimeError.h"
-#include "platform/headless/HeadlessSystem.h"
 
 namespace kalvrooms::testing {
 namespace {

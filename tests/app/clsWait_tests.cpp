@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "platform/headless/HeadlessDesktop.h"
+#include "headless/HeadlessDesktop.h"
 
 namespace kalvrooms::testing {
 namespace {

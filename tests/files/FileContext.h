@@ -15,9 +15,9 @@
 #include "FakeSpreadsheets.h"
 #include "app/clsText.h"
 #include "files/FilePath.h"
+#include "headless/HeadlessPlatform.h"
 #include "model/UserLocaleForTest.h"
 #include "model/clsFloors.h"
-#include "platform/headless/HeadlessPlatform.h"
 #include "support/FileLayerContext.h"
 
 namespace kalvrooms {

@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "headless/HeadlessSystem.h"
 #include "lang/LanguageSource.h"
-#include "platform/headless/HeadlessSystem.h"
 
 namespace kalvrooms::testing {
 namespace {

@@ -8,8 +8,8 @@
 #include "app/ProgramContext.h"
 #include "app/clsText.h"
 #include "files/SpreadsheetApplication.h"
+#include "headless/HeadlessPlatform.h"
 #include "model/RuntimeError.h"
-#include "platform/headless/HeadlessPlatform.h"
 #include "support/ScriptedHost.h"
 
 namespace kalvrooms::testing {

@@ -9,7 +9,7 @@
 
 #include "app/clsText.h"
 #include "files/SpreadsheetApplication.h"
-#include "platform/headless/HeadlessPlatform.h"
+#include "headless/HeadlessPlatform.h"
 #include "support/FileLayerContext.h"
 
 namespace kalvrooms {

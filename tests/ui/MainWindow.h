@@ -8,8 +8,8 @@
 #include <fstream>
 
 #include "files/SpreadsheetApplication.h"
+#include "headless/HeadlessPlatform.h"
 #include "model/RuntimeError.h"
-#include "platform/headless/HeadlessPlatform.h"
 #include "support/ScriptedHost.h"
 #include "support/TemporaryFolder.h"
 #include "ui/frmMain.h"

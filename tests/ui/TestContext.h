@@ -16,9 +16,9 @@
 #include "app/ProgramContext.h"
 #include "app/clsText.h"
 #include "files/SpreadsheetApplication.h"
+#include "headless/HeadlessPlatform.h"
 #include "model/UserLocaleForTest.h"
 #include "model/clsFloors.h"
-#include "platform/headless/HeadlessPlatform.h"
 
 namespace kalvrooms {
 

@@ -1,6 +1,6 @@
 #include "program/basMain.h"
 
-#include "program/Program.h"
+#include "platform/Program.h"
 #include "ui/MainWindow.h"
 
 namespace kalvrooms::testing {

@@ -1,0 +1,35 @@
+#pragma once
+// What the practice host was told when it was started.
+
+#include "drawing/Drawing.h"
+#include "practice/host/HandOver.h"
+#include "practice/server/CallLog.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kalvrooms::practice {
+
+struct CommandLine {
+    bool registerServer = false;
+    bool unregisterServer = false;
+    // The system starts the server for a client.
+    bool embedding = false;
+    bool hidden = false;
+    bool quitWithClient = false;
+    std::wstring drawing;
+    std::wstring save;
+    std::wstring svg;
+    std::optional<Point> place;
+    std::wstring state;
+    std::vector<std::pair<std::int32_t, Fault>> faults;
+    std::wstring start;
+    HandOver handOver;
+
+    // The arguments without the program's own name. Raises a HostError for what it cannot read.
+    static CommandLine From(const std::vector<std::wstring>& arguments);
+};
+
+} // namespace kalvrooms::practice

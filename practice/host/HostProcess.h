@@ -1,0 +1,69 @@
+#pragma once
+// What all automation objects of the process share: the open drawing, the calls and their faults,
+// and how long the process has to live.
+
+#include "drawing/DrawingService.h"
+#include "drawing/HostState.h"
+#include "practice/server/CallLog.h"
+#include "practice/server/DispatchObject.h"
+
+#include <functional>
+#include <string>
+
+namespace kalvrooms::practice {
+
+class HostProcess {
+  public:
+    HostProcess();
+    HostProcess(const HostProcess&) = delete;
+    HostProcess& operator=(const HostProcess&) = delete;
+
+    DrawingSession session;
+    CallLog calls;
+    HostState state;
+
+    // The gates of objects whose calls count, and of those that only control the tests.
+    CallGate& HostGate() { return hostGate_; }
+    CallGate& ControlGate() { return controlGate_; }
+    std::int32_t LiveObjects() const { return liveObjects_; }
+
+    // Everything that keeps the process in use from outside.
+    void AddUse();
+    void RemoveUse();
+    bool InUse() const { return uses_ > 0; }
+
+    // The process ends soon after, when the answer to the call is on its way.
+    void Quit();
+
+    // What the process does about it.
+    std::function<void()> unused;
+    std::function<void()> quitAsked;
+    // The process is about to end in the middle of a call.
+    std::function<void()> goingAway;
+    // Calls were counted, or the state changed.
+    std::function<void()> touched;
+    std::function<void()> drawingChanged;
+
+    void Touch();
+    void ChangeDrawing();
+
+  private:
+    class Gate : public CallGate {
+      public:
+        Gate(HostProcess& process, bool counted) : process_(process), counted_(counted) {}
+        bool Enter(std::wstring_view object, std::wstring_view member) override;
+        void Created() override;
+        void Gone() override;
+
+      private:
+        HostProcess& process_;
+        bool counted_;
+    };
+
+    Gate hostGate_;
+    Gate controlGate_;
+    std::int32_t liveObjects_ = 0;
+    std::int32_t uses_ = 0;
+};
+
+} // namespace kalvrooms::practice

@@ -1,0 +1,55 @@
+#pragma once
+// Draws the window's content: the rooms, the legend of storeys beside them, the status bar below.
+
+#include "drawing/DrawingScene.h"
+
+#include <windows.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kalvrooms::practice {
+
+struct WindowContent {
+    std::wstring project;
+    std::wstring status;
+    bool attention = false; // the status bar asks the user for something
+    const Scene* scene = nullptr;
+    // What follows the pointer, in pixels.
+    std::vector<Outline> ghosts;
+};
+
+class Painter {
+  public:
+    explicit Painter(UINT dpi) : dpi_(dpi) {}
+    Painter(const Painter&) = delete;
+    Painter& operator=(const Painter&) = delete;
+    ~Painter();
+
+    // Where the rooms go in a window of that size.
+    Frame DrawingFrame(const RECT& client) const;
+    LabelRules Labels() const;
+    void Paint(HDC dc, const RECT& client, const WindowContent& content);
+    // The status bar alone: it changes with every call.
+    RECT StatusArea(const RECT& client) const;
+    void PaintStatus(HDC dc, const RECT& area, const WindowContent& content);
+
+  private:
+    int Scaled(int pixels) const { return MulDiv(pixels, static_cast<int>(dpi_), 96); }
+    HFONT Font(int pixels, bool bold);
+    void Fill(HDC dc, const RECT& area, COLORREF colour) const;
+    void Text(HDC dc, const std::wstring& text, RECT area, int size, bool bold, COLORREF colour,
+              UINT format);
+    RECT DrawingArea(const RECT& client) const;
+    RECT LegendArea(const RECT& client) const;
+    void PaintRooms(HDC dc, const RECT& area, const WindowContent& content);
+    void PaintLabel(HDC dc, const SceneRoom& room);
+    void PaintScale(HDC dc, const RECT& area, const Scene& scene);
+    void PaintLegend(HDC dc, const RECT& area, const WindowContent& content);
+
+    UINT dpi_;
+    std::map<std::pair<int, bool>, HFONT> fonts_;
+};
+
+} // namespace kalvrooms::practice

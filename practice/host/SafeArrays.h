@@ -1,0 +1,22 @@
+#pragma once
+// Tables and outlines as they travel: arrays inside of variants.
+
+#include "drawing/Drawing.h"
+#include "practice/server/Com.h"
+
+#include <vector>
+
+namespace kalvrooms::practice {
+
+// (0 to n-1)
+Variant RecordArray(const std::vector<Variant>& values);
+// (1 to rows, 1 to columns), the rows one after the other in `values`; empty without any.
+Variant TableArray(const std::vector<Variant>& values, long columns);
+
+// (0 to 1, 0 to n) with the first point repeated at the end; empty for an outline without points.
+Variant OutlineArray(const Outline& outline);
+// Accepts a repeated last point; an empty value is an outline without points. Raises a ComError
+// for an array of another shape.
+Outline OutlineFrom(const Variant& value);
+
+} // namespace kalvrooms::practice

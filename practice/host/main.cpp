@@ -1,0 +1,113 @@
+#include "drawing/DrawingFile.h"
+#include "drawing/DrawingSvg.h"
+#include "practice/host/ClassObjects.h"
+#include "practice/host/ClientProgram.h"
+#include "practice/host/CommandLine.h"
+#include "practice/host/HostProcess.h"
+#include "practice/host/HostWindow.h"
+#include "practice/host/Registration.h"
+#include "practice/server/ServerApartment.h"
+
+#include <shellapi.h>
+
+#include <exception>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace kalvrooms::practice;
+
+constexpr int TroubleCode = 2;
+
+std::vector<std::wstring> OwnArguments() {
+    int count = 0;
+    LPWSTR* words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::wstring> arguments;
+    for (int i = 1; words && i < count; ++i)
+        arguments.emplace_back(words[i]);
+    LocalFree(words);
+    return arguments;
+}
+
+// Where somebody can read it: on the console, or in a box when there is none.
+void Tell(const std::wstring& trouble) {
+    HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+    const std::string line = "KalveroPractice: " + ToUtf8(trouble) + "\n";
+    DWORD written = 0;
+    if (console && console != INVALID_HANDLE_VALUE &&
+        WriteFile(console, line.data(), static_cast<DWORD>(line.size()), &written, nullptr))
+        return;
+    MessageBoxW(nullptr, trouble.c_str(), L"Kalvero", MB_OK | MB_ICONWARNING);
+}
+
+void WriteOutputs(const Drawing& drawing, const CommandLine& line) {
+    if (!line.save.empty())
+        SaveDrawing(drawing, line.save);
+    if (!line.svg.empty())
+        WriteWhole(line.svg, DrawingSvg(drawing));
+}
+
+void Prepare(HostProcess& process, const CommandLine& line) {
+    if (!line.drawing.empty())
+        process.session.drawing = LoadDrawing(line.drawing);
+    if (line.place)
+        process.session.placing.At(*line.place);
+    process.state.Set(line.state);
+    for (const auto& [n, fault] : line.faults)
+        process.calls.FailAt(n, fault);
+}
+
+int RunHost(const CommandLine& line) {
+    // Lives longest: clients' objects are there until the process ends.
+    HostProcess process;
+    const ServerApartment apartment;
+    Prepare(process, line);
+
+    ClientProgram client;
+    const auto startClient = [&] {
+        client.Start(line.start.empty() ? L"Quartino.exe" : line.start, line.handOver);
+    };
+    HostWindow window(process, {line.hidden, line.embedding}, startClient);
+    process.session.applied = [&] {
+        process.ChangeDrawing();
+        WriteOutputs(process.session.drawing, line);
+    };
+    // A host that was started by hand is there with and without clients.
+    if (!line.embedding)
+        process.AddUse();
+
+    int exitCode = 0;
+    {
+        const ClassObjects classes(process);
+        if (!line.embedding)
+            window.Show();
+        if (!line.start.empty()) {
+            startClient();
+            if (line.quitWithClient)
+                client.TellWhenEnded(window.handle(), HostWindow::EndMessage);
+        }
+        exitCode = window.Run();
+    }
+    WriteOutputs(process.session.drawing, line);
+    return exitCode;
+}
+
+} // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
+    try {
+        const CommandLine line = CommandLine::From(OwnArguments());
+        if (line.registerServer || line.unregisterServer) {
+            const ComApartment apartment;
+            line.unregisterServer ? UnregisterServer() : RegisterServer();
+            return 0;
+        }
+        return RunHost(line);
+    } catch (const HostError& error) {
+        Tell(error.description());
+    } catch (const std::exception& error) {
+        Tell(FromUtf8(error.what()));
+    }
+    return TroubleCode;
+}

@@ -1,0 +1,143 @@
+#pragma once
+// Automation objects that answer by member name: late binding only, no type information.
+
+#include "practice/server/Com.h"
+
+#include <atomic>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kalvrooms::practice {
+
+class DispatchObject;
+
+// The arguments of one call, in the order in which the client wrote them.
+class Arguments {
+  public:
+    explicit Arguments(const DISPPARAMS& parameters) : parameters_(parameters) {}
+
+    UINT Count() const { return parameters_.cArgs; }
+    Variant Value(UINT index) const;
+    std::int32_t Long(UINT index) const;
+    double Number(UINT index) const;
+    std::wstring Text(UINT index) const;
+    // An object of this server and of the wanted kind; a ComError for any other.
+    template <class Object>
+    ComPtr<Object> Own(UINT index) const {
+        const ComPtr<DispatchObject> object = OwnObject(index);
+        auto* wanted = dynamic_cast<Object*>(object.get());
+        if (!wanted)
+            throw ComError(DISP_E_TYPEMISMATCH, PlaceOf(index));
+        return ComPtr<Object>(wanted);
+    }
+
+  private:
+    UINT PlaceOf(UINT index) const { return parameters_.cArgs - 1 - index; }
+    ComPtr<DispatchObject> OwnObject(UINT index) const;
+    template <class Convert>
+    auto Converted(UINT index, Convert convert) const;
+
+    const DISPPARAMS& parameters_;
+};
+
+// What stands between a call and its object: it may count it, delay it or keep it away.
+class CallGate {
+  public:
+    virtual ~CallGate() = default;
+    // False when the call ends here with an empty result. Raises a HostError or ComError.
+    virtual bool Enter(std::wstring_view object, std::wstring_view member) = 0;
+    virtual void Created() = 0;
+    virtual void Gone() = 0;
+};
+
+// Automation interfaces have no virtual destructor; their objects end in Release.
+#ifdef __GNUC__
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+#endif
+class DispatchObject : public IDispatch {
+  public:
+    explicit DispatchObject(CallGate& gate) : gate_(gate) { gate_.Created(); }
+    DispatchObject(const DispatchObject&) = delete;
+    DispatchObject& operator=(const DispatchObject&) = delete;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
+                                            DISPID* ids) override;
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
+                                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* trouble,
+                                     UINT* argument) override;
+
+  protected:
+    virtual ~DispatchObject() { gate_.Gone(); }
+
+    virtual const wchar_t* Kind() const = 0;
+    virtual std::size_t MemberCount() const = 0;
+    virtual const wchar_t* MemberName(std::size_t index) const = 0;
+    // Raises a ComError when the member has no such use or another count of arguments.
+    virtual Variant Perform(std::size_t index, WORD flags, const Arguments& arguments) = 0;
+
+  private:
+    std::atomic<ULONG> references_{1};
+    CallGate& gate_;
+};
+
+#ifdef __GNUC__
+#pragma GCC diagnostic pop
+#endif
+
+// A member: a method, or a property that can be read, and maybe written.
+template <class Object>
+struct Member {
+    const wchar_t* name;
+    UINT arguments = 0; // of the method
+    Variant (Object::*method)(const Arguments&) = nullptr;
+    Variant (Object::*get)() = nullptr;
+    void (Object::*put)(const Variant&) = nullptr;
+};
+
+// Binds the table `Object::Members()` to the calls; a member's identifier is its place, from 1.
+template <class Object>
+class Automation : public DispatchObject {
+  public:
+    using DispatchObject::DispatchObject;
+
+  protected:
+    const wchar_t* Kind() const override { return Object::KindName; }
+    std::size_t MemberCount() const override { return Object::Members().size(); }
+    const wchar_t* MemberName(std::size_t index) const override {
+        return Object::Members()[index].name;
+    }
+    Variant Perform(std::size_t index, WORD flags, const Arguments& arguments) override {
+        const Member<Object>& member = Object::Members()[index];
+        auto& self = static_cast<Object&>(*this);
+        if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
+            Require(member.put != nullptr, arguments.Count() == 1);
+            (self.*member.put)(arguments.Value(0));
+            return {};
+        }
+        // A client that cannot know whether it reads a property or calls a method asks for both.
+        if (member.method && (flags & DISPATCH_METHOD) != 0) {
+            Require(true, arguments.Count() == member.arguments);
+            return (self.*member.method)(arguments);
+        }
+        Require(member.get && (flags & DISPATCH_PROPERTYGET) != 0, arguments.Count() == 0);
+        return (self.*member.get)();
+    }
+
+  private:
+    static void Require(bool use, bool count) {
+        if (!use)
+            throw ComError(DISP_E_MEMBERNOTFOUND);
+        if (!count)
+            throw ComError(DISP_E_BADPARAMCOUNT);
+    }
+};
+
+} // namespace kalvrooms::practice

@@ -1,0 +1,72 @@
+#include "practice/spreadsheet/SheetProcess.h"
+
+#include "drawing/DrawingFile.h"
+#include "practice/server/FaultEffect.h"
+#include "practice/workbook/SheetError.h"
+
+#include <utility>
+
+namespace kalvrooms::practice::spreadsheet {
+
+SheetProcess::SheetProcess(Settings settings_, bool inUsersHands)
+    : settings(std::move(settings_)), application(files_), inUsersHands_(inUsersHands) {
+    Arm(calls_, settings.faults);
+    if (!settings.dialog.empty())
+        application.OpenDialog(settings.dialog);
+}
+
+SheetProcess::~SheetProcess() {
+    Withdraw();
+}
+
+int SheetProcess::ThisYear() const {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return now.wYear;
+}
+
+bool SheetProcess::Enter(std::wstring_view object, std::wstring_view member) {
+    const auto fault = calls_.Enter(object, member);
+    if (!application.dialog().empty())
+        throw ComError(RPC_E_SERVERCALL_RETRYLATER);
+    return !fault || Suffer<SheetError>(*fault, [this] {
+        Withdraw();
+        WriteReport();
+    });
+}
+
+void SheetProcess::Created() {
+    ++uses_;
+}
+
+void SheetProcess::Gone() {
+    --uses_;
+    CheckUse();
+}
+
+void SheetProcess::Quit() {
+    quitting_ = true;
+    Withdraw();
+    CheckUse();
+}
+
+void SheetProcess::CheckUse() {
+    if (MayEnd() && unused)
+        unused();
+}
+
+void SheetProcess::Withdraw() {
+    if (withdraw)
+        std::exchange(withdraw, nullptr)();
+}
+
+void SheetProcess::WriteReport() const {
+    if (settings.report.empty())
+        return;
+    std::string report = ToUtf8(calls_.Report());
+    for (const auto& [locale, count] : locales_)
+        report += "locale." + std::to_string(locale) + "=" + std::to_string(count) + "\n";
+    WriteWhole(settings.report, report + "calls=" + std::to_string(calls_.Count()) + "\n");
+}
+
+} // namespace kalvrooms::practice::spreadsheet

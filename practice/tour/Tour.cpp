@@ -1,0 +1,299 @@
+// Plays the main job on the real windows: opens a room list, writes it into the drawing of the
+// practice host, closes the report, and leaves a summary. Pictures are taken from outside: a file
+// NAME.picture in the output folder asks for one and goes away when it was taken.
+
+#include <windows.h>
+
+#include <dwmapi.h>
+#include <objbase.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "model/RuntimeError.h"
+#include "practice/driver/UiDriver.h"
+#include "win32/ComObject.h"
+#include "win32/ControlIds.h"
+
+namespace {
+
+using namespace kalvrooms;
+namespace ui = kalvrooms::driver;
+
+constexpr DWORD longLimit = 240000; // milliseconds, for a whole command
+
+std::string utf8(const std::wstring& text) {
+    const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
+                                           nullptr, 0, nullptr, nullptr);
+    std::string bytes(static_cast<std::size_t>(length), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
+                        length, nullptr, nullptr);
+    return bytes;
+}
+
+std::wstring quoted(const std::wstring& text) {
+    return L"\"" + text + L"\"";
+}
+
+struct Arguments {
+    std::map<std::wstring, std::wstring> values;
+    bool openOnly = false;
+    const std::wstring& operator[](const wchar_t* name) const {
+        static const std::wstring none;
+        const auto found = values.find(name);
+        return found == values.end() ? none : found->second;
+    }
+};
+
+class Tour {
+  public:
+    explicit Tour(const Arguments& arguments)
+        : arguments_(arguments), out_(arguments[L"--out"]),
+          session_(std::make_shared<ComSession>()) {}
+
+    int play() {
+        start();
+        if (main_) {
+            // The spreadsheet application may be asked for a list that is a workbook.
+            command(ui::MenuOpen, [this](HWND dialog) { return answerFileDialog(dialog); });
+            summary_["rooms.listed"] = listedRooms();
+            if (arguments_.openOnly)
+                return leaveRunning();
+            picture(L"main", main_);
+            command(ui::MenuExport, [this](HWND dialog) { return answerReport(dialog); });
+        }
+        finish();
+        return 0;
+    }
+
+    // Leaves what is known so far; the host goes away in good order.
+    void giveUp(const std::string& reason) {
+        try {
+            if (control_.dispatch())
+                control_.Call(L"Quit");
+        } catch (const RuntimeError&) {
+            // It is gone already.
+        }
+        control_ = ComObject();
+        messages_.emplace_back(reason.begin(), reason.end());
+        write();
+    }
+
+  private:
+    void start() {
+        std::wstring line =
+            quoted(arguments_[L"--host"]) + L" --drawing " + quoted(arguments_[L"--drawing"]) +
+            L" --save " + quoted(out_ + L"\\drawing.json") + L" --svg " +
+            quoted(out_ + L"\\drawing.svg") + L" --start " + quoted(arguments_[L"--quartino"]) +
+            L" --settings-key " + quoted(arguments_[L"--settings-key"]);
+        if (!arguments_[L"--place"].empty())
+            line += L" --place " + arguments_[L"--place"];
+        host_ = std::make_unique<ui::Process>(line);
+        // The host starts Quartino when it can be called; asked any earlier, the system would start
+        // a second host.
+        ui::waitFor("Quartino's process", [this] {
+            quartino_ = ui::childOf(host_->id(), L"Quartino.exe");
+            if (!quartino_ && !host_->running())
+                throw ui::WaitFailed("the practice host ended at once");
+            return quartino_ != 0;
+        });
+        control_ = ComObject::Create(session_, L"control", L"KALVCOMSERVERLib.PracticeControl",
+                                     CLSCTX_LOCAL_SERVER);
+        const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, quartino_);
+        ui::waitFor("the main window", [&] {
+            answerMessages();
+            main_ = ui::windowOfClass(quartino_, L"QuartinoMain");
+            return main_ || WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
+        });
+        CloseHandle(process);
+    }
+
+    // Chooses a menu entry and answers what comes up until the command has ended.
+    void command(int id, const std::function<bool(HWND)>& answer) {
+        const auto done = [this] {
+            return reinterpret_cast<std::uintptr_t>(GetPropW(main_, L"QuartinoCommandsDone"));
+        };
+        const auto before = done();
+        ui::choose(main_, id);
+        ui::waitFor(
+            "the end of a command",
+            [&] {
+                answerMessages();
+                for (const HWND window : ui::windowsOf(quartino_))
+                    if (window != main_ && !ui::isMessageBox(window) && IsWindowEnabled(window) &&
+                        answer(window))
+                        break;
+                return done() != before;
+            },
+            longLimit);
+        given_.clear();
+    }
+
+    void answerMessages() {
+        for (const HWND window : ui::windowsOf(quartino_)) {
+            if (!ui::isMessageBox(window) || answered_.contains(window))
+                continue;
+            std::wstring text = ui::messageText(window);
+            for (wchar_t& c : text)
+                if (c == L'\r' || c == L'\n')
+                    c = L' ';
+            messages_.push_back(text);
+            answered_.insert(window);
+            const bool question = GetDlgItem(window, IDNO) != nullptr;
+            ui::press(window, question ? IDNO : IDOK);
+            const HWND box = window;
+            ui::waitFor("the message box to go", [box] { return !IsWindowVisible(box); });
+        }
+    }
+
+    // Gives the name; a dialog that stays after a message about the name is given up.
+    bool answerFileDialog(HWND dialog) {
+        if (!ui::isFileDialog(dialog))
+            return false;
+        if (given_.insert(dialog).second) {
+            messagesBefore_ = messages_.size();
+            ui::enterFileName(dialog, arguments_[L"--list"]);
+        } else if (messages_.size() > messagesBefore_) {
+            ui::press(dialog, IDCANCEL);
+        }
+        return true;
+    }
+
+    bool answerReport(HWND dialog) {
+        const HWND ok = GetDlgItem(dialog, ID_REPORT_CMDOK);
+        if (!ok || !GetDlgItem(dialog, ID_REPORT_LBLNUM1) || !given_.insert(dialog).second)
+            return false;
+        summary_["rooms.updated"] = shownCount(dialog, ID_REPORT_LBLNUM1);
+        summary_["rooms.placed"] = shownCount(dialog, ID_REPORT_LBLNUM2);
+        summary_["rooms.setdown"] = shownCount(dialog, ID_REPORT_LBLNUM3);
+        picture(L"report", dialog);
+        ui::press(dialog, ID_REPORT_CMDOK);
+        return true;
+    }
+
+    static long shownCount(HWND dialog, int control) {
+        const HWND label = GetDlgItem(dialog, control);
+        return IsWindowVisible(label) ? std::wcstol(ui::textOf(label).c_str(), nullptr, 10) : 0;
+    }
+
+    static long countOf(const std::wstring& text, const std::wstring& word) {
+        long count = 0;
+        for (auto at = text.find(word); at != std::wstring::npos; at = text.find(word, at + 1))
+            ++count;
+        return count;
+    }
+
+    // Rooms stand at the top of the table; the rows below are empty.
+    long listedRooms() const {
+        constexpr int idColumn = 8;
+        const HWND table = FindWindowExW(main_, nullptr, L"SysListView32", nullptr);
+        int low = 0;
+        int high = ui::rowCount(table);
+        while (low < high) {
+            const int middle = low + (high - low) / 2;
+            if (ui::cellText(table, middle, idColumn).empty())
+                high = middle;
+            else
+                low = middle + 1;
+        }
+        return low;
+    }
+
+    void picture(const std::wstring& name, HWND window) {
+        SetForegroundWindow(window);
+        RECT frame{};
+        if (FAILED(
+                DwmGetWindowAttribute(window, DWMWA_EXTENDED_FRAME_BOUNDS, &frame, sizeof frame)) ||
+            IsRectEmpty(&frame))
+            GetWindowRect(window, &frame);
+        const std::filesystem::path request = out_ + L"\\" + name + L".picture";
+        const std::filesystem::path half = out_ + L"\\" + name + L".request";
+        std::ofstream(half) << frame.right - frame.left << 'x' << frame.bottom - frame.top << '+'
+                            << frame.left << '+' << frame.top << '\n';
+        std::filesystem::rename(half, request);
+        ui::waitFor("a picture", [&] { return !std::filesystem::exists(request); });
+    }
+
+    int leaveRunning() {
+        host_.release();
+        return 0;
+    }
+
+    void finish() {
+        summary_["host.calls"] = control_.Get(L"CallCount").toLong();
+        const ComVariant drawing(out_ + L"\\drawing.json");
+        const ComVariant svg(out_ + L"\\drawing.svg");
+        control_.Call(L"SaveDrawing", {&drawing});
+        control_.Call(L"ExportSvg", {&svg});
+        summary_["rooms.drawing"] =
+            countOf(control_.Get(L"DrawingText").toText(), L"\"componentId\"");
+        if (main_) {
+            PostMessageW(main_, WM_CLOSE, 0, 0);
+            const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, quartino_);
+            ui::waitFor("the end of Quartino", [&] {
+                answerMessages();
+                return WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
+            });
+            CloseHandle(process);
+        }
+        // Nothing stands in front of the drawing any more.
+        if (const HWND window = ui::windowOfClass(host_->id(), L"KalveroPracticeHost"))
+            picture(L"drawing", window);
+        control_.Call(L"Quit");
+        control_ = ComObject();
+        host_->waitForEnd();
+        write();
+    }
+
+    void write() {
+        std::ofstream file(std::filesystem::path(out_ + L"\\summary.txt"), std::ios::binary);
+        for (const char* name : {"rooms.listed", "rooms.updated", "rooms.placed", "rooms.setdown",
+                                 "rooms.drawing", "host.calls"})
+            file << name << '=' << summary_[name] << '\n';
+        for (const std::wstring& message : messages_)
+            file << "message=" << utf8(message) << '\n';
+    }
+
+    const Arguments& arguments_;
+    std::wstring out_;
+    std::shared_ptr<ComSession> session_;
+    std::unique_ptr<ui::Process> host_;
+    ComObject control_;
+    DWORD quartino_ = 0;
+    HWND main_ = nullptr;
+    std::map<std::string, long> summary_;
+    std::vector<std::wstring> messages_;
+    std::set<HWND> answered_;
+    std::set<HWND> given_;
+    std::size_t messagesBefore_ = 0;
+};
+
+} // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    Arguments arguments;
+    for (int i = 1; i < argc; ++i) {
+        const std::wstring name = argv[i];
+        if (name == L"--open-only")
+            arguments.openOnly = true;
+        else if (i + 1 < argc)
+            arguments.values[name] = argv[++i];
+    }
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    int result = 1;
+    {
+        Tour tour(arguments);
+        try {
+            result = tour.play();
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "%s\n", error.what());
+            tour.giveUp(error.what());
+        }
+    }
+    CoUninitialize();
+    return result;
+}

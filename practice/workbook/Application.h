@@ -1,0 +1,89 @@
+#pragma once
+// The practice spreadsheet application without its automation: open workbooks and their files, and
+// the questions that it puts to its user.
+
+#include "practice/workbook/Sheet.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kalvrooms::practice::spreadsheet {
+
+// A file as long as a workbook is open from it: nobody else can write it meanwhile.
+class OpenFile {
+  public:
+    virtual ~OpenFile() = default;
+    // Protected, or being written by somebody else.
+    virtual bool ReadOnly() const = 0;
+    virtual std::string Read() = 0;
+    virtual void Write(std::string_view bytes) = 0;
+};
+
+// All of it raises a SheetError when the disk refuses.
+class FileStore {
+  public:
+    virtual ~FileStore() = default;
+    virtual std::wstring FullName(const std::wstring& name) const = 0;
+    virtual bool Exists(const std::wstring& fullName) const = 0;
+    virtual std::unique_ptr<OpenFile> Open(const std::wstring& fullName) = 0;
+    virtual std::unique_ptr<OpenFile> Create(const std::wstring& fullName) = 0;
+};
+
+enum class Answer { Yes, No, Cancel };
+
+struct OpenWorkbook {
+    Workbook book;
+    std::wstring name;
+    std::wstring fullName;          // as `name` until there is a file
+    std::unique_ptr<OpenFile> file; // null until it has been saved the first time
+    bool saved = true;
+    bool isOpen = true;
+
+    bool ReadOnly() const { return file && file->ReadOnly(); }
+};
+using WorkbookPointer = std::shared_ptr<OpenWorkbook>;
+
+class Application {
+  public:
+    explicit Application(FileStore& files) : files_(files) {}
+
+    // While it is true the application asks before it destroys something. A question lets the
+    // operation end with DialogOpen; when it is tried again after the answer, it goes by that.
+    bool displayAlerts = true;
+
+    const std::vector<WorkbookPointer>& workbooks() const { return workbooks_; }
+    WorkbookPointer ActiveWorkbook() const;
+    // A workbook that is open already is handed back.
+    WorkbookPointer Open(const std::wstring& name);
+    WorkbookPointer Add();
+    void Save(OpenWorkbook& workbook);
+    // In the only form that there is: 56, or -4143 for the application's own.
+    void SaveAs(OpenWorkbook& workbook, const std::wstring& name, std::optional<int> form);
+    // True when it was closed; without an instruction what to do about changes it asks.
+    bool Close(OpenWorkbook& workbook, std::optional<bool> saveChanges = std::nullopt);
+    bool CloseAll();
+
+    void OpenDialog(const std::wstring& question);
+    // The dialog that is open; empty without one.
+    const std::wstring& dialog() const { return dialog_; }
+    void AnswerDialog(Answer answer);
+    // Whether a dialog is open has changed.
+    std::function<void()> dialogChanged;
+
+  private:
+    Answer Ask(const std::wstring& question);
+    void Store(OpenWorkbook& workbook);
+    void Forget(OpenWorkbook& workbook);
+
+    FileStore& files_;
+    std::vector<WorkbookPointer> workbooks_;
+    int added_ = 0;
+    std::wstring dialog_;
+    std::optional<std::pair<std::wstring, Answer>> answered_;
+};
+
+} // namespace kalvrooms::practice::spreadsheet

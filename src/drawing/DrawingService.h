@@ -1,0 +1,71 @@
+#pragma once
+// How clients read and change the drawing. What they get are snapshots; what they hand back waits
+// until it is applied, and is forgotten when the service goes without that.
+
+#include "drawing/Drawing.h"
+#include "drawing/Placing.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace kalvrooms::practice {
+
+// The drawing that is open, with what a run remembers beside it.
+struct DrawingSession {
+    Drawing drawing;
+    Placing placing;
+    // Called after every apply.
+    std::function<void()> applied;
+};
+
+// A client's own copy of an element.
+struct WorkingElement {
+    Element element;
+    // Where it stands in the drawing; nothing while it is new.
+    std::optional<std::size_t> index;
+};
+using WorkingElementPtr = std::shared_ptr<WorkingElement>;
+using WorkingElements = std::vector<WorkingElementPtr>;
+
+// The mode of placing: at the cross-hair.
+inline constexpr std::int32_t PlaceAtCrossHair = 10;
+
+class DrawingService {
+  public:
+    explicit DrawingService(DrawingSession& session) : session_(session) {}
+
+    WorkingElements Elements() const;
+    WorkingElementPtr NewElement() const;
+
+    // The elements are taken over as they are now; later changes of the copies do not count.
+    void Change(const WorkingElements& elements);
+    void Add(const WorkingElements& elements);
+    // Returns when they were set down.
+    void Place(const WorkingElements& elements, std::int32_t mode);
+
+    // All or nothing. Gives the new elements' copies their identity.
+    void Apply();
+
+  private:
+    struct Queued {
+        WorkingElementPtr copy;
+        Element element;
+    };
+    struct Step {
+        enum class Kind { Change, Add, Place } kind = Kind::Change;
+        std::vector<Queued> elements;
+        std::int32_t mode = 0;
+        Point at;
+    };
+
+    Step NewElements(Step::Kind kind, const WorkingElements& elements) const;
+    bool IsQueued(const WorkingElementPtr& copy) const;
+
+    DrawingSession& session_;
+    std::vector<Step> steps_;
+    double pendingRow_ = 0.0;
+};
+
+} // namespace kalvrooms::practice

@@ -1,0 +1,133 @@
+#pragma once
+// A window with its controls, its modal loop and its keys. What differs between the main window and
+// the dialogs stands in Win32MainForm and Win32Dialog.
+
+#include "win32/ControlNames.h"
+#include "win32/Win32Control.h"
+#include "win32/Win32Menu.h"
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kalvrooms::Gui {
+
+class Win32Desktop;
+class Win32OptionButton;
+class Win32TextField;
+
+class Win32Form : public Form, public Win32Control {
+  public:
+    Win32Form(Win32Desktop& desktop, const FormEntry& entry);
+    ~Win32Form() override;
+
+    Label& LabelNamed(const std::wstring& name) override;
+    Frame& FrameNamed(const std::wstring& name) override;
+    Button& ButtonNamed(const std::wstring& name) override;
+    OptionButton& OptionNamed(const std::wstring& name) override;
+    CheckBox& CheckNamed(const std::wstring& name) override;
+    TextField& FieldNamed(const std::wstring& name) override;
+    DropDown& DropDownNamed(const std::wstring& name) override;
+    TabStrip& TabsNamed(const std::wstring& name) override;
+    Grid& GridNamed(const std::wstring& name) override;
+    MenuItem& Menu(const std::wstring& name) override;
+    void PopupMenu(MenuItem& menu) override;
+    void Show() override;
+    void ShowModal() override;
+    void Unload() override;
+
+    Win32Desktop& Desktop() const { return desktop_; }
+    const FormEntry& Entry() const { return entry_; }
+    UINT Dpi() const { return dpi_; }
+    // Shown and not unloaded yet.
+    bool Loaded() const { return loaded_ && Window(); }
+    // The controls in tab order; null for an unknown number or name.
+    Win32Control* ControlById(int id) const;
+    Win32Control* ControlNamed(const std::wstring& name) const;
+
+    // Runs an event of this form; false when the form is gone or unloaded afterwards.
+    bool Raise(const std::function<void()>& handler);
+    // Looks at a message before it is dispatched; true when that was all.
+    bool PreDispatch(MSG& message);
+    void FocusArrived(Win32Control& control);
+    void FocusAway(Win32Control& control);
+    void MoveFocus(Win32Control& control);
+    // The one option of a group that is on.
+    void SelectOption(Win32OptionButton& option);
+    // Where a context menu opens that was asked for by key; at the mouse without one.
+    void PopupPoint(std::optional<POINT> point) { popupPoint_ = point; }
+
+  protected:
+    // The window is there: take it over and its controls.
+    void Attach(HWND window);
+    void AttachControl(const ControlEntry& entry, HWND window);
+    Box Bounds() const override;
+    void Bounds(const Box& box) override;
+    UINT DpiOf(Edge edge) const override;
+    LRESULT HandleMessage(UINT message, WPARAM word, LPARAM data) override;
+    // Messages that controls send to their parent, which may be a tab page.
+    bool Reflect(HWND parent, UINT message, WPARAM word, LPARAM data, LRESULT& result);
+    // Takes over what an event may have changed without telling.
+    virtual void AfterEvent() {}
+    virtual void ApplyFont();
+    virtual void FocusFirst() = 0;
+    // Sets the focus that was asked for before the form was shown; false without one.
+    bool FocusAsked();
+    // Before the first showing.
+    virtual void Arrange(Win32Form* /*owner*/) {}
+    virtual bool HandleDialogKeys(MSG& /*message*/) { return false; }
+
+    template <typename Visitor>
+    void ForEachControl(Visitor visit) {
+        for (const auto& control : controls_)
+            visit(*control.second);
+    }
+    GdiObject font_;
+
+  private:
+    struct FocusEvent {
+        Win32TextField* field;
+        bool got;
+    };
+    struct FrameMargins {
+        int left, top, right, bottom;
+    };
+
+    template <typename Kind>
+    Kind& named(const std::wstring& name, ControlKind kind) const;
+    FrameMargins margins() const;
+    void changeDpi(UINT dpi, const RECT& suggested);
+    bool flushFocusEvents();
+    void close(bool sessionEnds);
+    // For programs that drive this one from outside, who cannot see otherwise that a command has
+    // ended: the number of ended commands is a property of the window.
+    void countCommand();
+    void destroy();
+    void releaseOwner();
+    void firstShow();
+    bool openDropDown() const;
+    bool moveInOptions(const MSG& message);
+
+    Win32Desktop& desktop_;
+    const FormEntry& entry_;
+    UINT dpi_ = USER_DEFAULT_SCREEN_DPI;
+    bool loaded_ = false;
+    bool shown_ = false;
+    bool closing_ = false;
+    bool destroying_ = false;
+    // Expires with the form: an event may end the form that it belongs to.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    std::vector<std::pair<const ControlEntry*, std::unique_ptr<Win32Control>>> controls_;
+    Win32MenuBar menuBar_;
+    std::set<WPARAM> pressed_;
+    Win32Control* focused_ = nullptr;
+    Win32Control* firstFocus_ = nullptr;
+    std::deque<FocusEvent> focusEvents_;
+    HWND disabledOwner_ = nullptr;
+    std::optional<POINT> popupPoint_;
+};
+
+} // namespace kalvrooms::Gui

@@ -1,0 +1,111 @@
+#include "win32/Win32MainForm.h"
+
+#include "win32/Win32Desktop.h"
+#include "win32/Win32Grid.h"
+
+#include <stdexcept>
+
+namespace kalvrooms::Gui {
+namespace {
+
+constexpr wchar_t className[] = L"QuartinoMain";
+// The size that the window has before anybody chose one: wide enough for the headers.
+constexpr Twips designedWidth = 13200;
+constexpr Twips designedHeight = 8100;
+
+void registerClass() {
+    const HINSTANCE instance = GetModuleHandleW(nullptr);
+    WNDCLASSEXW description{};
+    description.cbSize = sizeof description;
+    if (GetClassInfoExW(instance, className, &description))
+        return;
+    description = {};
+    description.cbSize = sizeof description;
+    description.lpfnWndProc = DefWindowProcW;
+    description.hInstance = instance;
+    description.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_QUARTINO));
+    if (!description.hIcon)
+        description.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
+    description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    description.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_3DFACE + 1));
+    description.lpszClassName = className;
+    RegisterClassExW(&description);
+}
+
+} // namespace
+
+Win32MainForm::Win32MainForm(Win32Desktop& desktop, const FormEntry& entry)
+    : Win32Form(desktop, entry) {
+    registerClass();
+    const HINSTANCE instance = GetModuleHandleW(nullptr);
+    const HWND window =
+        CreateWindowExW(0, className, L"", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
+                        CW_USEDEFAULT, 800, 600, nullptr, nullptr, instance, nullptr);
+    if (!window)
+        throw std::runtime_error("the main window cannot be created");
+    Attach(window);
+    for (const ControlEntry& control : entry.controls) {
+        HWND child = nullptr;
+        if (control.kind == ControlKind::Grid)
+            child = Win32Grid::Create(window, control.id);
+        else
+            child = CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 0, 0, window,
+                                    reinterpret_cast<HMENU>(static_cast<INT_PTR>(control.id)),
+                                    instance, nullptr);
+        AttachControl(control, child);
+    }
+    ApplyFont();
+    grid_ = dynamic_cast<Win32Grid*>(ControlById(ID_MAIN_GRDROOMS));
+    grid_->Prepare();
+    Width(designedWidth);
+    Height(designedHeight);
+}
+
+LRESULT Win32MainForm::HandleMessage(UINT message, WPARAM word, LPARAM data) {
+    switch (message) {
+    case WM_SETTEXT:
+        // What a screen reader calls the table: the text of the unseen label before it.
+        SetWindowTextW(GetDlgItem(Window(), ID_MAIN_LABEL1), reinterpret_cast<LPCWSTR>(data));
+        break;
+    case WM_SETFOCUS:
+        FocusFirst();
+        return 0;
+    case WM_QUERYENDSESSION:
+        // Later, when the session ends, nobody could answer any more.
+        if (!asking_ && !leftSession_)
+            leaveSession();
+        return TRUE;
+    case WM_ENDSESSION:
+        if (!word)
+            leftSession_ = false; // somebody called it off
+        else if (leftSession_ || asking_)
+            OnUnload = nullptr;
+        break;
+    default:
+        break;
+    }
+    return Win32Form::HandleMessage(message, word, data);
+}
+
+void Win32MainForm::leaveSession() {
+    const HWND window = Window();
+    asking_ = true;
+    const auto leave = OnUnload;
+    Desktop().Dispatch(leave);
+    if (!IsWindow(window))
+        return;
+    asking_ = false;
+    leftSession_ = true;
+}
+
+void Win32MainForm::AfterEvent() {
+    if (grid_)
+        grid_->Sync();
+}
+
+void Win32MainForm::FocusFirst() {
+    if (grid_ && grid_->Window())
+        ::SetFocus(grid_->Window());
+}
+
+} // namespace kalvrooms::Gui

@@ -1,0 +1,54 @@
+// The program's entry on Windows: puts the platform together and starts the program on it.
+
+#include "model/NumberText.h"
+#include "platform/Program.h"
+#include "win32/ComHostServer.h"
+#include "win32/ComSpreadsheet.h"
+#include "win32/StartUp.h"
+#include "win32/Win32AnsiCodec.h"
+#include "win32/Win32Desktop.h"
+#include "win32/Win32Environment.h"
+#include "win32/Win32Locale.h"
+#include "win32/Win32Registry.h"
+#include "win32/Win32ResourceLibraries.h"
+
+#include <objbase.h>
+
+namespace {
+
+// The apartment in which host and spreadsheet application are called.
+class Apartment {
+  public:
+    Apartment() : result_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
+    ~Apartment() {
+        if (SUCCEEDED(result_))
+            CoUninitialize();
+    }
+    Apartment(const Apartment&) = delete;
+    Apartment& operator=(const Apartment&) = delete;
+
+  private:
+    HRESULT result_;
+};
+
+} // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+    using namespace kalvrooms;
+    // No library may come from the folder that the program happens to be started in.
+    SetDllDirectoryW(L"");
+    const Apartment apartment;
+    const auto program = [] {
+        HandInUserLocale(Win32UserLocale);
+        Gui::Win32Desktop desktop;
+        Win32AnsiCodec ansi;
+        Win32Registry registry;
+        Win32ResourceLibraries libraries;
+        Win32Environment environment;
+        const auto host = MakeComHostServer();
+        const auto spreadsheets = MakeComSpreadsheetServer();
+        Platform platform{desktop, ansi, registry, libraries, environment, *host, *spreadsheets};
+        RunProgram(platform);
+    };
+    return Gui::RunToItsEnd(program, Gui::SystemDialogs());
+}

@@ -1,0 +1,343 @@
+#include "drawing/Drawing.h"
+#include "drawing/DrawingService.h"
+
+#include <gmock/gmock.h>
+
+#include <limits>
+
+namespace kalvrooms::practice {
+namespace {
+
+using testing::ElementsAre;
+
+Outline Rectangle(double width, double height, Point corner = {}) {
+    return {corner,
+            {corner.x + width, corner.y},
+            {corner.x + width, corner.y + height},
+            {corner.x, corner.y + height}};
+}
+
+Element Room(std::int32_t component, std::int32_t file, const std::wstring& fileId) {
+    Element element;
+    element.componentId = component;
+    element.fileNumber = file;
+    element.fileId = fileId;
+    element.name = L"Raum " + std::to_wstring(component);
+    return element;
+}
+
+std::vector<std::wstring> Names(const Element& element) {
+    std::vector<std::wstring> names;
+    for (const Attribute& attribute : element.attributes)
+        names.push_back(attribute.name);
+    return names;
+}
+
+Attribute* Find(Element& element, const std::wstring& name) {
+    for (Attribute& attribute : element.attributes) {
+        if (attribute.name == name)
+            return &attribute;
+    }
+    return nullptr;
+}
+
+TEST(Drawing, AreaFollowsTheShoelaceWhateverTheDirection) {
+    EXPECT_DOUBLE_EQ(Area(Rectangle(4, 2.5)), 10.0);
+    EXPECT_DOUBLE_EQ(Area({{0, 0}, {0, 2}, {2, 2}, {2, 0}}), 4.0);
+    EXPECT_DOUBLE_EQ(Area({{0, 0}, {4, 0}, {4, 1}, {1, 1}, {1, 3}, {0, 3}}), 6.0);
+    EXPECT_EQ(Area({}), 0.0);
+    EXPECT_EQ(Area({{1, 1}, {2, 2}}), 0.0);
+    EXPECT_DOUBLE_EQ(Area(Rectangle(4, 2.5, {4'400'000.25, 5'300'000.75})), 10.0);
+}
+
+TEST(Drawing, ANewElementCarriesTheCatalogueAndTheNamesAWriterLooksFor) {
+    EXPECT_THAT(Names(Drawing().NewElement()),
+                ElementsAre(L"Bodenfläche", L"Umschließungsart", L"Nutzen", L"Flächenart 277",
+                            L"Flächenart_DIN277"));
+}
+
+TEST(Drawing, ANameInTheCatalogueIsNotCarriedTwice) {
+    Drawing drawing;
+    drawing.attributeNames = {{293, L"Fläche"}, {235, L"Nutzen"}};
+    EXPECT_THAT(Names(drawing.NewElement()),
+                ElementsAre(L"Fläche", L"Nutzen", L"Umschließungsart", L"Flächenart_DIN277"));
+}
+
+TEST(Drawing, TheFilesOwnListOfNamesHoldsInsteadOfOurs) {
+    Drawing drawing;
+    drawing.newElementAttributes = {L" Nutzen", L"Farbe"};
+    EXPECT_THAT(Names(drawing.NewElement()), ElementsAre(L"Bodenfläche", L" Nutzen", L"Farbe"));
+}
+
+TEST(Drawing, TheFloorAreaIsANumberAndTheOthersAreTexts) {
+    const Element element = Drawing().NewElement();
+    EXPECT_TRUE(std::holds_alternative<double>(element.attributes[0].value));
+    for (std::size_t i = 1; i < element.attributes.size(); ++i)
+        EXPECT_TRUE(std::holds_alternative<std::wstring>(element.attributes[i].value));
+}
+
+TEST(Drawing, InsertedElementsGetTheNextComponentAndTheLowestNumberedFile) {
+    Drawing drawing;
+    drawing.elements = {Room(40, 0, L"KVD"), Room(7, 5, L"K5"), Room(9, 3, L"Drei"),
+                        Room(3, -1, L"N")};
+    const Element& first = drawing.elements[drawing.Insert(drawing.NewElement())];
+    EXPECT_EQ(first.componentId, 41);
+    EXPECT_EQ(first.fileNumber, 3);
+    EXPECT_EQ(first.fileId, L"Drei");
+    EXPECT_EQ(drawing.elements[drawing.Insert(drawing.NewElement())].componentId, 42);
+}
+
+TEST(Drawing, TheFirstElementOfAnEmptyDrawingGoesToFileOne) {
+    Drawing drawing;
+    drawing.elements = {Room(2, 0, L"KVD")};
+    const Element& element = drawing.elements[drawing.Insert(drawing.NewElement())];
+    EXPECT_EQ(element.fileNumber, 1);
+    EXPECT_EQ(element.fileId, L"K1");
+}
+
+TEST(Drawing, AFullDrawingRefusesMore) {
+    Drawing drawing;
+    drawing.elements = {Room(std::numeric_limits<std::int32_t>::max(), 1, L"K1")};
+    EXPECT_THROW(drawing.Insert(drawing.NewElement()), HostError);
+}
+
+TEST(DrawingService, NothingReachesTheDrawingBeforeApply) {
+    DrawingSession session;
+    session.drawing.elements = {Room(1, 1, L"K1")};
+    {
+        DrawingService service(session);
+        const WorkingElements elements = service.Elements();
+        elements[0]->element.name = L"anders";
+        service.Change(elements);
+        service.Add({service.NewElement()});
+        EXPECT_EQ(session.drawing.elements.size(), 1u);
+        EXPECT_EQ(session.drawing.elements[0].name, L"Raum 1");
+    }
+    EXPECT_EQ(session.drawing.elements.size(), 1u);
+    EXPECT_EQ(session.drawing.elements[0].name, L"Raum 1");
+}
+
+TEST(DrawingService, ApplyWritesChangesOverTheSameElements) {
+    DrawingSession session;
+    session.drawing.elements = {Room(1, 1, L"K1"), Room(1, 2, L"K2"), Room(2, 1, L"K1")};
+    DrawingService service(session);
+    const WorkingElements elements = service.Elements();
+    elements[1]->element.name = L"anders";
+    elements[1]->element.colour = 255;
+    service.Change({elements[1]});
+    service.Apply();
+    ASSERT_EQ(session.drawing.elements.size(), 3u);
+    EXPECT_EQ(session.drawing.elements[0].name, L"Raum 1");
+    EXPECT_EQ(session.drawing.elements[1].name, L"anders");
+    EXPECT_EQ(session.drawing.elements[1].colour, 255);
+    EXPECT_TRUE(session.drawing.placements.empty());
+}
+
+TEST(DrawingService, ElementsAreTakenOverAsTheyAreWhenHandedOver) {
+    DrawingSession session;
+    session.drawing.elements = {Room(1, 1, L"K1")};
+    DrawingService service(session);
+    const WorkingElements elements = service.Elements();
+    elements[0]->element.name = L"vorher";
+    service.Change(elements);
+    elements[0]->element.name = L"nachher";
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[0].name, L"vorher");
+}
+
+TEST(DrawingService, AFailingApplyChangesNothing) {
+    DrawingSession session;
+    session.drawing.elements = {Room(1, 1, L"K1"), Room(2, 1, L"K1")};
+    DrawingService service(session);
+    const WorkingElements elements = service.Elements();
+    elements[0]->element.name = L"anders";
+    service.Change({elements[0]});
+    service.Change({elements[1]});
+    session.drawing.elements.pop_back();
+    EXPECT_THROW(service.Apply(), HostError);
+    EXPECT_EQ(session.drawing.elements[0].name, L"Raum 1");
+}
+
+TEST(DrawingService, AddedElementsStayWhereTheyAreAndGetTheirIdentity) {
+    DrawingSession session;
+    DrawingService service(session);
+    const WorkingElementPtr room = service.NewElement();
+    EXPECT_EQ(room->element.componentId, -1);
+    room->element.outline = Rectangle(3, 2, {10, 20});
+    room->element.colour = 255;
+    service.Add({room});
+    service.Apply();
+    ASSERT_EQ(session.drawing.elements.size(), 1u);
+    EXPECT_EQ(session.drawing.elements[0].outline, Rectangle(3, 2, {10, 20}));
+    EXPECT_EQ(session.drawing.elements[0].colour, 255);
+    EXPECT_EQ(Find(session.drawing.elements[0], L"Bodenfläche")->NumberValue(), 6.0);
+    EXPECT_EQ(room->element.componentId, 1);
+    EXPECT_TRUE(session.drawing.placements.empty());
+
+    room->element.name = L"danach";
+    service.Change({room});
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[0].name, L"danach");
+}
+
+TEST(DrawingService, TheFloorAreaOfAChangedElementFollowsItsOutline) {
+    DrawingSession session;
+    session.drawing.elements = {Room(1, 1, L"K1"), Room(2, 1, L"K1")};
+    session.drawing.elements[0].attributes = {{L"Bodenfläche", std::wstring(L"alt"), {}}};
+    DrawingService service(session);
+    const WorkingElements elements = service.Elements();
+    elements[0]->element.outline = Rectangle(3, 2);
+    elements[1]->element.outline = Rectangle(3, 2);
+    service.Change(elements);
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[0].attributes[0].NumberValue(), 6.0);
+    EXPECT_TRUE(session.drawing.elements[1].attributes.empty());
+
+    const WorkingElements again = service.Elements();
+    again[0]->element.outline = {{1, 1}};
+    service.Change({again[0]});
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[0].attributes[0].NumberValue(), 0.0);
+}
+
+TEST(DrawingService, AnElementWithoutAnOutlineKeepsItsFloorArea) {
+    DrawingSession session;
+    session.drawing.elements = {Room(1, 1, L"K1")};
+    session.drawing.elements[0].attributes = {{L"Bodenfläche", 12.5, {}}};
+    DrawingService service(session);
+    const WorkingElements elements = service.Elements();
+    elements[0]->element.name = L"neu";
+    service.Change(elements);
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[0].name, L"neu");
+    EXPECT_EQ(session.drawing.elements[0].attributes[0].NumberValue(), 12.5);
+}
+
+TEST(DrawingService, AnElementGoesInOnce) {
+    DrawingSession session;
+    DrawingService service(session);
+    const WorkingElementPtr room = service.NewElement();
+    EXPECT_THROW(service.Change({room}), HostError);
+    EXPECT_THROW(service.Add({room, room}), HostError);
+    service.Add({room});
+    EXPECT_THROW(service.Add({room}), HostError);
+    service.Apply();
+    EXPECT_THROW(service.Add({room}), HostError);
+    EXPECT_EQ(session.drawing.elements.size(), 1u);
+}
+
+class UnattendedPlacing : public testing::Test {
+  protected:
+    UnattendedPlacing() { session.placing.At({100, 50}); }
+
+    WorkingElementPtr NewRoom(DrawingService& service, double width, Point corner = {}) {
+        WorkingElementPtr room = service.NewElement();
+        room->element.outline = Rectangle(width, 2, corner);
+        return room;
+    }
+
+    DrawingSession session;
+};
+
+TEST_F(UnattendedPlacing, SingleRoomsStandOneBesideTheOther) {
+    DrawingService service(session);
+    service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
+    service.Place({NewRoom(service, 2.5)}, PlaceAtCrossHair);
+    service.Place({NewRoom(service, 3)}, PlaceAtCrossHair);
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[0].outline, Rectangle(4, 2, {100, 50}));
+    EXPECT_EQ(session.drawing.elements[1].outline, Rectangle(2.5, 2, {105, 50}));
+    EXPECT_EQ(session.drawing.elements[2].outline, Rectangle(3, 2, {108.5, 50}));
+    ASSERT_EQ(session.drawing.placements.size(), 3u);
+    EXPECT_EQ(session.drawing.placements[2].mode, 10);
+    EXPECT_EQ(session.drawing.placements[2].at, (Point{108.5, 50}));
+    EXPECT_THAT(session.drawing.placements[2].componentIds, ElementsAre(3));
+}
+
+TEST_F(UnattendedPlacing, ALaterExportGoesOnBehindTheRow) {
+    for (int run = 0; run < 2; ++run) {
+        DrawingService service(session);
+        service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
+        service.Apply();
+    }
+    EXPECT_EQ(session.drawing.elements[1].outline, Rectangle(4, 2, {105, 50}));
+    session.placing.At({0, 0});
+    DrawingService service(session);
+    service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[2].outline, Rectangle(4, 2));
+}
+
+TEST_F(UnattendedPlacing, RoomsThatWereNotAppliedLeaveNoGap) {
+    {
+        DrawingService service(session);
+        service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
+    }
+    DrawingService service(session);
+    service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[0].outline, Rectangle(4, 2, {100, 50}));
+}
+
+TEST_F(UnattendedPlacing, ABlockIsShiftedAsAWhole) {
+    DrawingService service(session);
+    service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
+    service.Place({NewRoom(service, 4, {0, 0.5}), NewRoom(service, 3, {5, 0.5}),
+                   NewRoom(service, 3, {0, -2.5})},
+                  PlaceAtCrossHair);
+    service.Apply();
+    EXPECT_EQ(session.drawing.elements[1].outline, Rectangle(4, 2, {100, 50.5}));
+    EXPECT_EQ(session.drawing.elements[2].outline, Rectangle(3, 2, {105, 50.5}));
+    EXPECT_EQ(session.drawing.elements[3].outline, Rectangle(3, 2, {100, 47.5}));
+    ASSERT_EQ(session.drawing.placements.size(), 2u);
+    EXPECT_EQ(session.drawing.placements[1].at, (Point{100, 50}));
+    EXPECT_THAT(session.drawing.placements[1].componentIds, ElementsAre(2, 3, 4));
+}
+
+TEST_F(UnattendedPlacing, AnEmptyListIsSetDownWithoutATrace) {
+    DrawingService service(session);
+    service.Place({}, PlaceAtCrossHair);
+    service.Apply();
+    EXPECT_TRUE(session.drawing.placements.empty());
+}
+
+TEST_F(UnattendedPlacing, OnlyTheCrossHairIsKnown) {
+    DrawingService service(session);
+    EXPECT_THROW(service.Place({NewRoom(service, 4)}, 9), HostError);
+}
+
+TEST(AttendedPlacing, TheClickSaysWhere) {
+    DrawingSession session;
+    std::vector<Outline> seen;
+    session.placing.OnClick([&](const std::vector<Outline>& outlines) {
+        seen = outlines;
+        return Point{7, 8};
+    });
+    DrawingService service(session);
+    const WorkingElementPtr room = service.NewElement();
+    room->element.outline = Rectangle(4, 2);
+    service.Place({room}, PlaceAtCrossHair);
+    service.Apply();
+    EXPECT_THAT(seen, ElementsAre(Rectangle(4, 2)));
+    EXPECT_EQ(session.drawing.elements[0].outline, Rectangle(4, 2, {7, 8}));
+    EXPECT_EQ(session.drawing.placements[0].at, (Point{7, 8}));
+}
+
+TEST(AttendedPlacing, CancellingQueuesNothing) {
+    DrawingSession session;
+    session.placing.OnClick(
+        [](const std::vector<Outline>&) -> Point { throw HostError(L"cancelled"); });
+    DrawingService service(session);
+    EXPECT_THROW(service.Place({service.NewElement()}, PlaceAtCrossHair), HostError);
+    service.Apply();
+    EXPECT_TRUE(session.drawing.elements.empty());
+}
+
+TEST(AttendedPlacing, WithoutAWindowNothingCanBeSetDown) {
+    DrawingSession session;
+    DrawingService service(session);
+    EXPECT_THROW(service.Place({service.NewElement()}, PlaceAtCrossHair), HostError);
+}
+
+} // namespace
+} // namespace kalvrooms::practice

@@ -1,0 +1,183 @@
+#pragma once
+// What the journeys have in common: the titles and menus of the program, lists on disk, drawings of
+// the practice host, and the steps that most journeys take.
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "journeys/QuartinoProcess.h"
+#include "win32/ControlIds.h"
+
+namespace kalvrooms::testing {
+
+namespace ui = kalvrooms::driver;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+inline constexpr const wchar_t* keyPath = L"Software\\QuartinoJourneys";
+
+// Titles as they are shown.
+inline constexpr const wchar_t* addTitle = L" Raum hinzufügen ";
+inline constexpr const wchar_t* modifyTitle = L" Raum modifizieren ";
+inline constexpr const wchar_t* geometryTitle = L" Geometrie";
+inline constexpr const wchar_t* optionsTitle = L" Optionen ";
+inline constexpr const wchar_t* reportTitle = L" Quartino";
+
+// Lines of the menus below the first one.
+inline constexpr wchar_t fileMenu = L'D';
+inline constexpr wchar_t editMenu = L'B';
+inline constexpr wchar_t extrasMenu = L'E';
+inline constexpr int openLine = 1;
+inline constexpr int saveLine = 2;
+inline constexpr int saveAsLine = 3;
+inline constexpr int importLine = 4;
+inline constexpr int exportLine = 5;
+inline constexpr int addLine = 0;
+inline constexpr int modifyLine = 1;
+inline constexpr int deleteLine = 2;
+inline constexpr int ascendingLine = 3;
+inline constexpr int descendingLine = 4;
+
+enum Column { Name, Function, Area, Story, Enclosure, Occupancy, AreaType, Shape };
+
+inline std::wstring decimalMark() {
+    wchar_t mark[8] = L"";
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, mark, 8);
+    return mark;
+}
+
+// "12.5" as the user writes it.
+inline std::wstring number(std::wstring text) {
+    if (const auto at = text.find(L'.'); at != std::wstring::npos)
+        text.replace(at, 1, decimalMark());
+    return text;
+}
+
+inline std::vector<std::wstring> fieldsOf(const std::wstring& line) {
+    std::vector<std::wstring> fields;
+    std::wistringstream rest(line);
+    for (std::wstring field; std::getline(rest, field, L'\t');) {
+        const auto first = field.find_first_not_of(L' ');
+        const auto last = field.find_last_not_of(L' ');
+        fields.push_back(first == std::wstring::npos ? L"" : field.substr(first, last - first + 1));
+    }
+    return fields;
+}
+
+// The rooms of a list on disk, field by field.
+inline std::vector<std::vector<std::wstring>> roomsIn(const std::filesystem::path& file) {
+    std::vector<std::vector<std::wstring>> rooms;
+    std::istringstream lines(readBytes(file));
+    std::string line;
+    std::getline(lines, line);
+    while (std::getline(lines, line)) {
+        EXPECT_EQ(line.back(), '\r');
+        line.pop_back();
+        rooms.push_back(fieldsOf(fromAnsi(line)));
+    }
+    return rooms;
+}
+
+struct ListedRoom {
+    std::wstring name;
+    std::wstring area;
+    std::wstring points = L" ";
+    std::wstring dx = L"4";
+    std::wstring dy = L"4";
+    std::wstring id{};
+};
+
+inline void writeList(const std::filesystem::path& file, const std::vector<ListedRoom>& rooms) {
+    std::wstring text = L"header\r\n";
+    for (const ListedRoom& room : rooms) {
+        text += room.name;
+        for (const std::wstring& field :
+             {std::wstring(L"Büro"), room.area, std::wstring(L"EG"), std::wstring(L"a"),
+              std::wstring(L"HNF 2"), std::wstring(L"N"), room.points, room.dx, room.dy, room.id})
+            text += L" \t " + field;
+        text += L"\r\n";
+    }
+    writeBytes(file, toAnsi(text));
+}
+
+inline std::string element(int id, int fileNumber, double x) {
+    std::ostringstream json;
+    json << R"({"componentId":)" << id << R"(,"fileNumber":)" << fileNumber << R"(,"fileId":"K)"
+         << fileNumber << R"(","name":"Flur )" << id << R"(","function":"Weg","storey":"EG",)"
+         << R"("colour":0,"outline":[[)" << x << ",0],[" << x + 4.5 << ",0],[" << x + 4.5
+         << R"(,3],[)" << x << R"(,3]],"attributes":[{"name":"Bodenfläche","value":13.5}]})";
+    return json.str();
+}
+
+class JourneyTest : public ::testing::Test {
+  protected:
+    JourneyTest() {
+        folder.writeHandOver(keyPath);
+        loadDrawing({});
+        practiceHost().clearFaults();
+        practiceHost().state(L"");
+    }
+
+    void loadDrawing(const std::vector<std::string>& elements) {
+        std::wstring escaped;
+        for (const wchar_t c : folder.path().wstring()) {
+            if (c == L'\\')
+                escaped.push_back(c);
+            escaped.push_back(c);
+        }
+        std::string utf8(escaped.size() * 3, '\0');
+        utf8.resize(static_cast<std::size_t>(
+            WideCharToMultiByte(CP_UTF8, 0, escaped.data(), static_cast<int>(escaped.size()),
+                                utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr)));
+        std::string json =
+            R"({"project":{"name":"Schule","number":4711,"folder":")" + utf8 + R"("},"elements":[)";
+        for (std::size_t i = 0; i < elements.size(); ++i)
+            json += (i ? "," : "") + elements[i];
+        practiceHost().load(json + "]}");
+    }
+
+    std::filesystem::path file(const wchar_t* name) const { return folder.path() / name; }
+
+    // Opens a list by the menu and the file dialog.
+    void open(QuartinoProcess& quartino, const std::filesystem::path& list) const {
+        const auto before = quartino.commandsDone();
+        quartino.chooseByKeys(fileMenu, openLine);
+        quartino.giveFileName(quartino.fileDialog(), list.wstring());
+        quartino.waitForCommand(before);
+    }
+    void saveAs(QuartinoProcess& quartino, const std::filesystem::path& list) const {
+        const auto before = quartino.commandsDone();
+        quartino.chooseByKeys(fileMenu, saveAsLine);
+        quartino.giveFileName(quartino.fileDialog(), list.wstring());
+        quartino.waitForCommand(before);
+    }
+    // Adds rooms with names only, by the keyboard.
+    void add(QuartinoProcess& quartino, const std::wstring& name, const std::wstring& area,
+             const std::wstring& quantity) const {
+        const auto before = quartino.commandsDone();
+        quartino.chooseByKeys(editMenu, addLine);
+        const HWND dialog = quartino.dialog(addTitle);
+        quartino.type(dialog, ID_ROOM_TXTSTORYCODE, L"EG");
+        quartino.tabTo(dialog, ID_ROOM_TXTNAME);
+        quartino.type(dialog, ID_ROOM_TXTNAME, name);
+        quartino.tabTo(dialog, ID_ROOM_TXTFUNCTION);
+        quartino.tabTo(dialog, ID_ROOM_TXTAREA);
+        quartino.type(dialog, ID_ROOM_TXTAREA, area);
+        for (const int id : {ID_ROOM_CMDGEOMETRY, ID_ROOM_CBOENCLOSURETYPE, ID_ROOM_CBOOCCUPANCY,
+                             ID_ROOM_CBOAREATYPE, ID_ROOM_TXTQUANTITY})
+            quartino.tabTo(dialog, id);
+        quartino.type(dialog, ID_ROOM_TXTQUANTITY, quantity);
+        ui::typeKey(VK_RETURN);
+        quartino.waitForCommand(before);
+    }
+
+    ProgramFolder folder;
+    SettingsKey whole{keyPath};
+    SettingsKey key{std::wstring(keyPath) + L"\\QTO"};
+};
+
+} // namespace kalvrooms::testing

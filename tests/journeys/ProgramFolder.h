@@ -1,0 +1,109 @@
+#pragma once
+// A folder with a copy of the program, as the host installs it, and the program run from there in a
+// process of its own.
+
+#include <windows.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "practice/PracticeHostProcess.h"
+#include "practice/driver/UiDriver.h"
+
+namespace kalvrooms::testing {
+
+// One practice host for all tests of the run, started when first asked for.
+PracticeHostProcess& practiceHost();
+
+class ProgramFolder {
+  public:
+    // Copies the program and its libraries. The folder's name is not plain ASCII.
+    ProgramFolder();
+    ~ProgramFolder();
+    ProgramFolder(const ProgramFolder&) = delete;
+    ProgramFolder& operator=(const ProgramFolder&) = delete;
+
+    const std::filesystem::path& path() const { return folder_; }
+    std::filesystem::path handOver() const { return folder_ / L"kalvqtotemp"; }
+    // Four lines as the host writes them.
+    void writeHandOver(const std::wstring& settingsKey, const std::wstring& language = L"xxx",
+                       const std::wstring& helpFile = L"C:\\Hilfe\\quartino.kalvhelp") const;
+    void removeHandOver() const;
+
+    // What the help control was asked for: file, command, context number, title of the owner.
+    struct HelpCall {
+        std::string file;
+        int command = 0;
+        int context = 0;
+        std::string owner;
+        bool operator==(const HelpCall&) const = default;
+    };
+    std::vector<HelpCall> helpCalls() const;
+
+  private:
+    std::filesystem::path folder_;
+};
+
+class RunningProgram {
+  public:
+    explicit RunningProgram(const ProgramFolder& folder);
+
+    // The main window, once it stands. Error: WaitFailed when a message box comes instead.
+    HWND mainWindow();
+    // The message box that the program shows. Error: WaitFailed when it shows its window instead.
+    HWND messageBox();
+    // A dialog with that title.
+    HWND dialog(const std::wstring& title);
+    void answer(HWND messageBox);
+    // Closes the main window as its close button does; the process's exit code.
+    DWORD close();
+    // For a program that ends by itself.
+    DWORD waitForEnd() { return process_.waitForEnd(); }
+    std::vector<HWND> windows() const { return driver::windowsOf(process_.id()); }
+
+  private:
+    driver::Process process_;
+    HWND main_ = nullptr;
+    HWND answered_ = nullptr;
+};
+
+// Saves what the screen shows of a window as NAME.png, if the environment variable
+// QUARTINO_PICTURES names a folder of the system around Wine.
+void takePicture(HWND window, const std::string& name);
+
+void writeBytes(const std::filesystem::path& path, const std::string& bytes);
+std::string readBytes(const std::filesystem::path& path);
+std::string toAnsi(const std::wstring& text);
+std::wstring fromAnsi(const std::string& bytes);
+
+// A key of the current user's hive that is gone before and after.
+class SettingsKey {
+  public:
+    explicit SettingsKey(std::wstring path);
+    ~SettingsKey();
+    SettingsKey(SettingsKey&& other) noexcept : path_(std::exchange(other.path_, {})) {}
+    SettingsKey& operator=(SettingsKey&&) = delete;
+
+    const std::wstring& path() const { return path_; }
+    bool exists() const;
+    void set(const std::wstring& name, DWORD type, const std::string& bytes) const;
+    void set(const std::wstring& name, std::int32_t value) const;
+    struct Value {
+        std::wstring name;
+        DWORD type = 0;
+        std::string bytes;
+        std::int32_t number() const;
+    };
+    // In the order in which the registry lists them.
+    std::vector<Value> values() const;
+    // Error: fails the test when the value is missing or no DWORD.
+    std::int32_t operator[](const std::wstring& name) const;
+
+  private:
+    std::wstring path_;
+};
+
+} // namespace kalvrooms::testing

@@ -1,0 +1,413 @@
+// The settings in the real registry: kept by the real program from run to run, and read value by
+// value.
+
+#include <gmock/gmock.h>
+
+#include <aclapi.h>
+
+#include <cmath>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "app/clsRegistry.h"
+#include "journeys/ProgramFolder.h"
+#include "win32/SystemDpiForTest.h"
+#include "win32/Win32Registry.h"
+
+namespace kalvrooms::testing {
+namespace {
+
+namespace ui = kalvrooms::driver;
+using ::testing::UnorderedElementsAre;
+
+constexpr const wchar_t* keyPath = L"Software\\QuartinoTest";
+constexpr int twipsPerPixel = 15; // at 96 dots per inch, which the tests' screen has
+constexpr int designedWidth = 13200;
+constexpr int designedHeight = 8100;
+
+// --- value by value ------------------------------------------------------------------------------
+
+struct Settings {
+    bool noReport = true;
+    std::int32_t left = -1, top = -2, height = -3, width = -4, colorNew = -5, colorOld = -6;
+    bool operator==(const Settings&) const = default;
+};
+
+void PrintTo(const Settings& s, std::ostream* out) {
+    *out << "{" << s.noReport << ", left " << s.left << ", top " << s.top << ", height " << s.height
+         << ", width " << s.width << ", new " << s.colorNew << ", old " << s.colorOld << "}";
+}
+
+class StoredSettings : public ::testing::Test {
+  protected:
+    Settings read() {
+        Settings s;
+        store.GetSettings(keyPath, s.noReport, s.left, s.top, s.height, s.width, s.colorNew,
+                          s.colorOld);
+        return s;
+    }
+    void write(const Settings& s) {
+        store.SetSettings(keyPath, s.noReport, s.left, s.top, s.height, s.width, s.colorNew,
+                          s.colorOld);
+    }
+
+    Win32Registry registry;
+    clsRegistry store{registry};
+    SettingsKey whole{keyPath};
+    SettingsKey key{std::wstring(keyPath) + L"\\QTO"};
+    const Settings some{true, 100, -200, 3000, 4000, 0xFF, 0x123456};
+    // What is left of arguments when the settings are missing.
+    const Settings missing{false, 0, 0, 0, 0, -5, -6};
+};
+
+TEST_F(StoredSettings, AreSevenDoubleWordsBelowTheKeyOfTheHost) {
+    write(some);
+    std::map<std::wstring, std::int32_t> numbers;
+    for (const SettingsKey::Value& value : key.values())
+        numbers[value.name] = value.number();
+    EXPECT_EQ(numbers, (std::map<std::wstring, std::int32_t>{{L"Report", 2},
+                                                             {L"Height", 3000},
+                                                             {L"Width", 4000},
+                                                             {L"Top", -200},
+                                                             {L"Left", 100},
+                                                             {L"ColorOld", 0x123456},
+                                                             {L"ColorNew", 0xFF}}));
+    EXPECT_EQ(read(), some);
+    // Each value stands alone: nothing else lies in the host's key.
+    EXPECT_TRUE(whole.values().empty());
+}
+
+TEST_F(StoredSettings, WithoutKeyAreMissing) {
+    EXPECT_EQ(read(), missing);
+}
+
+// What a value can be instead of the number that is expected.
+struct Wrong {
+    const char* name;
+    DWORD type;
+    std::string bytes;
+};
+
+std::string wide(const std::wstring& text) {
+    return std::string(reinterpret_cast<const char*>(text.c_str()),
+                       (text.size() + 1) * sizeof(wchar_t));
+}
+
+TEST_F(StoredSettings, AValueThatIsMissingOrNoNumberCountsAsMissing) {
+    const Wrong wrongs[] = {
+        {"missing", REG_NONE, ""},
+        {"text", REG_SZ, wide(L"2")},
+        {"text of four bytes", REG_SZ, wide(L"2")},
+        {"expandable text", REG_EXPAND_SZ, wide(L"%TEMP%")},
+        {"texts", REG_MULTI_SZ, wide(std::wstring(L"a\0b\0", 4))},
+        {"four bytes", REG_BINARY, std::string("\2\0\0\0", 4)},
+        {"nothing", REG_NONE, std::string(4, '\2')},
+        {"64 bits", REG_QWORD, std::string(8, '\1')},
+        {"highest byte first", REG_DWORD_BIG_ENDIAN, std::string("\0\0\0\2", 4)},
+        {"too short", REG_DWORD, std::string(2, '\2')},
+        {"too long", REG_DWORD, std::string(8, '\2')},
+        {"empty", REG_DWORD, ""},
+        {"oversized", REG_BINARY, std::string(100000, '\2')}};
+    const std::pair<const wchar_t*, Settings> afterwards[] = {
+        {L"Report", {false, 100, -200, 3000, 4000, 0xFF, 0x123456}},
+        {L"Height", {true, 0, 0, 0, 0, -5, -6}},
+        {L"Width", {true, 0, 0, 0, 0, -5, -6}},
+        {L"Top", {true, 100, -2, 3000, 4000, 0xFF, 0x123456}},
+        {L"Left", {true, -1, -200, 3000, 4000, 0xFF, 0x123456}},
+        {L"ColorOld", {true, 100, -200, 3000, 4000, 0xFF, -6}},
+        {L"ColorNew", {true, 100, -200, 3000, 4000, -5, 0x123456}}};
+    for (const auto& [name, expected] : afterwards) {
+        for (const Wrong& wrong : wrongs) {
+            SCOPED_TRACE(toAnsi(name) + " " + wrong.name);
+            write(some);
+            ASSERT_EQ(RegDeleteKeyValueW(HKEY_CURRENT_USER, key.path().c_str(), name),
+                      ERROR_SUCCESS);
+            if (std::string(wrong.name) != "missing")
+                key.set(name, wrong.type, wrong.bytes);
+            EXPECT_EQ(read(), expected);
+        }
+    }
+}
+
+TEST_F(StoredSettings, ReportIsOffForTheValueTwoAlone) {
+    for (const std::int32_t value : {0, 1, 3, -2, 0x10002}) {
+        write(some);
+        key.set(L"Report", value);
+        EXPECT_FALSE(read().noReport) << value;
+    }
+    write(some);
+    EXPECT_TRUE(read().noReport);
+}
+
+TEST_F(StoredSettings, WithAnEmptyPathLieDirectlyBelowTheHive) {
+    // The path as it is named is one that the system refuses.
+    HKEY opened = nullptr;
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, L"\\QTO", 0, KEY_READ, &opened), ERROR_BAD_PATHNAME);
+    const SettingsKey direct(L"QTO");
+    store.SetSettings(L"", true, 1, 2, 3, 4, 5, 6);
+    EXPECT_EQ(direct.values().size(), 7u);
+    Settings s;
+    store.GetSettings(L"", s.noReport, s.left, s.top, s.height, s.width, s.colorNew, s.colorOld);
+    EXPECT_EQ(s, (Settings{true, 1, 2, 3, 4, 5, 6}));
+}
+
+TEST_F(StoredSettings, PathsThatNameNoKeyWriteAndReadNothing) {
+    Settings s;
+    for (const std::wstring& path : {std::wstring(L"Software\\QuartinoTest\0x", 23),
+                                     std::wstring(1, L'\0'), std::wstring(300, L'x')}) {
+        store.SetSettings(path, true, 1, 2, 3, 4, 5, 6);
+        s = Settings();
+        store.GetSettings(path, s.noReport, s.left, s.top, s.height, s.width, s.colorNew,
+                          s.colorOld);
+        EXPECT_EQ(s, missing);
+    }
+    EXPECT_FALSE(whole.exists());
+}
+
+// Takes the given rights on a key away from everybody for as long as it lives.
+class Denied {
+  public:
+    explicit Denied(const std::wstring& path, DWORD rights) {
+        EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0,
+                                READ_CONTROL | WRITE_DAC | KEY_READ, &key_),
+                  ERROR_SUCCESS);
+        SID_IDENTIFIER_AUTHORITY world = SECURITY_WORLD_SID_AUTHORITY;
+        PSID everyone = nullptr;
+        AllocateAndInitializeSid(&world, 1, SECURITY_WORLD_RID, 0, 0, 0, 0, 0, 0, 0, &everyone);
+        std::string bytes(256, '\0');
+        auto* list = reinterpret_cast<ACL*>(bytes.data());
+        InitializeAcl(list, static_cast<DWORD>(bytes.size()), ACL_REVISION);
+        AddAccessDeniedAce(list, ACL_REVISION, rights, everyone);
+        AddAccessAllowedAce(list, ACL_REVISION, KEY_ALL_ACCESS, everyone);
+        set(list);
+        FreeSid(everyone);
+    }
+    ~Denied() {
+        set(nullptr);
+        RegCloseKey(key_);
+    }
+    Denied(const Denied&) = delete;
+    Denied& operator=(const Denied&) = delete;
+
+  private:
+    void set(ACL* list) {
+        SECURITY_DESCRIPTOR descriptor;
+        InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
+        SetSecurityDescriptorDacl(&descriptor, TRUE, list, FALSE);
+        EXPECT_EQ(RegSetKeySecurity(key_, DACL_SECURITY_INFORMATION, &descriptor), ERROR_SUCCESS);
+    }
+    HKEY key_ = nullptr;
+};
+
+TEST_F(StoredSettings, WithoutPermissionAreLeftAsTheyAreAndReadAsMissing) {
+    write(some);
+    {
+        const Denied denied(key.path(), KEY_SET_VALUE | KEY_QUERY_VALUE);
+        HKEY opened = nullptr;
+        ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, key.path().c_str(), 0, KEY_READ, &opened),
+                  ERROR_ACCESS_DENIED);
+        write(Settings{false, 9, 9, 9, 9, 9, 9});
+        EXPECT_EQ(read(), missing);
+    }
+    EXPECT_EQ(read(), some);
+}
+
+// --- from run to run -----------------------------------------------------------------------------
+
+class ProgramSettings : public ::testing::Test {
+  protected:
+    ProgramSettings() {
+        practiceHost();
+        folder.writeHandOver(keyPath);
+    }
+    void store(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height,
+               std::int32_t report = 1, std::int32_t colorOld = 0, std::int32_t colorNew = 255) {
+        key.set(L"Report", report);
+        key.set(L"Height", height);
+        key.set(L"Width", width);
+        key.set(L"Top", top);
+        key.set(L"Left", left);
+        key.set(L"ColorOld", colorOld);
+        key.set(L"ColorNew", colorNew);
+    }
+    static RECT rectangleOf(HWND window) {
+        RECT rectangle{};
+        GetWindowRect(window, &rectangle);
+        return rectangle;
+    }
+    // Waits until the window manager is done as well.
+    static void waitForRectangle(HWND window, int left, int top, int width, int height) {
+        ui::waitFor(
+            "the window's place",
+            [&] {
+                const RECT r = rectangleOf(window);
+                return r.left == left && r.top == top && r.right - r.left == width &&
+                       r.bottom - r.top == height;
+            },
+            10000);
+    }
+
+    ProgramFolder folder;
+    SettingsKey whole{keyPath};
+    SettingsKey key{std::wstring(keyPath) + L"\\QTO"};
+};
+
+TEST_F(ProgramSettings, FirstRunHasTheDesignedSizeAndLeavesTheDefaults) {
+    {
+        RunningProgram program(folder);
+        const RECT r = rectangleOf(program.mainWindow());
+        EXPECT_EQ(r.right - r.left, designedWidth / twipsPerPixel);
+        EXPECT_EQ(r.bottom - r.top, designedHeight / twipsPerPixel);
+        EXPECT_FALSE(key.exists());
+        EXPECT_EQ(program.close(), 0u);
+    }
+    EXPECT_EQ(key.values().size(), 7u);
+    EXPECT_EQ(key[L"Report"], 1);
+    EXPECT_EQ(key[L"Width"], designedWidth);
+    EXPECT_EQ(key[L"Height"], designedHeight);
+    EXPECT_EQ(key[L"ColorOld"], 0);
+    EXPECT_EQ(key[L"ColorNew"], 255);
+}
+
+TEST_F(ProgramSettings, TheWindowComesBackWhereItWasLeft) {
+    store(1515, 1230, 9990, 6495, 2, 0x00FF00, 0x336699);
+    {
+        RunningProgram program(folder);
+        const HWND window = program.mainWindow();
+        waitForRectangle(window, 101, 82, 666, 433);
+        SetWindowPos(window, nullptr, 211, 153, 700, 501, SWP_NOZORDER | SWP_NOACTIVATE);
+        waitForRectangle(window, 211, 153, 700, 501);
+        EXPECT_EQ(program.close(), 0u);
+    }
+    EXPECT_EQ(key[L"Left"], 211 * twipsPerPixel);
+    EXPECT_EQ(key[L"Top"], 153 * twipsPerPixel);
+    EXPECT_EQ(key[L"Width"], 700 * twipsPerPixel);
+    EXPECT_EQ(key[L"Height"], 501 * twipsPerPixel);
+    EXPECT_EQ(key[L"Report"], 2);
+    EXPECT_EQ(key[L"ColorOld"], 0x00FF00);
+    EXPECT_EQ(key[L"ColorNew"], 0x336699);
+    {
+        RunningProgram program(folder);
+        waitForRectangle(program.mainWindow(), 211, 153, 700, 501);
+        EXPECT_EQ(program.close(), 0u);
+    }
+    EXPECT_EQ(key[L"Left"], 211 * twipsPerPixel);
+    EXPECT_EQ(key[L"Height"], 501 * twipsPerPixel);
+}
+
+TEST_F(ProgramSettings, TheWindowComesBackAtEveryDpi) {
+    // The last one has no whole number of twips in a pixel.
+    for (const int dpi : {144, 192, 168}) {
+        const SystemDpiForTest system(static_cast<DWORD>(dpi));
+        const auto pixels = [dpi](int twips) {
+            return static_cast<int>(std::lround(twips * dpi / 1440.0));
+        };
+        const auto twips = [dpi](int count) {
+            return static_cast<int>(std::nearbyint(count * 1440.0 / dpi));
+        };
+        store(1500, 1200, 9000, 6000);
+        for (int run = 0; run < 2; ++run) {
+            RunningProgram program(folder);
+            const HWND window = program.mainWindow();
+            if (run == 0) {
+                waitForRectangle(window, pixels(1500), pixels(1200), pixels(9000), pixels(6000));
+                SetWindowPos(window, nullptr, 211, 153, 901, 701, SWP_NOZORDER | SWP_NOACTIVATE);
+            }
+            waitForRectangle(window, 211, 153, 901, 701);
+            EXPECT_EQ(program.close(), 0u);
+            EXPECT_EQ(key[L"Left"], twips(211)) << dpi;
+            EXPECT_EQ(key[L"Top"], twips(153)) << dpi;
+            EXPECT_EQ(key[L"Width"], twips(901)) << dpi;
+            EXPECT_EQ(key[L"Height"], twips(701)) << dpi;
+        }
+    }
+}
+
+TEST_F(ProgramSettings, AHeightOfZeroDiscardsAllOfThem) {
+    store(1515, 1230, 9990, 0, 2, 0x00FF00, 0x336699);
+    RunningProgram program(folder);
+    const RECT r = rectangleOf(program.mainWindow());
+    EXPECT_EQ(r.right - r.left, designedWidth / twipsPerPixel);
+    EXPECT_EQ(program.close(), 0u);
+    EXPECT_EQ(key[L"Report"], 1);
+    EXPECT_EQ(key[L"Height"], designedHeight);
+    EXPECT_EQ(key[L"ColorOld"], 0);
+    EXPECT_EQ(key[L"ColorNew"], 255);
+}
+
+TEST_F(ProgramSettings, WhatCannotBeReadBecomesZeroBesideAGivenSize) {
+    key.set(L"Height", 6000);
+    key.set(L"Width", 9000);
+    key.set(L"Report", 3);
+    key.set(L"Top", REG_SZ, wide(L"1200"));
+    key.set(L"ColorNew", REG_BINARY, std::string(4, '\1'));
+    RunningProgram program(folder);
+    program.mainWindow();
+    EXPECT_EQ(program.close(), 0u);
+    EXPECT_EQ(key[L"Top"], 0);
+    EXPECT_EQ(key[L"Left"], 0);
+    EXPECT_EQ(key[L"Width"], 9000);
+    EXPECT_EQ(key[L"Height"], 6000);
+    EXPECT_EQ(key[L"Report"], 1);
+    EXPECT_EQ(key[L"ColorOld"], 0);
+    EXPECT_EQ(key[L"ColorNew"], 0);
+}
+
+TEST_F(ProgramSettings, OnAMonitorThatIsGoneTheWindowTakesItsPlaceAndTheSystemBringsItBack) {
+    store(90000, 60000, 9000, 6000);
+    RunningProgram program(folder);
+    const HWND window = program.mainWindow();
+    waitForRectangle(window, 6000, 4000, 600, 400);
+    // Entry of the taskbar and system menu are there, whose commands reach it without a mouse.
+    const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+    EXPECT_EQ(style & (WS_SYSMENU | WS_MAXIMIZEBOX | WS_CAPTION),
+              DWORD{WS_SYSMENU | WS_MAXIMIZEBOX | WS_CAPTION});
+    EXPECT_EQ(GetWindow(window, GW_OWNER), nullptr);
+    PostMessageW(window, WM_SYSCOMMAND, SC_MAXIMIZE, 0);
+    ui::waitFor("the window on the screen", [&] {
+        const RECT r = rectangleOf(window);
+        const POINT middle{(r.left + r.right) / 2, (r.top + r.bottom) / 2};
+        return IsZoomed(window) && MonitorFromPoint(middle, MONITOR_DEFAULTTONULL) != nullptr;
+    });
+    PostMessageW(window, WM_SYSCOMMAND, SC_RESTORE, 0);
+    ui::waitFor("the window restored", [&] { return !IsZoomed(window); });
+    EXPECT_EQ(program.close(), 0u);
+}
+
+TEST_F(ProgramSettings, AMinimisedWindowLeavesWhatItReports) {
+    RunningProgram program(folder);
+    const HWND window = program.mainWindow();
+    const RECT before = rectangleOf(window);
+    PostMessageW(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+    ui::waitFor("the minimised window", [&] {
+        const RECT now = rectangleOf(window);
+        return IsIconic(window) && !EqualRect(&before, &now);
+    });
+    const RECT r = rectangleOf(window);
+    EXPECT_EQ(program.close(), 0u);
+    EXPECT_EQ(key[L"Left"], r.left * twipsPerPixel);
+    EXPECT_EQ(key[L"Top"], r.top * twipsPerPixel);
+    EXPECT_EQ(key[L"Width"], (r.right - r.left) * twipsPerPixel);
+    EXPECT_EQ(key[L"Height"], (r.bottom - r.top) * twipsPerPixel);
+}
+
+TEST_F(ProgramSettings, AnEmptyPathOfTheHostKeepsThemDirectlyBelowTheHive) {
+    folder.writeHandOver(L"");
+    const SettingsKey direct(L"QTO");
+    direct.set(L"Height", 6000);
+    direct.set(L"Width", 9000);
+    direct.set(L"Left", 1500);
+    direct.set(L"Top", 1500);
+    direct.set(L"Report", 2);
+    RunningProgram program(folder);
+    waitForRectangle(program.mainWindow(), 100, 100, 600, 400);
+    EXPECT_EQ(program.close(), 0u);
+    EXPECT_EQ(direct.values().size(), 7u);
+    EXPECT_EQ(direct[L"Report"], 2);
+    EXPECT_EQ(direct[L"Left"], 1500);
+}
+
+} // namespace
+} // namespace kalvrooms::testing

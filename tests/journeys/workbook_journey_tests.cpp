@@ -1,0 +1,226 @@
+// Workbooks through the real program: what its user does in the main window, what the windows show
+// and what the files hold afterwards.
+
+#include "win32/SpreadsheetTest.h"
+
+#include "journeys/QuartinoProcess.h"
+
+namespace kalvrooms::testing {
+namespace {
+
+namespace ui = kalvrooms::driver;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+constexpr const wchar_t* keyPath = L"Software\\QuartinoWorkbookJourneys";
+
+// Lines of the file menu below the first one.
+constexpr wchar_t fileMenu = L'D';
+constexpr int openLine = 1;
+constexpr int saveLine = 2;
+constexpr int saveAsLine = 3;
+
+enum Column { Name, Function, Area, Story };
+
+class WorkbookJourney : public SpreadsheetTest {
+  protected:
+    WorkbookJourney() {
+        folder_.writeHandOver(keyPath);
+        startHost();
+        practiceHost().clearFaults();
+        practiceHost().load(R"({"project":{"name":"Schule"}})");
+    }
+
+    // The first of all processes comes up while the system's own services are still starting.
+    static void startHost() {
+        waitUntil(
+            [] {
+                try {
+                    return practiceHost().running();
+                } catch (const RuntimeError&) {
+                    return false;
+                }
+            },
+            processLimit);
+    }
+    static clsFloors roomsNamed(const std::vector<std::wstring>& names) {
+        clsFloors floors;
+        for (const std::wstring& words : names) {
+            RoomForTest room;
+            room.name = words;
+            room.area = 12.5;
+            room.addTo(floors);
+        }
+        return floors;
+    }
+    void choose(QuartinoProcess& quartino, int line, const std::wstring& fileName) const {
+        const auto before = quartino.commandsDone();
+        quartino.chooseByKeys(fileMenu, line);
+        quartino.giveFileName(quartino.fileDialog(), name(fileName));
+        quartino.waitForCommand(before);
+    }
+    void open(QuartinoProcess& quartino, const std::wstring& fileName) const {
+        choose(quartino, openLine, fileName);
+    }
+    void saveAs(QuartinoProcess& quartino, const std::wstring& fileName) const {
+        choose(quartino, saveAsLine, fileName);
+    }
+    static void save(QuartinoProcess& quartino) {
+        const auto before = quartino.commandsDone();
+        quartino.chooseByKeys(fileMenu, saveLine);
+        quartino.waitForCommand(before);
+    }
+
+    ProgramFolder folder_;
+    SettingsKey key_{keyPath};
+};
+
+TEST_F(WorkbookJourney, AWorkbookIsOpenedSavedInPlaceAndUnderANewName) {
+    const std::vector<std::wstring> names = {L"007", L"1/2", L"=1+1", L"-3", L"1E5", L"TRUE"};
+    write(L"list.xls", roomsNamed(names));
+    expectQuietEnd();
+    const auto contents = contentsOf(roomsNamed(names));
+    const std::wstring twelveAndAHalf = FromDouble(12.5);
+
+    QuartinoProcess quartino(folder_);
+    open(quartino, L"list.xls");
+    EXPECT_EQ(ui::textOf(quartino.main()), L" Quartino - list.xls");
+    EXPECT_EQ(quartino.column(Name), names);
+    EXPECT_EQ(quartino.column(Area), std::vector<std::wstring>(names.size(), twelveAndAHalf));
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+
+    saveAs(quartino, L"second.xls");
+    EXPECT_EQ(ui::textOf(quartino.main()), L" Quartino - second.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    EXPECT_THAT(stored(L"second.xls").sheets, SizeIs(4));
+    EXPECT_EQ(storedSheet(L"second.xls")->At(2, 1),
+              (sheets::Cell{std::wstring(L"007"), L"", sheets::TextFormat}));
+    EXPECT_EQ(storedSheet(L"second.xls")->At(2, 3),
+              (sheets::Cell{12.5, L"", sheets::GeneralFormat}));
+
+    // What is behind the list in a workbook stays when it is saved in place.
+    sheets::Workbook workbook = stored(L"second.xls");
+    workbook.sheets[workbook.active]->Set(3, 13,
+                                          {std::wstring(L"remark"), L"", sheets::GeneralFormat});
+    store(L"second.xls", workbook);
+    save(quartino);
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    EXPECT_EQ(storedSheet(L"second.xls")->At(3, 13).value, sheets::Value(std::wstring(L"remark")));
+    EXPECT_EQ(quartino.program().close(), 0u);
+    EXPECT_EQ(readContents(L"second.xls"), contents);
+}
+
+TEST_F(WorkbookJourney, AnApplicationThatGoesAwayLeavesTheListAndTheNextCommandAFreshOne) {
+    write(L"list.xls", roomsNamed({L"a", L"b"}));
+    expectQuietEnd();
+    QuartinoProcess quartino(folder_);
+    open(quartino, L"list.xls");
+    ASSERT_THAT(quartino.column(Name), ElementsAre(L"a", L"b"));
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+
+    const std::string before = bytes(L"list.xls");
+    tellSpreadsheets(L"Faults", L"range.Value exit");
+    save(quartino);
+    forgetWhatSpreadsheetsWereTold();
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    EXPECT_TRUE(quartino.onlyShows({quartino.main()}));
+    EXPECT_THAT(quartino.column(Name), ElementsAre(L"a", L"b"));
+    EXPECT_EQ(bytes(L"list.xls"), before);
+
+    saveAs(quartino, L"second.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    EXPECT_EQ(quartino.program().close(), 0u);
+    EXPECT_EQ(readContents(L"second.xls"), readContents(L"list.xls"));
+}
+
+class LongWorkbookJourney : public WorkbookJourney, public ::testing::WithParamInterface<int> {};
+INSTANTIATE_TEST_SUITE_P(Rooms, LongWorkbookJourney, ::testing::Values(150, 1500));
+
+TEST_P(LongWorkbookJourney, FromTextToWorkbookAndBackTheListIsTheSame) {
+    // More rooms than go into a drawing at once are told about with every opening.
+    constexpr int mostRoomsOfADrawing = 150;
+    write(L"plain.txt", programme(GetParam()));
+    QuartinoProcess quartino(folder_);
+    const auto openAll = [&](const std::wstring& fileName) {
+        const auto before = quartino.commandsDone();
+        quartino.chooseByKeys(fileMenu, openLine);
+        quartino.giveFileName(quartino.fileDialog(), name(fileName));
+        if (GetParam() > mostRoomsOfADrawing)
+            quartino.closeWithEnter(quartino.messageBox());
+        quartino.waitForCommand(before);
+    };
+    openAll(L"plain.txt");
+    saveAs(quartino, L"again.txt");
+    saveAs(quartino, L"list.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    openAll(L"list.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    EXPECT_EQ(quartino.column(Name).size(), static_cast<std::size_t>(GetParam()));
+    saveAs(quartino, L"back.txt");
+    EXPECT_EQ(bytes(L"back.txt"), bytes(L"again.txt"));
+    EXPECT_EQ(quartino.program().close(), 0u);
+}
+
+TEST_F(WorkbookJourney, AFileThatCannotBeWrittenStaysAndSoDoesTheList) {
+    write(L"list.xls", roomsNamed({L"a", L"b"}));
+    expectQuietEnd();
+    QuartinoProcess quartino(folder_);
+    open(quartino, L"list.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    const std::string before = bytes(L"list.xls");
+    const auto saveInVain = [&] {
+        save(quartino);
+        EXPECT_TRUE(spreadsheetProcessesEnd());
+        EXPECT_TRUE(quartino.onlyShows({quartino.main()}));
+        EXPECT_THAT(quartino.column(Name), ElementsAre(L"a", L"b"));
+        EXPECT_EQ(bytes(L"list.xls"), before);
+    };
+    SetFileAttributesW(name(L"list.xls").c_str(), FILE_ATTRIBUTE_READONLY);
+    saveInVain();
+    SetFileAttributesW(name(L"list.xls").c_str(), FILE_ATTRIBUTE_NORMAL);
+    // Somebody else has it open.
+    const HANDLE held = CreateFileW(name(L"list.xls").c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    saveInVain();
+    CloseHandle(held);
+    saveAs(quartino, L"second.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    EXPECT_EQ(readContents(L"second.xls"), readContents(L"list.xls"));
+    EXPECT_EQ(quartino.program().close(), 0u);
+}
+
+class JourneyWithoutSpreadsheets : public WorkbookJourney {
+  protected:
+    void SetUp() override {
+        registerSpreadsheets(false);
+        startsAhead = false;
+    }
+    void TearDown() override { registerSpreadsheets(true); }
+};
+
+TEST_F(JourneyWithoutSpreadsheets, AWorkbooksNameMeansText) {
+    store(L"real.xls", sheets::Workbook::New());
+    write(L"plain.txt", roomsNamed({L"a", L"b"}));
+
+    QuartinoProcess quartino(folder_);
+    open(quartino, L"plain.txt");
+    saveAs(quartino, L"list.xls");
+    EXPECT_EQ(bytes(L"list.xls"), bytes(L"plain.txt"));
+    open(quartino, L"list.xls");
+    EXPECT_THAT(quartino.column(Name), ElementsAre(L"a", L"b"));
+
+    const auto before = quartino.commandsDone();
+    quartino.chooseByKeys(fileMenu, openLine);
+    quartino.giveFileName(quartino.fileDialog(), name(L"real.xls"));
+    const HWND box = quartino.messageBox();
+    EXPECT_EQ(quartino.messageOf(box), context.GetText(73));
+    quartino.closeWithEnter(box);
+    quartino.waitForCommand(before);
+    EXPECT_THAT(quartino.column(Name), IsEmpty());
+    EXPECT_EQ(quartino.program().close(), 0u);
+}
+
+} // namespace
+} // namespace kalvrooms::testing

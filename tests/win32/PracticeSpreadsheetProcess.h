@@ -1,0 +1,202 @@
+#pragma once
+// The practice spreadsheet application in processes of its own: registered for the length of a
+// test program, told what to do before it starts, and looked after from outside.
+
+#include <windows.h>
+
+#include <tlhelp32.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "practice/driver/UiDriver.h"
+#include "practice/spreadsheet/SheetClass.h"
+
+namespace kalvrooms::testing {
+
+namespace sheets = practice::spreadsheet;
+
+inline constexpr DWORD processLimit = 20000;
+
+inline std::filesystem::path spreadsheetProgram() {
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::filesystem::path(path).parent_path() / L"PracticeSpreadsheet.exe";
+}
+
+// Of all instances that there are.
+inline std::vector<DWORD> spreadsheetProcesses() {
+    std::vector<DWORD> found;
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    PROCESSENTRY32W entry{};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(snapshot, &entry); more;
+         more = Process32NextW(snapshot, &entry)) {
+        if (_wcsicmp(entry.szExeFile, spreadsheetProgram().filename().c_str()) == 0)
+            found.push_back(entry.th32ProcessID);
+    }
+    CloseHandle(snapshot);
+    return found;
+}
+
+template <class Condition>
+bool waitUntil(Condition condition, DWORD milliseconds) {
+    const ULONGLONG end = GetTickCount64() + milliseconds;
+    while (!condition()) {
+        if (GetTickCount64() > end)
+            return false;
+        Sleep(10);
+    }
+    return true;
+}
+
+inline bool spreadsheetProcessesEnd(DWORD milliseconds = processLimit) {
+    return waitUntil([] { return spreadsheetProcesses().empty(); }, milliseconds);
+}
+
+// Of the instance with that process, once it is up.
+inline HWND spreadsheetControl(DWORD process) {
+    for (HWND window = nullptr;
+         (window = FindWindowExW(nullptr, window, sheets::ControlWindowClass, nullptr));) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        if (owner == process)
+            return window;
+    }
+    return nullptr;
+}
+
+inline void endSpreadsheetProcesses() {
+    for (const DWORD process : spreadsheetProcesses()) {
+        if (const HWND window = spreadsheetControl(process))
+            PostMessageW(window, sheets::LeaveMessage, 0, 0);
+    }
+    if (spreadsheetProcessesEnd(5000))
+        return;
+    for (const DWORD process : spreadsheetProcesses()) {
+        if (const HANDLE handle = OpenProcess(PROCESS_TERMINATE, FALSE, process)) {
+            TerminateProcess(handle, 99);
+            CloseHandle(handle);
+        }
+    }
+}
+
+inline DWORD startSpreadsheetProgram(const std::wstring& arguments, HANDLE* process) {
+    const PROCESS_INFORMATION started =
+        driver::startProgram(L"\"" + spreadsheetProgram().wstring() + L"\" " + arguments);
+    CloseHandle(started.hThread);
+    *process = started.hProcess;
+    return started.dwProcessId;
+}
+
+inline DWORD runSpreadsheetProgram(const std::wstring& arguments) {
+    HANDLE process = nullptr;
+    startSpreadsheetProgram(arguments, &process);
+    WaitForSingleObject(process, processLimit);
+    DWORD code = 0;
+    GetExitCodeProcess(process, &code);
+    CloseHandle(process);
+    return code;
+}
+
+inline void registerSpreadsheets(bool there) {
+    if (runSpreadsheetProgram(there ? L"--register" : L"--unregister") != 0)
+        throw std::runtime_error("the practice spreadsheet application cannot be registered");
+}
+
+// Holds for every instance that starts from now on.
+inline void tellSpreadsheets(const wchar_t* name, const std::wstring& text) {
+    RegSetKeyValueW(HKEY_CURRENT_USER, sheets::SettingsKey, name, REG_SZ, text.c_str(),
+                    static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+}
+
+inline void forgetWhatSpreadsheetsWereTold() {
+    RegDeleteTreeW(HKEY_CURRENT_USER, sheets::SettingsKey);
+}
+
+// An instance that is started ahead of the client that will ask for one: the system hands out the
+// one that is there, and the second that Wine takes to find a new one is saved.
+class OfferedSpreadsheet {
+  public:
+    OfferedSpreadsheet() { id_ = startSpreadsheetProgram(L"-Embedding", &process_); }
+    OfferedSpreadsheet(const OfferedSpreadsheet&) = delete;
+    OfferedSpreadsheet& operator=(const OfferedSpreadsheet&) = delete;
+    ~OfferedSpreadsheet() { CloseHandle(process_); }
+
+    // It has read what it was told, and the next client gets it.
+    void waitUntilReady() const {
+        WaitForInputIdle(process_, processLimit);
+        if (!waitUntil([this] { return spreadsheetControl(id_) != nullptr; }, processLimit))
+            throw std::runtime_error("the practice spreadsheet application does not come up");
+    }
+    bool ended(DWORD milliseconds = processLimit) const {
+        return WaitForSingleObject(process_, milliseconds) == WAIT_OBJECT_0;
+    }
+
+  private:
+    HANDLE process_ = nullptr;
+    DWORD id_ = 0;
+};
+
+inline void offerSpreadsheet() {
+    OfferedSpreadsheet().waitUntilReady();
+}
+
+// An instance as its user starts it.
+class RunningSpreadsheet {
+  public:
+    explicit RunningSpreadsheet(const std::wstring& arguments) {
+        id_ = startSpreadsheetProgram(L"--running " + arguments, &process_);
+        // It serves its window when everything is open and offered.
+        WaitForInputIdle(process_, processLimit);
+        if (!waitUntil([this] { return spreadsheetControl(id_) != nullptr; }, processLimit))
+            throw std::runtime_error("the practice spreadsheet application does not come up");
+    }
+    RunningSpreadsheet(const RunningSpreadsheet&) = delete;
+    RunningSpreadsheet& operator=(const RunningSpreadsheet&) = delete;
+    ~RunningSpreadsheet() {
+        if (!ended(0)) {
+            tell(sheets::LeaveMessage);
+            if (!ended(5000))
+                TerminateProcess(process_, 99);
+        }
+        CloseHandle(process_);
+    }
+
+    bool ended(DWORD milliseconds) const {
+        return WaitForSingleObject(process_, milliseconds) == WAIT_OBJECT_0;
+    }
+    void tell(UINT message, WPARAM what = 0) const {
+        PostMessageW(spreadsheetControl(id_), message, what, 0);
+    }
+    bool hasDialog() const {
+        DWORD_PTR answer = 0;
+        SendMessageTimeoutW(spreadsheetControl(id_), sheets::AskDialogMessage, 0, 0, SMTO_NORMAL,
+                            5000, &answer);
+        return answer == 1;
+    }
+
+  private:
+    HANDLE process_ = nullptr;
+    DWORD id_ = 0;
+};
+
+// The lines "object.member=count" that an instance leaves when it ends.
+inline std::map<std::string, int> callsOf(const std::filesystem::path& report) {
+    std::map<std::string, int> calls;
+    std::ifstream file(report);
+    for (std::string line; std::getline(file, line);) {
+        const std::size_t mark = line.find('=');
+        if (mark != std::string::npos)
+            calls[line.substr(0, mark)] = std::stoi(line.substr(mark + 1));
+    }
+    return calls;
+}
+
+} // namespace kalvrooms::testing

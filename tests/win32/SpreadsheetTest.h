@@ -1,0 +1,219 @@
+#pragma once
+// A base of tests that go the program's own way to workbooks: file layer, automation adapter,
+// application in a process of its own.
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "app/clsText.h"
+#include "files/clsFileSytem.h"
+#include "headless/HeadlessPlatform.h"
+#include "model/NumberText.h"
+#include "model/RuntimeError.h"
+#include "model/clsFloors.h"
+#include "practice/workbook/WorkbookFile.h"
+#include "support/FileLayerContext.h"
+#include "win32/ComSpreadsheet.h"
+#include "win32/PracticeSpreadsheetProcess.h"
+#include "win32/Win32AnsiCodec.h"
+#include "win32/Win32Locale.h"
+
+namespace kalvrooms::testing {
+
+// The main window as the file layer knows it, on the real codec and the real automation.
+class SpreadsheetContext final : public FileLayerContext {
+  public:
+    explicit SpreadsheetContext(std::shared_ptr<ComSession> knownNames)
+        : session(std::move(knownNames)), spreadsheets_(MakeComSpreadsheetServer(session)),
+          headless(*spreadsheets_) {}
+    explicit SpreadsheetContext(DWORD patience)
+        : SpreadsheetContext(std::make_shared<ComSession>(patience)) {}
+
+    std::shared_ptr<ComSession> session;
+    std::vector<bool> tableUpdates;
+
+  private:
+    std::unique_ptr<SpreadsheetServer> spreadsheets_;
+
+  public:
+    HeadlessPlatform headless;
+
+    std::wstring GetText(std::int32_t number) const override { return texts_.GetText(number); }
+    std::wstring GetTextWithoutDot(std::int32_t number) const override {
+        return texts_.GetTextWithoutDot(number);
+    }
+    void UpdateTable(bool warn) override { tableUpdates.push_back(warn); }
+    Platform& System() const override { return system_; }
+
+  private:
+    void notAsked() const override { ADD_FAILURE() << "the file layer has no business with this"; }
+    Win32AnsiCodec ansi_;
+    clsText texts_{headless.libraries, headless.environment};
+    mutable Platform system_{headless.desktop,     ansi_,
+                             headless.registry,    headless.libraries,
+                             headless.environment, headless.Bundle().host,
+                             *spreadsheets_};
+};
+
+// All that a list says, room by room.
+inline std::vector<std::wstring> contentsOf(const clsFloors& floors) {
+    std::vector<std::wstring> contents;
+    for (std::int32_t index = 1; index <= floors.GetCountOfRooms(); ++index) {
+        clsRoom room;
+        floors.GetRoomByIndex(index, room);
+        const clsGeometry& geometry = *room.Geometry;
+        contents.push_back(room.Name() + L"|" + room.FunctionName() + L"|" +
+                           FromDoubleInvariant(geometry.Area()) + L"|" + room.StoryCode() + L"|" +
+                           room.Enclosure() + L"|" + room.Occupancy() + L"|" + room.AreaType() +
+                           L"|" + geometry.CalculationType() + L"|" + geometry.CalculationValue() +
+                           L"|" + room.GetRoomID());
+    }
+    return contents;
+}
+
+class SpreadsheetTest : public ::testing::Test {
+  protected:
+    static void SetUpTestSuite() {
+        ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
+        HandInUserLocale(Win32UserLocale);
+        forgetWhatSpreadsheetsWereTold();
+        registerSpreadsheets(true);
+    }
+    static void TearDownTestSuite() {
+        registerSpreadsheets(false);
+        HandInUserLocale({});
+        CoUninitialize();
+    }
+
+    explicit SpreadsheetTest(DWORD patience = 2000) : context(patience) {
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directories(folder_);
+    }
+    ~SpreadsheetTest() override {
+        forgetWhatSpreadsheetsWereTold();
+        endSpreadsheetProcesses();
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
+
+    std::filesystem::path path(const std::wstring& name) const { return folder_ / name; }
+    std::wstring name(const std::wstring& fileName) const { return path(fileName).wstring(); }
+    std::string bytes(const std::wstring& fileName) const {
+        std::ifstream file(path(fileName), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+    void store(const std::wstring& fileName, const std::string& content) const {
+        std::ofstream(path(fileName), std::ios::binary) << content;
+    }
+    void store(const std::wstring& fileName, const sheets::Workbook& workbook) const {
+        store(fileName, sheets::WriteWorkbook(workbook));
+    }
+    sheets::Workbook stored(const std::wstring& fileName) const {
+        return sheets::ReadWorkbook(bytes(fileName));
+    }
+    // The sheet that a reading takes.
+    std::shared_ptr<sheets::Sheet> storedSheet(const std::wstring& fileName) const {
+        const sheets::Workbook workbook = stored(fileName);
+        return workbook.sheets[workbook.active];
+    }
+
+    void write(const std::wstring& fileName, const clsFloors& floors) {
+        startAhead(fileName);
+        clsFileSytem(context).WriteListToFile(name(fileName), floors);
+    }
+    void read(const std::wstring& fileName, clsFloors& floors) {
+        startAhead(fileName);
+        clsFileSytem(context).ReadListFromFile(name(fileName), floors);
+    }
+    bool readPoints(const std::wstring& fileName, PointArray& points) {
+        startAhead(fileName);
+        return clsFileSytem(context).ReadPointsFromGeometryFile(name(fileName), points);
+    }
+    std::vector<std::wstring> readContents(const std::wstring& fileName) {
+        clsFloors floors;
+        read(fileName, floors);
+        return contentsOf(floors);
+    }
+
+    // What has to hold after every operation, whatever became of it.
+    void expectQuietEnd() {
+        EXPECT_TRUE(spreadsheetProcessesEnd()) << spreadsheetProcesses().size() << " left";
+        EXPECT_EQ(context.headless.desktop.MousePointer(), Gui::DefaultPointer);
+    }
+    void expectNoMessage() { EXPECT_TRUE(context.headless.desktop.Messages().empty()); }
+
+    SpreadsheetContext context;
+    // Off, the system starts every instance itself, or finds none.
+    bool startsAhead = true;
+
+  private:
+    void startAhead(const std::wstring& fileName) const {
+        // One that is still on its way out is no user's.
+        if (startsAhead && fileName.ends_with(L"xls") && spreadsheetProcessesEnd(300))
+            offerSpreadsheet();
+    }
+
+    // With letters in its name that are no ASCII.
+    std::filesystem::path folder_ = std::filesystem::temp_directory_path() /
+                                    (L"R\u00E4ume " + std::to_wstring(GetCurrentProcessId()));
+};
+
+// A room of a test, ready for adding.
+struct RoomForTest {
+    std::wstring name = L"B\u00FCro";
+    std::wstring function = L"Arbeiten";
+    double area = 20.0;
+    std::wstring story = L"EG";
+    std::wstring enclosure = L"a";
+    std::wstring occupancy = L"HNF 2";
+    std::wstring areaType = L"N";
+    std::wstring type = CalculationByRatio;
+    std::wstring value = L"1";
+    std::wstring roomID;
+
+    void addTo(clsFloors& floors) const {
+        clsRoom room;
+        room.Name(name);
+        room.FunctionName(function);
+        room.Geometry->Area(area);
+        room.StoryCode(story);
+        room.Enclosure(enclosure);
+        room.Occupancy(occupancy);
+        room.AreaType(areaType);
+        room.Geometry->SetTypeAndValue(type, value);
+        room.SetRoomID(roomID);
+        floors.AddRooms(room, 1);
+    }
+};
+
+// Rooms of all kinds on several storeys.
+inline clsFloors programme(int rooms) {
+    clsFloors floors;
+    for (int i = 1; i <= rooms; ++i) {
+        RoomForTest room;
+        room.name = L"R" + std::to_wstring(i);
+        room.function = i % 7 == 0 ? L"" : L"Gruppenr\u00E4ume";
+        room.area = 10.0 + i / 7.0;
+        room.story = std::to_wstring(i % 5) + L".OG";
+        room.roomID = i % 3 == 0 ? std::to_wstring(i) + L"-K" + std::to_wstring(i % 4) : L"";
+        if (i % 4 == 1) {
+            room.type = CalculationByFile;
+            room.value = L"C:\\Projekte\\Schule\\" + std::to_wstring(i) + L".txt";
+        } else if (i % 4 == 2) {
+            room.type = CalculationByDx;
+            room.value = L"4";
+        }
+        room.addTo(floors);
+    }
+    return floors;
+}
+
+} // namespace kalvrooms::testing

@@ -1,0 +1,622 @@
+// The main window and its table, with real keys and a real mouse.
+
+#include "desktop_support.h"
+
+#include "app/clsWait.h"
+#include "win32/Dpi.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <set>
+
+namespace kalvrooms::Gui {
+namespace {
+
+class MainWindow : public testing::Test {
+  protected:
+    void SetUp() override {
+        made_ = desktop_.CreateForm(L"frmMain");
+        form_ = dynamic_cast<Win32Form*>(made_.get());
+        grid_ = &form_->GridNamed(L"grdRooms");
+        form_->Text(L" Quartino");
+        MenuItem& file = form_->Menu(L"mnuFile");
+        file.Caption(texts_(4));
+        MenuItem& open = file.AddItem(L"mnuOpen");
+        open.Caption(texts_(6));
+        open.Click = [this] { ++opened_; };
+        file.AddSeparator(L"mnuSep1");
+        file.AddItem(L"mnuEnd").Caption(texts_(11));
+        MenuItem& edit = form_->Menu(L"mnuRecord");
+        edit.Caption(texts_(12));
+        edit.AddItem(L"mnuAddRoom").Caption(texts_(13));
+        form_->Menu(L"mnuExtras").Caption(texts_(18));
+        // As the program's main window lays its table out.
+        form_->Resize = [this] {
+            grid_->Width(form_->Width() - 135);
+            grid_->Height(form_->Height() - 825);
+            const float surplus = grid_->Width() - 9600;
+            const float share = surplus > 0 ? std::nearbyint(surplus / 7) : 0;
+            grid_->Bars(surplus >= 0 ? ScrollBars::Vertical : ScrollBars::Both);
+            static constexpr float least[] = {1500, 2400, 1000, 1000, 1400, 1000, 1000};
+            for (int column = 0; column < 7; ++column)
+                grid_->ColWidth(column, least[column] + share);
+            for (int column = 7; column < 11; ++column)
+                grid_->ColWidth(column, 0);
+        };
+        FillTable(*grid_, 120, texts_);
+        form_->Show();
+        list_ = WindowOf(*form_, L"grdRooms");
+        ASSERT_TRUE(PumpUntil(desktop_, [&] { return Focused() == list_; }));
+    }
+
+    POINT CellPoint(int row, int column) {
+        RECT item{};
+        ListView_GetItemRect(list_, row - 1, &item, LVIR_BOUNDS);
+        for (int before = 0; before < column; ++before)
+            item.left += ListView_GetColumnWidth(list_, before);
+        return {item.left + ListView_GetColumnWidth(list_, column) / 2,
+                (item.top + item.bottom) / 2};
+    }
+
+    bool InView(int row) const {
+        RECT client{};
+        GetClientRect(list_, &client);
+        RECT header{};
+        GetClientRect(ListView_GetHeader(list_), &header);
+        RECT item{};
+        ListView_GetItemRect(list_, row - 1, &item, LVIR_BOUNDS);
+        return item.top >= header.bottom && item.bottom <= client.bottom;
+    }
+
+    Win32Desktop desktop_;
+    Texts texts_;
+    std::unique_ptr<Form> made_;
+    Win32Form* form_ = nullptr;
+    Grid* grid_ = nullptr;
+    HWND list_ = nullptr;
+    int opened_ = 0;
+};
+
+TEST_F(MainWindow, TheTableFitsBesideTheFrame) {
+    RECT client{};
+    GetClientRect(form_->Window(), &client);
+    RECT table{};
+    GetWindowRect(list_, &table);
+    MapWindowPoints(HWND_DESKTOP, form_->Window(), reinterpret_cast<POINT*>(&table), 2);
+    EXPECT_EQ(table.left, 0);
+    EXPECT_EQ(table.top, 0);
+    EXPECT_LE(table.right, client.right);
+    EXPECT_LE(table.bottom, client.bottom);
+    TakePicture(desktop_, form_->Window(), "main");
+}
+
+struct CellEvent {
+    MouseButton button;
+    int row, column;
+    bool operator==(const CellEvent&) const = default;
+};
+
+TEST_F(MainWindow, AClickMakesTheCellUnderTheMouseCurrent) {
+    std::vector<CellEvent> events;
+    grid_->MouseUp = [&](MouseButton button, int row, int column) {
+        events.push_back({button, row, column});
+    };
+    Click(list_, CellPoint(5, 2));
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return events.size() == 1; }));
+    EXPECT_EQ(events.back(), (CellEvent{MouseButton::Left, 5, 2}));
+    EXPECT_EQ(grid_->Row(), 5);
+    EXPECT_EQ(grid_->Col(), 2);
+    Click(list_, CellPoint(7, 0), MouseButton::Right);
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return events.size() == 2; }));
+    EXPECT_EQ(events.back(), (CellEvent{MouseButton::Right, 7, 0}));
+    EXPECT_EQ(grid_->Row(), 7);
+    EXPECT_EQ(grid_->Col(), 0);
+}
+
+TEST_F(MainWindow, AClickOnTheHeaderReportsRowZero) {
+    std::vector<CellEvent> events;
+    grid_->MouseUp = [&](MouseButton button, int row, int column) {
+        events.push_back({button, row, column});
+    };
+    int doubleClicks = 0;
+    grid_->DoubleClick = [&] { ++doubleClicks; };
+    const HWND header = ListView_GetHeader(list_);
+    RECT item{};
+    Header_GetItemRect(header, 3, &item);
+    const POINT middle{(item.left + item.right) / 2, (item.top + item.bottom) / 2};
+    Click(header, middle);
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return events.size() == 1; }));
+    EXPECT_EQ(events.back(), (CellEvent{MouseButton::Left, 0, 3}));
+    Click(header, middle, MouseButton::Right);
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return events.size() == 2; }));
+    EXPECT_EQ(events.back(), (CellEvent{MouseButton::Right, 0, 3}));
+    EXPECT_EQ(doubleClicks, 0);
+}
+
+TEST_F(MainWindow, ADoubleClickCountsInTheTableOnly) {
+    int doubleClicks = 0;
+    int releases = 0;
+    grid_->DoubleClick = [&] { ++doubleClicks; };
+    grid_->MouseUp = [&](MouseButton, int, int) { ++releases; };
+    Click(list_, CellPoint(4, 1));
+    Click(list_, CellPoint(4, 1));
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return doubleClicks == 1; }));
+    EXPECT_EQ(releases, 1);
+    EXPECT_EQ(grid_->Row(), 4);
+    const HWND header = ListView_GetHeader(list_);
+    Click(header, {20, 5});
+    Click(header, {20, 5});
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return releases >= 2; }));
+    EXPECT_EQ(doubleClicks, 1);
+}
+
+TEST_F(MainWindow, KeysMoveTheCurrentCell) {
+    const auto after = [&](WORD key, int row, int column) {
+        TypeKey(key);
+        EXPECT_TRUE(
+            PumpUntil(desktop_, [&] { return grid_->Row() == row && grid_->Col() == column; }))
+            << key << " leads to " << grid_->Row() << "/" << grid_->Col();
+    };
+    after(VK_DOWN, 2, 0);
+    after(VK_RIGHT, 2, 1);
+    for (int column = 2; column <= 6; ++column)
+        after(VK_RIGHT, 2, column);
+    after(VK_RIGHT, 2, 6); // the hidden ones stay hidden
+    after(VK_LEFT, 2, 5);
+    after(VK_UP, 1, 5);
+    after(VK_UP, 1, 5);
+    after(VK_END, 120, 5);
+    EXPECT_TRUE(InView(120));
+    after(VK_DOWN, 120, 5);
+    after(VK_HOME, 1, 5);
+    EXPECT_TRUE(InView(1));
+    const int page = ListView_GetCountPerPage(list_) - 1;
+    after(VK_NEXT, 1 + page, 5);
+    after(VK_PRIOR, 1, 5);
+}
+
+TEST_F(MainWindow, TheContextKeyOpensAtTheCurrentCell) {
+    std::vector<CellEvent> events;
+    bool menuSeen = false;
+    POINT menuAt{};
+    MenuItem& edit = form_->Menu(L"mnuRecord");
+    grid_->MouseUp = [&](MouseButton button, int row, int column) {
+        events.push_back({button, row, column});
+        form_->PopupMenu(edit);
+    };
+    grid_->Row(3);
+    grid_->Col(1);
+    Journey journey;
+    journey.When(
+        "menu", [] { return FindWindowW(L"#32768", nullptr) != nullptr; },
+        [&] {
+            RECT menu{};
+            GetWindowRect(FindWindowW(L"#32768", nullptr), &menu);
+            menuAt = {menu.left, menu.top};
+            menuSeen = true;
+            TypeKey(VK_ESCAPE);
+        });
+    TypeKey(VK_APPS);
+    journey.Run(desktop_);
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return !FindWindowW(L"#32768", nullptr); }));
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events.back(), (CellEvent{MouseButton::Right, 3, 1}));
+    EXPECT_TRUE(menuSeen);
+    POINT cell = CellPoint(3, 1);
+    ClientToScreen(list_, &cell);
+    EXPECT_GT(menuAt.y, cell.y - 20);
+    EXPECT_LT(menuAt.y, cell.y + 40);
+    EXPECT_LT(menuAt.x, cell.x);
+}
+
+TEST_F(MainWindow, HiddenColumnsStayHidden) {
+    const HWND header = ListView_GetHeader(list_);
+    RECT last{};
+    Header_GetItemRect(header, 6, &last);
+    // Drag from the right of the last visible divider, where the hidden columns' dividers are.
+    for (const int offset : {0, 1}) {
+        POINT from{last.right + offset, (last.top + last.bottom) / 2};
+        RECT client{};
+        GetClientRect(list_, &client);
+        ASSERT_LT(from.x, client.right);
+        ClientToScreen(header, &from);
+        SetCursorPos(from.x, from.y);
+        INPUT input{};
+        input.type = INPUT_MOUSE;
+        input.mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+        SendInput(1, &input, sizeof input);
+        SetCursorPos(from.x + 60, from.y);
+        input.mi.dwFlags = MOUSEEVENTF_LEFTUP;
+        SendInput(1, &input, sizeof input);
+        ASSERT_TRUE(PumpUntil(desktop_, [&] { return !(GetQueueStatus(QS_INPUT) >> 16); }));
+        for (int column = 7; column < 11; ++column)
+            EXPECT_EQ(ListView_GetColumnWidth(list_, column), 0) << column;
+    }
+    ListView_SetColumnWidth(list_, 8, 100);
+    EXPECT_EQ(ListView_GetColumnWidth(list_, 8), 0);
+    PressKey(VK_CONTROL);
+    TypeKey(VK_ADD);
+    ReleaseKey(VK_CONTROL);
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return !(GetQueueStatus(QS_INPUT) >> 16); }));
+    for (int column = 7; column < 11; ++column)
+        EXPECT_EQ(grid_->ColWidth(column), 0.0F) << column;
+}
+
+TEST_F(MainWindow, AColumnWidthReadsBackAsItWasSet) {
+    grid_->ColWidth(2, 1234.5F);
+    EXPECT_FLOAT_EQ(grid_->ColWidth(2), 1234.5F);
+    ListView_SetColumnWidth(list_, 2, 200); // as if dragged
+    EXPECT_FLOAT_EQ(grid_->ColWidth(2), 200.0F * 1440 / static_cast<float>(form_->Dpi()));
+    EXPECT_THROW(grid_->ColWidth(11), RuntimeError);
+}
+
+TEST_F(MainWindow, ScrollBarsAreThoseAskedFor) {
+    const auto has = [&](LONG_PTR style) {
+        return (GetWindowLongPtrW(list_, GWL_STYLE) & style) != 0;
+    };
+    grid_->Width(6000);
+    grid_->Bars(ScrollBars::Both);
+    EXPECT_TRUE(has(WS_VSCROLL));
+    EXPECT_TRUE(has(WS_HSCROLL));
+    grid_->Bars(ScrollBars::Vertical);
+    EXPECT_TRUE(has(WS_VSCROLL));
+    EXPECT_FALSE(has(WS_HSCROLL));
+    grid_->Bars(ScrollBars::None);
+    EXPECT_FALSE(has(WS_VSCROLL));
+    EXPECT_FALSE(has(WS_HSCROLL));
+    grid_->Bars(ScrollBars::Both);
+    EXPECT_TRUE(has(WS_HSCROLL));
+    EXPECT_TRUE(has(WS_VSCROLL));
+    // The current cell comes into view sideways as well.
+    grid_->Col(6);
+    RECT client{};
+    GetClientRect(list_, &client);
+    EXPECT_LT(CellPoint(1, 6).x, client.right);
+    grid_->Col(0);
+    EXPECT_GT(CellPoint(1, 0).x, 0);
+}
+
+TEST_F(MainWindow, TheListSuppliesItsTextsToOthers) {
+    wchar_t text[100] = L"";
+    ListView_GetItemText(list_, 4, 1, text, 100);
+    EXPECT_EQ(std::wstring(text), grid_->Cells().Text(5, 1));
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT;
+    column.pszText = text;
+    column.cchTextMax = 100;
+    ListView_GetColumn(list_, 2, &column);
+    EXPECT_EQ(std::wstring(text), texts_(22));
+    HDITEMW item{};
+    item.mask = HDI_FORMAT;
+    Header_GetItem(ListView_GetHeader(list_), 0, &item);
+    EXPECT_EQ(item.fmt & HDF_JUSTIFYMASK, HDF_CENTER);
+    Header_GetItem(ListView_GetHeader(list_), 7, &item);
+    EXPECT_EQ(item.fmt & HDF_JUSTIFYMASK, HDF_LEFT);
+}
+
+// What a screen reader calls a table is the text of the label before it, seen or unseen.
+TEST_F(MainWindow, TheTableIsCalledAfterTheWindow) {
+    const HWND label = GetWindow(list_, GW_HWNDPREV);
+    wchar_t kind[16] = L"";
+    GetClassNameW(label, kind, 16);
+    EXPECT_EQ(std::wstring(kind), L"Static");
+    EXPECT_FALSE(IsWindowVisible(label));
+    for (const wchar_t* title : {L"Quartino - Schule.txt", L"Quartino"}) {
+        form_->Text(title);
+        wchar_t name[64] = L"";
+        GetWindowTextW(label, name, 64);
+        EXPECT_EQ(std::wstring(name), title);
+    }
+}
+
+TEST_F(MainWindow, CellsAreDrawnInTheirColour) {
+    const auto reddest = [&](int row) {
+        UpdateWindow(list_);
+        RECT item{};
+        ListView_GetItemRect(list_, row - 1, &item, LVIR_BOUNDS);
+        HDC context = GetDC(list_);
+        int most = 0;
+        for (LONG y = item.top; y < item.bottom; ++y) {
+            for (LONG x = 0; x < ListView_GetColumnWidth(list_, 0); ++x) {
+                const COLORREF pixel = GetPixel(context, x, y);
+                most = std::max(most, GetRValue(pixel) - GetGValue(pixel));
+            }
+        }
+        ReleaseDC(list_, context);
+        return most;
+    };
+    EXPECT_GT(reddest(3), 150);
+    EXPECT_LT(reddest(4), 50);
+    // Also in the current row, with the focus and without.
+    grid_->Row(3);
+    EXPECT_GT(reddest(3), 150);
+    grid_->Row(4);
+    EXPECT_LT(reddest(4), 50);
+    grid_->Row(3);
+    const HWND elsewhere = CreateWindowExW(0, L"EDIT", L"", WS_CHILD, 0, 0, 0, 0, form_->Window(),
+                                           nullptr, GetModuleHandleW(nullptr), nullptr);
+    ::SetFocus(elsewhere);
+    EXPECT_EQ(GetFocus(), elsewhere);
+    EXPECT_GT(reddest(3), 150);
+    ::SetFocus(list_);
+    DestroyWindow(elsewhere);
+    // A changed colour shows after the event that changed it.
+    grid_->MouseUp = [&](MouseButton, int, int) {
+        for (int column = 0; column < 7; ++column)
+            grid_->Cells().TextColour(4, column, 255);
+    };
+    Click(list_, CellPoint(8, 1));
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return reddest(4) > 150; }));
+}
+
+TEST_F(MainWindow, ARowThatIsCurrentNoMoreLeavesNothingBehind) {
+    const auto backgroundOf = [&](int row) {
+        UpdateWindow(list_);
+        RECT item{};
+        ListView_GetItemRect(list_, row - 1, &item, LVIR_BOUNDS);
+        std::set<COLORREF> colours;
+        HDC context = GetDC(list_);
+        for (LONG x = 0; x < item.right - 1; ++x)
+            colours.insert(GetPixel(context, static_cast<int>(x), static_cast<int>(item.top)));
+        ReleaseDC(list_, context);
+        colours.erase(GetSysColor(COLOR_3DLIGHT)); // between the columns
+        return colours;
+    };
+    const std::set<COLORREF> plain{GetSysColor(COLOR_WINDOW)};
+    grid_->Col(0);
+    for (const int next : {5, 0, 5, 9}) {
+        grid_->Row(next);
+        EXPECT_EQ(backgroundOf(1), plain) << next;
+        if (next > 0) {
+            EXPECT_EQ(backgroundOf(next).count(GetSysColor(COLOR_WINDOW)), 0U) << next;
+        }
+        if (next != 5) {
+            EXPECT_EQ(backgroundOf(5), plain) << next;
+        }
+    }
+}
+
+TEST_F(MainWindow, NothingShowsBeforeRedrawIsOn) {
+    grid_->Redraw(false);
+    grid_->Cells().Resize(500, 11);
+    grid_->Row(499);
+    EXPECT_EQ(ListView_GetItemCount(list_), 120);
+    grid_->Redraw(true);
+    EXPECT_EQ(ListView_GetItemCount(list_), 499);
+    EXPECT_TRUE(InView(499));
+    grid_->Redraw(false);
+    grid_->Cells().Resize(100, 11);
+    grid_->Redraw(true);
+    EXPECT_EQ(ListView_GetItemCount(list_), 99);
+    EXPECT_EQ(grid_->Row(), 99);
+}
+
+TEST_F(MainWindow, AHundredThousandRowsPaintLikeAHundred) {
+    // Whole pages, from the beginning to the end of the table and back.
+    const auto paintPages = [&](int rows) {
+        FillTable(*grid_, rows, texts_);
+        UpdateWindow(list_);
+        const auto start = std::chrono::steady_clock::now();
+        for (int page = 0; page < 40; ++page) {
+            ListView_EnsureVisible(list_, page % 2 ? 0 : rows - 1, FALSE);
+            RedrawWindow(list_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        }
+        const auto spent = std::chrono::steady_clock::now() - start;
+        return std::chrono::duration<double, std::milli>(spent).count() / 40;
+    };
+    paintPages(120);
+    // The best of three: other programs share the machine.
+    double few = 1e9;
+    double many = 1e9;
+    for (int turn = 0; turn < 3; ++turn) {
+        few = std::min(few, paintPages(120));
+        many = std::min(many, paintPages(100000));
+    }
+    std::printf("a page: %.2f ms of 120 rows, %.2f ms of 100000 rows\n", few, many);
+    EXPECT_LT(many, few * 1.5 + 2);
+}
+
+TEST_F(MainWindow, F1CountsWhenItIsReleased) {
+    std::vector<int> keys;
+    form_->KeyUp = [&](int key) { keys.push_back(key); };
+    PressKey(VK_F1);
+    PressKey(VK_F1);
+    EXPECT_TRUE(PumpUntil(desktop_, [&] { return !(GetQueueStatus(QS_INPUT) >> 16); }));
+    EXPECT_TRUE(keys.empty());
+    ReleaseKey(VK_F1);
+    EXPECT_TRUE(PumpUntil(desktop_, [&] { return !keys.empty(); }));
+    EXPECT_EQ(keys, std::vector<int>{KeyF1});
+}
+
+TEST_F(MainWindow, AMenuEntryIsChosenByAccessKeyAndEnter) {
+    std::vector<int> keys;
+    form_->KeyUp = [&](int key) { keys.push_back(key); };
+    Journey journey;
+    journey.When(
+        "open menu", [] { return FindWindowW(L"#32768", nullptr) != nullptr; },
+        [] { TypeKey(VK_RETURN); }); // the first entry is selected already
+    PressKey(VK_MENU);
+    TypeKey('D');
+    ReleaseKey(VK_MENU);
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return opened_ > 0; }));
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return !(GetQueueStatus(QS_INPUT) >> 16); }));
+    EXPECT_EQ(opened_, 1);
+    EXPECT_EQ(std::count(keys.begin(), keys.end(), KeyEnter), 0);
+}
+
+TEST_F(MainWindow, TheWindowReadsBackWhereItWasPut) {
+    form_->Left(1500);
+    form_->Top(1200);
+    form_->Height(6000);
+    form_->Width(12000);
+    EXPECT_FLOAT_EQ(form_->Left(), 1500);
+    EXPECT_FLOAT_EQ(form_->Top(), 1200);
+    EXPECT_FLOAT_EQ(form_->Height(), 6000);
+    EXPECT_FLOAT_EQ(form_->Width(), 12000);
+    RECT frame{};
+    GetWindowRect(form_->Window(), &frame);
+    EXPECT_EQ(frame.right - frame.left, 800);
+    EXPECT_FLOAT_EQ(grid_->Width(), 12000 - 135);
+}
+
+TEST_F(MainWindow, ClosingAsksFirstAndEndsTheRun) {
+    bool may = false;
+    int asked = 0;
+    int unloaded = 0;
+    form_->MayUnload = [&] {
+        ++asked;
+        return may;
+    };
+    form_->OnUnload = [&] { ++unloaded; };
+    SendMessageW(form_->Window(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(unloaded, 0);
+    EXPECT_TRUE(form_->Loaded());
+    may = true;
+    Journey journey;
+    journey.When(
+        "shown", [] { return true; },
+        [&] { SendMessageW(form_->Window(), WM_SYSCOMMAND, SC_CLOSE, 0); });
+    desktop_.Run();
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(unloaded, 1);
+    EXPECT_FALSE(form_->Loaded());
+    form_->Unload();
+    EXPECT_EQ(unloaded, 1);
+}
+
+TEST_F(MainWindow, TheEndOfTheSessionIsAnsweredWhileTheSystemStillAsks) {
+    int unloaded = 0;
+    form_->OnUnload = [&] {
+        ++unloaded;
+        // Asked again meanwhile, it is not unloaded once more.
+        EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    };
+    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    EXPECT_EQ(unloaded, 1);
+    EXPECT_TRUE(form_->Loaded());
+    SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(unloaded, 1);
+    EXPECT_FALSE(form_->Loaded());
+}
+
+TEST_F(MainWindow, TheEndOfTheSessionMayBeCalledOff) {
+    int unloaded = 0;
+    form_->OnUnload = [&] { ++unloaded; };
+    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    SendMessageW(form_->Window(), WM_ENDSESSION, FALSE, 0);
+    EXPECT_TRUE(form_->Loaded());
+    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    EXPECT_EQ(unloaded, 2);
+    SendMessageW(form_->Window(), WM_ENDSESSION, FALSE, 0);
+    SendMessageW(form_->Window(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(unloaded, 3);
+    EXPECT_FALSE(form_->Loaded());
+}
+
+TEST_F(MainWindow, ASessionThatEndsWithoutAskingUnloads) {
+    int unloaded = 0;
+    form_->OnUnload = [&] { ++unloaded; };
+    SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(unloaded, 1);
+    EXPECT_FALSE(form_->Loaded());
+}
+
+TEST_F(MainWindow, TheEndOfTheSessionSavesUnderACommandToo) {
+    int unloaded = 0;
+    form_->MayUnload = [] { return false; };
+    form_->OnUnload = [&] { ++unloaded; };
+    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    EXPECT_EQ(unloaded, 1);
+    SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(unloaded, 1);
+    EXPECT_TRUE(form_->Loaded());
+}
+
+TEST_F(MainWindow, ThePointerIsTheHourglassEverywhere) {
+    Click(list_, CellPoint(2, 1));
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return grid_->Row() == 2; }));
+    const HCURSOR hourglass = LoadCursorW(nullptr, IDC_WAIT);
+    desktop_.MousePointer(HourglassPointer);
+    EXPECT_EQ(desktop_.MousePointer(), HourglassPointer);
+    EXPECT_EQ(GetCursor(), hourglass);
+    for (const HWND window : {form_->Window(), list_, ListView_GetHeader(list_)}) {
+        SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+        SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window),
+                     MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+        EXPECT_EQ(GetCursor(), hourglass);
+    }
+    desktop_.MousePointer(DefaultPointer);
+    EXPECT_NE(GetCursor(), hourglass);
+}
+
+// Showing a pressed cell whole scrolls another one under the mouse.
+TEST_F(MainWindow, ACellThatIsCutOffIsTheOneThatIsMeant) {
+    std::vector<CellEvent> events;
+    int doubleClicks = 0;
+    grid_->MouseUp = [&](MouseButton button, int row, int column) {
+        events.push_back({button, row, column});
+    };
+    grid_->DoubleClick = [&] { ++doubleClicks; };
+    RECT line{};
+    const auto cutLine = [&] {
+        // The last line shows a strip of its top.
+        RECT client{};
+        GetClientRect(list_, &client);
+        for (int row = 1; row < 120; ++row) {
+            ListView_GetItemRect(list_, row - 1, &line, LVIR_BOUNDS);
+            if (line.bottom > client.bottom)
+                return std::pair{row, POINT{20, (line.top + client.bottom) / 2}};
+        }
+        return std::pair{0, POINT{}};
+    };
+    for (const MouseButton button : {MouseButton::Left, MouseButton::Right}) {
+        ListView_EnsureVisible(list_, 0, FALSE);
+        ListView_GetItemRect(list_, 9, &line, LVIR_BOUNDS);
+        grid_->Height(ToTwips(static_cast<int>(line.top + line.bottom) / 2, form_->Dpi()));
+        events.clear();
+        const auto [row, point] = cutLine();
+        ASSERT_GT(row, 0);
+        Click(list_, point, button);
+        ASSERT_TRUE(PumpUntil(desktop_, [&] { return events.size() == 1; }));
+        EXPECT_EQ(events.back(), (CellEvent{button, row, 0}));
+        EXPECT_EQ(grid_->Row(), row);
+        EXPECT_TRUE(InView(row));
+        EXPECT_NE(ListView_GetTopIndex(list_), 0);
+    }
+    EXPECT_EQ(doubleClicks, 0);
+}
+
+TEST_F(MainWindow, TheBusyIndicatorIsSeenOnThePointerItself) {
+    const HCURSOR hourglass = LoadCursorW(nullptr, IDC_WAIT);
+    SetCursor(LoadCursorW(nullptr, IDC_ARROW));
+    {
+        clsWait outer(desktop_);
+        outer.StartWait();
+        EXPECT_EQ(GetCursor(), hourglass);
+        outer.BreakWait();
+        EXPECT_NE(GetCursor(), hourglass);
+        outer.ContinueWait();
+        EXPECT_EQ(GetCursor(), hourglass);
+        {
+            clsWait inner(desktop_);
+            inner.StartWait();
+            EXPECT_EQ(GetCursor(), hourglass);
+        }
+        EXPECT_NE(GetCursor(), hourglass);
+    }
+    EXPECT_NE(GetCursor(), hourglass);
+    try {
+        clsWait wait(desktop_);
+        wait.StartWait();
+        throw RuntimeError(RuntimeError::Overflow);
+    } catch (const RuntimeError&) {
+        EXPECT_NE(GetCursor(), hourglass);
+    }
+}
+
+} // namespace
+} // namespace kalvrooms::Gui

@@ -1,0 +1,491 @@
+// The system's services and its own dialogs.
+
+#include "desktop_support.h"
+
+#include "win32/DialogTemplate.h"
+#include "win32/Win32AnsiCodec.h"
+#include "win32/Win32Locale.h"
+#include "win32/Win32Registry.h"
+
+#include <gmock/gmock.h>
+
+#include <cderr.h>
+
+#include <cstdio>
+
+namespace kalvrooms {
+namespace {
+
+constexpr std::uint32_t readAccess = 0x20019;
+constexpr std::uint32_t writeAccess = 0x4001F;
+constexpr wchar_t testKey[] = L"Software\\QuartinoTests";
+
+class RegistryOfTheUser : public testing::Test {
+  protected:
+    void TearDown() override {
+        RegDeleteTreeW(HKEY_CURRENT_USER, testKey);
+        RegDeleteTreeW(HKEY_CURRENT_USER, L"QTOTests");
+    }
+
+    // Independent of what is tested.
+    static bool Exists(const wchar_t* path) {
+        HKEY key = nullptr;
+        if (RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, &key) != ERROR_SUCCESS)
+            return false;
+        RegCloseKey(key);
+        return true;
+    }
+
+    Win32Registry registry_;
+};
+
+TEST_F(RegistryOfTheUser, NumbersComeBackFromTheirKey) {
+    {
+        const auto key =
+            registry_.CreateKey(testKey + std::wstring(L"\\QTO"), L"0", 0, writeAccess);
+        ASSERT_NE(key, nullptr);
+        EXPECT_TRUE(key->SetDword(L"Left", -480));
+        EXPECT_TRUE(key->SetDword(L"ColorNew", 0xFFFFFF));
+    }
+    const auto key = registry_.OpenKey(testKey + std::wstring(L"\\QTO"), readAccess);
+    ASSERT_NE(key, nullptr);
+    std::int32_t value = 7;
+    EXPECT_TRUE(key->QueryDword(L"Left", value));
+    EXPECT_EQ(value, -480);
+    EXPECT_TRUE(key->QueryDword(L"ColorNew", value));
+    EXPECT_EQ(value, 0xFFFFFF);
+    EXPECT_FALSE(key->QueryDword(L"Height", value));
+    EXPECT_EQ(value, 0xFFFFFF);
+    wchar_t keyClass[8] = L"";
+    DWORD length = 8;
+    HKEY raw = nullptr;
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\QuartinoTests\\QTO", 0, KEY_READ, &raw),
+              ERROR_SUCCESS);
+    RegQueryInfoKeyW(raw, keyClass, &length, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                     nullptr, nullptr, nullptr);
+    RegCloseKey(raw);
+    EXPECT_STREQ(keyClass, L"0");
+}
+
+TEST_F(RegistryOfTheUser, OnlyFourByteNumbersAreNumbers) {
+    HKEY raw = nullptr;
+    ASSERT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, testKey, &raw), ERROR_SUCCESS);
+    const std::uint64_t eight = 5;
+    const std::uint16_t two = 5;
+    RegSetValueExW(raw, L"Text", 0, REG_SZ, reinterpret_cast<const BYTE*>(L"1"), 4);
+    RegSetValueExW(raw, L"Eight", 0, REG_QWORD, reinterpret_cast<const BYTE*>(&eight), 8);
+    RegSetValueExW(raw, L"Two", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&two), 2);
+    RegSetValueExW(raw, L"Bytes", 0, REG_BINARY, reinterpret_cast<const BYTE*>(&eight), 4);
+    RegCloseKey(raw);
+    const auto key = registry_.OpenKey(testKey, readAccess);
+    ASSERT_NE(key, nullptr);
+    for (const wchar_t* name : {L"Text", L"Eight", L"Two", L"Bytes", L"Missing"}) {
+        std::int32_t value = 42;
+        EXPECT_FALSE(key->QueryDword(name, value)) << name;
+        EXPECT_EQ(value, 42);
+    }
+}
+
+TEST_F(RegistryOfTheUser, AMissingKeyCannotBeOpened) {
+    EXPECT_EQ(registry_.OpenKey(L"Software\\QuartinoTests\\Nobody", readAccess), nullptr);
+}
+
+TEST_F(RegistryOfTheUser, APathWithoutAParentMeansTheHiveItself) {
+    {
+        const auto key = registry_.CreateKey(L"\\QTOTests", L"0", 0, writeAccess);
+        ASSERT_NE(key, nullptr);
+        EXPECT_TRUE(key->SetDword(L"Report", 1));
+    }
+    EXPECT_TRUE(Exists(L"QTOTests"));
+    const auto key = registry_.OpenKey(L"\\QTOTests", readAccess);
+    ASSERT_NE(key, nullptr);
+    std::int32_t value = 0;
+    EXPECT_TRUE(key->QueryDword(L"Report", value));
+    EXPECT_EQ(value, 1);
+}
+
+TEST(Ansi, WhatTheCodePageLacksBecomesAQuestionMark) {
+    const Win32AnsiCodec codec;
+    const UINT page = GetACP();
+    std::printf("code page %u\n", page);
+    EXPECT_EQ(codec.Encode(L""), "");
+    EXPECT_EQ(codec.Decode(""), L"");
+    EXPECT_EQ(codec.Decode(codec.Encode(L"Räume größer als Null")), L"Räume größer als Null");
+    const std::wstring embedded(L"a\0b", 3);
+    EXPECT_EQ(codec.Decode(codec.Encode(embedded)), embedded);
+    if (page == 1252) {
+        EXPECT_EQ(codec.Encode(L"ä€"), "\xE4\x80");
+        EXPECT_EQ(codec.Encode(L"a\u0416b\u4E2D"), "a?b?");
+        // No look-alikes: they would come back as another text.
+        EXPECT_EQ(codec.Encode(L"\u2211\u0391"), "??");
+        EXPECT_EQ(codec.Decode("\xFC\x80"), L"ü€");
+    }
+}
+
+TEST(Libraries, TextsAreReadFromALibraryBesideTheProgram) {
+    Win32ResourceLibraries libraries;
+    const Win32Environment environment;
+    const auto library = libraries.Load(environment.ExecutableFolder() + L"\\zorvinta_tst.dll");
+    ASSERT_NE(library, nullptr);
+    EXPECT_EQ(library->String(101), L" Kwartino");
+    EXPECT_EQ(library->String(102), L" Grün");
+    EXPECT_EQ(library->String(103), L"");
+    EXPECT_EQ(library->String(199), L"99");
+    EXPECT_EQ(library->String(200), L"");
+    const std::wstring longest = library->String(104);
+    EXPECT_EQ(longest.size(), 255U);
+    EXPECT_EQ(longest.substr(250), L"01234");
+}
+
+TEST(Libraries, WhatIsNoLibraryCannotBeLoaded) {
+    Win32ResourceLibraries libraries;
+    EXPECT_EQ(libraries.Load(L"C:\\nowhere\\zorvinta_xyz.dll"), nullptr);
+    wchar_t folder[MAX_PATH] = L"";
+    GetTempPathW(MAX_PATH, folder);
+    const std::wstring path = folder + std::wstring(L"zorvinta_bad.dll");
+    std::FILE* file = _wfopen(path.c_str(), L"wb");
+    ASSERT_NE(file, nullptr);
+    std::fputs("this is not a library", file);
+    std::fclose(file);
+    EXPECT_EQ(libraries.Load(path), nullptr);
+    DeleteFileW(path.c_str());
+}
+
+TEST(ProgramFolder, HasASeparatorAtTheEndOnlyForADriveRoot) {
+    EXPECT_EQ(FolderOfFile(L"C:\\Programme\\Quartino\\Quartino.exe"), L"C:\\Programme\\Quartino");
+    EXPECT_EQ(FolderOfFile(L"D:\\Quartino.exe"), L"D:\\");
+    EXPECT_EQ(FolderOfFile(L"\\\\server\\share\\Quartino.exe"), L"\\\\server\\share");
+    const std::wstring folder = Win32Environment().ExecutableFolder();
+    EXPECT_NE(GetFileAttributesW((folder + L"\\zorvinta_tst.dll").c_str()),
+              INVALID_FILE_ATTRIBUTES);
+}
+
+TEST(UserLocaleOfWindows, MarksAreThoseOfTheSystem) {
+    const NumberLocale locale = Win32UserLocale();
+    wchar_t mark[8] = L"";
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, mark, 8);
+    EXPECT_EQ(locale.DecimalMark, std::wstring(mark).substr(0, 1));
+    wchar_t name[LOCALE_NAME_MAX_LENGTH] = L"";
+    GetUserDefaultLocaleName(name, LOCALE_NAME_MAX_LENGTH);
+    std::printf("locale %ls\n", name);
+    const bool german = std::wstring(name) == L"de-DE";
+    EXPECT_EQ(locale.DecimalMark, german ? L"," : L".");
+    EXPECT_EQ(locale.GroupingMark, german ? L"." : L",");
+    EXPECT_EQ(locale.CurrencySymbol, german ? L"€" : L"$");
+}
+
+TEST(UserLocaleOfWindows, AChangeCountsAtOnce) {
+    wchar_t before[8] = L"";
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, before, 8);
+    ASSERT_TRUE(SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, L";"));
+    EXPECT_EQ(Win32UserLocale().DecimalMark, L";");
+    SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, before);
+    EXPECT_EQ(Win32UserLocale().DecimalMark, std::wstring(before).substr(0, 1));
+}
+
+} // namespace
+
+namespace Gui {
+namespace {
+
+TEST(Templates, AnotherFontLeavesTheControlsAlone) {
+    const HRSRC found = FindResourceW(nullptr, MAKEINTRESOURCEW(IDD_REPORT), RT_DIALOG);
+    ASSERT_NE(found, nullptr);
+    const auto* data = static_cast<const std::byte*>(LockResource(LoadResource(nullptr, found)));
+    const std::size_t size = SizeofResource(nullptr, found);
+    for (const wchar_t* face : {L"A", L"Segoe UI", L"A much longer name"}) {
+        const auto changed = WithFont(data, size, face, 20, 700, true);
+        ASSERT_FALSE(changed.empty());
+        EXPECT_EQ(changed.size() % 4, size % 4);
+        const HWND dialog = CreateDialogIndirectParamW(
+            nullptr, reinterpret_cast<const DLGTEMPLATE*>(changed.data()), nullptr,
+            [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_NE(GetDlgItem(dialog, ID_REPORT_LBLOPTION), nullptr);
+        EXPECT_NE(GetDlgItem(dialog, ID_REPORT_CMDOK), nullptr);
+        LOGFONTW font{};
+        GetObjectW(reinterpret_cast<HGDIOBJ>(SendMessageW(dialog, WM_GETFONT, 0, 0)), sizeof font,
+                   &font);
+        EXPECT_EQ(font.lfWeight, 700);
+        DestroyWindow(dialog);
+    }
+    EXPECT_TRUE(WithFont(data, 10, L"A", 9, 400, false).empty());
+    const std::byte nothing[64]{};
+    EXPECT_TRUE(WithFont(nothing, sizeof nothing, L"A", 9, 400, false).empty());
+}
+
+// The dialogs of the system, with somebody in between who notes what they are asked for.
+class SystemDialogsAsked : public testing::Test {
+  protected:
+    void SetUp() override {
+        desktop_.System().OpenFileCall = [this](OPENFILENAMEW& data) { return Answer(data); };
+        desktop_.System().SaveFileCall = desktop_.System().OpenFileCall;
+        desktop_.System().ErrorCall = [this] { return error_; };
+    }
+
+    struct Asked {
+        std::wstring file, folder, filter, extension;
+        DWORD filterIndex, flags, room;
+    };
+
+    bool Answer(OPENFILENAMEW& data) {
+        // The filter ends with two NULs.
+        const wchar_t* end = data.lpstrFilter;
+        while (end && (end[0] || end[1]))
+            ++end;
+        asked_.push_back({data.lpstrFile, data.lpstrInitialDir ? data.lpstrInitialDir : L"",
+                          std::wstring(data.lpstrFilter, end ? end - data.lpstrFilter : 0),
+                          data.lpstrDefExt ? data.lpstrDefExt : L"", data.nFilterIndex, data.Flags,
+                          data.nMaxFile});
+        if (refusals_ > 0) {
+            --refusals_;
+            return false;
+        }
+        if (chosen_.empty())
+            return false;
+        chosen_.copy(data.lpstrFile, chosen_.size());
+        data.lpstrFile[chosen_.size()] = L'\0';
+        data.nFileOffset = static_cast<WORD>(chosen_.find_last_of(L'\\') + 1);
+        data.nFilterIndex = 2;
+        return true;
+    }
+
+    FileDialog Proposed(const std::wstring& name) {
+        FileDialog dialog;
+        dialog.FileName = name;
+        dialog.Filter = L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls";
+        dialog.FilterIndex = 1;
+        dialog.DefaultExtension = L"xls";
+        dialog.Flags = 0x3004;
+        return dialog;
+    }
+
+    Win32Desktop desktop_;
+    std::vector<Asked> asked_;
+    std::wstring chosen_;
+    int refusals_ = 0;
+    DWORD error_ = 0;
+};
+
+TEST_F(SystemDialogsAsked, AFileDialogGetsWhatItIsAskedWith) {
+    chosen_ = L"C:\\Projekte\\Raumliste.xls";
+    FileDialog dialog = Proposed(L"C:\\Projekte\\alt.txt");
+    desktop_.ShowOpen(dialog);
+    ASSERT_EQ(asked_.size(), 1U);
+    EXPECT_EQ(asked_[0].file, L"C:\\Projekte\\alt.txt");
+    static constexpr wchar_t filter[] =
+        L"Text Files(*.txt)\0*.txt\0Microsoft Excel-Dateien (*.xls)\0*.xls";
+    EXPECT_EQ(asked_[0].filter, std::wstring(filter, std::size(filter) - 1));
+    EXPECT_EQ(asked_[0].filterIndex, 1U);
+    EXPECT_EQ(asked_[0].extension, L"xls");
+    EXPECT_EQ(asked_[0].flags, 0x3004U | OFN_EXPLORER | OFN_NOCHANGEDIR);
+    EXPECT_EQ(asked_[0].room, 32768U);
+    EXPECT_EQ(dialog.FileName, chosen_);
+    EXPECT_EQ(dialog.FileTitle, L"Raumliste.xls");
+    EXPECT_EQ(dialog.FilterIndex, 2);
+}
+
+TEST_F(SystemDialogsAsked, APatternOpensItsFolder) {
+    chosen_ = L"C:\\proj\\a.xls";
+    const std::pair<const wchar_t*, std::pair<const wchar_t*, const wchar_t*>> cases[] = {
+        {L"C:\\proj\\*.xls", {L"C:\\proj", L"*.xls"}},
+        {L"C:\\*.txt", {L"C:\\", L"*.txt"}},
+        {L"*.xls", {L"", L"*.xls"}},
+        {L"\\*.xls", {L"", L"*.xls"}},
+        {L"", {L"", L""}}};
+    for (const auto& [name, expected] : cases) {
+        FileDialog dialog = Proposed(name);
+        desktop_.ShowSave(dialog);
+        EXPECT_EQ(asked_.back().folder, expected.first);
+        EXPECT_EQ(asked_.back().file, expected.second);
+    }
+}
+
+TEST_F(SystemDialogsAsked, AProposalThatCannotBeShownOpensItsFolder) {
+    chosen_ = L"C:\\proj\\a.xls";
+    refusals_ = 1;
+    error_ = FNERR_INVALIDFILENAME;
+    FileDialog dialog = Proposed(L"C:\\proj\\a<b>.xls");
+    desktop_.ShowOpen(dialog);
+    ASSERT_EQ(asked_.size(), 2U);
+    EXPECT_EQ(asked_[1].file, L"");
+    EXPECT_EQ(asked_[1].folder, L"C:\\proj\\");
+    EXPECT_EQ(dialog.FileName, chosen_);
+}
+
+TEST_F(SystemDialogsAsked, GivingUpIsAnErrorAndChangesNothing) {
+    FileDialog dialog = Proposed(L"C:\\proj\\*.xls");
+    try {
+        desktop_.ShowOpen(dialog);
+        FAIL() << "no error";
+    } catch (const RuntimeError& error) {
+        EXPECT_EQ(error.number(), RuntimeError::DialogCancelled);
+    }
+    EXPECT_EQ(asked_.size(), 1U);
+    EXPECT_EQ(dialog.FileName, L"C:\\proj\\*.xls");
+    EXPECT_EQ(dialog.FilterIndex, 1);
+}
+
+TEST_F(SystemDialogsAsked, AColourIsAskedWithoutAPreset) {
+    DWORD flags = 99;
+    COLORREF preset = 99;
+    bool confirm = true;
+    desktop_.System().ColourCall = [&](CHOOSECOLORW& data) {
+        flags = data.Flags;
+        preset = data.rgbResult;
+        data.rgbResult = 0x123456;
+        return confirm;
+    };
+    Colour colour = 255;
+    desktop_.ShowColour(colour);
+    EXPECT_EQ(flags & CC_RGBINIT, 0U);
+    EXPECT_EQ(preset, 0U);
+    EXPECT_EQ(colour, 0x123456);
+    confirm = false;
+    colour = 255;
+    desktop_.ShowColour(colour);
+    EXPECT_EQ(colour, 255);
+}
+
+TEST_F(SystemDialogsAsked, HelpOpensAnExistingFileAtItsContext) {
+    struct Call {
+        HWND owner;
+        std::string file;
+        UINT command;
+        DWORD_PTR context;
+    };
+    std::vector<Call> calls;
+    desktop_.System().HelpCall = [&](HWND owner, const char* file, UINT command,
+                                     DWORD_PTR context) {
+        calls.push_back({owner, file, command, context});
+    };
+    const auto form = desktop_.CreateForm(L"frmRoom");
+    desktop_.OpenHelp(*form, L"C:\\nowhere\\help.chm", 7);
+    desktop_.OpenHelp(*form, L"", 7);
+    desktop_.OpenHelp(*form, L"C:\\", 7);
+    EXPECT_TRUE(calls.empty());
+    const std::wstring file = Win32Environment().ExecutableFolder() + L"\\zorvinta_tst.dll";
+    desktop_.OpenHelp(*form, file, 7);
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_EQ(calls[0].owner, WindowOf(*form));
+    EXPECT_EQ(calls[0].file, std::string(file.begin(), file.end()));
+    EXPECT_EQ(calls[0].command, 15U);
+    EXPECT_EQ(calls[0].context, 7U);
+}
+
+TEST_F(SystemDialogsAsked, AMessageHasItsButtonsAndItsSign) {
+    UINT style = 0;
+    int answer = IDOK;
+    std::wstring prompt;
+    std::wstring title;
+    desktop_.System().MessageBoxCall = [&](HWND, const wchar_t* text, const wchar_t* caption,
+                                           UINT given) {
+        prompt = text;
+        title = caption;
+        style = given & ~static_cast<UINT>(MB_SETFOREGROUND);
+        return answer;
+    };
+    EXPECT_EQ(desktop_.ShowMessage({L" a\rb & c", L" Quartino"}), Answer::Ok);
+    EXPECT_EQ(style, static_cast<UINT>(MB_OK));
+    EXPECT_EQ(prompt, L" a\rb & c");
+    EXPECT_EQ(title, L" Quartino");
+    desktop_.ShowMessage({L"", L"", Message::Buttons::Ok, Message::Icon::Exclamation});
+    EXPECT_EQ(style, static_cast<UINT>(MB_OK | MB_ICONEXCLAMATION));
+    desktop_.ShowMessage({L"", L"", Message::Buttons::Ok, Message::Icon::Stop});
+    EXPECT_EQ(style, static_cast<UINT>(MB_OK | MB_ICONSTOP));
+    answer = IDYES;
+    EXPECT_EQ(desktop_.ShowMessage({L"", L"", Message::Buttons::YesNo}), Answer::Yes);
+    EXPECT_EQ(style, static_cast<UINT>(MB_YESNO));
+    answer = IDNO;
+    EXPECT_EQ(desktop_.ShowMessage({L"", L"", Message::Buttons::YesNo}), Answer::No);
+}
+
+// The real dialogs, answered by keys.
+class RealDialogs : public testing::Test {
+  protected:
+    void SetUp() override {
+        wchar_t folder[MAX_PATH] = L"";
+        GetTempPathW(MAX_PATH, folder);
+        folder_ = folder + std::wstring(L"QuartinoTests");
+        CreateDirectoryW(folder_.c_str(), nullptr);
+        std::FILE* file = _wfopen((folder_ + L"\\liste.txt").c_str(), L"wb");
+        ASSERT_NE(file, nullptr);
+        std::fclose(file);
+        main_ = desktop_.CreateForm(L"frmMain");
+        main_->Show();
+        ASSERT_TRUE(PumpUntil(desktop_, [&] { return Focused() != nullptr; }));
+    }
+
+    Win32Desktop desktop_;
+    std::unique_ptr<Form> main_;
+    std::wstring folder_;
+};
+
+TEST_F(RealDialogs, AMessageShowsItsTextsOverTheActiveWindow) {
+    std::wstring title;
+    std::wstring text;
+    HWND owner = nullptr;
+    Journey journey;
+    journey.When(
+        "message", [] { return SystemDialog() && GetForegroundWindow() == SystemDialog(); },
+        [&] {
+            wchar_t buffer[200] = L"";
+            GetWindowTextW(SystemDialog(), buffer, 200);
+            title = buffer;
+            GetDlgItemTextW(SystemDialog(), 0xFFFF, buffer, 200);
+            text = buffer;
+            owner = GetWindow(SystemDialog(), GW_OWNER);
+            EXPECT_FALSE(main_->Enabled());
+            TypeKey(VK_RETURN);
+        });
+    EXPECT_EQ(desktop_.ShowMessage({L" Räume & mehr", L" Quartino"}), Answer::Ok);
+    EXPECT_EQ(title, L" Quartino");
+    EXPECT_EQ(text, L" Räume & mehr");
+    EXPECT_EQ(owner, WindowOf(*main_));
+    EXPECT_TRUE(main_->Enabled());
+}
+
+TEST_F(RealDialogs, APatternWithItsFolderCanBeProposed) {
+    FileDialog dialog;
+    dialog.FileName = folder_ + L"\\*.txt";
+    dialog.Filter = L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls";
+    dialog.FilterIndex = 1;
+    dialog.DefaultExtension = L"xls";
+    dialog.Flags = 0x3004;
+    Journey journey;
+    journey.When(
+        "dialog", [] { return SystemDialog() && GetForegroundWindow() == SystemDialog(); },
+        [] {
+            for (const char key : std::string("LISTE"))
+                TypeKey(static_cast<WORD>(key));
+            TypeKey(VK_OEM_PERIOD);
+            for (const char key : std::string("TXT"))
+                TypeKey(static_cast<WORD>(key));
+            TypeKey(VK_RETURN);
+        });
+    desktop_.ShowOpen(dialog);
+    EXPECT_EQ(dialog.FileName, folder_ + L"\\liste.txt");
+    EXPECT_EQ(dialog.FileTitle, L"liste.txt");
+    EXPECT_EQ(dialog.FilterIndex, 1);
+}
+
+TEST_F(RealDialogs, EscapeGivesUp) {
+    for (const std::wstring& name :
+         {folder_ + L"\\*.xls", folder_ + L"\\neu.xls", std::wstring(L"Z:\\no<where\\*.xls")}) {
+        FileDialog dialog;
+        dialog.FileName = name;
+        dialog.Filter = L"a|*.txt";
+        Journey journey;
+        journey.When(
+            "dialog", [] { return SystemDialog() && GetForegroundWindow() == SystemDialog(); },
+            [] { TypeKey(VK_ESCAPE); });
+        EXPECT_THROW(desktop_.ShowSave(dialog), RuntimeError);
+        EXPECT_TRUE(journey.Done());
+        EXPECT_EQ(dialog.FileName, name);
+        EXPECT_TRUE(PumpUntil(desktop_, [] { return !SystemDialog(); }));
+    }
+}
+
+} // namespace
+} // namespace Gui
+} // namespace kalvrooms
