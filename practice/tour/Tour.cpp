@@ -224,13 +224,11 @@ class Tour {
     }
 
     void finish() {
-        summary_["host.calls"] = control_.Get(L"CallCount").toLong();
-        const ComVariant drawing(out_ + L"\\drawing.json");
-        const ComVariant svg(out_ + L"\\drawing.svg");
-        control_.Call(L"SaveDrawing", {&drawing});
-        control_.Call(L"ExportSvg", {&svg});
+        summary_["host.calls"] = LongOf(control_.Get(L"CallCount"));
+        control_.Call(L"SaveDrawing", {out_ + L"\\drawing.json"});
+        control_.Call(L"ExportSvg", {out_ + L"\\drawing.svg"});
         summary_["rooms.drawing"] =
-            countOf(control_.Get(L"DrawingText").toText(), L"\"componentId\"");
+            countOf(TextOf(control_.Get(L"DrawingText")), L"\"componentId\"");
         if (main_) {
             PostMessageW(main_, WM_CLOSE, 0, 0);
             const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, quartino_);

@@ -1,40 +1,34 @@
 #include "win32/ComHostServer.h"
 
-#include "model/RuntimeError.h"
-
 namespace kalvrooms {
 namespace {
 
 namespace Member = HostMembers;
 
 // Two-dimensional array (0..1, 0..n-1) of 64-bit floats: x and y of the points.
-ComVariant toArray(const Outline& points) {
-    SAFEARRAYBOUND bounds[] = {{2, 0}, {static_cast<ULONG>(points.size()), 0}};
-    ComVariant array(SafeArrayCreate(VT_R8, 2, bounds), VT_R8);
-    for (LONG i = 0; i < static_cast<LONG>(points.size()); ++i) {
-        Point point = points[static_cast<std::size_t>(i)];
-        LONG x[] = {0, i};
-        LONG y[] = {1, i};
-        if (FAILED(SafeArrayPutElement(array.raw().parray, x, &point.x)) ||
-            FAILED(SafeArrayPutElement(array.raw().parray, y, &point.y)))
-            throw RuntimeError(RuntimeError::OutOfMemory);
+Variant toArray(const Outline& points) {
+    Variant array = NewArray(VT_R8, {{2, 0}, {static_cast<ULONG>(points.size()), 0}});
+    ArrayView view(array, 2);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        view.Number(0, i) = points[i].x;
+        view.Number(1, i) = points[i].y;
     }
     return array;
 }
 
-Outline toOutline(const ComVariant& value) {
+Outline toOutline(const Variant& value) {
     Outline points;
-    if (value.isEmpty())
+    if (value.empty())
         return points;
-    const ComArray array(value, 2);
-    const long x = array.lower(1);
-    if (array.upper(1) != x + 1)
+    ArrayView view(value, 2);
+    if (view.rows() != 2)
         throw RuntimeError(RuntimeError::TypeMismatch);
-    for (long i = array.lower(2); i <= array.upper(2); ++i)
-        points.push_back({array.at(x, i).toDouble(), array.at(x + 1, i).toDouble()});
+    for (std::size_t i = 0; i < view.columns(); ++i)
+        points.push_back({NumberOf(view.Copy(0, i)), NumberOf(view.Copy(1, i))});
     return points;
 }
 
+// False when the host refuses the step; a host that is gone is no matter of one step.
 template <typename Step>
 bool attempted(Step step) {
     try {
@@ -47,54 +41,57 @@ bool attempted(Step step) {
     }
 }
 
-class ComAttribute : public HostAttribute {
+// An object of the host behind one of the abstract interfaces.
+template <typename Interface>
+class Adapter : public Interface {
   public:
-    explicit ComAttribute(ComObject object) : object_(std::move(object)) {}
-    std::wstring Name() override { return object_.Get(Member::Name).toText(); }
-    double NumberValue() override { return object_.Get(Member::NumberValue).toDouble(); }
-    std::wstring TextValue() override { return object_.Get(Member::TextValue).toText(); }
-    void TextValue(const std::wstring& value) override {
-        object_.Put(Member::TextValue, ComVariant(value));
+    Adapter(ComObject object, const HostBulkMembers& bulk)
+        : object_(std::move(object)), bulk_(bulk) {}
+    // As an argument of a call.
+    static IDispatch* Of(Interface& adapted) {
+        return dynamic_cast<Adapter&>(adapted).object_.dispatch();
     }
 
-  private:
+  protected:
     ComObject object_;
+    HostBulkMembers bulk_;
 };
 
-class ComAttributeList : public HostAttributeList {
+class ComAttribute : public Adapter<HostAttribute> {
   public:
-    ComAttributeList(ComObject object, const HostBulkMembers& bulk)
-        : object_(std::move(object)), bulk_(bulk) {}
-    std::int32_t Count() override { return object_.Get(Member::Count).toLong(); }
+    using Adapter::Adapter;
+    std::wstring Name() override { return TextOf(object_.Get(Member::Name)); }
+    double NumberValue() override { return NumberOf(object_.Get(Member::NumberValue)); }
+    std::wstring TextValue() override { return TextOf(object_.Get(Member::TextValue)); }
+    void TextValue(const std::wstring& value) override { object_.Put(Member::TextValue, value); }
+};
+
+class ComAttributeList : public Adapter<HostAttributeList> {
+  public:
+    using Adapter::Adapter;
+    std::int32_t Count() override { return LongOf(object_.Get(Member::Count)); }
     std::unique_ptr<HostAttribute> Item(std::int32_t index) override {
-        const ComVariant position(index);
         return std::make_unique<ComAttribute>(
-            object_.CallObject(L"attribute", Member::Item, {&position}));
+            object_.CallObject(L"attribute", Member::Item, {index}), bulk_);
     }
     std::vector<HostAttributeValue> Values() override {
-        if (bulk_.AttributeTable) {
-            try {
-                return valuesAtOnce();
-            } catch (const RuntimeError& error) {
-                // A value that the table cannot carry must not cost all the others.
-                if (error.number() == RuntimeError::ServerUnavailable)
-                    throw;
-            }
-        }
-        return valuesOneByOne();
+        std::vector<HostAttributeValue> values;
+        // A value that the table cannot carry must not cost all the others.
+        if (!bulk_.AttributeTable || !attempted([&] { values = valuesAtOnce(); }))
+            values = valuesOneByOne();
+        return values;
     }
 
   private:
     std::vector<HostAttributeValue> valuesAtOnce() {
         std::vector<HostAttributeValue> values;
-        const ComVariant table = object_.Get(bulk_.AttributeTable);
-        if (table.isEmpty())
+        const Variant table = object_.Get(bulk_.AttributeTable);
+        if (table.empty())
             return values;
-        const ComArray array(table, 2);
-        const long first = array.lower(2);
-        for (long i = array.lower(1); i <= array.upper(1); ++i)
-            values.push_back({array.at(i, first).toText(), array.at(i, first + 1).toDouble(),
-                              array.at(i, first + 2).toText()});
+        ArrayView rows(table, 2);
+        for (std::size_t i = 0; i < rows.rows(); ++i)
+            values.push_back(
+                {TextOf(rows.Copy(i, 0)), NumberOf(rows.Copy(i, 1)), TextOf(rows.Copy(i, 2))});
         return values;
     }
     std::vector<HostAttributeValue> valuesOneByOne() {
@@ -113,98 +110,69 @@ class ComAttributeList : public HostAttributeList {
         }
         return values;
     }
-
-    ComObject object_;
-    HostBulkMembers bulk_;
 };
 
-class ComRoomElement : public HostRoomElement {
+class ComRoomElement : public Adapter<HostRoomElement> {
   public:
-    ComRoomElement(ComObject object, const HostBulkMembers& bulk)
-        : object_(std::move(object)), bulk_(bulk) {}
-    const ComObject& object() const { return object_; }
-
+    using Adapter::Adapter;
     HostRoomRecord Record() override {
         HostRoomRecord record;
         if (bulk_.RoomRecord && attempted([&] { record = recordAtOnce(); }))
             return record;
-        attempted([&] { record.Identity.ComponentID = object_.Get(Member::ComponentID).toLong(); });
-        attempted([&] { record.Identity.FileNumber = object_.Get(Member::FileNumber).toLong(); });
-        attempted([&] { record.Identity.FileID = object_.Get(Member::FileID).toText(); });
-        attempted([&] { record.RoomName = object_.Get(Member::RoomName).toText(); });
-        attempted([&] { record.RoomFunction = object_.Get(Member::RoomFunction).toText(); });
-        attempted([&] { record.StoreyCode = object_.Get(Member::StoreyCode).toText(); });
+        attempted([&] { record.Identity.ComponentID = LongOf(object_.Get(Member::ComponentID)); });
+        attempted([&] { record.Identity.FileNumber = LongOf(object_.Get(Member::FileNumber)); });
+        attempted([&] { record.Identity.FileID = TextOf(object_.Get(Member::FileID)); });
+        attempted([&] { record.RoomName = TextOf(object_.Get(Member::RoomName)); });
+        attempted([&] { record.RoomFunction = TextOf(object_.Get(Member::RoomFunction)); });
+        attempted([&] { record.StoreyCode = TextOf(object_.Get(Member::StoreyCode)); });
         return record;
     }
     HostIdentity Identity() {
-        return {object_.Get(Member::ComponentID).toLong(), object_.Get(Member::FileNumber).toLong(),
-                object_.Get(Member::FileID).toText()};
+        return {LongOf(object_.Get(Member::ComponentID)), LongOf(object_.Get(Member::FileNumber)),
+                TextOf(object_.Get(Member::FileID))};
     }
-    HostRoomRecord recordAtOnce() {
-        const ComVariant answer = object_.Get(bulk_.RoomRecord);
-        const ComArray fields(answer, 1);
-        const long first = fields.lower(1);
-        HostRoomRecord record;
-        record.Identity = {fields.at(first).toLong(), fields.at(first + 1).toLong(),
-                           fields.at(first + 2).toText()};
-        record.RoomName = fields.at(first + 3).toText();
-        record.RoomFunction = fields.at(first + 4).toText();
-        record.StoreyCode = fields.at(first + 5).toText();
-        return record;
-    }
-    void RoomName(const std::wstring& text) override {
-        object_.Put(Member::RoomName, ComVariant(text));
-    }
+    void RoomName(const std::wstring& text) override { object_.Put(Member::RoomName, text); }
     void RoomFunction(const std::wstring& text) override {
-        object_.Put(Member::RoomFunction, ComVariant(text));
+        object_.Put(Member::RoomFunction, text);
     }
-    void StoreyCode(const std::wstring& text) override {
-        object_.Put(Member::StoreyCode, ComVariant(text));
-    }
+    void StoreyCode(const std::wstring& text) override { object_.Put(Member::StoreyCode, text); }
     kalvrooms::Outline Outline() override { return toOutline(object_.Get(Member::Outline)); }
     void Outline(const kalvrooms::Outline& points) override {
         object_.Put(Member::Outline, toArray(points));
     }
-    void Colour(std::int32_t rgb) override { object_.Put(Member::Colour, ComVariant(rgb)); }
+    void Colour(std::int32_t rgb) override { object_.Put(Member::Colour, rgb); }
     std::unique_ptr<HostAttributeList> Attributes() override {
         return std::make_unique<ComAttributeList>(
             object_.ObjectOf(L"attribute list", Member::Attributes), bulk_);
     }
 
   private:
-    ComObject object_;
-    HostBulkMembers bulk_;
+    HostRoomRecord recordAtOnce() {
+        const Variant answer = object_.Get(bulk_.RoomRecord);
+        ArrayView fields(answer, 1);
+        const auto text = [&](std::size_t index) { return TextOf(fields.Copy(index)); };
+        const auto number = [&](std::size_t index) { return LongOf(fields.Copy(index)); };
+        HostRoomRecord record;
+        record.Identity = {number(0), number(1), text(2)};
+        record.RoomName = text(3);
+        record.RoomFunction = text(4);
+        record.StoreyCode = text(5);
+        return record;
+    }
 };
 
-class ComElementList : public HostElementList {
+class ComElementList : public Adapter<HostElementList> {
   public:
-    ComElementList(ComObject object, const HostBulkMembers& bulk)
-        : object_(std::move(object)), bulk_(bulk) {}
-    const ComObject& object() const { return object_; }
-
-    std::int32_t Count() override { return object_.Get(Member::Count).toLong(); }
+    using Adapter::Adapter;
+    std::int32_t Count() override { return LongOf(object_.Get(Member::Count)); }
     std::unique_ptr<HostRoomElement> Item(std::int32_t index) override { return item(index); }
     void Add(HostRoomElement& element) override {
-        const ComVariant argument(dynamic_cast<ComRoomElement&>(element).object().dispatch());
-        object_.Call(Member::Add, {&argument});
+        object_.Call(Member::Add, {ComRoomElement::Of(element)});
     }
     std::vector<HostIdentity> Identities() override {
+        if (bulk_.IdentityTable)
+            return identitiesAtOnce();
         std::vector<HostIdentity> identities;
-        if (bulk_.IdentityTable) {
-            const ComVariant table = object_.Get(bulk_.IdentityTable);
-            if (table.isEmpty()) {
-                // Taken for "no elements", a failed answer would have every known room made again.
-                if (Count() != 0)
-                    throw RuntimeError(RuntimeError::AutomationError);
-                return identities;
-            }
-            const ComArray array(table, 2);
-            const long first = array.lower(2);
-            for (long i = array.lower(1); i <= array.upper(1); ++i)
-                identities.push_back({array.at(i, first).toLong(), array.at(i, first + 1).toLong(),
-                                      array.at(i, first + 2).toText()});
-            return identities;
-        }
         const std::int32_t count = Count();
         for (std::int32_t index = 1; index <= count; ++index)
             identities.push_back(item(index)->Identity());
@@ -212,35 +180,41 @@ class ComElementList : public HostElementList {
     }
 
   private:
-    std::unique_ptr<ComRoomElement> item(std::int32_t index) {
-        const ComVariant position(index);
-        return std::make_unique<ComRoomElement>(
-            object_.CallObject(L"room element", Member::Item, {&position}), bulk_);
+    std::vector<HostIdentity> identitiesAtOnce() {
+        std::vector<HostIdentity> identities;
+        const Variant table = object_.Get(bulk_.IdentityTable);
+        if (table.empty()) {
+            // Taken for "no elements", a failed answer would have every known room made again.
+            if (Count() != 0)
+                throw RuntimeError(RuntimeError::AutomationError);
+            return identities;
+        }
+        ArrayView rows(table, 2);
+        for (std::size_t i = 0; i < rows.rows(); ++i)
+            identities.push_back(
+                {LongOf(rows.Copy(i, 0)), LongOf(rows.Copy(i, 1)), TextOf(rows.Copy(i, 2))});
+        return identities;
     }
-
-    ComObject object_;
-    HostBulkMembers bulk_;
+    std::unique_ptr<ComRoomElement> item(std::int32_t index) {
+        return std::make_unique<ComRoomElement>(
+            object_.CallObject(L"room element", Member::Item, {index}), bulk_);
+    }
 };
 
-class ComRoomSelection : public HostRoomSelection {
+class ComRoomSelection : public Adapter<HostRoomSelection> {
   public:
-    explicit ComRoomSelection(ComObject object) : object_(std::move(object)) {}
-    const ComObject& object() const { return object_; }
+    using Adapter::Adapter;
     void SelectRooms() override { object_.Call(Member::SelectRooms); }
-
-  private:
-    ComObject object_;
 };
 
-class ComDrawingService : public HostDrawingService {
+class ComDrawingService : public Adapter<HostDrawingService> {
   public:
-    ComDrawingService(ComObject object, const HostBulkMembers& bulk)
-        : object_(std::move(object)), bulk_(bulk) {}
-
+    using Adapter::Adapter;
     std::unique_ptr<HostElementList> GetElements(HostRoomSelection& selection) override {
-        const ComVariant filter(dynamic_cast<ComRoomSelection&>(selection).object().dispatch());
         return std::make_unique<ComElementList>(
-            object_.CallObject(L"element list", Member::GetElements, {&filter}), bulk_);
+            object_.CallObject(L"element list", Member::GetElements,
+                               {ComRoomSelection::Of(selection)}),
+            bulk_);
     }
     std::unique_ptr<HostElementList> CreateElementList() override {
         return std::make_unique<ComElementList>(
@@ -251,68 +225,45 @@ class ComDrawingService : public HostDrawingService {
             object_.CallObject(L"room element", Member::CreateRoomElement), bulk_);
     }
     void ChangeElements(HostElementList& elements) override {
-        const ComVariant list = argument(elements);
-        object_.Call(Member::ChangeElements, {&list});
+        object_.Call(Member::ChangeElements, {ComElementList::Of(elements)});
     }
     void AddElements(HostElementList& elements) override {
-        const ComVariant list = argument(elements);
-        object_.Call(Member::AddElements, {&list});
+        object_.Call(Member::AddElements, {ComElementList::Of(elements)});
     }
     void PlaceElements(HostElementList& elements, std::int32_t mode) override {
-        const ComVariant list = argument(elements);
-        const ComVariant how(mode);
-        object_.Call(Member::PlaceElements, {&list, &how});
+        object_.Call(Member::PlaceElements, {ComElementList::Of(elements), mode});
     }
     void ApplyChanges() override { object_.Call(Member::ApplyChanges); }
-
-  private:
-    static ComVariant argument(HostElementList& elements) {
-        return ComVariant(dynamic_cast<ComElementList&>(elements).object().dispatch());
-    }
-
-    ComObject object_;
-    HostBulkMembers bulk_;
 };
 
-class ComProject : public HostProject {
+class ComProject : public Adapter<HostProject> {
   public:
-    explicit ComProject(ComObject object) : object_(std::move(object)) {}
-    std::int32_t ProjectNumber() override { return object_.Get(Member::ProjectNumber).toLong(); }
-    std::wstring ProjectName() override { return object_.Get(Member::ProjectName).toText(); }
-    std::wstring ProjectFolder() override { return object_.Get(Member::ProjectFolder).toText(); }
-
-  private:
-    ComObject object_;
+    using Adapter::Adapter;
+    std::int32_t ProjectNumber() override { return LongOf(object_.Get(Member::ProjectNumber)); }
+    std::wstring ProjectName() override { return TextOf(object_.Get(Member::ProjectName)); }
+    std::wstring ProjectFolder() override { return TextOf(object_.Get(Member::ProjectFolder)); }
 };
 
-class ComApplication : public HostApplication {
+class ComApplication : public Adapter<HostApplication> {
   public:
-    ComApplication(ComObject object, const HostBulkMembers& bulk)
-        : object_(std::move(object)), bulk_(bulk) {}
+    using Adapter::Adapter;
     void UpdateProjectInfo() override { object_.Call(Member::UpdateProjectInfo); }
     std::unique_ptr<HostProject> GetProject() override {
-        return std::make_unique<ComProject>(object_.CallObject(L"project", Member::GetProject));
+        return std::make_unique<ComProject>(object_.CallObject(L"project", Member::GetProject),
+                                            bulk_);
     }
     std::unique_ptr<HostDrawingService> GetDrawingService() override {
         return std::make_unique<ComDrawingService>(
             object_.CallObject(L"drawing service", Member::GetDrawingService), bulk_);
     }
-
-  private:
-    ComObject object_;
-    HostBulkMembers bulk_;
 };
 
-class ComAttributeCatalogue : public HostAttributeCatalogue {
+class ComAttributeCatalogue : public Adapter<HostAttributeCatalogue> {
   public:
-    explicit ComAttributeCatalogue(ComObject object) : object_(std::move(object)) {}
+    using Adapter::Adapter;
     std::wstring AttributeName(std::int32_t number) override {
-        const ComVariant argument(number);
-        return object_.Call(Member::AttributeName, {&argument}).toText();
+        return TextOf(object_.Call(Member::AttributeName, {number}));
     }
-
-  private:
-    ComObject object_;
 };
 
 class ComHostServer : public HostServer {
@@ -327,11 +278,12 @@ class ComHostServer : public HostServer {
         return std::make_unique<ComApplication>(std::move(application), bulk_);
     }
     std::unique_ptr<HostRoomSelection> CreateRoomFilter() override {
-        return std::make_unique<ComRoomSelection>(create(L"room filter", Member::RoomFilterClass));
+        return std::make_unique<ComRoomSelection>(create(L"room filter", Member::RoomFilterClass),
+                                                  bulk_);
     }
     std::unique_ptr<HostAttributeCatalogue> CreateAttributeCatalogue() override {
         return std::make_unique<ComAttributeCatalogue>(
-            create(L"attribute catalogue", Member::AttributeCatalogueClass));
+            create(L"attribute catalogue", Member::AttributeCatalogueClass), bulk_);
     }
 
   private:

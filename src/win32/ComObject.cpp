@@ -1,20 +1,11 @@
 #include "win32/ComObject.h"
 
 #include <algorithm>
-#include <array>
+#include <optional>
 #include <vector>
-
-#include "model/NumberText.h"
-#include "model/RuntimeError.h"
 
 namespace kalvrooms {
 namespace {
-
-struct OwnedText {
-    BSTR text = nullptr;
-    ~OwnedText() { SysFreeString(text); }
-    std::wstring str() const { return text ? std::wstring(text, SysStringLen(text)) : L""; }
-};
 
 struct OwnedException : EXCEPINFO {
     OwnedException() : EXCEPINFO{} {}
@@ -25,23 +16,14 @@ struct OwnedException : EXCEPINFO {
     }
     OwnedException(const OwnedException&) = delete;
     OwnedException& operator=(const OwnedException&) = delete;
-};
 
-bool isServerGone(HRESULT result) {
-    switch (static_cast<unsigned long>(result)) {
-    case 0x800706BA: // RPC server unavailable
-    case 0x800706BE: // remote procedure call failed
-    case 0x800706BF: // remote procedure call failed and did not execute
-    case 0x80010007: // server died
-    case 0x80010012: // server died without executing the call
-    case 0x80010108: // object disconnected from its clients
-    case 0x80010100: // system call failed
-    case 0x800401FD: // object not connected to its server
-        return true;
-    default:
-        return false;
+    ComError error() {
+        if (pfnDeferredFillIn)
+            pfnDeferredFillIn(this);
+        const auto code = scode ? scode : static_cast<HRESULT>(0x800A0000UL | wCode);
+        return ComError(code, TextOf(bstrDescription));
     }
-}
+};
 
 // What the spreadsheet application answers while its user is in the middle of something.
 constexpr auto cellIsBeingEdited = static_cast<HRESULT>(0x800AC472UL);
@@ -49,32 +31,6 @@ constexpr auto cellIsBeingEdited = static_cast<HRESULT>(0x800AC472UL);
 bool isRejected(HRESULT result) {
     return result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER ||
            result == RPC_E_SERVERCALL_REJECTED || result == cellIsBeingEdited;
-}
-
-std::wstring systemText(HRESULT result) {
-    wchar_t* text = nullptr;
-    const DWORD length = FormatMessageW(
-        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-        nullptr, static_cast<DWORD>(result), 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
-    std::wstring description(text ? text : L"", text ? length : 0);
-    LocalFree(text);
-    while (!description.empty() && (description.back() == L'\r' || description.back() == L'\n'))
-        description.pop_back();
-    return description;
-}
-
-// Codes of the runtime's own errors travel as 0x800A0000 + number.
-RuntimeError errorOf(HRESULT result, const std::wstring& description) {
-    if (isServerGone(result))
-        return RuntimeError(RuntimeError::ServerUnavailable, description);
-    if (result == DISP_E_TYPEMISMATCH)
-        return RuntimeError(RuntimeError::TypeMismatch, description);
-    if (result == DISP_E_OVERFLOW)
-        return RuntimeError(RuntimeError::Overflow, description);
-    if ((static_cast<unsigned long>(result) & 0xFFFF0000UL) == 0x800A0000UL)
-        return RuntimeError(static_cast<long>(result & 0xFFFF), description);
-    return RuntimeError(RuntimeError::AutomationError,
-                        description.empty() ? systemText(result) : description);
 }
 
 // Waits a little while the windows of the thread go on being painted.
@@ -98,140 +54,27 @@ void waitServingMessages(DWORD milliseconds) {
     }
 }
 
+// The description that the failed creation left behind.
+std::wstring errorInformation() {
+    ComPtr<IErrorInfo> information;
+    Bstr text;
+    if (GetErrorInfo(0, &information) == S_OK && information)
+        information->GetDescription(text.put());
+    return text.text();
+}
+
 } // namespace
 
-// ------------------------------------------------------------------------------- ComVariant
-
-ComVariant::ComVariant(std::int32_t number) : ComVariant() {
-    value_.vt = VT_I4;
-    value_.lVal = number;
+std::int32_t LongOf(const Variant& value) {
+    return value.empty() ? 0 : value.As(VT_I4, LOCALE_USER_DEFAULT).raw().lVal;
 }
 
-ComVariant::ComVariant(double number) : ComVariant() {
-    value_.vt = VT_R8;
-    value_.dblVal = number;
+double NumberOf(const Variant& value) {
+    return value.empty() ? 0.0 : value.As(VT_R8, LOCALE_USER_DEFAULT).raw().dblVal;
 }
 
-ComVariant::ComVariant(bool value) : ComVariant() {
-    value_.vt = VT_BOOL;
-    value_.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
-ComVariant::ComVariant(const std::wstring& text) : ComVariant() {
-    value_.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-    if (!value_.bstrVal)
-        throw RuntimeError(RuntimeError::OutOfMemory);
-    value_.vt = VT_BSTR;
-}
-
-ComVariant::ComVariant(IDispatch* object) : ComVariant() {
-    value_.vt = VT_DISPATCH;
-    value_.pdispVal = object;
-    if (object)
-        object->AddRef();
-}
-
-ComVariant::ComVariant(SAFEARRAY* array, VARTYPE elementType) : ComVariant() {
-    if (!array)
-        throw RuntimeError(RuntimeError::OutOfMemory);
-    value_.vt = static_cast<VARTYPE>(VT_ARRAY | elementType);
-    value_.parray = array;
-}
-
-ComVariant& ComVariant::operator=(ComVariant&& other) noexcept {
-    std::swap(value_, other.value_);
-    return *this;
-}
-
-ComVariant ComVariant::Omitted() {
-    ComVariant omitted;
-    omitted.value_.vt = VT_ERROR;
-    omitted.value_.scode = DISP_E_PARAMNOTFOUND;
-    return omitted;
-}
-
-std::int32_t ComVariant::toLong() const {
-    if (isEmpty())
-        return 0;
-    ComVariant converted;
-    const HRESULT result =
-        VariantChangeType(converted.get(), const_cast<VARIANT*>(&value_), 0, VT_I4);
-    if (FAILED(result))
-        throw errorOf(result, {});
-    return converted.raw().lVal;
-}
-
-double ComVariant::toDouble() const {
-    if (isEmpty())
-        return 0.0;
-    ComVariant converted;
-    const HRESULT result =
-        VariantChangeType(converted.get(), const_cast<VARIANT*>(&value_), 0, VT_R8);
-    if (FAILED(result))
-        throw errorOf(result, {});
-    return converted.raw().dblVal;
-}
-
-std::wstring ComVariant::toText() const {
-    if (isEmpty())
-        return {};
-    if (value_.vt == VT_BSTR)
-        return value_.bstrVal ? std::wstring(value_.bstrVal, SysStringLen(value_.bstrVal)) : L"";
-    ComVariant converted;
-    const HRESULT result =
-        VariantChangeType(converted.get(), const_cast<VARIANT*>(&value_), 0, VT_BSTR);
-    if (FAILED(result))
-        throw errorOf(result, {});
-    return converted.toText();
-}
-
-IDispatch* ComVariant::toObject() const {
-    if (value_.vt != VT_DISPATCH || !value_.pdispVal)
-        throw RuntimeError(RuntimeError::AutomationError);
-    return value_.pdispVal;
-}
-
-// --------------------------------------------------------------------------------- ComArray
-
-ComArray::ComArray(const ComVariant& variant, UINT dimensions) {
-    const VARIANT& value = variant.raw();
-    type_ = static_cast<VARTYPE>(value.vt & VT_TYPEMASK);
-    if (!(value.vt & VT_ARRAY) || (value.vt & VT_BYREF) || !value.parray ||
-        SafeArrayGetDim(value.parray) != dimensions || (type_ != VT_VARIANT && type_ != VT_R8))
-        throw RuntimeError(RuntimeError::TypeMismatch);
-    array_ = value.parray;
-}
-
-long ComArray::lower(UINT dimension) const {
-    LONG bound = 0;
-    SafeArrayGetLBound(array_, dimension, &bound);
-    return bound;
-}
-
-long ComArray::upper(UINT dimension) const {
-    LONG bound = -1;
-    SafeArrayGetUBound(array_, dimension, &bound);
-    return bound;
-}
-
-ComVariant ComArray::at(long first) const {
-    LONG indices[] = {first};
-    return element(indices);
-}
-
-ComVariant ComArray::at(long first, long second) const {
-    LONG indices[] = {first, second};
-    return element(indices);
-}
-
-ComVariant ComArray::element(long* indices) const {
-    ComVariant value;
-    double number = 0.0;
-    const HRESULT result = SafeArrayGetElement(
-        array_, indices, type_ == VT_R8 ? static_cast<void*>(&number) : value.get());
-    if (FAILED(result))
-        throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    return type_ == VT_R8 ? ComVariant(number) : std::move(value);
+std::wstring TextOf(const Variant& value) {
+    return value.empty() ? L"" : TextOf(value.As(VT_BSTR, LOCALE_USER_DEFAULT).raw().bstrVal);
 }
 
 // ------------------------------------------------------------------------------- ComSession
@@ -262,27 +105,12 @@ ComObject::ComObject(std::shared_ptr<ComSession> session, std::wstring kind, IDi
     : session_(std::move(session)), kind_(std::move(kind)), object_(object) {
     if (!object_)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
-    object_->AddRef();
-}
-
-ComObject::ComObject(const ComObject& other)
-    : session_(other.session_), kind_(other.kind_), object_(other.object_), locale_(other.locale_) {
-    if (object_)
-        object_->AddRef();
-}
-
-ComObject& ComObject::operator=(ComObject other) noexcept {
-    std::swap(session_, other.session_);
-    std::swap(kind_, other.kind_);
-    std::swap(object_, other.object_);
-    std::swap(locale_, other.locale_);
-    return *this;
 }
 
 ComObject::~ComObject() {
     if (object_) {
         const ComSession::Clock clock(*session_);
-        object_->Release();
+        object_.Reset();
     }
 }
 
@@ -309,51 +137,34 @@ HRESULT ComObject::retried(ComSession& session, Step step) {
 ComObject ComObject::Create(std::shared_ptr<ComSession> session, std::wstring kind,
                             const wchar_t* programmaticIdentifier, DWORD context) {
     const CLSID classIdentifier = ComSession::ClassOf(programmaticIdentifier);
-    IDispatch* object = nullptr;
+    ComPtr<IDispatch> object;
     SetErrorInfo(0, nullptr);
-    HRESULT result = S_OK;
-    result = retried(*session, [&] {
+    const HRESULT result = retried(*session, [&] {
         ++session->calls_;
-        return CoCreateInstance(classIdentifier, nullptr, context, IID_IDispatch,
-                                reinterpret_cast<void**>(&object));
+        return CoCreateInstance(classIdentifier, nullptr, context, IID_PPV_ARGS(&object));
     });
     // Busy is not the same as not there.
     if (isRejected(result))
-        throw errorOf(result, {});
-    if (FAILED(result) || !object) {
-        std::wstring description;
-        IErrorInfo* info = nullptr;
-        if (GetErrorInfo(0, &info) == S_OK && info) {
-            OwnedText text;
-            info->GetDescription(&text.text);
-            description = text.str();
-            info->Release();
-        }
-        throw RuntimeError(RuntimeError::CannotCreateObject, description);
-    }
-    ComObject created(std::move(session), std::move(kind), object);
-    object->Release();
-    return created;
+        throw ComError(result);
+    if (FAILED(result) || !object)
+        throw RuntimeError(RuntimeError::CannotCreateObject, errorInformation());
+    return ComObject(std::move(session), std::move(kind), object.Get());
 }
 
 ComObject ComObject::Attach(std::shared_ptr<ComSession> session, std::wstring kind,
                             const wchar_t* programmaticIdentifier) {
     const CLSID classIdentifier = ComSession::ClassOf(programmaticIdentifier);
-    IUnknown* running = nullptr;
-    IDispatch* object = nullptr;
+    ComPtr<IDispatch> object;
     {
         const ComSession::Clock clock(*session);
         ++session->calls_;
-        if (SUCCEEDED(GetActiveObject(classIdentifier, nullptr, &running)) && running) {
-            running->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&object));
-            running->Release();
-        }
+        ComPtr<IUnknown> running;
+        if (SUCCEEDED(GetActiveObject(classIdentifier, nullptr, &running)) && running)
+            running.As(&object);
     }
     if (!object)
         throw RuntimeError(RuntimeError::CannotCreateObject);
-    ComObject attached(std::move(session), std::move(kind), object);
-    object->Release();
-    return attached;
+    return ComObject(std::move(session), std::move(kind), object.Get());
 }
 
 DISPID ComObject::nameOf(const wchar_t* member) {
@@ -364,17 +175,14 @@ DISPID ComObject::nameOf(const wchar_t* member) {
     DISPID id = DISPID_UNKNOWN;
     ++session_->calls_;
     LPOLESTR name = const_cast<LPOLESTR>(member);
-    const HRESULT result = retried(
-        *session_, [&] { return object_->GetIDsOfNames(IID_NULL, &name, 1, locale_, &id); });
-    if (FAILED(result))
-        throw errorOf(result, {});
+    Check(retried(*session_,
+                  [&] { return object_->GetIDsOfNames(IID_NULL, &name, 1, locale_, &id); }));
     session_->names_.emplace(key, id);
     return id;
 }
 
-ComVariant ComObject::invoke(const wchar_t* member, WORD flags,
-                             std::initializer_list<const ComVariant*> arguments,
-                             const ComVariant* value) {
+Variant ComObject::invoke(const wchar_t* member, WORD flags, Arguments arguments,
+                          const Variant* value) {
     if (!object_)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
     const DISPID id = nameOf(member);
@@ -383,18 +191,12 @@ ComVariant ComObject::invoke(const wchar_t* member, WORD flags,
     if (value)
         reversed.push_back(value->raw());
     for (auto argument = arguments.end(); argument != arguments.begin();)
-        reversed.push_back((*--argument)->raw());
+        reversed.push_back((--argument)->raw());
     DISPID putName = DISPID_PROPERTYPUT;
-    DISPPARAMS parameters{};
-    parameters.rgvarg = reversed.empty() ? nullptr : reversed.data();
-    parameters.cArgs = static_cast<UINT>(reversed.size());
-    if (value) {
-        parameters.rgdispidNamedArgs = &putName;
-        parameters.cNamedArgs = 1;
-    }
-    ComVariant answer;
-    std::wstring description;
-    HRESULT serverCode = 0;
+    DISPPARAMS parameters{reversed.data(), value ? &putName : nullptr,
+                          static_cast<UINT>(reversed.size()), value ? 1U : 0U};
+    Variant answer;
+    std::optional<ComError> raised;
     const HRESULT result = retried(*session_, [&] {
         OwnedException exception;
         UINT badArgument = 0;
@@ -402,15 +204,8 @@ ComVariant ComObject::invoke(const wchar_t* member, WORD flags,
         const HRESULT outcome =
             object_->Invoke(id, IID_NULL, locale_, flags, &parameters,
                             value ? nullptr : answer.get(), &exception, &badArgument);
-        if (outcome == DISP_E_EXCEPTION) {
-            if (exception.pfnDeferredFillIn)
-                exception.pfnDeferredFillIn(&exception);
-            serverCode = exception.scode ? exception.scode
-                                         : static_cast<HRESULT>(0x800A0000UL | exception.wCode);
-            if (exception.bstrDescription)
-                description.assign(exception.bstrDescription,
-                                   SysStringLen(exception.bstrDescription));
-        }
+        if (outcome == DISP_E_EXCEPTION)
+            raised = exception.error();
         return outcome;
     });
     // Who answers is not busy any more. (Making an object shows nothing: a server may do that while
@@ -418,39 +213,35 @@ ComVariant ComObject::invoke(const wchar_t* member, WORD flags,
     if (!isRejected(result))
         session_->patience_ = session_->fullPatience_;
     if (result == DISP_E_EXCEPTION)
-        throw errorOf(serverCode, description);
-    if (FAILED(result))
-        throw errorOf(result, {});
+        throw *raised;
+    Check(result);
     return answer;
 }
 
-ComVariant ComObject::Call(const wchar_t* member,
-                           std::initializer_list<const ComVariant*> arguments) {
+Variant ComObject::Call(const wchar_t* member, Arguments arguments) {
     return invoke(member, DISPATCH_METHOD, arguments, nullptr);
 }
 
-ComVariant ComObject::Get(const wchar_t* member,
-                          std::initializer_list<const ComVariant*> arguments) {
+Variant ComObject::Get(const wchar_t* member, Arguments arguments) {
     return invoke(member, DISPATCH_PROPERTYGET, arguments, nullptr);
 }
 
-void ComObject::Put(const wchar_t* member, const ComVariant& value,
-                    std::initializer_list<const ComVariant*> arguments) {
-    invoke(member, DISPATCH_PROPERTYPUT, arguments, &value);
+void ComObject::Put(const wchar_t* member, const Variant& value) {
+    invoke(member, DISPATCH_PROPERTYPUT, {}, &value);
 }
 
-ComObject ComObject::CallObject(std::wstring kind, const wchar_t* member,
-                                std::initializer_list<const ComVariant*> arguments) {
-    const ComVariant answer = Call(member, arguments);
-    ComObject object(session_, std::move(kind), answer.toObject());
-    object.locale_ = locale_;
-    return object;
+ComObject ComObject::CallObject(std::wstring kind, const wchar_t* member, Arguments arguments) {
+    return objectIn(std::move(kind), Call(member, arguments));
 }
 
-ComObject ComObject::ObjectOf(std::wstring kind, const wchar_t* member,
-                              std::initializer_list<const ComVariant*> arguments) {
-    const ComVariant answer = Get(member, arguments);
-    ComObject object(session_, std::move(kind), answer.toObject());
+ComObject ComObject::ObjectOf(std::wstring kind, const wchar_t* member, Arguments arguments) {
+    return objectIn(std::move(kind), Get(member, arguments));
+}
+
+ComObject ComObject::objectIn(std::wstring kind, const Variant& answer) const {
+    if (!answer.ToObject())
+        throw RuntimeError(RuntimeError::AutomationError);
+    ComObject object(session_, std::move(kind), answer.ToObject());
     object.locale_ = locale_;
     return object;
 }

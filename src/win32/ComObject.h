@@ -1,10 +1,8 @@
 #pragma once
-// Late-bound automation: owners of the handles of COM, and calls by member name with counting and
-// a bounded retry while the server rejects calls.
+// Late-bound automation: calls by member name with counting and a bounded retry while the server
+// rejects calls.
 
-#include <windows.h>
-
-#include <oleauto.h>
+#include "win32/Com.h"
 
 #include <chrono>
 #include <cstdint>
@@ -16,54 +14,11 @@
 
 namespace kalvrooms {
 
-// Owner of a VARIANT.
-class ComVariant {
-  public:
-    ComVariant() { VariantInit(&value_); }
-    explicit ComVariant(std::int32_t number);
-    explicit ComVariant(double number);
-    explicit ComVariant(bool value);
-    explicit ComVariant(const std::wstring& text);
-    explicit ComVariant(IDispatch* object);
-    // Takes the array over.
-    ComVariant(SAFEARRAY* array, VARTYPE elementType);
-    ComVariant(ComVariant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
-    ComVariant& operator=(ComVariant&& other) noexcept;
-    ~ComVariant() { VariantClear(&value_); }
-
-    // An argument that a call leaves out.
-    static ComVariant Omitted();
-
-    VARIANT* get() { return &value_; }
-    const VARIANT& raw() const { return value_; }
-    bool isEmpty() const { return value_.vt == VT_EMPTY || value_.vt == VT_NULL; }
-
-    // Conversions as the runtime makes them; an empty value is 0, "" or no object.
-    // Errors: TypeMismatch, Overflow, AutomationError where there is no object.
-    std::int32_t toLong() const;
-    double toDouble() const;
-    std::wstring toText() const;
-    IDispatch* toObject() const;
-
-  private:
-    VARIANT value_;
-};
-
-// Reads a one- or two-dimensional array of variants or 64-bit floats.
-class ComArray {
-  public:
-    // Error: TypeMismatch when the variant holds no such array.
-    ComArray(const ComVariant& variant, UINT dimensions);
-    long lower(UINT dimension) const; // dimensions from 1, the leftmost first
-    long upper(UINT dimension) const; // lower - 1 where it is empty
-    ComVariant at(long first) const;
-    ComVariant at(long first, long second) const;
-
-  private:
-    ComVariant element(long* indices) const;
-    SAFEARRAY* array_ = nullptr;
-    VARTYPE type_ = VT_EMPTY;
-};
+// Conversions as the runtime makes them, under the user's locale; an empty value is 0 or "".
+// Errors: TypeMismatch, Overflow.
+std::int32_t LongOf(const Variant& value);
+double NumberOf(const Variant& value);
+std::wstring TextOf(const Variant& value);
 
 // What all objects of one server share: how often it was called, which names it knows, and how
 // long a rejected call is tried again.
@@ -98,8 +53,8 @@ class ComObject {
     ComObject() = default;
     // Takes a reference of its own. Error: ObjectVariableNotSet for null.
     ComObject(std::shared_ptr<ComSession> session, std::wstring kind, IDispatch* object);
-    ComObject(const ComObject& other);
-    ComObject& operator=(ComObject other) noexcept;
+    ComObject(const ComObject& other) = default;
+    ComObject& operator=(const ComObject& other) = default;
     ~ComObject();
 
     // Creates an object of a registered class. Error: CannotCreateObject (429) with the server's
@@ -111,32 +66,30 @@ class ComObject {
     static ComObject Attach(std::shared_ptr<ComSession> session, std::wstring kind,
                             const wchar_t* programmaticIdentifier);
 
+    using Arguments = std::initializer_list<Variant>;
     // Arguments in the order of the call. Errors: what the server raised; ServerUnavailable when
     // its process is gone; AutomationError for everything else.
-    ComVariant Call(const wchar_t* member, std::initializer_list<const ComVariant*> arguments = {});
-    ComVariant Get(const wchar_t* member, std::initializer_list<const ComVariant*> arguments = {});
-    void Put(const wchar_t* member, const ComVariant& value,
-             std::initializer_list<const ComVariant*> arguments = {});
-    ComObject CallObject(std::wstring kind, const wchar_t* member,
-                         std::initializer_list<const ComVariant*> arguments = {});
-    ComObject ObjectOf(std::wstring kind, const wchar_t* member,
-                       std::initializer_list<const ComVariant*> arguments = {});
+    Variant Call(const wchar_t* member, Arguments arguments = {});
+    Variant Get(const wchar_t* member, Arguments arguments = {});
+    void Put(const wchar_t* member, const Variant& value);
+    // Objects that a call or a property brings. Error: AutomationError where it brings none.
+    ComObject CallObject(std::wstring kind, const wchar_t* member, Arguments arguments = {});
+    ComObject ObjectOf(std::wstring kind, const wchar_t* member, Arguments arguments = {});
 
-    IDispatch* dispatch() const { return object_; }
-    const std::shared_ptr<ComSession>& session() const { return session_; }
+    IDispatch* dispatch() const { return object_.Get(); }
     // The locale that calls carry; objects that they bring inherit it.
     void locale(LCID locale) { locale_ = locale; }
 
   private:
-    ComVariant invoke(const wchar_t* member, WORD flags,
-                      std::initializer_list<const ComVariant*> arguments, const ComVariant* value);
+    Variant invoke(const wchar_t* member, WORD flags, Arguments arguments, const Variant* value);
+    ComObject objectIn(std::wstring kind, const Variant& answer) const;
     DISPID nameOf(const wchar_t* member);
     template <typename Step>
     static HRESULT retried(ComSession& session, Step step);
 
     std::shared_ptr<ComSession> session_;
     std::wstring kind_;
-    IDispatch* object_ = nullptr;
+    ComPtr<IDispatch> object_;
     LCID locale_ = LOCALE_USER_DEFAULT;
 };
 

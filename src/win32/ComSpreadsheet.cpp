@@ -57,72 +57,35 @@ CellValue toCell(const VARIANT& value) {
     case VT_NULL:
         return std::monostate();
     case VT_BSTR:
-        return value.bstrVal ? std::wstring(value.bstrVal, SysStringLen(value.bstrVal)) : L"";
+        return TextOf(value.bstrVal);
     case VT_R8:
         return value.dblVal;
     case VT_BOOL:
         return value.boolVal != VARIANT_FALSE;
     case VT_ERROR:
         return CellError{shownError(value.scode)};
-    default: {
-        ComVariant other;
-        VariantCopy(other.get(), const_cast<VARIANT*>(&value));
-        if (value.vt == VT_DATE)
-            return CellDate{other.toText()};
-        return other.toDouble();
-    }
+    case VT_DATE:
+        return CellDate{TextOf(Variant::CopyOf(value))};
+    default:
+        return NumberOf(Variant::CopyOf(value));
     }
 }
 
-ComVariant toVariant(const CellValue& value) {
+Variant toVariant(const CellValue& value) {
     struct Convert {
-        ComVariant operator()(std::monostate) const { return ComVariant(); }
-        ComVariant operator()(const std::wstring& text) const { return ComVariant(text); }
-        ComVariant operator()(double number) const { return ComVariant(number); }
-        ComVariant operator()(bool truth) const { return ComVariant(truth); }
-        ComVariant operator()(const CellError& error) const { return ComVariant(error.Shown); }
-        ComVariant operator()(const CellDate& date) const { return ComVariant(date.Shown); }
+        Variant operator()(std::monostate) const { return {}; }
+        Variant operator()(const std::wstring& text) const { return text; }
+        Variant operator()(double number) const { return number; }
+        Variant operator()(bool truth) const { return truth; }
+        Variant operator()(const CellError& error) const { return error.Shown; }
+        Variant operator()(const CellDate& date) const { return date.Shown; }
     };
     return std::visit(Convert(), value);
 }
 
-// Looks into a block of variants while it lives: element by element through the array's own
-// functions every text would be copied twice.
-class BlockAccess {
-  public:
-    // Error: TypeMismatch when the variant holds no block of that size.
-    BlockAccess(const ComVariant& block, int rows, int columns) : rows_(rows) {
-        const VARIANT& value = block.raw();
-        if (value.vt != (VT_ARRAY | VT_VARIANT) || !value.parray ||
-            SafeArrayGetDim(value.parray) != 2 || size(value.parray, 1) != rows ||
-            size(value.parray, 2) != columns ||
-            FAILED(SafeArrayAccessData(value.parray, reinterpret_cast<void**>(&elements_))))
-            throw RuntimeError(RuntimeError::TypeMismatch);
-        array_ = value.parray;
-    }
-    BlockAccess(const BlockAccess&) = delete;
-    BlockAccess& operator=(const BlockAccess&) = delete;
-    ~BlockAccess() { SafeArrayUnaccessData(array_); }
-
-    // Counted from 0; the rows of a column lie side by side.
-    VARIANT& at(int row, int column) {
-        return elements_[static_cast<std::size_t>(column) * static_cast<std::size_t>(rows_) +
-                         static_cast<std::size_t>(row)];
-    }
-
-  private:
-    static LONG size(SAFEARRAY* array, UINT dimension) {
-        LONG lower = 0;
-        LONG upper = -1;
-        SafeArrayGetLBound(array, dimension, &lower);
-        SafeArrayGetUBound(array, dimension, &upper);
-        return upper - lower + 1;
-    }
-
-    SAFEARRAY* array_ = nullptr;
-    VARIANT* elements_ = nullptr;
-    int rows_;
-};
+std::size_t at(int index) {
+    return static_cast<std::size_t>(index);
+}
 
 class ComWorksheet : public Worksheet {
   public:
@@ -137,26 +100,29 @@ class ComWorksheet : public Worksheet {
     }
     CellBlock Values(const CellRange& cells) override {
         CellBlock block(cells.Rows, cells.Columns);
-        const ComVariant values = range(cells).Get(L"Value");
+        const Variant values = range(cells).Get(L"Value");
         if (cells.Rows == 1 && cells.Columns == 1) {
             block.At(0, 0) = toCell(values.raw());
             return block;
         }
-        BlockAccess elements(values, cells.Rows, cells.Columns);
+        ArrayView elements(values, 2);
+        if (elements.type() != VT_VARIANT || elements.rows() != at(cells.Rows) ||
+            elements.columns() != at(cells.Columns))
+            throw RuntimeError(RuntimeError::TypeMismatch);
         for (int row = 0; row < cells.Rows; ++row)
             for (int column = 0; column < cells.Columns; ++column)
-                block.At(row, column) = toCell(elements.at(row, column));
+                block.At(row, column) = toCell(elements.Value(at(row), at(column)));
         return block;
     }
     void Values(const CellRange& cells, const CellBlock& values) override {
-        SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(cells.Rows), 1},
-                                   {static_cast<ULONG>(cells.Columns), 1}};
-        const ComVariant array(SafeArrayCreate(VT_VARIANT, 2, bounds), VT_VARIANT);
+        const Variant array = NewArray(VT_VARIANT, {{static_cast<ULONG>(cells.Rows), 1},
+                                                    {static_cast<ULONG>(cells.Columns), 1}});
         {
-            BlockAccess elements(array, cells.Rows, cells.Columns);
+            ArrayView elements(array, 2);
             for (int row = 0; row < cells.Rows; ++row)
                 for (int column = 0; column < cells.Columns; ++column)
-                    std::swap(elements.at(row, column), *toVariant(values.At(row, column)).get());
+                    elements.Value(at(row), at(column)) =
+                        toVariant(values.At(row, column)).detach();
         }
         range(cells).Put(L"Value", array);
     }
@@ -164,21 +130,18 @@ class ComWorksheet : public Worksheet {
         range(cells).Put(L"Value", toVariant(value));
     }
     void NumberFormat(const CellRange& cells, const std::wstring& format) override {
-        range(cells).Put(L"NumberFormat", ComVariant(format));
+        range(cells).Put(L"NumberFormat", format);
     }
     void SaveAs(const std::wstring& fileName) override {
-        const std::wstring version = application_.Get(L"Version").toText();
+        const std::wstring version = TextOf(application_.Get(L"Version"));
         const bool namesItsForms =
             std::wcstol(version.c_str(), nullptr, 10) >= firstVersionWithForms;
-        const ComVariant name(fileName);
-        const ComVariant form(namesItsForms ? workbookForm : ownWorkbookForm);
-        sheet_.Call(L"SaveAs", {&name, &form});
+        sheet_.Call(L"SaveAs", {fileName, namesItsForms ? workbookForm : ownWorkbookForm});
     }
 
   private:
     ComObject range(const CellRange& cells) {
-        const ComVariant address(addressOf(cells));
-        return sheet_.ObjectOf(L"range", L"Range", {&address});
+        return sheet_.ObjectOf(L"range", L"Range", {addressOf(cells)});
     }
 
     ComObject application_;
@@ -213,11 +176,10 @@ class ComSpreadsheetApplication : public SpreadsheetApplication {
         application_.locale(applicationLocale);
     }
 
-    void DisplayAlerts(bool on) override { application_.Put(L"DisplayAlerts", ComVariant(on)); }
+    void DisplayAlerts(bool on) override { application_.Put(L"DisplayAlerts", on); }
     std::unique_ptr<SpreadsheetWorkbook> OpenWorkbook(const std::wstring& fileName) override {
-        const ComVariant name(fileName);
-        return std::make_unique<ComWorkbook>(application_,
-                                             workbooks().CallObject(L"workbook", L"Open", {&name}));
+        return std::make_unique<ComWorkbook>(
+            application_, workbooks().CallObject(L"workbook", L"Open", {fileName}));
     }
     std::unique_ptr<SpreadsheetWorkbook> AddWorkbook() override {
         return std::make_unique<ComWorkbook>(application_,

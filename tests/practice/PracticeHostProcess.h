@@ -44,7 +44,7 @@ class PracticeHostProcess {
         if (WaitForInputIdle(process_->handle(), driver::usualLimit) != 0)
             throw driver::WaitFailed("the practice host does not come up");
         control_ = ComObject::Create(session_, L"control", control, CLSCTX_LOCAL_SERVER);
-        if (static_cast<DWORD>(control_.Get(L"ProcessId").toLong()) != process_->id())
+        if (static_cast<DWORD>(LongOf(control_.Get(L"ProcessId"))) != process_->id())
             throw driver::WaitFailed("another practice host answers");
     }
     ~PracticeHostProcess() {
@@ -63,30 +63,24 @@ class PracticeHostProcess {
     void waitForEnd() { process_->waitForEnd(); }
 
     void failAt(int n, const std::wstring& mode, const std::wstring& argument) {
-        const ComVariant at(n), how(mode), with(argument);
-        control_.Call(L"FailAt", {&at, &how, &with});
+        control_.Call(L"FailAt", {n, mode, argument});
     }
     void failMember(const std::wstring& member, const std::wstring& mode,
                     const std::wstring& argument) {
-        const ComVariant name(member), how(mode), with(argument);
-        control_.Call(L"FailMember", {&name, &how, &with});
+        control_.Call(L"FailMember", {member, mode, argument});
     }
     void clearFaults() { control_.Call(L"ClearFaults"); }
-    void state(const std::wstring& state) {
-        const ComVariant value(state);
-        control_.Call(L"SetState", {&value});
-    }
+    void state(const std::wstring& state) { control_.Call(L"SetState", {state}); }
     void load(const std::string& drawing) {
         const auto file = std::filesystem::temp_directory_path() / L"practice-load.json";
         std::ofstream(file, std::ios::binary) << drawing;
-        const ComVariant path(file.wstring());
-        control_.Call(L"LoadDrawing", {&path});
+        control_.Call(L"LoadDrawing", {file.wstring()});
     }
-    int calls() { return control_.Get(L"CallCount").toLong(); }
+    int calls() { return LongOf(control_.Get(L"CallCount")); }
     void resetCalls() { control_.Call(L"ResetCallCount"); }
-    std::wstring callReport() { return control_.Get(L"CallReport").toText(); }
-    int liveObjects() { return control_.Get(L"LiveObjects").toLong(); }
-    std::wstring drawing() { return control_.Get(L"DrawingText").toText(); }
+    std::wstring callReport() { return TextOf(control_.Get(L"CallReport")); }
+    int liveObjects() { return LongOf(control_.Get(L"LiveObjects")); }
+    std::wstring drawing() { return TextOf(control_.Get(L"DrawingText")); }
 
   private:
     static constexpr const wchar_t* control = L"KALVCOMSERVERLib.PracticeControl";
