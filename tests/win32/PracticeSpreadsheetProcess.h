@@ -87,17 +87,15 @@ inline void endSpreadsheetProcesses() {
     }
 }
 
-inline DWORD startSpreadsheetProgram(const std::wstring& arguments, HANDLE* process) {
+inline PROCESS_INFORMATION startSpreadsheetProgram(const std::wstring& arguments) {
     const PROCESS_INFORMATION started =
         driver::startProgram(L"\"" + spreadsheetProgram().wstring() + L"\" " + arguments);
     CloseHandle(started.hThread);
-    *process = started.hProcess;
-    return started.dwProcessId;
+    return started;
 }
 
 inline DWORD runSpreadsheetProgram(const std::wstring& arguments) {
-    HANDLE process = nullptr;
-    startSpreadsheetProgram(arguments, &process);
+    const HANDLE process = startSpreadsheetProgram(arguments).hProcess;
     WaitForSingleObject(process, processLimit);
     DWORD code = 0;
     GetExitCodeProcess(process, &code);
@@ -120,71 +118,67 @@ inline void forgetWhatSpreadsheetsWereTold() {
     RegDeleteTreeW(HKEY_CURRENT_USER, sheets::SettingsKey);
 }
 
-// An instance that is started ahead of the client that will ask for one: the system hands out the
-// one that is there, and the second that Wine takes to find a new one is saved.
-class OfferedSpreadsheet {
+// An instance that the test starts. Its process is never let go of, so that no later one gets its
+// number: a client whose call is cut off by the server's death keeps what it knows of the server's
+// address, at least under Wine. The address is made of numbers of process and thread, and a later
+// server with the same ones refuses whoever claims to know it already.
+class StartedSpreadsheet {
   public:
-    OfferedSpreadsheet() { id_ = startSpreadsheetProgram(L"-Embedding", &process_); }
-    OfferedSpreadsheet(const OfferedSpreadsheet&) = delete;
-    OfferedSpreadsheet& operator=(const OfferedSpreadsheet&) = delete;
-    ~OfferedSpreadsheet() { CloseHandle(process_); }
+    StartedSpreadsheet(const StartedSpreadsheet&) = delete;
+    StartedSpreadsheet& operator=(const StartedSpreadsheet&) = delete;
 
-    // It has read what it was told, and the next client gets it.
+    // It has read what it was told, has opened and offered everything, and serves its window.
     void waitUntilReady() const {
-        WaitForInputIdle(process_, processLimit);
-        if (!waitUntil([this] { return spreadsheetControl(id_) != nullptr; }, processLimit))
+        WaitForInputIdle(started_.hProcess, processLimit);
+        if (!waitUntil([this] { return control() != nullptr; }, processLimit))
             throw std::runtime_error("the practice spreadsheet application does not come up");
     }
     bool ended(DWORD milliseconds = processLimit) const {
-        return WaitForSingleObject(process_, milliseconds) == WAIT_OBJECT_0;
+        return WaitForSingleObject(started_.hProcess, milliseconds) == WAIT_OBJECT_0;
     }
 
+  protected:
+    explicit StartedSpreadsheet(const std::wstring& arguments)
+        : started_(startSpreadsheetProgram(arguments)) {}
+    HWND control() const { return spreadsheetControl(started_.dwProcessId); }
+    void terminate() const { TerminateProcess(started_.hProcess, 99); }
+
   private:
-    HANDLE process_ = nullptr;
-    DWORD id_ = 0;
+    PROCESS_INFORMATION started_;
+};
+
+// One that is started ahead of the client that will ask for one: the system hands out the one that
+// is there, and the second that Wine takes to find a new one is saved.
+class OfferedSpreadsheet : public StartedSpreadsheet {
+  public:
+    OfferedSpreadsheet() : StartedSpreadsheet(L"-Embedding") {}
 };
 
 inline void offerSpreadsheet() {
     OfferedSpreadsheet().waitUntilReady();
 }
 
-// An instance as its user starts it.
-class RunningSpreadsheet {
+// One as its user starts it.
+class RunningSpreadsheet : public StartedSpreadsheet {
   public:
-    explicit RunningSpreadsheet(const std::wstring& arguments) {
-        id_ = startSpreadsheetProgram(L"--running " + arguments, &process_);
-        // It serves its window when everything is open and offered.
-        WaitForInputIdle(process_, processLimit);
-        if (!waitUntil([this] { return spreadsheetControl(id_) != nullptr; }, processLimit))
-            throw std::runtime_error("the practice spreadsheet application does not come up");
+    explicit RunningSpreadsheet(const std::wstring& arguments)
+        : StartedSpreadsheet(L"--running " + arguments) {
+        waitUntilReady();
     }
-    RunningSpreadsheet(const RunningSpreadsheet&) = delete;
-    RunningSpreadsheet& operator=(const RunningSpreadsheet&) = delete;
     ~RunningSpreadsheet() {
         if (!ended(0)) {
             tell(sheets::LeaveMessage);
             if (!ended(5000))
-                TerminateProcess(process_, 99);
+                terminate();
         }
-        CloseHandle(process_);
     }
 
-    bool ended(DWORD milliseconds) const {
-        return WaitForSingleObject(process_, milliseconds) == WAIT_OBJECT_0;
-    }
-    void tell(UINT message, WPARAM what = 0) const {
-        PostMessageW(spreadsheetControl(id_), message, what, 0);
-    }
+    void tell(UINT message, WPARAM what = 0) const { PostMessageW(control(), message, what, 0); }
     bool hasDialog() const {
         DWORD_PTR answer = 0;
-        SendMessageTimeoutW(spreadsheetControl(id_), sheets::AskDialogMessage, 0, 0, SMTO_NORMAL,
-                            5000, &answer);
+        SendMessageTimeoutW(control(), sheets::AskDialogMessage, 0, 0, SMTO_NORMAL, 5000, &answer);
         return answer == 1;
     }
-
-  private:
-    HANDLE process_ = nullptr;
-    DWORD id_ = 0;
 };
 
 // The lines "object.member=count" that an instance leaves when it ends.
