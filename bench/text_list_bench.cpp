@@ -14,7 +14,7 @@
 
 #include "files/FilePath.h"
 #include "files/clsFileSytem.h"
-#include "support/PlainContext.h"
+#include "support/FileLayer.h"
 
 namespace kalvrooms {
 namespace {
@@ -47,7 +47,7 @@ class File {
   public:
     explicit File(const clsFloors& floors) {
         HandInUserLocale(NumberLocale::German);
-        clsFileSytem(context).WriteListToFile(name, floors);
+        clsFileSytem(layer_.services).WriteListToFile(name, floors);
     }
     ~File() {
         std::error_code ignored;
@@ -61,9 +61,8 @@ class File {
         return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     }
 
-    PlainContext context;
-
   private:
+    FileLayer layer_;
     std::filesystem::path path_ = std::filesystem::temp_directory_path() / "text_list_bench.txt";
 
   public:
@@ -79,10 +78,10 @@ void report(benchmark::State& state) {
 void readList(benchmark::State& state) {
     const int rooms = static_cast<int>(state.range(0));
     const File file(listOf(rooms));
-    PlainContext context;
+    FileLayer layer;
     for (auto _ : state) {
         auto floors = std::make_unique<clsFloors>();
-        clsFileSytem(context).ReadListFromFile(file.name, *floors);
+        clsFileSytem(layer.services).ReadListFromFile(file.name, *floors);
         state.PauseTiming();
         if (floors->GetCountOfRooms() != rooms) {
             state.SkipWithError("not all rooms were read");
@@ -96,9 +95,9 @@ void readList(benchmark::State& state) {
 void writeList(benchmark::State& state) {
     const clsFloors floors = listOf(static_cast<int>(state.range(0)));
     const File file(floors);
-    PlainContext context;
+    FileLayer layer;
     for (auto _ : state) {
-        clsFileSytem(context).WriteListToFile(file.name, floors);
+        clsFileSytem(layer.services).WriteListToFile(file.name, floors);
     }
     report(state);
 }

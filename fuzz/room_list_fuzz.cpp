@@ -4,7 +4,7 @@
 #include "Input.h"
 #include "files/clsFileSytem.h"
 #include "model/RuntimeError.h"
-#include "support/PlainContext.h"
+#include "support/FileLayer.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ bool hasSides(const kalvrooms::clsFloors& floors) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using namespace kalvrooms;
-    static PlainContext context;
+    static FileLayer layer;
     static const fuzz::File input("room-list");
     static const fuzz::File written("room-list-written");
     if (!fuzz::TakeLocale(bytes, size))
@@ -48,18 +48,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     input.Write(bytes, size);
 
     clsFloors read;
-    clsFileSytem(context).ReadListFromFile(input.Name(), read);
+    clsFileSytem(layer.services).ReadListFromFile(input.Name(), read);
     // A list without rooms leaves the file as it is.
     if (read.GetCountOfRooms() == 0 || !hasSides(read))
         return 0;
-    clsFileSytem(context).WriteListToFile(written.Name(), read);
+    clsFileSytem(layer.services).WriteListToFile(written.Name(), read);
     const std::string once = withoutSides(written.Read());
 
     clsFloors again;
-    clsFileSytem(context).ReadListFromFile(written.Name(), again);
+    clsFileSytem(layer.services).ReadListFromFile(written.Name(), again);
     fuzz::Hold(again.GetCountOfRooms() == read.GetCountOfRooms());
     fuzz::Hold(again.GetCountOfFloors() == read.GetCountOfFloors());
-    clsFileSytem(context).WriteListToFile(written.Name(), again);
+    clsFileSytem(layer.services).WriteListToFile(written.Name(), again);
     fuzz::Hold(withoutSides(written.Read()) == once);
     return 0;
 }

@@ -41,26 +41,25 @@ bool skipLine(std::istream& file) {
 
 } // namespace
 
-void ReadHandOverFile(ProgramContext& context) {
+void ReadHandOverFile(const Environment& environment, const AnsiCodec& ansi, StartValues& values) {
     try {
-        const Platform& system = context.System();
-        const std::wstring path = system.environment.ExecutableFolder() + L"\\" + fileName;
+        const std::wstring path = environment.ExecutableFolder() + L"\\" + fileName;
         std::ifstream file(std::filesystem::path(path), std::ios::binary);
         std::string line;
         if (!file || !skipLine(file))
             return;
         if (!readLine(file, line))
             return;
-        const std::wstring help = system.ansi.Decode(line);
+        const std::wstring help = ansi.Decode(line);
         if (help.size() < helpEnding)
             throw RuntimeError(RuntimeError::InvalidProcedureCall);
-        context.HelpFile(help.substr(0, help.size() - helpEnding) + L"chm");
+        values.HelpFile(help.substr(0, help.size() - helpEnding) + L"chm");
         if (!readLine(file, line))
             return;
-        context.SetRegKey(system.ansi.Decode(line));
+        values.SetRegKey(ansi.Decode(line));
         if (!readLine(file, line))
             return;
-        context.SetLang(system.ansi.Decode(line));
+        values.SetLang(ansi.Decode(line));
     } catch (const std::exception&) {
         // What was applied stays; the host is the only one who could do anything about the file.
     }

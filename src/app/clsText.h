@@ -7,11 +7,12 @@
 #include <cstdint>
 #include <string>
 
+#include "app/Texts.h"
 #include "platform/Platform.h"
 
 namespace kalvrooms {
 
-class clsText {
+class clsText final : public Texts {
   public:
     clsText(ResourceLibraries& libraries, const Environment& environment);
 
@@ -19,10 +20,8 @@ class clsText {
     // "zorvinta_" + code + ".dll"; every other code leaves the defaults and the disk alone.
     void SetLanguage(const std::wstring& code);
 
-    // Error: SubscriptOutOfRange outside 0 to 200.
-    std::wstring GetText(std::int32_t number) const;
-    // Cut before the first "...", unless the text begins with it.
-    std::wstring GetTextWithoutDot(std::int32_t number) const;
+    std::wstring GetText(std::int32_t number) const override;
+    std::wstring GetTextWithoutDot(std::int32_t number) const override;
 
     static constexpr std::int32_t LastText = 200;
     // String resource of a text = its number + this.

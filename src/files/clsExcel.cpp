@@ -87,14 +87,14 @@ double numberOrZero(const CellValue& value, const NumberLocale& locale) {
 
 } // namespace
 
-clsExcel::clsExcel(ProgramContext& context) : context_(context) {}
+clsExcel::clsExcel(const FileServices& services) : services_(services) {}
 
 clsExcel::~clsExcel() = default;
 
 // ------------------------------------------------------------------------- the application
 
 void clsExcel::OpenWorkbookForReading(const std::wstring& fileName) {
-    SpreadsheetServer& server = context_.System().spreadsheets;
+    SpreadsheetServer& server = services_.spreadsheets;
     try {
         application_ = server.AttachRunning();
         if (application_) {
@@ -124,7 +124,7 @@ void clsExcel::OpenWorkbookForReading(const std::wstring& fileName) {
 
 void clsExcel::PrepareWorkbookForWriting(const std::wstring& fileName, bool& isNewFile) {
     try {
-        application_ = context_.System().spreadsheets.CreateInstance();
+        application_ = services_.spreadsheets.CreateInstance();
     } catch (const RuntimeError& error) {
         // Too busy to answer is not missing: a text file must not replace the workbook then.
         if (error.number() == RuntimeError::AutomationError) {
@@ -185,11 +185,11 @@ void clsExcel::onlyATest() {}
 // ------------------------------------------------------------------------- reading a list
 
 void clsExcel::ReadListFromFile(const std::wstring& fileName, clsFloors& floors) {
-    clsWait wait(context_.System().desktop);
+    clsWait wait(services_.desktop);
     wait.StartWait();
     OpenWorkbookForReading(fileName);
     readRooms(floors);
-    context_.UpdateTable(false);
+    services_.table.UpdateTable(false);
     CloseSpreadsheetApplication();
 }
 
@@ -232,7 +232,7 @@ void clsExcel::addRoom(const CellBlock& rows, int row, const NumberLocale& local
 // ------------------------------------------------------------------------- writing a list
 
 void clsExcel::WriteListToFile(const std::wstring& fileName, const clsFloors& floors) {
-    clsWait wait(context_.System().desktop);
+    clsWait wait(services_.desktop);
     wait.StartWait();
     const std::int32_t count = floors.GetCountOfRooms();
     if (count == 0) {
@@ -256,7 +256,8 @@ void clsExcel::formatColumns(std::int32_t countOfRooms) {
 void clsExcel::WriteHeaderRow() {
     CellBlock titles(1, columnCount);
     for (int column = 0; column < columnCount; ++column) {
-        titles.At(0, column) = context_.GetText(RoomColumnTitles[static_cast<std::size_t>(column)]);
+        titles.At(0, column) =
+            services_.texts.GetText(RoomColumnTitles[static_cast<std::size_t>(column)]);
     }
     sheet_->Values({headerRow, NameColumn, 1, columnCount}, titles);
 }
@@ -311,7 +312,7 @@ void clsExcel::writeRooms(const clsFloors& floors, std::int32_t countOfRooms) {
 // ------------------------------------------------------------------------- points
 
 void clsExcel::ReadPointsFromGeometryFile(const std::wstring& fileName, PointArray& points) {
-    clsWait wait(context_.System().desktop);
+    clsWait wait(services_.desktop);
     wait.StartWait();
     OpenWorkbookForReading(fileName);
     const NumberLocale locale = UserLocale();

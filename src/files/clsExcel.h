@@ -7,9 +7,8 @@
 #include <memory>
 #include <string>
 
-#include "app/ProgramContext.h"
+#include "files/FileServices.h"
 #include "files/PointArray.h"
-#include "files/SpreadsheetApplication.h"
 #include "model/NumberText.h"
 #include "model/clsFloors.h"
 
@@ -17,7 +16,7 @@ namespace kalvrooms {
 
 class clsExcel {
   public:
-    explicit clsExcel(ProgramContext& context);
+    explicit clsExcel(const FileServices& services);
     ~clsExcel();
     clsExcel(const clsExcel&) = delete;
     clsExcel& operator=(const clsExcel&) = delete;
@@ -54,7 +53,7 @@ class clsExcel {
     void formatColumns(std::int32_t countOfRooms);
     void writeRooms(const clsFloors& floors, std::int32_t countOfRooms);
 
-    ProgramContext& context_;
+    const FileServices services_;
     // Released from the bottom up: sheet, workbook, application.
     std::unique_ptr<SpreadsheetApplication> application_;
     std::unique_ptr<SpreadsheetWorkbook> workbook_;

@@ -104,7 +104,7 @@ void clsFileSytem::WriteListToTextFile(const std::wstring& fileName, const clsFl
     if (count == 0) {
         return;
     }
-    TextWriter file(fileName, context_.System().ansi);
+    TextWriter file(fileName, services_.ansi);
     file.WriteLine(BuildHeaderLine());
     const NumberLocale locale = UserLocale();
     clsRoom room;
@@ -122,7 +122,7 @@ void clsFileSytem::WriteListToTextFile(const std::wstring& fileName, const clsFl
 std::wstring clsFileSytem::BuildHeaderLine() const {
     Fields titles;
     for (std::size_t column = 0; column < titles.size(); ++column) {
-        titles[column] = context_.GetText(RoomColumnTitles[column]);
+        titles[column] = services_.texts.GetText(RoomColumnTitles[column]);
     }
     return join(titles);
 }
@@ -155,7 +155,7 @@ void clsFileSytem::WriteListAsTextIgnoringErrors(const std::wstring& fileName,
 }
 
 void clsFileSytem::WriteListToExcel(const std::wstring& fileName, const clsFloors& floors) {
-    clsExcel(context_).WriteListToFile(fileName, floors);
+    clsExcel(services_).WriteListToFile(fileName, floors);
 }
 
 // ------------------------------------------------------------------------- reading a list
@@ -180,14 +180,14 @@ void clsFileSytem::ReadListFromFile(const std::wstring& fileName, clsFloors& flo
 }
 
 void clsFileSytem::ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors) {
-    TextReader file(fileName, context_.System().ansi);
+    TextReader file(fileName, services_.ansi);
     const std::wstring header = file.ReadLine();
     // The first bytes of a real workbook may hold a TAB by chance, but never without NULs; a header
     // line has none.
     const bool isBinary = header.find(L'\0') != std::wstring::npos;
     if ((header.find(L'\t') == std::wstring::npos || isBinary) && IsExcelFile(fileName)) {
-        context_.System().desktop.ShowMessage(
-            {context_.GetText(textWorkbookNeedsApplication), applicationTitle});
+        services_.desktop.ShowMessage(
+            {services_.texts.GetText(textWorkbookNeedsApplication), applicationTitle});
         return;
     }
     const NumberLocale locale = UserLocale();
@@ -225,7 +225,7 @@ void clsFileSytem::ReadListAsTextIgnoringErrors(const std::wstring& fileName, cl
 }
 
 void clsFileSytem::ReadListFromExcel(const std::wstring& fileName, clsFloors& floors) {
-    clsExcel(context_).ReadListFromFile(fileName, floors);
+    clsExcel(services_).ReadListFromFile(fileName, floors);
 }
 
 // ------------------------------------------------------------------------- points
@@ -233,10 +233,10 @@ void clsFileSytem::ReadListFromExcel(const std::wstring& fileName, clsFloors& fl
 bool clsFileSytem::ReadPointsFromGeometryFile(const std::wstring& fileName, PointArray& points) {
     try {
         if (IsExcelFile(fileName)) {
-            clsExcel(context_).ReadPointsFromGeometryFile(fileName, points);
+            clsExcel(services_).ReadPointsFromGeometryFile(fileName, points);
             return true;
         }
-        TextReader file(fileName, context_.System().ansi);
+        TextReader file(fileName, services_.ansi);
         const std::int32_t count = wholeNumber(file.ReadLine());
         ReadPointsFromTextFile(file, count, points);
         return true;
@@ -268,7 +268,7 @@ void clsFileSytem::WritePointsToGeometryFile(const std::wstring& fileName,
     }
     // The last point closes the outline: its index is the number of points to write.
     const std::int16_t last = RoundToInteger(points.Count() - 1);
-    TextWriter file(fileName, context_.System().ansi);
+    TextWriter file(fileName, services_.ansi);
     file.WriteLine(FromLong(last));
     for (std::int32_t index = 0; index < last; ++index) {
         file.WriteLine(FromDoubleInvariant(points.X(index)) + L'\t' +

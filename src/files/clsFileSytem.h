@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "app/ProgramContext.h"
+#include "files/FileServices.h"
 #include "files/PointArray.h"
 #include "files/TextStream.h"
 #include "model/NumberText.h"
@@ -15,7 +15,7 @@ namespace kalvrooms {
 
 class clsFileSytem {
   public:
-    explicit clsFileSytem(ProgramContext& context) : context_(context) {}
+    explicit clsFileSytem(const FileServices& services) : services_(services) {}
 
     // Writes the whole list; an empty one leaves the disk alone. Without the spreadsheet
     // application a workbook's name gets a text file. No errors: what was written before one stays
@@ -50,7 +50,7 @@ class clsFileSytem {
     void WriteListToExcel(const std::wstring& fileName, const clsFloors& floors);
     static void ReadPointsFromTextFile(TextReader& file, std::int32_t count, PointArray& points);
 
-    ProgramContext& context_;
+    const FileServices services_;
 };
 
 } // namespace kalvrooms

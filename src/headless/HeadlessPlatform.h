@@ -9,10 +9,7 @@ namespace kalvrooms {
 
 class HeadlessPlatform {
   public:
-    // Without a host there is none on the machine.
-    explicit HeadlessPlatform(SpreadsheetServer& spreadsheets, HostServer* host = nullptr)
-        : bundle_{desktop,     ansi, registry, libraries, environment, host ? *host : noHost_,
-                  spreadsheets} {}
+    HeadlessPlatform() = default;
     HeadlessPlatform(const HeadlessPlatform&) = delete;
     HeadlessPlatform& operator=(const HeadlessPlatform&) = delete;
 
@@ -25,8 +22,7 @@ class HeadlessPlatform {
     HeadlessEnvironment environment;
 
   private:
-    AbsentHostServer noHost_;
-    Platform bundle_;
+    Platform bundle_{desktop, ansi, registry, libraries, environment};
 };
 
 } // namespace kalvrooms

@@ -223,18 +223,4 @@ std::unique_ptr<ResourceLibrary> HeadlessResourceLibraries::Load(const std::wstr
     return std::make_unique<Library>(*this, found->second);
 }
 
-// ------------------------------------------------------------------------- absent host
-
-std::unique_ptr<HostApplication> AbsentHostServer::CreateHostApplication() {
-    throw RuntimeError(RuntimeError::CannotCreateObject);
-}
-
-std::unique_ptr<HostRoomSelection> AbsentHostServer::CreateRoomFilter() {
-    throw RuntimeError(RuntimeError::CannotCreateObject);
-}
-
-std::unique_ptr<HostAttributeCatalogue> AbsentHostServer::CreateAttributeCatalogue() {
-    throw RuntimeError(RuntimeError::CannotCreateObject);
-}
-
 } // namespace kalvrooms

@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "host/HostApplication.h"
 #include "platform/Platform.h"
 
 namespace kalvrooms {
@@ -105,14 +104,6 @@ class HeadlessEnvironment final : public Environment {
   public:
     std::wstring Folder = L"C:\\Quartino";
     std::wstring ExecutableFolder() const override { return Folder; }
-};
-
-// The host of a machine that has none.
-class AbsentHostServer final : public HostServer {
-  public:
-    std::unique_ptr<HostApplication> CreateHostApplication() override;
-    std::unique_ptr<HostRoomSelection> CreateRoomFilter() override;
-    std::unique_ptr<HostAttributeCatalogue> CreateAttributeCatalogue() override;
 };
 
 } // namespace kalvrooms

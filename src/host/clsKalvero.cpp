@@ -58,13 +58,13 @@ std::wstring identityKey(std::int32_t componentID, const std::wstring& fileID) {
 // Disables the main window while the drawing is written, whatever way the writing ends.
 class InputLock {
   public:
-    explicit InputLock(ProgramContext& context) : context_(context) { context_.EnableInput(false); }
-    ~InputLock() { context_.EnableInput(true); }
+    explicit InputLock(ExportWindow& window) : window_(window) { window_.EnableInput(false); }
+    ~InputLock() { window_.EnableInput(true); }
     InputLock(const InputLock&) = delete;
     InputLock& operator=(const InputLock&) = delete;
 
   private:
-    ProgramContext& context_;
+    ExportWindow& window_;
 };
 
 // The operation's busy indicator, known to the bridge as long as the operation runs.
@@ -146,12 +146,13 @@ struct clsKalvero::AttributeNames {
     }
 };
 
-clsKalvero::clsKalvero(ProgramContext& context) : context_(context) {
+clsKalvero::clsKalvero(HostServer& host, const FileServices& files, ExportWindow& window)
+    : host_(host), files_(files), desktop_(files.desktop), texts_(files.texts), window_(window) {
     attempt([this] { connect(); });
 }
 
 void clsKalvero::connect() {
-    application_ = context_.System().host.CreateHostApplication();
+    application_ = host_.CreateHostApplication();
 }
 
 std::unique_ptr<HostDrawingService> clsKalvero::getDrawingService() {
@@ -201,7 +202,7 @@ std::wstring clsKalvero::GetProjectPath() const {
 bool clsKalvero::hostForbidsAccess() {
     std::wstring description;
     try {
-        auto fresh = context_.System().host.CreateHostApplication();
+        auto fresh = host_.CreateHostApplication();
         if (!application_)
             application_ = std::move(fresh);
     } catch (const RuntimeError& error) {
@@ -222,8 +223,7 @@ bool clsKalvero::hostForbidsAccess() {
 void clsKalvero::showHostMessage(std::int32_t textNumber) {
     if (wait_)
         wait_->BreakWait();
-    context_.System().desktop.ShowMessage(
-        {context_.GetText(textNumber), context_.GetText(textTitle)});
+    desktop_.ShowMessage({texts_.GetText(textNumber), texts_.GetText(textTitle)});
     if (wait_)
         wait_->ContinueWait();
 }
@@ -231,17 +231,16 @@ void clsKalvero::showHostMessage(std::int32_t textNumber) {
 // ------------------------------------------------------------------------------------- reading
 
 void clsKalvero::ImportFloorsFromKalvero(clsFloors& floors) {
-    HostServer& server = context_.System().host;
     bool skipped = false;
     {
-        Busy busy(wait_, context_.System().desktop);
+        Busy busy(wait_, desktop_);
         busy->StartWait();
         std::unique_ptr<HostDrawingService> service;
         std::unique_ptr<HostRoomSelection> filter;
         std::unique_ptr<HostElementList> elements;
         std::int32_t projectNumber = 0;
         attempt([&] { service = getDrawingService(); });
-        attempt([&] { filter = server.CreateRoomFilter(); });
+        attempt([&] { filter = host_.CreateRoomFilter(); });
         attempt([&] {
             if (application_)
                 projectNumber = application_->GetProject()->ProjectNumber();
@@ -255,7 +254,7 @@ void clsKalvero::ImportFloorsFromKalvero(clsFloors& floors) {
                 elements = service->GetElements(*filter);
         });
         if (!hostForbidsAccess()) {
-            const AttributeNames names(server);
+            const AttributeNames names(host_);
             std::int32_t count = 0;
             attempt([&] {
                 if (elements)
@@ -291,12 +290,11 @@ void clsKalvero::ImportFloorsFromKalvero(clsFloors& floors) {
                 room.Geometry->SetTypeAndValue(CalculationByFile, path);
                 floors.AddRooms(room, 1);
             }
-            context_.UpdateTable(true);
+            files_.table.UpdateTable(true);
         }
     }
     if (skipped)
-        context_.System().desktop.ShowMessage(
-            {context_.GetText(textNoKvdRooms), context_.GetText(textTitle)});
+        desktop_.ShowMessage({texts_.GetText(textNoKvdRooms), texts_.GetText(textTitle)});
 }
 
 void clsKalvero::ReadRoomAttributes(HostRoomElement& element, clsRoom& room,
@@ -335,7 +333,7 @@ void clsKalvero::writePoints(const std::wstring& path, const Outline& outline) {
     PointArray points;
     for (const Point& point : outline)
         points.Add(point.x, point.y);
-    clsFileSytem(context_).WritePointsToGeometryFile(path, points);
+    clsFileSytem(files_).WritePointsToGeometryFile(path, points);
 }
 
 // ------------------------------------------------------------------------------------- writing
@@ -346,25 +344,24 @@ void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithM
                                        std::int32_t& lngNoWithKoOld, std::int32_t& lngNoWithoutKo) {
     modificationList_.clear();
     writtenRooms_.clear();
-    Gui::Desktop& desktop = context_.System().desktop;
     const std::int32_t countOfRooms = qtoFloors.GetCountOfRooms();
     if (countOfRooms == 0) {
-        desktop.ShowMessage({context_.GetText(textNoRooms), context_.GetText(textTitle)});
+        desktop_.ShowMessage({texts_.GetText(textNoRooms), texts_.GetText(textTitle)});
         return;
     }
     if (countOfRooms > mostRooms) {
-        desktop.ShowMessage({context_.GetText(textTooManyRooms), context_.GetText(textTitle),
-                             Gui::Message::Buttons::Ok, Gui::Message::Icon::Stop});
+        desktop_.ShowMessage({texts_.GetText(textTooManyRooms), texts_.GetText(textTitle),
+                              Gui::Message::Buttons::Ok, Gui::Message::Icon::Stop});
         return;
     }
 
-    Busy busy(wait_, desktop);
+    Busy busy(wait_, desktop_);
     std::unique_ptr<HostDrawingService> service;
     attempt([&] { service = getDrawingService(); });
     if (hostForbidsAccess())
         return;
     busy->StartWait();
-    const InputLock lock(context_);
+    const InputLock lock(window_);
     // A host that was ended in the meantime is reached by the connection that the check has made.
     if (!service)
         service = getDrawingService();
@@ -384,12 +381,9 @@ void clsKalvero::writeRoomsWithCoordinates(HostDrawingService& service, const cl
                                            std::int32_t countOfRooms, bool withModify,
                                            std::int32_t& roomsToLayOut, std::int32_t& sumOfSides,
                                            std::int32_t& newRooms, std::int32_t& updatedRooms) {
-    double distanceX, distanceY;
-    bool block, noReport;
-    std::int32_t colorOld, colorNew;
-    context_.GetPlace(distanceX, distanceY, block, colorOld, colorNew, noReport);
+    const std::int32_t colorOld = window_.GetPlace().colorOld;
 
-    Elements drawing(context_.System().host, service);
+    Elements drawing(host_, service);
     const auto changed = service.CreateElementList();
     const auto added = service.CreateElementList();
     const auto layOut = [&](double side) {
@@ -408,7 +402,7 @@ void clsKalvero::writeRoomsWithCoordinates(HostDrawingService& service, const cl
         }
         PointArray points;
         const bool hasPoints =
-            clsFileSytem(context_).ReadPointsFromGeometryFile(room.Geometry->FileName(), points) &&
+            clsFileSytem(files_).ReadPointsFromGeometryFile(room.Geometry->FileName(), points) &&
             points.Count() > 0;
         Outline outline;
         if (hasPoints)
@@ -453,10 +447,7 @@ void clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& service, const
                                               double distanceX, double distanceY,
                                               std::int32_t roomsToLayOut, std::int32_t sumOfSides,
                                               std::int32_t& setDown) {
-    double unusedX, unusedY;
-    bool unusedBlock, noReport;
-    std::int32_t colorOld, colorNew;
-    context_.GetPlace(unusedX, unusedY, unusedBlock, colorOld, colorNew, noReport);
+    const std::int32_t colorNew = window_.GetPlace().colorNew;
 
     // Half of one row that would hold all rooms: the block comes out as two rows of about equal
     // length.
@@ -546,9 +537,9 @@ void clsKalvero::AddRoomToModificationList(const clsRoom& room, HostRoomElement&
     std::vector<HostAttributeValue> values;
     attempt([&] { values = attributes->Values(); });
     // The blanks that frame the table's texts are no part of the host's names.
-    const NamedTexts texts{{{Trim(context_.GetText(textEnclosure)), room.Enclosure()},
-                            {Trim(context_.GetText(textOccupancy)), room.Occupancy()},
-                            {Trim(context_.GetText(textAreaType)), room.AreaType()}}};
+    const NamedTexts texts{{{Trim(texts_.GetText(textEnclosure)), room.Enclosure()},
+                            {Trim(texts_.GetText(textOccupancy)), room.Occupancy()},
+                            {Trim(texts_.GetText(textAreaType)), room.AreaType()}}};
     std::int32_t index = 0;
     for (const HostAttributeValue& value : values) {
         ++index;

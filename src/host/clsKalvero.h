@@ -10,17 +10,27 @@
 #include <utility>
 #include <vector>
 
-#include "app/ProgramContext.h"
+#include "app/Options.h"
 #include "app/clsWait.h"
+#include "files/FileServices.h"
 #include "host/HostApplication.h"
 #include "model/clsFloors.h"
 
 namespace kalvrooms {
 
+// The window that the drawing is written from.
+class ExportWindow {
+  public:
+    virtual ~ExportWindow() = default;
+    virtual Placement GetPlace() const = 0;
+    // Accepts input of the user or not.
+    virtual void EnableInput(bool enabled) = 0;
+};
+
 class clsKalvero {
   public:
     // Connects to the host; a connection that fails is tried again when it is needed.
-    explicit clsKalvero(ProgramContext& context);
+    clsKalvero(HostServer& host, const FileServices& files, ExportWindow& window);
 
     // The project's name, "RaumProgramm" when the host gives none. Host errors are ignored.
     std::wstring GetProjectName();
@@ -53,7 +63,6 @@ class clsKalvero {
     std::unique_ptr<HostDrawingService> getDrawingService();
     bool hostForbidsAccess();
     void showHostMessage(std::int32_t textNumber);
-    void readProject();
 
     void ReadRoomAttributes(HostRoomElement& element, clsRoom& room, const AttributeNames& names);
     void writePoints(const std::wstring& path, const Outline& outline);
@@ -75,7 +84,11 @@ class clsKalvero {
     static void SetAttributeIfNamed(HostAttributeList& attributes, std::int32_t index,
                                     const HostAttributeValue& attribute, const NamedTexts& texts);
 
-    ProgramContext& context_;
+    HostServer& host_;
+    const FileServices files_;
+    Gui::Desktop& desktop_;
+    const Texts& texts_;
+    ExportWindow& window_;
     std::unique_ptr<HostApplication> application_;
     std::wstring projectPath_;
     bool warnOfName_ = true;

@@ -61,17 +61,12 @@ class Environment {
     virtual std::wstring ExecutableFolder() const = 0;
 };
 
-class HostServer;
-class SpreadsheetServer;
-
 struct Platform {
     Gui::Desktop& desktop;
     AnsiCodec& ansi;
     Registry& registry;
     ResourceLibraries& libraries;
     Environment& environment;
-    HostServer& host;
-    SpreadsheetServer& spreadsheets;
 };
 
 } // namespace kalvrooms

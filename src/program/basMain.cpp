@@ -1,10 +1,7 @@
 #include "program/basMain.h"
 
 #include "app/HandOverFile.h"
-#include "host/HostApplication.h"
 #include "model/NumberText.h"
-#include "platform/Gui.h"
-#include "platform/Program.h"
 #include "ui/frmMain.h"
 
 namespace kalvrooms {
@@ -13,38 +10,37 @@ namespace {
 constexpr std::int32_t textTitle = 1;
 constexpr std::int32_t textCloseKvdFiles = 76;
 
-std::wstring textOr(const ProgramContext& context, std::int32_t number, const wchar_t* fallBack) {
-    const std::wstring text = context.GetText(number);
+std::wstring textOr(const Texts& texts, std::int32_t number, const wchar_t* fallBack) {
+    const std::wstring text = texts.GetText(number);
     return Trim(text).empty() ? fallBack : text;
 }
 
 } // namespace
 
-bool CanCreateHostServer(Platform& platform) {
+bool CanCreateHostServer(HostServer& host) {
     try {
-        return platform.host.CreateHostApplication() != nullptr;
+        return host.CreateHostApplication() != nullptr;
     } catch (const std::exception&) {
         return false;
     }
 }
 
-bool ProbeHostServer(ProgramContext& context) {
-    Platform& platform = context.System();
-    if (CanCreateHostServer(platform))
+bool ProbeHostServer(HostServer& host, Gui::Desktop& desktop, const Texts& texts) {
+    if (CanCreateHostServer(host))
         return true;
-    platform.desktop.ShowMessage(
-        {textOr(context, textCloseKvdFiles,
+    desktop.ShowMessage(
+        {textOr(texts, textCloseKvdFiles,
                 L"KVD-Dateien können mit dem Quartino nicht bearbeitet werden. Bitte schließen Sie "
                 L"alle KVD-Dateien."),
-         textOr(context, textTitle, L"Quartino")});
-    return CanCreateHostServer(platform);
+         textOr(texts, textTitle, L"Quartino")});
+    return CanCreateHostServer(host);
 }
 
-void RunProgram(Platform& platform) {
-    frmMain main(platform);
+void RunProgram(Platform& platform, HostServer& host, SpreadsheetServer& spreadsheets) {
+    frmMain main(platform, host, spreadsheets);
     main.SetLang(L"");
-    ReadHandOverFile(main);
-    if (!ProbeHostServer(main))
+    ReadHandOverFile(platform.environment, platform.ansi, main);
+    if (!ProbeHostServer(host, platform.desktop, main))
         return;
     main.Show();
     platform.desktop.Run();

@@ -33,8 +33,8 @@ std::wstring asCaption(const std::wstring& path) {
 
 } // namespace
 
-frmGeometry::frmGeometry(ProgramContext& context)
-    : context_(context), desktop_(context.System().desktop),
+frmGeometry::frmGeometry(const DialogServices& services, std::shared_ptr<clsGeometry> geometry)
+    : services_(services), desktop_(services.desktop), geometry_(std::move(geometry)),
       form_(desktop_.CreateForm(L"frmGeometry")), fraGeo(form_->FrameNamed(L"fraGeo")),
       optXDirection(form_->OptionNamed(L"optXDirection")), lblDx(form_->LabelNamed(L"lblDx")),
       txtDx(form_->FieldNamed(L"txtDx")), optYDirection(form_->OptionNamed(L"optYDirection")),
@@ -60,10 +60,8 @@ frmGeometry::frmGeometry(ProgramContext& context)
 }
 
 void frmGeometry::ShowModal() {
-    const std::shared_ptr<clsRoom> room = context_.GetCurrentRoom();
-    if (!room || !room->Geometry)
+    if (!geometry_)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
-    geometry_ = room->Geometry;
     setCaptions();
     fillFields();
     form_->ShowModal();
@@ -75,7 +73,7 @@ void frmGeometry::setCaptions() {
         {optYDirection, 41}, {lblDy, 44},  {optRatio, 42},      {lblRatio, 45},
         {optExcelFile, 46},  {cmdOk, 2},   {cmdCancel, 3}};
     for (const auto& [control, number] : captions)
-        control.Text(context_.GetText(number));
+        control.Text(services_.texts.GetText(number));
 }
 
 void frmGeometry::fillFields() {
@@ -110,7 +108,7 @@ void frmGeometry::showFilePath(const std::wstring& path) {
 void frmGeometry::onKeyUp(int key) {
     switch (key) {
     case Gui::KeyF1:
-        desktop_.OpenHelp(*form_, context_.HelpFile(), helpContext);
+        desktop_.OpenHelp(*form_, services_.helpFile, helpContext);
         break;
     case Gui::KeyEnter:
         NormalizeField(txtDx, NormalizeThreeDecimals);

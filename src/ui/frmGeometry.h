@@ -5,19 +5,19 @@
 #include <memory>
 #include <string>
 
-#include "app/ProgramContext.h"
 #include "model/clsGeometry.h"
 #include "platform/Gui.h"
+#include "ui/DialogServices.h"
 
 namespace kalvrooms {
 
 class frmGeometry {
   public:
-    explicit frmGeometry(ProgramContext& context);
+    frmGeometry(const DialogServices& services, std::shared_ptr<clsGeometry> geometry);
     frmGeometry(const frmGeometry&) = delete;
     frmGeometry& operator=(const frmGeometry&) = delete;
 
-    // Returns when the dialog is closed. Error: ObjectVariableNotSet without a current room.
+    // Returns when the dialog is closed. Error: ObjectVariableNotSet without a geometry.
     void ShowModal();
 
   private:
@@ -33,8 +33,9 @@ class frmGeometry {
     void cmdOk_Click();
     void cmdCancel_Click();
 
-    ProgramContext& context_;
+    const DialogServices services_;
     Gui::Desktop& desktop_;
+    std::shared_ptr<clsGeometry> geometry_;
     std::unique_ptr<Gui::Form> form_;
 
     Gui::Frame& fraGeo;
@@ -52,7 +53,6 @@ class frmGeometry {
     Gui::Button& cmdOk;
     Gui::Button& cmdCancel;
 
-    std::shared_ptr<clsGeometry> geometry_;
     // The chosen point file; the button may show only its end.
     std::wstring filePath_;
 };

@@ -9,7 +9,6 @@
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
 #include "ui/frmPlace.h"
-#include "ui/frmReport.h"
 #include "ui/frmRoom.h"
 
 namespace kalvrooms {
@@ -73,7 +72,8 @@ struct frmMain::ChosenFile {
     int kind = 0;
 };
 
-frmMain::frmMain(Platform& platform) : platform_(platform), desktop_(platform.desktop) {
+frmMain::frmMain(Platform& platform, HostServer& host, SpreadsheetServer& spreadsheets)
+    : platform_(platform), host_(host), spreadsheets_(spreadsheets), desktop_(platform.desktop) {
     desktop_.RuntimeErrorHandler = [this](const RuntimeError& error) {
         desktop_.ShowMessage(
             {L"Laufzeitfehler " + std::to_wstring(error.number()) + L":\r" + error.description(),
@@ -112,7 +112,7 @@ void frmMain::load() {
     floors_ = std::make_shared<clsFloors>();
     addTemplate_ = std::make_shared<clsRoom>();
     currentRoom_ = addTemplate_;
-    kalvero_ = std::make_unique<clsKalvero>(*this);
+    kalvero_ = std::make_unique<clsKalvero>(host_, files(), *this);
     form_->Text(GetText(textTitle));
     buildMenus();
     grdRooms_->Cells().Resize(leastRows, columnCount);
@@ -128,6 +128,14 @@ void frmMain::load() {
     grdRooms_->Redraw(true);
     LoadWindowSettings();
     settingsRead_ = true;
+}
+
+FileServices frmMain::files() {
+    return {*this, *this, desktop_, platform_.ansi, spreadsheets_};
+}
+
+DialogServices frmMain::dialogs() const {
+    return {desktop_, *this, helpFile_};
 }
 
 void frmMain::buildMenus() {
@@ -244,45 +252,24 @@ std::wstring frmMain::GetTextWithoutDot(std::int32_t number) const {
     return text_->GetTextWithoutDot(number);
 }
 
-void frmMain::GetReport(std::int32_t& colorOld, std::int32_t& colorNew, std::int32_t& updated,
-                        std::int32_t& newAtPosition, std::int32_t& setDown, bool& noReport) const {
-    colorOld = placement_.colorOld;
-    colorNew = placement_.colorNew;
-    updated = report_.updated;
-    newAtPosition = report_.newAtPosition;
-    setDown = report_.setDown;
-    noReport = noReport_;
+Placement frmMain::GetPlace() const {
+    return placement_;
 }
 
-void frmMain::SetWithoutReport() {
-    noReport_ = true;
+void frmMain::SetPlace(const Placement& placement) {
+    placement_ = placement;
+}
+
+bool frmMain::NoReport() const {
+    return noReport_;
 }
 
 void frmMain::SetWithReport() {
     noReport_ = false;
 }
 
-void frmMain::GetPlace(double& distanceX, double& distanceY, bool& block, std::int32_t& colorOld,
-                       std::int32_t& colorNew, bool& noReport) const {
-    distanceX = placement_.distanceX;
-    distanceY = placement_.distanceY;
-    block = placement_.block;
-    colorOld = placement_.colorOld;
-    colorNew = placement_.colorNew;
-    noReport = noReport_;
-}
-
-void frmMain::SetPlace(double distanceX, double distanceY, bool block, std::int32_t colorOld,
-                       std::int32_t colorNew) {
-    placement_ = {distanceX, distanceY, block, colorOld, colorNew};
-}
-
-void frmMain::WriteListToFile() {
-    clsFileSytem(*this).WriteListToFile(fileName_, *floors_);
-}
-
-void frmMain::ReadListFromFile() {
-    clsFileSytem(*this).ReadListFromFile(fileName_, *floors_);
+void frmMain::SetWithoutReport() {
+    noReport_ = true;
 }
 
 std::shared_ptr<clsRoom> frmMain::GetCurrentRoom() const {
@@ -298,16 +285,8 @@ void frmMain::EnableInput(bool enabled) {
     form_->Enabled(enabled);
 }
 
-std::wstring frmMain::HelpFile() const {
-    return helpFile_;
-}
-
 void frmMain::HelpFile(const std::wstring& path) {
     helpFile_ = path;
-}
-
-Platform& frmMain::System() const {
-    return platform_;
 }
 
 // ------------------------------------------------------------------------- file commands
@@ -364,7 +343,7 @@ void frmMain::openList() {
     // turn.
     clearList();
     useFile(file);
-    ReadListFromFile();
+    readListFromFile();
     UpdateTable(true);
     fileKind_ = file.kind;
     dirty_ = false;
@@ -375,7 +354,7 @@ void frmMain::saveList() {
         saveListAs();
         return;
     }
-    WriteListToFile();
+    writeListToFile();
     dirty_ = false;
 }
 
@@ -384,9 +363,17 @@ void frmMain::saveListAs() {
     if (file.name.empty())
         return;
     useFile(file);
-    WriteListToFile();
+    writeListToFile();
     fileKind_ = file.kind;
     dirty_ = false;
+}
+
+void frmMain::writeListToFile() {
+    clsFileSytem(files()).WriteListToFile(fileName_, *floors_);
+}
+
+void frmMain::readListFromFile() {
+    clsFileSytem(files()).ReadListFromFile(fileName_, *floors_);
 }
 
 void frmMain::clearList() {
@@ -436,19 +423,19 @@ void frmMain::importRooms() {
 }
 
 void frmMain::exportRooms() {
-    report_ = ReportCounts();
+    ReportCounts counts;
     kalvero_->ExportFloorsToKalvero(*floors_, true, placement_.block, placement_.distanceX,
-                                    placement_.distanceY, report_.newAtPosition, report_.updated,
-                                    report_.setDown);
-    if (report_.updated + report_.newAtPosition + report_.setDown > 0 && !noReport_)
-        frmReport(*this).ShowModal();
+                                    placement_.distanceY, counts.newAtPosition, counts.updated,
+                                    counts.setDown);
+    if (counts.updated + counts.newAtPosition + counts.setDown > 0 && !noReport_)
+        frmReport(dialogs(), *this, counts).ShowModal();
 }
 
 // ------------------------------------------------------------------------- room commands
 
 void frmMain::showRoomDialog(bool isNew) {
     currentRoom_->IsNew(isNew);
-    frmRoom(*this).ShowModal();
+    frmRoom(dialogs(), *this).ShowModal();
     dirty_ = true;
 }
 
@@ -490,7 +477,7 @@ bool frmMain::selectedRoom(std::wstring& storyCode, std::int32_t& id) const {
 }
 
 void frmMain::showOptions() {
-    frmPlace(*this).ShowModal();
+    frmPlace(dialogs(), *this).ShowModal();
     UpdateTable(false);
 }
 

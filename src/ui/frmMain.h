@@ -7,17 +7,27 @@
 #include <memory>
 #include <string>
 
-#include "app/ProgramContext.h"
+#include "app/HandOverFile.h"
+#include "app/Options.h"
+#include "app/Texts.h"
 #include "app/clsText.h"
 #include "host/clsKalvero.h"
 #include "model/clsFloors.h"
 #include "platform/Gui.h"
+#include "platform/Platform.h"
+#include "ui/DialogServices.h"
+#include "ui/RoomEditing.h"
+#include "ui/frmReport.h"
 
 namespace kalvrooms {
 
-class frmMain : public ProgramContext {
+class frmMain final : public Texts,
+                      public StartValues,
+                      public Options,
+                      public ExportWindow,
+                      public RoomEditing {
   public:
-    explicit frmMain(Platform& platform);
+    frmMain(Platform& platform, HostServer& host, SpreadsheetServer& spreadsheets);
     ~frmMain() override;
 
     // Runs the load handler and shows the window modeless.
@@ -27,42 +37,24 @@ class frmMain : public ProgramContext {
     void SetLang(const std::wstring& code) override;
     std::wstring GetText(std::int32_t number) const override;
     std::wstring GetTextWithoutDot(std::int32_t number) const override;
-    void GetReport(std::int32_t& colorOld, std::int32_t& colorNew, std::int32_t& updated,
-                   std::int32_t& newAtPosition, std::int32_t& setDown,
-                   bool& noReport) const override;
-    void SetWithoutReport() override;
+    Placement GetPlace() const override;
+    void SetPlace(const Placement& placement) override;
+    bool NoReport() const override;
     void SetWithReport() override;
-    void GetPlace(double& distanceX, double& distanceY, bool& block, std::int32_t& colorOld,
-                  std::int32_t& colorNew, bool& noReport) const override;
-    void SetPlace(double distanceX, double distanceY, bool block, std::int32_t colorOld,
-                  std::int32_t colorNew) override;
-    void WriteListToFile() override;
-    void ReadListFromFile() override;
+    void SetWithoutReport() override;
     std::shared_ptr<clsRoom> GetCurrentRoom() const override;
     void AddCurrentRoomsToListOfFloors(std::int32_t quantity) override;
     void UpdateTable(bool warn) override;
     void EnableInput(bool enabled) override;
-    std::wstring HelpFile() const override;
     void HelpFile(const std::wstring& path) override;
-    Platform& System() const override;
 
   private:
-    struct Placement {
-        double distanceX = 1.0; // metres
-        double distanceY = 1.0;
-        bool block = true;
-        std::int32_t colorOld = 0;
-        std::int32_t colorNew = 255;
-    };
-    struct ReportCounts {
-        std::int32_t updated = 0;
-        std::int32_t newAtPosition = 0;
-        std::int32_t setDown = 0;
-    };
     // Values of the file kind, which are the filter indices of the file dialogs.
     static constexpr int textFileKind = 1;
     static constexpr int spreadsheetFileKind = 2;
 
+    FileServices files();
+    DialogServices dialogs() const;
     void buildMenus();
     void load();
     void unload();
@@ -82,6 +74,8 @@ class frmMain : public ProgramContext {
     void deleteRoom();
     void showOptions();
 
+    void writeListToFile();
+    void readListFromFile();
     void clearList();
     void SaveChangesPrompt();
     bool hasUnsavedRooms() const;
@@ -101,6 +95,8 @@ class frmMain : public ProgramContext {
     bool selectedRoom(std::wstring& storyCode, std::int32_t& id) const;
 
     Platform& platform_;
+    HostServer& host_;
+    SpreadsheetServer& spreadsheets_;
     Gui::Desktop& desktop_;
     std::unique_ptr<clsText> text_;
     std::wstring regKey_;
@@ -117,7 +113,6 @@ class frmMain : public ProgramContext {
     std::unique_ptr<clsKalvero> kalvero_;
     Placement placement_;
     bool noReport_ = false;
-    ReportCounts report_;
 
     std::wstring fileName_;
     std::wstring fileTitle_;

@@ -23,8 +23,8 @@ constexpr int displayTab = 1;
 
 } // namespace
 
-frmPlace::frmPlace(ProgramContext& context)
-    : context_(context), desktop_(context.System().desktop),
+frmPlace::frmPlace(const DialogServices& services, Options& options)
+    : services_(services), desktop_(services.desktop), options_(options),
       form_(desktop_.CreateForm(L"frmPlace")), SSTab1(form_->TabsNamed(L"SSTab1")),
       fraAnordnung(form_->FrameNamed(L"fraAnordnung")), optSingle(form_->OptionNamed(L"optSingle")),
       optBlock(form_->OptionNamed(L"optBlock")), lblDisX(form_->LabelNamed(L"lblDisX")),
@@ -55,38 +55,32 @@ void frmPlace::ShowModal() {
 }
 
 void frmPlace::setCaptions() {
-    form_->Text(context_.GetTextWithoutDot(textOptions));
+    form_->Text(services_.texts.GetTextWithoutDot(textOptions));
     const std::pair<Gui::Control&, std::int32_t> captions[] = {
         {fraAnordnung, 48},      {optSingle, 49}, {optBlock, 50},  {lblDisX, 51},   {lblDisY, 52},
         {fraColor, textDisplay}, {lblcolold, 54}, {lblcolnew, 55}, {chkUpdate, 56}, {cmdOk, 2},
         {cmdCancel, 3}};
     for (const auto& [control, number] : captions)
-        control.Text(context_.GetText(number));
+        control.Text(services_.texts.GetText(number));
     // The tab selected last is the one that the dialog opens on.
     SSTab1.Tab(displayTab);
-    SSTab1.TabCaption(displayTab, context_.GetText(textDisplay));
+    SSTab1.TabCaption(displayTab, services_.texts.GetText(textDisplay));
     SSTab1.Tab(arrangementTab);
-    SSTab1.TabCaption(arrangementTab, context_.GetText(textArrangement));
+    SSTab1.TabCaption(arrangementTab, services_.texts.GetText(textArrangement));
 }
 
 void frmPlace::fillFields() {
-    double distanceX = 0.0;
-    double distanceY = 0.0;
-    bool block = false;
-    Gui::Colour colorOld = 0;
-    Gui::Colour colorNew = 0;
-    bool noReport = false;
-    context_.GetPlace(distanceX, distanceY, block, colorOld, colorNew, noReport);
-    cmdWithCoordinates.BackColour(colorOld);
-    cmdWithoutCoordinates.BackColour(colorNew);
-    if (block) {
+    const Placement placement = options_.GetPlace();
+    cmdWithCoordinates.BackColour(placement.colorOld);
+    cmdWithoutCoordinates.BackColour(placement.colorNew);
+    if (placement.block) {
         optBlock.Value(true);
-        txtDx.Text(FormatThreeDecimals(distanceX));
-        txtDy.Text(FormatThreeDecimals(distanceY));
+        txtDx.Text(FormatThreeDecimals(placement.distanceX));
+        txtDy.Text(FormatThreeDecimals(placement.distanceY));
     } else {
         optSingle.Value(true);
     }
-    chkUpdate.Value(!noReport);
+    chkUpdate.Value(!options_.NoReport());
 }
 
 double frmPlace::distance(const Gui::TextField& field) {
@@ -103,7 +97,7 @@ void frmPlace::chooseColour(Gui::Button& button) {
 void frmPlace::onKeyUp(int key) {
     switch (key) {
     case Gui::KeyF1:
-        desktop_.OpenHelp(*form_, context_.HelpFile(), helpContext);
+        desktop_.OpenHelp(*form_, services_.helpFile, helpContext);
         break;
     case Gui::KeyEnter:
         NormalizeField(txtDx, NormalizeThreeDecimals);
@@ -130,15 +124,15 @@ void frmPlace::cmdOk_Click() {
     const bool refused = block && (distanceX == 0.0 || distanceY == 0.0);
     // The report switch holds at once, even if the distances are refused.
     if (chkUpdate.Value())
-        context_.SetWithReport();
+        options_.SetWithReport();
     else
-        context_.SetWithoutReport();
+        options_.SetWithoutReport();
     if (refused) {
-        desktop_.ShowMessage({context_.GetText(textDistancesTooSmall), applicationTitle});
+        desktop_.ShowMessage({services_.texts.GetText(textDistancesTooSmall), applicationTitle});
         return;
     }
-    context_.SetPlace(distanceX, distanceY, block, cmdWithCoordinates.BackColour(),
-                      cmdWithoutCoordinates.BackColour());
+    options_.SetPlace({distanceX, distanceY, block, cmdWithCoordinates.BackColour(),
+                       cmdWithoutCoordinates.BackColour()});
     form_->Unload();
 }
 

@@ -5,14 +5,15 @@
 #include <memory>
 #include <string>
 
-#include "app/ProgramContext.h"
+#include "app/Options.h"
 #include "platform/Gui.h"
+#include "ui/DialogServices.h"
 
 namespace kalvrooms {
 
 class frmPlace {
   public:
-    explicit frmPlace(ProgramContext& context);
+    frmPlace(const DialogServices& services, Options& options);
     frmPlace(const frmPlace&) = delete;
     frmPlace& operator=(const frmPlace&) = delete;
 
@@ -30,8 +31,9 @@ class frmPlace {
     void cmdOk_Click();
     void cmdCancel_Click();
 
-    ProgramContext& context_;
+    const DialogServices services_;
     Gui::Desktop& desktop_;
+    Options& options_;
     std::unique_ptr<Gui::Form> form_;
 
     Gui::TabStrip& SSTab1;

@@ -17,13 +17,14 @@ constexpr Gui::Twips rowPitch = 360;
 
 } // namespace
 
-frmReport::frmReport(ProgramContext& context)
-    : context_(context), form_(context.System().desktop.CreateForm(L"frmReport")),
-      lblTop(form_->LabelNamed(L"lblTop")), lblNum1(form_->LabelNamed(L"lblNum1")),
-      lblText1(form_->LabelNamed(L"lblText1")), lblNum2(form_->LabelNamed(L"lblNum2")),
-      lblText2(form_->LabelNamed(L"lblText2")), lblNum3(form_->LabelNamed(L"lblNum3")),
-      lblText3(form_->LabelNamed(L"lblText3")), chkNoReport(form_->CheckNamed(L"chkNoReport")),
-      lblOption(form_->LabelNamed(L"lblOption")), cmdOk(form_->ButtonNamed(L"cmdOk")) {
+frmReport::frmReport(const DialogServices& services, Options& options, const ReportCounts& counts)
+    : services_(services), options_(options), counts_(counts),
+      form_(services.desktop.CreateForm(L"frmReport")), lblTop(form_->LabelNamed(L"lblTop")),
+      lblNum1(form_->LabelNamed(L"lblNum1")), lblText1(form_->LabelNamed(L"lblText1")),
+      lblNum2(form_->LabelNamed(L"lblNum2")), lblText2(form_->LabelNamed(L"lblText2")),
+      lblNum3(form_->LabelNamed(L"lblNum3")), lblText3(form_->LabelNamed(L"lblText3")),
+      chkNoReport(form_->CheckNamed(L"chkNoReport")), lblOption(form_->LabelNamed(L"lblOption")),
+      cmdOk(form_->ButtonNamed(L"cmdOk")) {
     cmdOk.Click = [this] { cmdOk_Click(); };
     // The key that everybody presses on a message; the button may not have the focus.
     form_->KeyUp = [this](int key) {
@@ -43,34 +44,29 @@ void frmReport::setCaptions() {
         {*form_, 1},    {lblTop, textRoomsWere}, {chkNoReport, 64}, {lblOption, 65},
         {lblText1, 59}, {lblText2, 61},          {lblText3, 63},    {cmdOk, 2}};
     for (const auto& [control, number] : captions)
-        control.Text(context_.GetText(number));
+        control.Text(services_.texts.GetText(number));
 }
 
 void frmReport::fillRows() {
-    Gui::Colour colorOld = 0;
-    Gui::Colour colorNew = 0;
-    std::int32_t updated = 0;
-    std::int32_t newAtPosition = 0;
-    std::int32_t setDown = 0;
-    bool noReport = false;
-    context_.GetReport(colorOld, colorNew, updated, newAtPosition, setDown, noReport);
+    const auto& [updated, newAtPosition, setDown] = counts_;
+    const Placement placement = options_.GetPlace();
     if (AddLong(AddLong(updated, newAtPosition), setDown) == 1)
-        lblTop.Text(context_.GetText(textOneRoomWas));
+        lblTop.Text(services_.texts.GetText(textOneRoomWas));
 
     const Row row1{lblNum1, lblText1};
     const Row row2{lblNum2, lblText2};
     const Row row3{lblNum3, lblText3};
     int hidden = 0;
-    if (!fillRow(row1, updated, textOneUpdated, colorOld)) {
+    if (!fillRow(row1, updated, textOneUpdated, placement.colorOld)) {
         ++hidden;
         moveUp(row2);
         moveUp(row3);
     }
-    if (!fillRow(row2, newAtPosition, textOneAtPosition, colorOld)) {
+    if (!fillRow(row2, newAtPosition, textOneAtPosition, placement.colorOld)) {
         ++hidden;
         moveUp(row3);
     }
-    if (!fillRow(row3, setDown, textOneSetDown, colorNew))
+    if (!fillRow(row3, setDown, textOneSetDown, placement.colorNew))
         ++hidden;
     if (hidden == 0)
         return;
@@ -89,7 +85,7 @@ bool frmReport::fillRow(const Row& row, std::int32_t count, std::int32_t textFor
         return false;
     }
     if (count == 1)
-        row.text.Text(context_.GetText(textForOne));
+        row.text.Text(services_.texts.GetText(textForOne));
     row.count.Text(FromLong(count));
     row.count.ForeColour(colour);
     row.text.ForeColour(colour);
@@ -103,9 +99,9 @@ void frmReport::moveUp(const Row& row) {
 
 void frmReport::cmdOk_Click() {
     if (chkNoReport.Value())
-        context_.SetWithoutReport();
+        options_.SetWithoutReport();
     else
-        context_.SetWithReport();
+        options_.SetWithReport();
     form_->Unload();
 }
 

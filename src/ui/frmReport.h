@@ -5,14 +5,21 @@
 #include <cstdint>
 #include <memory>
 
-#include "app/ProgramContext.h"
+#include "app/Options.h"
 #include "platform/Gui.h"
+#include "ui/DialogServices.h"
 
 namespace kalvrooms {
 
+struct ReportCounts {
+    std::int32_t updated = 0;
+    std::int32_t newAtPosition = 0;
+    std::int32_t setDown = 0;
+};
+
 class frmReport {
   public:
-    explicit frmReport(ProgramContext& context);
+    frmReport(const DialogServices& services, Options& options, const ReportCounts& counts);
     frmReport(const frmReport&) = delete;
     frmReport& operator=(const frmReport&) = delete;
 
@@ -32,7 +39,9 @@ class frmReport {
     static void moveUp(const Row& row);
     void cmdOk_Click();
 
-    ProgramContext& context_;
+    const DialogServices services_;
+    Options& options_;
+    const ReportCounts counts_;
     std::unique_ptr<Gui::Form> form_;
 
     Gui::Label& lblTop;

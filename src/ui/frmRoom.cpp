@@ -26,11 +26,12 @@ constexpr int hnfGroups = 6;
 
 } // namespace
 
-frmRoom::frmRoom(ProgramContext& context)
-    : context_(context), desktop_(context.System().desktop), form_(desktop_.CreateForm(L"frmRoom")),
-      frmAttrib(form_->FrameNamed(L"frmAttrib")), lblGeschoss(form_->LabelNamed(L"lblGeschoss")),
-      lblBez(form_->LabelNamed(L"lblBez")), lblFkt(form_->LabelNamed(L"lblFkt")),
-      lblFlaeche(form_->LabelNamed(L"lblFlaeche")), lblGFlaeche(form_->LabelNamed(L"lblGFlaeche")),
+frmRoom::frmRoom(const DialogServices& services, RoomEditing& editing)
+    : services_(services), desktop_(services.desktop), editing_(editing),
+      form_(desktop_.CreateForm(L"frmRoom")), frmAttrib(form_->FrameNamed(L"frmAttrib")),
+      lblGeschoss(form_->LabelNamed(L"lblGeschoss")), lblBez(form_->LabelNamed(L"lblBez")),
+      lblFkt(form_->LabelNamed(L"lblFkt")), lblFlaeche(form_->LabelNamed(L"lblFlaeche")),
+      lblGFlaeche(form_->LabelNamed(L"lblGFlaeche")),
       cmdGeometry(form_->ButtonNamed(L"cmdGeometry")), lblUm(form_->LabelNamed(L"lblUm")),
       lblNutz(form_->LabelNamed(L"lblNutz")), lblFlArt(form_->LabelNamed(L"lblFlArt")),
       lblAnz(form_->LabelNamed(L"lblAnz")), cmdOk(form_->ButtonNamed(L"cmdOk")),
@@ -64,12 +65,12 @@ void frmRoom::setCaptions() {
         {lblGFlaeche, 34}, {cmdGeometry, 35}, {lblUm, 36},   {lblNutz, 37}, {lblFlArt, 87},
         {lblAnz, 39},      {cmdOk, 2},        {cmdCancel, 3}};
     for (const auto& [control, number] : captions)
-        control.Text(context_.GetText(number));
+        control.Text(services_.texts.GetText(number));
 }
 
 void frmRoom::fillLists() {
     const auto addText = [this](Gui::DropDown& list, std::int32_t number) {
-        list.AddItem(context_.GetText(number));
+        list.AddItem(services_.texts.GetText(number));
     };
     for (const std::int32_t number : {textNoEntry, 88, 89, 90})
         addText(cboAreaType, number);
@@ -79,16 +80,16 @@ void frmRoom::fillLists() {
     for (const std::int32_t number : {textNoEntry, 86, 81, 82})
         addText(cboOccupancy, number);
     for (int group = 1; group <= hnfGroups; ++group)
-        cboOccupancy.AddItem(context_.GetText(textHnf) + L" " + std::to_wstring(group));
+        cboOccupancy.AddItem(services_.texts.GetText(textHnf) + L" " + std::to_wstring(group));
     for (const std::int32_t number : {84, 85})
         addText(cboOccupancy, number);
 }
 
 void frmRoom::fillFields() {
-    room_ = context_.GetCurrentRoom();
+    room_ = editing_.GetCurrentRoom();
     if (!room_ || !room_->Geometry)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
-    form_->Text(context_.GetText(room_->IsNew() ? textAddRoom : textModifyRoom));
+    form_->Text(services_.texts.GetText(room_->IsNew() ? textAddRoom : textModifyRoom));
     txtQuantity.Text(L"1");
     txtStoryCode.Text(room_->StoryCode());
     txtFunction.Text(room_->FunctionName());
@@ -106,18 +107,18 @@ void frmRoom::fillFields() {
 }
 
 void frmRoom::showEntry(Gui::DropDown& list, const std::wstring& value) const {
-    list.Text(Trim(value).empty() ? context_.GetText(textNoEntry) : value);
+    list.Text(Trim(value).empty() ? services_.texts.GetText(textNoEntry) : value);
 }
 
 std::wstring frmRoom::chosenEntry(const Gui::DropDown& list) const {
     const std::wstring text = list.Text();
-    return text == context_.GetText(textNoEntry) ? std::wstring() : text;
+    return text == services_.texts.GetText(textNoEntry) ? std::wstring() : text;
 }
 
 void frmRoom::onKeyUp(int key) {
     switch (key) {
     case Gui::KeyF1:
-        desktop_.OpenHelp(*form_, context_.HelpFile(), helpContext);
+        desktop_.OpenHelp(*form_, services_.helpFile, helpContext);
         break;
     case Gui::KeyEnter:
         NormalizeField(txtArea, NormalizeThreeDecimals);
@@ -132,7 +133,7 @@ void frmRoom::onKeyUp(int key) {
 }
 
 void frmRoom::cmdGeometry_Click() {
-    frmGeometry(context_).ShowModal();
+    frmGeometry(services_, room_->Geometry).ShowModal();
 }
 
 void frmRoom::cmdOk_Click() {
@@ -142,7 +143,8 @@ void frmRoom::cmdOk_Click() {
         txtQuantity.Text(L"1");
     const std::wstring storyCode = txtStoryCode.Text();
     if (storyCode.empty() || storyCode.size() > longestStoryCode) {
-        desktop_.ShowMessage({context_.GetText(textStoryCodeMissing), context_.GetText(textTitle)});
+        desktop_.ShowMessage(
+            {services_.texts.GetText(textStoryCodeMissing), services_.texts.GetText(textTitle)});
         return;
     }
     room_->StoryCode(storyCode);
@@ -153,9 +155,9 @@ void frmRoom::cmdOk_Click() {
     room_->Enclosure(chosenEntry(cboEnclosureType));
     room_->Occupancy(chosenEntry(cboOccupancy));
     if (room_->IsNew())
-        context_.AddCurrentRoomsToListOfFloors(ToLong(txtQuantity.Text()));
+        editing_.AddCurrentRoomsToListOfFloors(ToLong(txtQuantity.Text()));
     else
-        context_.UpdateTable(false);
+        editing_.UpdateTable(false);
     form_->Unload();
 }
 

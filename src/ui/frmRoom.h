@@ -6,15 +6,16 @@
 #include <memory>
 #include <string>
 
-#include "app/ProgramContext.h"
 #include "model/clsRoom.h"
 #include "platform/Gui.h"
+#include "ui/DialogServices.h"
+#include "ui/RoomEditing.h"
 
 namespace kalvrooms {
 
 class frmRoom {
   public:
-    explicit frmRoom(ProgramContext& context);
+    frmRoom(const DialogServices& services, RoomEditing& editing);
     frmRoom(const frmRoom&) = delete;
     frmRoom& operator=(const frmRoom&) = delete;
 
@@ -33,8 +34,9 @@ class frmRoom {
     void cmdOk_Click();
     void cmdCancel_Click();
 
-    ProgramContext& context_;
+    const DialogServices services_;
     Gui::Desktop& desktop_;
+    RoomEditing& editing_;
     std::unique_ptr<Gui::Form> form_;
 
     Gui::Frame& frmAttrib;

@@ -1,7 +1,7 @@
 // The program's entry on Windows: puts the platform together and starts the program on it.
 
 #include "model/NumberText.h"
-#include "platform/Program.h"
+#include "program/Program.h"
 #include "win32/ComHostServer.h"
 #include "win32/ComSpreadsheet.h"
 #include "win32/StartUp.h"
@@ -47,8 +47,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
         Win32Environment environment;
         const auto host = MakeComHostServer();
         const auto spreadsheets = MakeComSpreadsheetServer();
-        Platform platform{desktop, ansi, registry, libraries, environment, *host, *spreadsheets};
-        RunProgram(platform);
+        Platform platform{desktop, ansi, registry, libraries, environment};
+        RunProgram(platform, *host, *spreadsheets);
     };
     return Gui::RunToItsEnd(program, Gui::SystemDialogs());
 }

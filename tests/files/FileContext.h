@@ -1,6 +1,6 @@
 #pragma once
-// The main window as the file layer knows it: texts, table refreshing and the headless system. And
-// a folder on the real disk that goes away with the test.
+// What files are read and written with: texts, table and the headless system. And a
+// folder on the real disk that goes away with the test.
 
 #include <cstdint>
 #include <filesystem>
@@ -15,26 +15,25 @@
 #include "FakeSpreadsheets.h"
 #include "app/clsText.h"
 #include "files/FilePath.h"
+#include "files/FileServices.h"
 #include "headless/HeadlessPlatform.h"
 #include "model/UserLocaleForTest.h"
 #include "model/clsFloors.h"
-#include "support/FileLayerContext.h"
 
 namespace kalvrooms {
 
-class FileContext final : public FileLayerContext {
+class FileContext final : public RoomTable {
   public:
     FakeSpreadsheets Spreadsheets;
-    HeadlessPlatform Headless{Spreadsheets};
+    HeadlessPlatform Headless;
     clsText Texts{Headless.libraries, Headless.environment};
     // The argument of every refreshing of the table, in order.
     std::vector<bool> TableUpdates;
     // Stands for a table that cannot be refreshed.
     long FailingUpdate = 0;
 
-    std::wstring GetText(std::int32_t number) const override { return Texts.GetText(number); }
-    std::wstring GetTextWithoutDot(std::int32_t number) const override {
-        return Texts.GetTextWithoutDot(number);
+    operator FileServices() {
+        return {Texts, *this, Headless.desktop, Headless.ansi, Spreadsheets};
     }
     void UpdateTable(bool warn) override {
         TableUpdates.push_back(warn);
@@ -42,11 +41,6 @@ class FileContext final : public FileLayerContext {
             throw RuntimeError(FailingUpdate);
         }
     }
-    Platform& System() const override { return system_; }
-
-  private:
-    void notAsked() const override { ADD_FAILURE() << "the file layer has no business with this"; }
-    Platform& system_ = Headless.Bundle();
 };
 
 // With letters in its name that are no ASCII.

@@ -1,3 +1,4 @@
+#include "headless/AbsentServers.h"
 #include "headless/HeadlessSystem.h"
 
 #include <stdexcept>

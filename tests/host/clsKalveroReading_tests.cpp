@@ -21,7 +21,7 @@ class Reading : public ::testing::Test {
         // simply contains it.
         std::filesystem::create_directories(folder_ / "p");
         context_.host.projectFolder = (folder_ / "p").wstring();
-        bridge_ = std::make_unique<clsKalvero>(context_);
+        bridge_ = context_.bridge();
         bridge_->GetProjectName();
     }
     ~Reading() override { std::filesystem::remove_all(folder_); }
@@ -304,37 +304,37 @@ class Project : public ::testing::Test {
 
 TEST_F(Project, GivesItsNameTrimmedAndItsFolderOnlyAfterwards) {
     context_.host.projectName = L"  Schule am Park ";
-    clsKalvero bridge(context_);
-    EXPECT_EQ(bridge.GetProjectPath(), L"");
-    EXPECT_EQ(bridge.GetProjectName(), L"Schule am Park");
-    EXPECT_EQ(bridge.GetProjectPath(), L"C:\\Projekte");
+    const auto bridge = context_.bridge();
+    EXPECT_EQ(bridge->GetProjectPath(), L"");
+    EXPECT_EQ(bridge->GetProjectName(), L"Schule am Park");
+    EXPECT_EQ(bridge->GetProjectPath(), L"C:\\Projekte");
     EXPECT_EQ(context_.host.counts["UpdateProjectInfo"], 1);
     EXPECT_EQ(context_.host.counts["GetProject"], 2);
 }
 
 TEST_F(Project, WithoutNameItIsRaumProgramm) {
     context_.host.projectName = L"   ";
-    clsKalvero bridge(context_);
-    EXPECT_EQ(bridge.GetProjectName(), L"RaumProgramm");
+    const auto bridge = context_.bridge();
+    EXPECT_EQ(bridge->GetProjectName(), L"RaumProgramm");
 }
 
 TEST_F(Project, HostErrorsAreIgnored) {
-    clsKalvero bridge(context_);
+    const auto bridge = context_.bridge();
     for (const char* member : {"UpdateProjectInfo", "GetProject", "ProjectName", "ProjectFolder"}) {
         context_.host.failMember = member;
-        const std::wstring name = bridge.GetProjectName();
+        const std::wstring name = bridge->GetProjectName();
         EXPECT_TRUE(name == L"RaumProgramm" || name == L"Schule") << member;
     }
     context_.host.failMember = "UpdateProjectInfo";
-    EXPECT_EQ(bridge.GetProjectName(), L"Schule");
+    EXPECT_EQ(bridge->GetProjectName(), L"Schule");
 }
 
 TEST_F(Project, AHostThatCannotBeReachedAtStartIsAskedAgainLater) {
     context_.host.creationError = L"not yet";
-    clsKalvero bridge(context_);
-    EXPECT_EQ(bridge.GetProjectName(), L"RaumProgramm");
+    const auto bridge = context_.bridge();
+    EXPECT_EQ(bridge->GetProjectName(), L"RaumProgramm");
     context_.host.creationError.clear();
-    EXPECT_EQ(bridge.GetProjectName(), L"Schule");
+    EXPECT_EQ(bridge->GetProjectName(), L"Schule");
 }
 
 } // namespace

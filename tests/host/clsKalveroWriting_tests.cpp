@@ -76,7 +76,7 @@ class Writing : public ::testing::Test {
 
     std::filesystem::path folder_;
     BridgeContext context_;
-    std::unique_ptr<clsKalvero> bridge_ = std::make_unique<clsKalvero>(context_);
+    std::unique_ptr<clsKalvero> bridge_ = context_.bridge();
     clsFloors floors_;
 };
 

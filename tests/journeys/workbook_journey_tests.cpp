@@ -215,7 +215,7 @@ TEST_F(JourneyWithoutSpreadsheets, AWorkbooksNameMeansText) {
     quartino.chooseByKeys(fileMenu, openLine);
     quartino.giveFileName(quartino.fileDialog(), name(L"real.xls"));
     const HWND box = quartino.messageBox();
-    EXPECT_EQ(quartino.messageOf(box), context.GetText(73));
+    EXPECT_EQ(quartino.messageOf(box), context.texts.GetText(73));
     quartino.closeWithEnter(box);
     quartino.waitForCommand(before);
     EXPECT_THAT(quartino.column(Name), IsEmpty());

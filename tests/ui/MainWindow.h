@@ -7,22 +7,13 @@
 #include <filesystem>
 #include <fstream>
 
-#include "files/SpreadsheetApplication.h"
+#include "headless/AbsentServers.h"
 #include "headless/HeadlessPlatform.h"
-#include "model/RuntimeError.h"
 #include "support/ScriptedHost.h"
 #include "support/TemporaryFolder.h"
 #include "ui/frmMain.h"
 
 namespace kalvrooms::testing {
-
-class NoSpreadsheetServer : public SpreadsheetServer {
-  public:
-    std::unique_ptr<SpreadsheetApplication> AttachRunning() override { return nullptr; }
-    std::unique_ptr<SpreadsheetApplication> CreateInstance() override {
-        throw RuntimeError(RuntimeError::CannotCreateObject);
-    }
-};
 
 class MainWindow : public ::testing::Test {
   protected:
@@ -46,7 +37,7 @@ class MainWindow : public ::testing::Test {
     }
 
     void show() {
-        main_ = std::make_unique<frmMain>(platform_.Bundle());
+        main_ = std::make_unique<frmMain>(platform_.Bundle(), host_, spreadsheets_);
         main_->SetLang(L"");
         main_->SetRegKey(L"Software\\Host");
         main_->HelpFile(L"C:\\q.chm");
@@ -87,9 +78,9 @@ class MainWindow : public ::testing::Test {
     }
 
     std::filesystem::path folder_;
-    NoSpreadsheetServer spreadsheets_;
+    AbsentSpreadsheetServer spreadsheets_;
     ScriptedHost host_;
-    HeadlessPlatform platform_{spreadsheets_, &host_};
+    HeadlessPlatform platform_;
     std::unique_ptr<frmMain> main_;
 };
 

@@ -8,77 +8,55 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "app/ProgramContext.h"
 #include "app/clsText.h"
-#include "files/SpreadsheetApplication.h"
 #include "headless/HeadlessPlatform.h"
 #include "model/UserLocaleForTest.h"
 #include "model/clsFloors.h"
+#include "ui/frmGeometry.h"
+#include "ui/frmPlace.h"
+#include "ui/frmReport.h"
+#include "ui/frmRoom.h"
 
 namespace kalvrooms {
 
-// Dialogs do not ask for spreadsheets.
-class NoSpreadsheets final : public SpreadsheetServer {
-  public:
-    std::unique_ptr<SpreadsheetApplication> AttachRunning() override { return nullptr; }
-    std::unique_ptr<SpreadsheetApplication> CreateInstance() override {
-        throw RuntimeError(RuntimeError::CannotCreateObject);
-    }
-};
-
-class TestContext final : public ProgramContext {
+class TestContext final : public RoomEditing, public Options {
   public:
     explicit TestContext(HeadlessPlatform& platform)
-        : platform_(platform), text(platform.libraries, platform.environment) {}
+        : text(platform.libraries, platform.environment), desktop_(platform.desktop) {}
 
-    void SetRegKey(const std::wstring& path) override { regKey = path; }
-    void SetLang(const std::wstring& code) override { text.SetLanguage(code); }
-    std::wstring GetText(std::int32_t number) const override { return text.GetText(number); }
-    std::wstring GetTextWithoutDot(std::int32_t number) const override {
-        return text.GetTextWithoutDot(number);
+    template <class Dialog>
+    void Show() {
+        const DialogServices services{desktop_, text, helpFile};
+        if constexpr (std::is_same_v<Dialog, frmRoom>)
+            frmRoom(services, *this).ShowModal();
+        else if constexpr (std::is_same_v<Dialog, frmGeometry>)
+            frmGeometry(services, room->Geometry).ShowModal();
+        else if constexpr (std::is_same_v<Dialog, frmPlace>)
+            frmPlace(services, *this).ShowModal();
+        else
+            frmReport(services, *this, counts).ShowModal();
     }
-    void GetReport(std::int32_t& old, std::int32_t& fresh, std::int32_t& updatedRooms,
-                   std::int32_t& newRooms, std::int32_t& setDownRooms,
-                   bool& withoutReport) const override {
-        old = colorOld;
-        fresh = colorNew;
-        updatedRooms = updated;
-        newRooms = newAtPosition;
-        setDownRooms = setDown;
-        withoutReport = noReport;
+
+    Placement GetPlace() const override { return placement; }
+    void SetPlace(const Placement& chosen) override {
+        placement = chosen;
+        calls.push_back(L"SetPlace");
+    }
+    bool NoReport() const override { return noReport; }
+    void SetWithReport() override {
+        noReport = false;
+        calls.push_back(L"SetWithReport");
     }
     void SetWithoutReport() override {
         noReport = true;
         calls.push_back(L"SetWithoutReport");
     }
-    void SetWithReport() override {
-        noReport = false;
-        calls.push_back(L"SetWithReport");
-    }
-    void GetPlace(double& x, double& y, bool& asBlock, std::int32_t& old, std::int32_t& fresh,
-                  bool& withoutReport) const override {
-        x = distanceX;
-        y = distanceY;
-        asBlock = block;
-        old = colorOld;
-        fresh = colorNew;
-        withoutReport = noReport;
-    }
-    void SetPlace(double x, double y, bool asBlock, std::int32_t old, std::int32_t fresh) override {
-        distanceX = x;
-        distanceY = y;
-        block = asBlock;
-        colorOld = old;
-        colorNew = fresh;
-        calls.push_back(L"SetPlace");
-    }
-    void WriteListToFile() override { calls.push_back(L"WriteListToFile"); }
-    void ReadListFromFile() override { calls.push_back(L"ReadListFromFile"); }
     std::shared_ptr<clsRoom> GetCurrentRoom() const override { return room; }
     void AddCurrentRoomsToListOfFloors(std::int32_t quantity) override {
         calls.push_back(L"AddCurrentRoomsToListOfFloors " + std::to_wstring(quantity));
@@ -87,31 +65,19 @@ class TestContext final : public ProgramContext {
     void UpdateTable(bool warn) override {
         calls.push_back(warn ? L"UpdateTable True" : L"UpdateTable False");
     }
-    void EnableInput(bool) override {}
-    std::wstring HelpFile() const override { return helpFile; }
-    void HelpFile(const std::wstring& path) override { helpFile = path; }
-    Platform& System() const override { return platform_.Bundle(); }
 
-  private:
-    HeadlessPlatform& platform_;
-
-  public:
     clsText text;
-    std::wstring regKey;
     std::wstring helpFile = L"C:\\Hilfe\\quartino.chm";
     std::shared_ptr<clsRoom> room = std::make_shared<clsRoom>();
     clsFloors floors;
-    double distanceX = 1.0;
-    double distanceY = 1.0;
-    bool block = true;
-    std::int32_t colorOld = 0;
-    std::int32_t colorNew = 255;
-    std::int32_t updated = 0;
-    std::int32_t newAtPosition = 0;
-    std::int32_t setDown = 0;
+    Placement placement;
+    ReportCounts counts;
     bool noReport = false;
     // Every change that a dialog asked for, in order.
     std::vector<std::wstring> calls;
+
+  private:
+    HeadlessDesktop& desktop_;
 };
 
 // A dialog over a main window that is shown, with a decimal comma unless a test says otherwise.
@@ -138,7 +104,7 @@ class DialogTest : public testing::Test {
     template <class Dialog>
     void show(const std::wstring& name, std::function<void(HeadlessForm&)> user) {
         desktop.OnModal(name, std::move(user));
-        Dialog(context).ShowModal();
+        context.Show<Dialog>();
     }
 
     static std::vector<std::wstring> firstOf(const std::vector<std::wstring>& list,
@@ -148,8 +114,7 @@ class DialogTest : public testing::Test {
     }
 
     UserLocaleForTest locale_{NumberLocale::German()};
-    NoSpreadsheets spreadsheets;
-    HeadlessPlatform platform{spreadsheets};
+    HeadlessPlatform platform;
     HeadlessDesktop& desktop = platform.desktop;
     TestContext context{platform};
     // The runtime errors that ended an event.

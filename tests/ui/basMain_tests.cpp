@@ -1,6 +1,5 @@
 #include "program/basMain.h"
 
-#include "platform/Program.h"
 #include "ui/MainWindow.h"
 
 namespace kalvrooms::testing {
@@ -23,7 +22,7 @@ TEST_F(StartUp, ShowsTheMainWindowWhenTheHostAnswers) {
         EXPECT_TRUE(desktop().IsLoaded(L"frmMain"));
         form().Close();
     });
-    RunProgram(platform_.Bundle());
+    RunProgram(platform_.Bundle(), host_, spreadsheets_);
     EXPECT_TRUE(ran);
     EXPECT_THAT(prompts(), IsEmpty());
     EXPECT_EQ(host_.liveObjects, 0);
@@ -32,7 +31,7 @@ TEST_F(StartUp, ShowsTheMainWindowWhenTheHostAnswers) {
 TEST_F(StartUp, EndsAfterTheMessageWhenTheHostCannotBeReachedTwice) {
     host_.creationError = L"nobody there";
     desktop().OnRun([&] { ADD_FAILURE() << "nothing to run"; });
-    RunProgram(platform_.Bundle());
+    RunProgram(platform_.Bundle(), host_, spreadsheets_);
     EXPECT_THAT(prompts(), ElementsAre(kvdPrompt));
     EXPECT_EQ(desktop().Messages()[0].Title, L" Quartino");
     EXPECT_EQ(desktop().Messages()[0].Symbol, Gui::Message::Icon::None);
@@ -51,7 +50,7 @@ TEST_F(StartUp, ShowsTheMainWindowWhenTheHostAnswersAfterTheMessage) {
         ran = true;
         form().Close();
     });
-    RunProgram(platform_.Bundle());
+    RunProgram(platform_.Bundle(), host_, spreadsheets_);
     EXPECT_TRUE(ran);
     EXPECT_THAT(prompts(), ElementsAre(kvdPrompt));
 }
@@ -60,16 +59,16 @@ TEST_F(StartUp, BlankTextsOfALanguageAreReplacedByLiterals) {
     platform_.environment.Folder = folder_.wstring();
     platform_.libraries.Put(folder_.wstring() + L"\\zorvinta_eng.dll", {{101, L"  "}, {176, L" "}});
     host_.creationError = L"nobody there";
-    frmMain main(platform_.Bundle());
+    frmMain main(platform_.Bundle(), host_, spreadsheets_);
     main.SetLang(L"eng");
-    EXPECT_FALSE(ProbeHostServer(main));
+    EXPECT_FALSE(ProbeHostServer(host_, desktop(), main));
     ASSERT_THAT(prompts(), SizeIs(1));
     EXPECT_EQ(prompts()[0], kvdPrompt.substr(1));
     EXPECT_EQ(desktop().Messages()[0].Title, L"Quartino");
 }
 
 TEST_F(StartUp, TheProbeKeepsNoObject) {
-    EXPECT_TRUE(CanCreateHostServer(platform_.Bundle()));
+    EXPECT_TRUE(CanCreateHostServer(host_));
     EXPECT_EQ(host_.liveObjects, 0);
 }
 

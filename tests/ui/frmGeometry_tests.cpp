@@ -121,17 +121,13 @@ TEST_F(frmGeometryTest, ShowsARatioThatIsNoNumberAsZero) {
 
 TEST_F(frmGeometryTest, CannotOpenOnARatioThatBeginsWithTheMark) {
     store(CalculationByRatio, L",5");
-    EXPECT_EQ(errorOf([&] { frmGeometry(context).ShowModal(); }), RuntimeError::TypeMismatch);
+    EXPECT_EQ(errorOf([&] { context.Show<frmGeometry>(); }), RuntimeError::TypeMismatch);
     EXPECT_TRUE(desktop.ModalForms().empty());
 }
 
 TEST_F(frmGeometryTest, NeedsARoomWithGeometry) {
     context.room->Geometry = nullptr;
-    EXPECT_EQ(errorOf([&] { frmGeometry(context).ShowModal(); }),
-              RuntimeError::ObjectVariableNotSet);
-    context.room = nullptr;
-    EXPECT_EQ(errorOf([&] { frmGeometry(context).ShowModal(); }),
-              RuntimeError::ObjectVariableNotSet);
+    EXPECT_EQ(errorOf([&] { context.Show<frmGeometry>(); }), RuntimeError::ObjectVariableNotSet);
 }
 
 // ------------------------------------------------------------------------- options

@@ -41,7 +41,7 @@ TEST_F(MainWindow, EveryChangeOfTheLanguageStartsFromTheGermanTexts) {
     platform_.libraries.Put(folder + L"\\zorvinta_eng.dll",
                             {{101, L" Rooms"}, {104, L" &File"}, {250, L"extra"}});
     platform_.libraries.Put(folder + L"\\zorvinta_fra.dll", {{101, L" Pièces"}});
-    main_ = std::make_unique<frmMain>(platform_.Bundle());
+    main_ = std::make_unique<frmMain>(platform_.Bundle(), host_, spreadsheets_);
     main_->SetLang(L"eng");
     EXPECT_EQ(main_->GetText(1), L" Rooms");
     EXPECT_EQ(main_->GetText(4), L" &File");
@@ -620,7 +620,7 @@ TEST_F(MainWindow, SettingsComeBackWithTheNextRun) {
     form().Left(150);
     form().Top(300);
     form().DragTo(12000.5f, 8001.5f);
-    main_->SetPlace(2, 3, false, 0x010203, 0x040506);
+    main_->SetPlace({2, 3, false, 0x010203, 0x040506});
     main_->SetWithoutReport();
     form().Close();
     const std::wstring key = L"Software\\Host\\QTO";
@@ -630,16 +630,13 @@ TEST_F(MainWindow, SettingsComeBackWithTheNextRun) {
     EXPECT_EQ(form().Left(), 150);
     EXPECT_EQ(form().Top(), 300);
     EXPECT_EQ(form().Width(), 12000);
-    double x, y;
-    bool block, noReport;
-    std::int32_t colorOld, colorNew;
-    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
-    EXPECT_EQ(x, 1.0);
-    EXPECT_EQ(y, 1.0);
-    EXPECT_TRUE(block);
-    EXPECT_EQ(colorOld, 0x010203);
-    EXPECT_EQ(colorNew, 0x040506);
-    EXPECT_TRUE(noReport);
+    const Placement placement = main_->GetPlace();
+    EXPECT_EQ(placement.distanceX, 1.0);
+    EXPECT_EQ(placement.distanceY, 1.0);
+    EXPECT_TRUE(placement.block);
+    EXPECT_EQ(placement.colorOld, 0x010203);
+    EXPECT_EQ(placement.colorNew, 0x040506);
+    EXPECT_TRUE(main_->NoReport());
 }
 
 TEST_F(MainWindow, AStoredSizeOfZeroMakesAllSettingsCountForNothing) {
@@ -649,23 +646,15 @@ TEST_F(MainWindow, AStoredSizeOfZeroMakesAllSettingsCountForNothing) {
     platform_.registry.Put(L"Software\\Host\\QTO", L"ColorNew", 7);
     show();
     EXPECT_EQ(form().Width(), 11000);
-    double x, y;
-    bool block, noReport;
-    std::int32_t colorOld, colorNew;
-    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
-    EXPECT_FALSE(noReport);
-    EXPECT_EQ(colorNew, 255);
+    EXPECT_FALSE(main_->NoReport());
+    EXPECT_EQ(main_->GetPlace().colorNew, 255);
 }
 
 TEST_F(MainWindow, AStoredSizeWithoutColoursMakesThemBlack) {
     platform_.registry.Put(L"Software\\Host\\QTO", L"Height", 6000);
     platform_.registry.Put(L"Software\\Host\\QTO", L"Width", 9000);
     show();
-    double x, y;
-    bool block, noReport;
-    std::int32_t colorOld, colorNew;
-    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
-    EXPECT_EQ(colorNew, 0);
+    EXPECT_EQ(main_->GetPlace().colorNew, 0);
 }
 
 // A registry in which one step goes wrong in a way that the calls themselves do not report.
@@ -734,7 +723,7 @@ class BrokenSettings : public MainWindow {
             platform_.registry.Put(key_, name, value);
     }
     void showWithIt() {
-        main_ = std::make_unique<frmMain>(bundle_);
+        main_ = std::make_unique<frmMain>(bundle_, host_, spreadsheets_);
         main_->SetLang(L"");
         main_->SetRegKey(L"Software\\Host");
         main_->Show();
@@ -744,9 +733,8 @@ class BrokenSettings : public MainWindow {
         [] { throw RuntimeError(RuntimeError::PermissionDenied); }, [] { throw std::bad_alloc(); }};
     const std::wstring key_ = L"Software\\Host\\QTO";
     BreakingRegistry registry_{platform_.registry};
-    Platform bundle_{desktop(),           platform_.ansi,        registry_,
-                     platform_.libraries, platform_.environment, host_,
-                     spreadsheets_};
+    Platform bundle_{desktop(), platform_.ansi, registry_, platform_.libraries,
+                     platform_.environment};
 };
 
 TEST_F(BrokenSettings, WhateverBreaksWhileTheyAreReadTheWindowOpensAsDesigned) {
@@ -762,12 +750,9 @@ TEST_F(BrokenSettings, WhateverBreaksWhileTheyAreReadTheWindowOpensAsDesigned) {
             EXPECT_TRUE(form().Visible());
             EXPECT_EQ(form().Width(), 11000);
             EXPECT_EQ(form().Height(), 7500);
-            std::int32_t colorOld, colorNew, updated, newAtPosition, setDown;
-            bool noReport;
-            main_->GetReport(colorOld, colorNew, updated, newAtPosition, setDown, noReport);
-            EXPECT_EQ(colorOld, 0);
-            EXPECT_EQ(colorNew, 255);
-            EXPECT_FALSE(noReport);
+            EXPECT_EQ(main_->GetPlace().colorOld, 0);
+            EXPECT_EQ(main_->GetPlace().colorNew, 255);
+            EXPECT_FALSE(main_->NoReport());
             EXPECT_EQ(platform_.registry.OpenKeys(), 0);
             main_.reset();
         }
@@ -1003,7 +988,7 @@ TEST_F(MainWindow, WritingArrangesNewRoomsByTheOptions) {
     show();
     main_->SetWithoutReport();
     addRooms(L"a", L"4");
-    main_->SetPlace(6, 2, true, 0, 255);
+    main_->SetPlace({6, 2, true, 0, 255});
     form().ChooseMenu(L"mnuExport");
     ASSERT_THAT(host_.placings, SizeIs(1));
     std::vector<Point> corners;
@@ -1011,7 +996,7 @@ TEST_F(MainWindow, WritingArrangesNewRoomsByTheOptions) {
         corners.push_back(element.outline.at(0));
     EXPECT_THAT(corners, ElementsAre(Point{0, 1}, Point{10, 1}, Point{0, -5}, Point{10, -5}));
     host_.placings.clear();
-    main_->SetPlace(6, 2, false, 0, 255);
+    main_->SetPlace({6, 2, false, 0, 255});
     form().ChooseMenu(L"mnuExport");
     ASSERT_THAT(host_.placings, SizeIs(4));
     for (const ScriptedPlacing& placing : host_.placings) {
@@ -1049,10 +1034,6 @@ TEST_F(MainWindow, TheReportCountsUpdatedRoomsRoomsAtTheirPositionAndRoomsSetDow
     });
     form().ChooseMenu(L"mnuExport");
     EXPECT_THAT(shown, ElementsAre(L"1", L"2", L"3"));
-    std::int32_t colorOld, colorNew, updated, newAtPosition, setDown;
-    bool noReport;
-    main_->GetReport(colorOld, colorNew, updated, newAtPosition, setDown, noReport);
-    EXPECT_THAT((std::vector{updated, newAtPosition, setDown}), ElementsAre(1, 2, 3));
     ASSERT_THAT(host_.drawing, SizeIs(6));
     EXPECT_EQ(host_.drawing[0].name, L"umbenannt");
 }
@@ -1110,23 +1091,20 @@ TEST_F(MainWindow, ImportReplacesTheListAndMakesItDirty) {
 
 TEST_F(MainWindow, SettingThePlacementLeavesTheReportSwitchAlone) {
     show();
-    double x, y;
-    bool block, noReport;
-    std::int32_t colorOld, colorNew;
     main_->SetWithoutReport();
-    main_->SetPlace(2, 3, false, 4, 5);
-    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
-    EXPECT_TRUE(noReport);
-    EXPECT_EQ(x, 2.0);
-    EXPECT_EQ(y, 3.0);
-    EXPECT_FALSE(block);
-    EXPECT_EQ(colorOld, 4);
-    EXPECT_EQ(colorNew, 5);
+    main_->SetPlace({2, 3, false, 4, 5});
+    Placement placement = main_->GetPlace();
+    EXPECT_TRUE(main_->NoReport());
+    EXPECT_EQ(placement.distanceX, 2.0);
+    EXPECT_EQ(placement.distanceY, 3.0);
+    EXPECT_FALSE(placement.block);
+    EXPECT_EQ(placement.colorOld, 4);
+    EXPECT_EQ(placement.colorNew, 5);
     main_->SetWithReport();
-    main_->SetPlace(3, 2, true, 5, 4);
-    main_->GetPlace(x, y, block, colorOld, colorNew, noReport);
-    EXPECT_FALSE(noReport);
-    EXPECT_TRUE(block);
+    main_->SetPlace({3, 2, true, 5, 4});
+    placement = main_->GetPlace();
+    EXPECT_FALSE(main_->NoReport());
+    EXPECT_TRUE(placement.block);
 }
 
 TEST_F(MainWindow, OptionsRebuildTheTableInTheNewColours) {

@@ -70,8 +70,8 @@ TEST_F(frmPlaceTest, ShowsItsCaptionsInTheirOrderAndOpensOnTheFirstTab) {
 }
 
 TEST_F(frmPlaceTest, ShowsTheBlockWithItsDistances) {
-    context.distanceX = 2.5;
-    context.distanceY = 0.1;
+    context.placement.distanceX = 2.5;
+    context.placement.distanceY = 0.1;
     look([](HeadlessForm& form) {
         EXPECT_TRUE(form.Option(L"optBlock").Value());
         EXPECT_FALSE(form.Option(L"optSingle").Value());
@@ -86,7 +86,7 @@ TEST_F(frmPlaceTest, ShowsTheDistancesWithADecimalPoint) {
 }
 
 TEST_F(frmPlaceTest, LeavesTheDistancesOfSingleRoomsEmpty) {
-    context.block = false;
+    context.placement.block = false;
     look([](HeadlessForm& form) {
         EXPECT_TRUE(form.Option(L"optSingle").Value());
         EXPECT_FALSE(form.Option(L"optBlock").Value());
@@ -96,8 +96,8 @@ TEST_F(frmPlaceTest, LeavesTheDistancesOfSingleRoomsEmpty) {
 }
 
 TEST_F(frmPlaceTest, ShowsTheColours) {
-    context.colorOld = 0x010203;
-    context.colorNew = 0x040506;
+    context.placement.colorOld = 0x010203;
+    context.placement.colorNew = 0x040506;
     look([](HeadlessForm& form) {
         EXPECT_EQ(form.ControlNamed(L"cmdWithCoordinates").BackColour(), 0x010203);
         EXPECT_EQ(form.ControlNamed(L"cmdWithoutCoordinates").BackColour(), 0x040506);
@@ -131,11 +131,11 @@ TEST_F(frmPlaceTest, HandsOverTheBlock) {
         EXPECT_FALSE(form.Loaded());
     });
     EXPECT_EQ(context.calls, (Names{L"SetWithReport", L"SetPlace"}));
-    EXPECT_EQ(context.distanceX, 2.5);
-    EXPECT_EQ(context.distanceY, 0.25);
-    EXPECT_TRUE(context.block);
-    EXPECT_EQ(context.colorOld, 0);
-    EXPECT_EQ(context.colorNew, 255);
+    EXPECT_EQ(context.placement.distanceX, 2.5);
+    EXPECT_EQ(context.placement.distanceY, 0.25);
+    EXPECT_TRUE(context.placement.block);
+    EXPECT_EQ(context.placement.colorOld, 0);
+    EXPECT_EQ(context.placement.colorNew, 255);
 }
 
 TEST_F(frmPlaceTest, RefusesADistanceThatIsZeroOrMissing) {
@@ -149,8 +149,8 @@ TEST_F(frmPlaceTest, RefusesADistanceThatIsZeroOrMissing) {
     EXPECT_EQ(message.Title, L"Quartino");
     EXPECT_EQ(message.ButtonSet, Gui::Message::Buttons::Ok);
     EXPECT_EQ(message.Symbol, Gui::Message::Icon::None);
-    EXPECT_EQ(context.distanceX, 1.0);
-    EXPECT_EQ(context.distanceY, 1.0);
+    EXPECT_EQ(context.placement.distanceX, 1.0);
+    EXPECT_EQ(context.placement.distanceY, 1.0);
 }
 
 TEST_F(frmPlaceTest, KeepsItsEntriesWhenItRefuses) {
@@ -164,8 +164,8 @@ TEST_F(frmPlaceTest, KeepsItsEntriesWhenItRefuses) {
         form.Click(L"cmdOk");
         EXPECT_FALSE(form.Loaded());
     });
-    EXPECT_EQ(context.distanceX, 3.0);
-    EXPECT_EQ(context.distanceY, 7.0);
+    EXPECT_EQ(context.placement.distanceX, 3.0);
+    EXPECT_EQ(context.placement.distanceY, 7.0);
 }
 
 TEST_F(frmPlaceTest, ShowsItsMessageOnceForTwoMissingDistances) {
@@ -181,7 +181,7 @@ TEST_F(frmPlaceTest, RefusesOnlyZeroAndTakesAPastedNegativeDistance) {
         form.Click(L"cmdOk");
         EXPECT_FALSE(form.Loaded());
     });
-    EXPECT_EQ(context.distanceX, -2.5);
+    EXPECT_EQ(context.placement.distanceX, -2.5);
     EXPECT_TRUE(desktop.Messages().empty());
 }
 
@@ -193,9 +193,9 @@ TEST_F(frmPlaceTest, HandsOverZeroDistancesForSingleRoomsWithoutLookingAtTheFiel
         form.Click(L"cmdOk");
         EXPECT_FALSE(form.Loaded());
     });
-    EXPECT_FALSE(context.block);
-    EXPECT_EQ(context.distanceX, 0.0);
-    EXPECT_EQ(context.distanceY, 0.0);
+    EXPECT_FALSE(context.placement.block);
+    EXPECT_EQ(context.placement.distanceX, 0.0);
+    EXPECT_EQ(context.placement.distanceY, 0.0);
     EXPECT_TRUE(desktop.Messages().empty());
     look([](HeadlessForm& form) {
         EXPECT_TRUE(form.Option(L"optSingle").Value());
@@ -262,8 +262,8 @@ TEST_F(frmPlaceTest, HandsBackNothingOnCancelEscapeAndClosing) {
         });
     }
     EXPECT_TRUE(context.calls.empty());
-    EXPECT_EQ(context.distanceX, 1.0);
-    EXPECT_EQ(context.colorOld, 0);
+    EXPECT_EQ(context.placement.distanceX, 1.0);
+    EXPECT_EQ(context.placement.colorOld, 0);
 }
 
 // ------------------------------------------------------------------------- colours
@@ -278,12 +278,12 @@ TEST_F(frmPlaceTest, HandsOverTheChosenColours) {
         form.Click(L"cmdWithoutCoordinates");
         form.Click(L"cmdOk");
     });
-    EXPECT_EQ(context.colorOld, 0x00FF00);
-    EXPECT_EQ(context.colorNew, 0xFF0000);
+    EXPECT_EQ(context.placement.colorOld, 0x00FF00);
+    EXPECT_EQ(context.placement.colorNew, 0xFF0000);
 }
 
 TEST_F(frmPlaceTest, TakesACancelledColourDialogForWhatItReportedLast) {
-    context.colorOld = 0x111111;
+    context.placement.colorOld = 0x111111;
     desktop.CancelColourDialog();
     desktop.ChooseColour(0x222222);
     desktop.CancelColourDialog();
@@ -296,8 +296,8 @@ TEST_F(frmPlaceTest, TakesACancelledColourDialogForWhatItReportedLast) {
         EXPECT_EQ(form.ControlNamed(L"cmdWithoutCoordinates").BackColour(), 0x222222);
         form.Click(L"cmdOk");
     });
-    EXPECT_EQ(context.colorOld, 0x222222);
-    EXPECT_EQ(context.colorNew, 0x222222);
+    EXPECT_EQ(context.placement.colorOld, 0x222222);
+    EXPECT_EQ(context.placement.colorNew, 0x222222);
 }
 
 TEST_F(frmPlaceTest, ForgetsTheReportedColourBetweenItsOpenings) {
@@ -343,8 +343,8 @@ TEST_F(frmPlaceTest, NormalizesBothFieldsAndTakesEnterAsOk) {
         EXPECT_EQ(form.Field(L"txtDx").Text(), L"2,500");
         EXPECT_EQ(form.Field(L"txtDy").Text(), L"3,000");
     });
-    EXPECT_EQ(context.distanceX, 2.5);
-    EXPECT_EQ(context.distanceY, 3.0);
+    EXPECT_EQ(context.placement.distanceX, 2.5);
+    EXPECT_EQ(context.placement.distanceY, 3.0);
 }
 
 TEST_F(frmPlaceTest, NormalizesOnEnterEvenWhenItRefuses) {
@@ -381,7 +381,7 @@ TEST_F(frmPlaceTest, PassesOverOtherKeysAndReleasesAlone) {
 }
 
 TEST_F(frmPlaceTest, ShowsTheReportSwitchThatTheReportSet) {
-    context.updated = 2;
+    context.counts.updated = 2;
     DialogTest::show<frmReport>(L"frmReport", [](HeadlessForm& form) {
         form.Click(L"chkNoReport");
         form.Click(L"cmdOk");

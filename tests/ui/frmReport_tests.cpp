@@ -32,15 +32,15 @@ class frmReportTest : public DialogTest {
             form.LabelNamed(L"lblOption").Top(hintTop);
             form.ButtonNamed(L"cmdOk").Top(okTop);
         });
-        context.colorOld = 0x010203;
-        context.colorNew = 0x040506;
+        context.placement.colorOld = 0x010203;
+        context.placement.colorNew = 0x040506;
     }
 
     void look(std::int32_t updated, std::int32_t newAtPosition, std::int32_t setDown,
               const std::function<void(HeadlessForm&)>& at) {
-        context.updated = updated;
-        context.newAtPosition = newAtPosition;
-        context.setDown = setDown;
+        context.counts.updated = updated;
+        context.counts.newAtPosition = newAtPosition;
+        context.counts.setDown = setDown;
         show<frmReport>(L"frmReport", [&](HeadlessForm& form) {
             at(form);
             EXPECT_TRUE(form.Click(L"cmdOk"));
@@ -187,9 +187,9 @@ TEST_F(frmReportTest, HidesANegativeCount) {
 }
 
 TEST_F(frmReportTest, CannotOpenOnCountsBeyondTheRange) {
-    context.updated = std::numeric_limits<std::int32_t>::max();
-    context.setDown = 1;
-    EXPECT_EQ(errorOf([&] { frmReport(context).ShowModal(); }), RuntimeError::Overflow);
+    context.counts.updated = std::numeric_limits<std::int32_t>::max();
+    context.counts.setDown = 1;
+    EXPECT_EQ(errorOf([&] { context.Show<frmReport>(); }), RuntimeError::Overflow);
     EXPECT_TRUE(desktop.ModalForms().empty());
 }
 
@@ -206,7 +206,7 @@ TEST_F(frmReportTest, SwitchesTheReportOnOtherwise) {
 }
 
 TEST_F(frmReportTest, TakesEnterAsOk) {
-    context.updated = 1;
+    context.counts.updated = 1;
     show<frmReport>(L"frmReport", [](HeadlessForm& form) {
         form.Click(L"chkNoReport");
         // The press went to the menu from which the rooms were written.
@@ -221,7 +221,7 @@ TEST_F(frmReportTest, TakesEnterAsOk) {
 }
 
 TEST_F(frmReportTest, ChangesNothingWhenItIsClosedByItsFrame) {
-    context.updated = 1;
+    context.counts.updated = 1;
     show<frmReport>(L"frmReport", [](HeadlessForm& form) {
         form.Click(L"chkNoReport");
         form.Close();

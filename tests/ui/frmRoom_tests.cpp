@@ -106,7 +106,7 @@ TEST_F(frmRoomTest, OffersTheUseTypes) {
 TEST_F(frmRoomTest, TakesItsTextsFromTheLanguageLibrary) {
     platform.libraries.Put(L"C:\\Quartino\\zorvinta_eng.dll",
                            {{191, L"none"}, {183, L"MUA"}, {128, L"Storey:"}});
-    context.SetLang(L"eng");
+    context.text.SetLanguage(L"eng");
     look([](HeadlessForm& form) {
         EXPECT_EQ(form.ControlNamed(L"lblGeschoss").Text(), L"Storey:");
         EXPECT_EQ(form.List(L"cboOccupancy").Item(4), L"MUA 1");
@@ -116,7 +116,7 @@ TEST_F(frmRoomTest, TakesItsTextsFromTheLanguageLibrary) {
 
 TEST_F(frmRoomTest, StoresNothingForTheNoEntryOfAnotherLanguage) {
     platform.libraries.Put(L"C:\\Quartino\\zorvinta_eng.dll", {{191, L"none"}});
-    context.SetLang(L"eng");
+    context.text.SetLanguage(L"eng");
     context.room->Occupancy(L"VF");
     show([](HeadlessForm& form) {
         form.Choose(L"cboOccupancy", 0);
@@ -196,7 +196,7 @@ TEST_F(frmRoomTest, StartsWithQuantityOneEveryTime) {
 
 TEST_F(frmRoomTest, NeedsARoom) {
     context.room = nullptr;
-    EXPECT_EQ(errorOf([&] { frmRoom(context).ShowModal(); }), RuntimeError::ObjectVariableNotSet);
+    EXPECT_EQ(errorOf([&] { context.Show<frmRoom>(); }), RuntimeError::ObjectVariableNotSet);
     EXPECT_TRUE(desktop.ModalForms().empty());
 }
 
@@ -727,8 +727,7 @@ class frmRoomWithEveryMark : public UnderBothLocales {};
 
 TEST_P(frmRoomWithEveryMark, ReadsBackTheAreaThatItShows) {
     for (const double area : {0.0, 0.001, 1.0, 12.5, 3.14159, 1234.567, 99999.9999}) {
-        NoSpreadsheets spreadsheets;
-        HeadlessPlatform platform(spreadsheets);
+        HeadlessPlatform platform;
         TestContext context(platform);
         context.room->IsNew(false);
         context.room->Geometry->Area(area);
@@ -736,7 +735,7 @@ TEST_P(frmRoomWithEveryMark, ReadsBackTheAreaThatItShows) {
             form.Focus(L"txtArea");
             form.PressKey(Gui::KeyEnter);
         });
-        frmRoom(context).ShowModal();
+        context.Show<frmRoom>();
         EXPECT_EQ(context.room->Geometry->Area(), area);
         EXPECT_EQ(context.calls, std::vector<std::wstring>{L"UpdateTable False"});
     }

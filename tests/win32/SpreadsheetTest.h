@@ -13,14 +13,12 @@
 
 #include <gmock/gmock.h>
 
-#include "app/clsText.h"
 #include "files/clsFileSytem.h"
-#include "headless/HeadlessPlatform.h"
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
 #include "model/clsFloors.h"
 #include "practice/workbook/WorkbookFile.h"
-#include "support/FileLayerContext.h"
+#include "support/FileLayer.h"
 #include "win32/ComSpreadsheet.h"
 #include "win32/PracticeSpreadsheetProcess.h"
 #include "win32/Win32AnsiCodec.h"
@@ -28,39 +26,25 @@
 
 namespace kalvrooms::testing {
 
-// The main window as the file layer knows it, on the real codec and the real automation.
-class SpreadsheetContext final : public FileLayerContext {
+// The real codec and the real automation.
+class SpreadsheetContext final {
   public:
     explicit SpreadsheetContext(std::shared_ptr<ComSession> knownNames)
-        : session(std::move(knownNames)), spreadsheets_(MakeComSpreadsheetServer(session)),
-          headless(*spreadsheets_) {}
+        : session(std::move(knownNames)), spreadsheets_(MakeComSpreadsheetServer(session)) {}
     explicit SpreadsheetContext(DWORD patience)
         : SpreadsheetContext(std::make_shared<ComSession>(patience)) {}
 
     std::shared_ptr<ComSession> session;
-    std::vector<bool> tableUpdates;
+    HeadlessPlatform headless;
+    clsText texts{headless.libraries, headless.environment};
+    std::vector<bool>& tableUpdates = table_.Updates;
+
+    operator FileServices() { return {texts, table_, headless.desktop, ansi_, *spreadsheets_}; }
 
   private:
     std::unique_ptr<SpreadsheetServer> spreadsheets_;
-
-  public:
-    HeadlessPlatform headless;
-
-    std::wstring GetText(std::int32_t number) const override { return texts_.GetText(number); }
-    std::wstring GetTextWithoutDot(std::int32_t number) const override {
-        return texts_.GetTextWithoutDot(number);
-    }
-    void UpdateTable(bool warn) override { tableUpdates.push_back(warn); }
-    Platform& System() const override { return system_; }
-
-  private:
-    void notAsked() const override { ADD_FAILURE() << "the file layer has no business with this"; }
+    RecordedTable table_;
     Win32AnsiCodec ansi_;
-    clsText texts_{headless.libraries, headless.environment};
-    mutable Platform system_{headless.desktop,     ansi_,
-                             headless.registry,    headless.libraries,
-                             headless.environment, headless.Bundle().host,
-                             *spreadsheets_};
 };
 
 // All that a list says, room by room.

@@ -8,24 +8,18 @@
 #include <chrono>
 #include <cstdio>
 
-#include "files/SpreadsheetApplication.h"
+#include "headless/AbsentServers.h"
 #include "headless/HeadlessPlatform.h"
 #include "ui/frmMain.h"
 
 namespace kalvrooms::Gui {
 namespace {
 
-class NoSpreadsheets : public SpreadsheetServer {
-  public:
-    std::unique_ptr<SpreadsheetApplication> AttachRunning() override { return nullptr; }
-    std::unique_ptr<SpreadsheetApplication> CreateInstance() override { return nullptr; }
-};
-
 class FilledTable : public testing::Test {
   protected:
     // Microseconds per room of filling the table anew and painting it, the best of some turns.
     double costPerRoom(std::int32_t rooms) {
-        frmMain main(platform_);
+        frmMain main(platform_, host_, spreadsheets_);
         main.SetLang(L"");
         main.Show();
         main.AddCurrentRoomsToListOfFloors(rooms);
@@ -40,16 +34,12 @@ class FilledTable : public testing::Test {
         return best;
     }
 
-    NoSpreadsheets spreadsheets_;
-    HeadlessPlatform headless_{spreadsheets_};
+    AbsentHostServer host_;
+    AbsentSpreadsheetServer spreadsheets_;
+    HeadlessPlatform headless_;
     Win32Desktop desktop_;
-    Platform platform_{desktop_,
-                       headless_.ansi,
-                       headless_.registry,
-                       headless_.libraries,
-                       headless_.environment,
-                       headless_.Bundle().host,
-                       spreadsheets_};
+    Platform platform_{desktop_, headless_.ansi, headless_.registry, headless_.libraries,
+                       headless_.environment};
 };
 
 TEST_F(FilledTable, ALongListCostsNoMorePerRoomThanAShortOne) {

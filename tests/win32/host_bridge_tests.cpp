@@ -87,7 +87,7 @@ class Bridge : public ::testing::Test {
     };
     clsKalvero& bridge() {
         if (!bridge_)
-            bridge_ = std::make_unique<clsKalvero>(context_);
+            bridge_ = context_.bridge();
         return *bridge_;
     }
     Counts write() {
@@ -119,7 +119,7 @@ class Bridge : public ::testing::Test {
     static inline std::unique_ptr<PracticeHostProcess> host_;
     std::shared_ptr<ComSession> session_ = std::make_shared<ComSession>(1500);
     std::unique_ptr<HostServer> server_ = MakeComHostServer(session_);
-    BridgeContext context_{server_.get()};
+    BridgeContext context_{*server_};
     std::unique_ptr<clsKalvero> bridge_;
     clsFloors floors_;
 };
@@ -180,12 +180,12 @@ TEST_F(Bridge, WhatWasReadAndChangedGoesBackToTheSameElements) {
 
 TEST_F(Bridge, AHostWithoutTablesIsAskedOneByOne) {
     server_ = MakeComHostServer(session_, HostBulkMembers{nullptr, nullptr, nullptr});
-    BridgeContext context(server_.get());
+    BridgeContext context(*server_);
     {
-        clsKalvero bridge(context);
+        const auto bridge = context.bridge();
         host_->load(drawingOf({element(17, 3, "A", "EG"), element(18, 0, "kvd", "EG")}));
-        bridge.GetProjectName();
-        bridge.ImportFloorsFromKalvero(floors_);
+        bridge->GetProjectName();
+        bridge->ImportFloorsFromKalvero(floors_);
         ASSERT_EQ(floors_.GetCountOfRooms(), 1);
         EXPECT_EQ(room(1).GetRoomID(), L"17-K3");
         EXPECT_EQ(room(1).Geometry->Area(), 13.5);
@@ -193,12 +193,12 @@ TEST_F(Bridge, AHostWithoutTablesIsAskedOneByOne) {
         // A text attribute has no number; that costs nothing but the number.
         host_->failMember(L"NumberValue", L"fail", L"no number");
         floors_ = clsFloors();
-        bridge.ImportFloorsFromKalvero(floors_);
+        bridge->ImportFloorsFromKalvero(floors_);
         ASSERT_EQ(floors_.GetCountOfRooms(), 1);
         EXPECT_EQ(room(1).Occupancy(), L"HNF 2");
         Counts counts;
-        bridge.ExportFloorsToKalvero(floors_, true, true, 1, 1, counts.placed, counts.updated,
-                                     counts.setDown);
+        bridge->ExportFloorsToKalvero(floors_, true, true, 1, 1, counts.placed, counts.updated,
+                                      counts.setDown);
         EXPECT_EQ(counts.updated, 1);
     }
 }

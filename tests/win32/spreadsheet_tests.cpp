@@ -135,7 +135,7 @@ TEST_F(Workbooks, TheHeaderIsTheElevenTitlesAsTheTextTableHoldsThem) {
     const int titles[] = {20, 21, 22, 23, 24, 25, 26, 30, 94, 95, 96};
     for (int i = 0; i < 11; ++i)
         EXPECT_EQ(workbook.sheets[workbook.active]->At(1, i + 1).value,
-                  text(context.GetText(titles[i])));
+                  text(context.texts.GetText(titles[i])));
     EXPECT_EQ(workbook.sheets[workbook.active]->At(1, 12), Cell());
     for (std::size_t i = 0; i < workbook.sheets.size(); ++i)
         EXPECT_EQ(workbook.sheets[i]->cells().empty(), i != workbook.active);
@@ -301,7 +301,7 @@ TEST_F(NoSpreadsheets, ARealWorkbookGetsText73) {
     store(L"list.xls", sheets::Workbook::New());
     EXPECT_THAT(readContents(L"list.xls"), IsEmpty());
     ASSERT_THAT(context.headless.desktop.Messages(), SizeIs(1));
-    EXPECT_EQ(context.headless.desktop.Messages()[0].Prompt, context.GetText(73));
+    EXPECT_EQ(context.headless.desktop.Messages()[0].Prompt, context.texts.GetText(73));
     store(L"binary.xls",
           std::string("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8) + std::string(504, '\0'));
     EXPECT_THAT(readContents(L"binary.xls"), IsEmpty());

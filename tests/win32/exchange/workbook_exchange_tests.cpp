@@ -183,7 +183,7 @@ TEST_F(WorkbookExchange, Step2TheOtherProgramSeesTheSameCellsOfTheSameTypes) {
         ASSERT_NE(cell, seen.end()) << column;
         const auto* title = std::get_if<std::wstring>(&cell->second.value);
         ASSERT_NE(title, nullptr) << column;
-        EXPECT_EQ(withoutBlanks(*title), withoutBlanks(context.GetText(titles[column - 1])));
+        EXPECT_EQ(withoutBlanks(*title), withoutBlanks(context.texts.GetText(titles[column - 1])));
     }
     const auto rows = cellsOfRooms();
     for (std::size_t i = 0; i < rows.size(); ++i) {
