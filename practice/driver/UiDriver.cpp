@@ -3,6 +3,8 @@
 #include <commctrl.h>
 #include <tlhelp32.h>
 
+#include <cstddef>
+#include <iterator>
 #include <memory>
 
 namespace kalvrooms::driver {
@@ -19,7 +21,31 @@ LRESULT send(HWND window, UINT message, WPARAM first, LPARAM second) {
     return static_cast<LRESULT>(answer);
 }
 
+// Lets a window of another process read and answer into memory of its own.
+template <class Data>
+void sendWithData(HWND window, UINT message, WPARAM word, Data& data) {
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    const std::unique_ptr<void, decltype(&CloseHandle)> process(
+        OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId),
+        &CloseHandle);
+    void* remote = process ? VirtualAllocEx(process.get(), nullptr, sizeof data,
+                                            MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE)
+                           : nullptr;
+    if (!remote)
+        return;
+    if constexpr (requires { data.item; })
+        data.item.pszText =
+            reinterpret_cast<wchar_t*>(static_cast<char*>(remote) + offsetof(Data, text));
+    WriteProcessMemory(process.get(), remote, &data, sizeof data, nullptr);
+    send(window, message, word, reinterpret_cast<LPARAM>(remote));
+    ReadProcessMemory(process.get(), remote, &data, sizeof data, nullptr);
+    VirtualFreeEx(process.get(), remote, 0, MEM_RELEASE);
+}
+
 } // namespace
+
+std::function<void()> beforeWaitFails;
 
 void waitFor(const std::string& state, const std::function<bool()>& holds, DWORD limit) {
     const ULONGLONG end = GetTickCount64() + limit;
@@ -31,28 +57,30 @@ void waitFor(const std::string& state, const std::function<bool()>& holds, DWORD
         }
         if (holds())
             return;
-        if (GetTickCount64() >= end)
+        if (GetTickCount64() >= end) {
+            if (beforeWaitFails)
+                beforeWaitFails();
             throw WaitFailed("waited in vain for: " + state);
+        }
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
     }
+}
+
+std::filesystem::path binFolder() {
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::filesystem::path(path).parent_path();
 }
 
 PROCESS_INFORMATION startProgram(const std::wstring& commandLine, const std::wstring& folder) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    // Where addresses are drawn by lot, one in some thousand new processes under Wine has its heap
-    // where Wine's shared data must lie, and ends before its first instruction.
-    constexpr int tries = 5;
-    for (int i = 1;; ++i) {
-        std::wstring command = commandLine;
-        PROCESS_INFORMATION started{};
-        if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                           folder.empty() ? nullptr : folder.c_str(), &startup, &started))
-            return started;
-        const DWORD error = GetLastError();
-        if (error != ERROR_INTERNAL_ERROR || i == tries)
-            throw WaitFailed("a program could not be started: error " + std::to_string(error));
-    }
+    std::wstring command = commandLine;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        folder.empty() ? nullptr : folder.c_str(), &startup, &started))
+        throw WaitFailed("a program could not be started: error " + std::to_string(GetLastError()));
+    return started;
 }
 
 Process::Process(const std::wstring& commandLine, const std::wstring& folder)
@@ -71,12 +99,16 @@ bool Process::running() const {
     return WaitForSingleObject(information_.hProcess, 0) == WAIT_TIMEOUT;
 }
 
-DWORD Process::waitForEnd(DWORD limit) {
+DWORD Process::waitForEnd(DWORD limit) const {
     waitFor(
         "end of a process", [this] { return !running(); }, limit);
     DWORD code = 0;
     GetExitCodeProcess(information_.hProcess, &code);
     return code;
+}
+
+DWORD runToItsEnd(const std::wstring& program, const std::wstring& arguments) {
+    return Process(L"\"" + (binFolder() / program).wstring() + L"\" " + arguments).waitForEnd();
 }
 
 DWORD childOf(DWORD parent, const wchar_t* program) {
@@ -115,11 +147,50 @@ std::wstring classOf(HWND window) {
     return name;
 }
 
-HWND windowOfClass(DWORD processId, const wchar_t* className) {
+HWND findWindow(DWORD processId, const std::function<bool(HWND)>& meant) {
     for (const HWND window : windowsOf(processId))
-        if (classOf(window) == className)
+        if (meant(window))
             return window;
     return nullptr;
+}
+
+HWND windowOfClass(DWORD processId, const wchar_t* className) {
+    return findWindow(processId, [&](HWND window) { return classOf(window) == className; });
+}
+
+HWND waitForWindow(const std::string& what, const Process& process,
+                   const std::function<bool(HWND)>& meant) {
+    HWND found = nullptr;
+    waitFor(what, [&] {
+        found = findWindow(process.id(), meant);
+        if (!found && !process.running())
+            throw WaitFailed("the program ended instead of showing " + what);
+        return found != nullptr;
+    });
+    return found;
+}
+
+void waitUntilGone(HWND window) {
+    waitFor("a window to go", [&] { return !IsWindow(window) || !IsWindowVisible(window); });
+}
+
+HWND control(HWND dialog, int id) {
+    struct Search {
+        int id;
+        HWND found;
+    } search{id, nullptr};
+    EnumChildWindows(
+        dialog,
+        [](HWND child, LPARAM parameter) -> BOOL {
+            auto& s = *reinterpret_cast<Search*>(parameter);
+            if (GetDlgCtrlID(child) == s.id)
+                s.found = child;
+            return s.found == nullptr;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    if (!search.found)
+        throw WaitFailed("no control " + std::to_string(id));
+    return search.found;
 }
 
 std::wstring textOf(HWND window) {
@@ -130,9 +201,13 @@ std::wstring textOf(HWND window) {
     return text;
 }
 
+HWND fileNameField(HWND fileDialog) {
+    const HWND combo = GetDlgItem(fileDialog, fileNameCombo);
+    return combo ? combo : GetDlgItem(fileDialog, fileNameEdit);
+}
+
 bool isFileDialog(HWND window) {
-    return classOf(window) == L"#32770" &&
-           (GetDlgItem(window, fileNameCombo) || GetDlgItem(window, fileNameEdit));
+    return classOf(window) == L"#32770" && fileNameField(window) != nullptr;
 }
 
 bool isMessageBox(HWND window) {
@@ -158,8 +233,7 @@ void setText(HWND control, const std::wstring& text) {
 }
 
 void enterFileName(HWND fileDialog, const std::wstring& path) {
-    const HWND combo = GetDlgItem(fileDialog, fileNameCombo);
-    setText(combo ? combo : GetDlgItem(fileDialog, fileNameEdit), path);
+    setText(fileNameField(fileDialog), path);
     press(fileDialog, IDOK);
 }
 
@@ -168,34 +242,34 @@ int rowCount(HWND listView) {
 }
 
 std::wstring cellText(HWND listView, int row, int column) {
-    constexpr std::size_t length = 1024;
-    DWORD processId = 0;
-    GetWindowThreadProcessId(listView, &processId);
-    const std::unique_ptr<void, decltype(&CloseHandle)> process(
-        OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, processId),
-        &CloseHandle);
-    if (!process)
-        return {};
-    // The list view answers into memory of its own process.
-    struct Remote {
+    struct {
         LVITEMW item;
-        wchar_t text[length];
-    };
-    auto* remote = static_cast<Remote*>(VirtualAllocEx(process.get(), nullptr, sizeof(Remote),
-                                                       MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
-    if (!remote)
-        return {};
-    auto local = std::make_unique<Remote>();
-    local->item.iSubItem = column;
-    local->item.cchTextMax = length;
-    local->item.pszText =
-        reinterpret_cast<wchar_t*>(reinterpret_cast<char*>(remote) + offsetof(Remote, text));
-    WriteProcessMemory(process.get(), remote, local.get(), sizeof(Remote), nullptr);
-    send(listView, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(remote));
-    ReadProcessMemory(process.get(), remote, local.get(), sizeof(Remote), nullptr);
-    VirtualFreeEx(process.get(), remote, 0, MEM_RELEASE);
-    local->text[length - 1] = L'\0';
-    return local->text;
+        wchar_t text[1024];
+    } cell{};
+    cell.item.iSubItem = column;
+    cell.item.cchTextMax = static_cast<int>(std::size(cell.text));
+    sendWithData(listView, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), cell);
+    cell.text[std::size(cell.text) - 1] = L'\0';
+    return cell.text;
+}
+
+RECT cellPlace(HWND listView, int row, int column) {
+    RECT place{LVIR_BOUNDS, 0, 0, 0};
+    sendWithData(listView, LVM_GETITEMRECT, static_cast<WPARAM>(row), place);
+    for (int i = 0; i < column; ++i)
+        place.left +=
+            static_cast<LONG>(send(listView, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(i), 0));
+    return place;
+}
+
+HWND headerOf(HWND listView) {
+    return reinterpret_cast<HWND>(send(listView, LVM_GETHEADER, 0, 0));
+}
+
+RECT headerPlace(HWND listView, int column) {
+    RECT place{};
+    sendWithData(headerOf(listView), HDM_GETITEMRECT, static_cast<WPARAM>(column), place);
+    return place;
 }
 
 namespace {
@@ -209,11 +283,19 @@ INPUT keyInput(WORD virtualKey, DWORD flags) {
     return input;
 }
 
-void deliver(std::vector<INPUT>& inputs) {
+void deliver(std::vector<INPUT> inputs) {
     SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
 }
 
 } // namespace
+
+void pressKey(WORD virtualKey) {
+    deliver({keyInput(virtualKey, 0)});
+}
+
+void releaseKey(WORD virtualKey) {
+    deliver({keyInput(virtualKey, KEYEVENTF_KEYUP)});
+}
 
 void typeKey(WORD virtualKey, std::initializer_list<WORD> held) {
     std::vector<INPUT> inputs;
@@ -223,7 +305,7 @@ void typeKey(WORD virtualKey, std::initializer_list<WORD> held) {
     inputs.push_back(keyInput(virtualKey, KEYEVENTF_KEYUP));
     for (const WORD key : held)
         inputs.push_back(keyInput(key, KEYEVENTF_KEYUP));
-    deliver(inputs);
+    deliver(std::move(inputs));
 }
 
 void typeText(const std::wstring& text) {
@@ -237,23 +319,33 @@ void typeText(const std::wstring& text) {
         input.ki.dwFlags |= KEYEVENTF_KEYUP;
         inputs.push_back(input);
     }
-    deliver(inputs);
+    deliver(std::move(inputs));
 }
 
+// Each step carries its place, so that nothing that moves the pointer meanwhile gets between.
 void clickAt(HWND window, int x, int y, bool right, int times) {
     POINT point{x, y};
     ClientToScreen(window, &point);
-    SetCursorPos(point.x, point.y);
+    const auto scaled = [](LONG at, int size) {
+        return static_cast<LONG>(static_cast<LONGLONG>(at) * 65536 / GetSystemMetrics(size)) + 1;
+    };
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dx = scaled(point.x, SM_CXSCREEN);
+    input.mi.dy = scaled(point.y, SM_CYSCREEN);
     std::vector<INPUT> inputs;
     for (int i = 0; i < times; ++i) {
-        INPUT input{};
-        input.type = INPUT_MOUSE;
-        input.mi.dwFlags = right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN;
-        inputs.push_back(input);
-        input.mi.dwFlags = right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP;
-        inputs.push_back(input);
+        for (const int button : {right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN,
+                                 right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP}) {
+            input.mi.dwFlags = static_cast<DWORD>(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | button);
+            inputs.push_back(input);
+        }
     }
-    deliver(inputs);
+    deliver(std::move(inputs));
+}
+
+void parkMouse() {
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 2, GetSystemMetrics(SM_CYSCREEN) - 2);
 }
 
 } // namespace kalvrooms::driver

@@ -1,10 +1,8 @@
 // Plays the main job on the real windows: opens a room list, writes it into the drawing of the
-// practice host, closes the report, and leaves a summary. Pictures are taken from outside: a file
-// NAME.picture in the output folder asks for one and goes away when it was taken.
+// practice host, closes the report, and leaves pictures and a summary.
 
 #include <windows.h>
 
-#include <dwmapi.h>
 #include <objbase.h>
 
 #include <cstdio>
@@ -12,11 +10,11 @@
 #include <fstream>
 #include <map>
 #include <set>
-#include <sstream>
 
-#include "model/RuntimeError.h"
+#include "drawing/DrawingFile.h"
+#include "drawing/Text.h"
+#include "practice/driver/LateBound.h"
 #include "practice/driver/UiDriver.h"
-#include "win32/ComObject.h"
 #include "win32/ControlIds.h"
 
 namespace {
@@ -25,15 +23,6 @@ using namespace kalvrooms;
 namespace ui = kalvrooms::driver;
 
 constexpr DWORD longLimit = 240000; // milliseconds, for a whole command
-
-std::string utf8(const std::wstring& text) {
-    const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                           nullptr, 0, nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(length), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
-                        length, nullptr, nullptr);
-    return bytes;
-}
 
 std::wstring quoted(const std::wstring& text) {
     return L"\"" + text + L"\"";
@@ -51,9 +40,7 @@ struct Arguments {
 
 class Tour {
   public:
-    explicit Tour(const Arguments& arguments)
-        : arguments_(arguments), out_(arguments[L"--out"]),
-          session_(std::make_shared<ComSession>()) {}
+    explicit Tour(const Arguments& arguments) : arguments_(arguments), out_(arguments[L"--out"]) {}
 
     int play() {
         start();
@@ -73,12 +60,12 @@ class Tour {
     // Leaves what is known so far; the host goes away in good order.
     void giveUp(const std::string& reason) {
         try {
-            if (control_.dispatch())
-                control_.Call(L"Quit");
-        } catch (const RuntimeError&) {
+            if (control_)
+                control_.call(L"Quit");
+        } catch (const ui::CallFailed&) {
             // It is gone already.
         }
-        control_ = ComObject();
+        control_ = {};
         messages_.emplace_back(reason.begin(), reason.end());
         write();
     }
@@ -101,8 +88,7 @@ class Tour {
                 throw ui::WaitFailed("the practice host ended at once");
             return quartino_ != 0;
         });
-        control_ = ComObject::Create(session_, L"control", L"KALVCOMSERVERLib.PracticeControl",
-                                     CLSCTX_LOCAL_SERVER);
+        control_ = ui::LateBound::create(L"KALVCOMSERVERLib.PracticeControl");
         const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, quartino_);
         ui::waitFor("the main window", [&] {
             answerMessages();
@@ -145,8 +131,7 @@ class Tour {
             answered_.insert(window);
             const bool question = GetDlgItem(window, IDNO) != nullptr;
             ui::press(window, question ? IDNO : IDOK);
-            const HWND box = window;
-            ui::waitFor("the message box to go", [box] { return !IsWindowVisible(box); });
+            ui::waitUntilGone(window);
         }
     }
 
@@ -180,13 +165,6 @@ class Tour {
         return IsWindowVisible(label) ? std::wcstol(ui::textOf(label).c_str(), nullptr, 10) : 0;
     }
 
-    static long countOf(const std::wstring& text, const std::wstring& word) {
-        long count = 0;
-        for (auto at = text.find(word); at != std::wstring::npos; at = text.find(word, at + 1))
-            ++count;
-        return count;
-    }
-
     // Rooms stand at the top of the table; the rows below are empty.
     long listedRooms() const {
         constexpr int idColumn = 8;
@@ -205,17 +183,7 @@ class Tour {
 
     void picture(const std::wstring& name, HWND window) {
         SetForegroundWindow(window);
-        RECT frame{};
-        if (FAILED(
-                DwmGetWindowAttribute(window, DWMWA_EXTENDED_FRAME_BOUNDS, &frame, sizeof frame)) ||
-            IsRectEmpty(&frame))
-            GetWindowRect(window, &frame);
-        const std::filesystem::path request = out_ + L"\\" + name + L".picture";
-        const std::filesystem::path half = out_ + L"\\" + name + L".request";
-        std::ofstream(half) << frame.right - frame.left << 'x' << frame.bottom - frame.top << '+'
-                            << frame.left << '+' << frame.top << '\n';
-        std::filesystem::rename(half, request);
-        ui::waitFor("a picture", [&] { return !std::filesystem::exists(request); });
+        ui::Picture::ofWindow(window).save(out_ + L"\\" + name + L".bmp");
     }
 
     int leaveRunning() {
@@ -224,11 +192,11 @@ class Tour {
     }
 
     void finish() {
-        summary_["host.calls"] = LongOf(control_.Get(L"CallCount"));
-        control_.Call(L"SaveDrawing", {out_ + L"\\drawing.json"});
-        control_.Call(L"ExportSvg", {out_ + L"\\drawing.svg"});
-        summary_["rooms.drawing"] =
-            countOf(TextOf(control_.Get(L"DrawingText")), L"\"componentId\"");
+        summary_["host.calls"] = control_.number(L"CallCount");
+        control_.call(L"SaveDrawing", out_ + L"\\drawing.json");
+        control_.call(L"ExportSvg", out_ + L"\\drawing.svg");
+        summary_["rooms.drawing"] = static_cast<long>(
+            practice::ReadDrawing(practice::ToUtf8(control_.text(L"DrawingText"))).elements.size());
         if (main_) {
             PostMessageW(main_, WM_CLOSE, 0, 0);
             const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, quartino_);
@@ -241,8 +209,8 @@ class Tour {
         // Nothing stands in front of the drawing any more.
         if (const HWND window = ui::windowOfClass(host_->id(), L"KalveroPracticeHost"))
             picture(L"drawing", window);
-        control_.Call(L"Quit");
-        control_ = ComObject();
+        control_.call(L"Quit");
+        control_ = {};
         host_->waitForEnd();
         write();
     }
@@ -253,14 +221,13 @@ class Tour {
                                  "rooms.drawing", "host.calls"})
             file << name << '=' << summary_[name] << '\n';
         for (const std::wstring& message : messages_)
-            file << "message=" << utf8(message) << '\n';
+            file << "message=" << practice::ToUtf8(message) << '\n';
     }
 
     const Arguments& arguments_;
     std::wstring out_;
-    std::shared_ptr<ComSession> session_;
     std::unique_ptr<ui::Process> host_;
-    ComObject control_;
+    ui::LateBound control_;
     DWORD quartino_ = 0;
     HWND main_ = nullptr;
     std::map<std::string, long> summary_;
@@ -281,6 +248,7 @@ int wmain(int argc, wchar_t** argv) {
         else if (i + 1 < argc)
             arguments.values[name] = argv[++i];
     }
+    SetProcessDPIAware(); // places on the screen are the real ones
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     int result = 1;
     {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "journeys/QuartinoProcess.h"
+#include "practice/Drawings.h"
 #include "win32/ControlIds.h"
 
 namespace kalvrooms::testing {
@@ -26,16 +27,19 @@ inline constexpr const wchar_t* modifyTitle = L" Raum modifizieren ";
 inline constexpr const wchar_t* geometryTitle = L" Geometrie";
 inline constexpr const wchar_t* optionsTitle = L" Optionen ";
 inline constexpr const wchar_t* reportTitle = L" Quartino";
+inline constexpr const wchar_t* savePrompt = L" Sollen Ihre Änderungen gespeichert werden?";
 
 // Lines of the menus below the first one.
 inline constexpr wchar_t fileMenu = L'D';
 inline constexpr wchar_t editMenu = L'B';
 inline constexpr wchar_t extrasMenu = L'E';
+inline constexpr int newLine = 0;
 inline constexpr int openLine = 1;
 inline constexpr int saveLine = 2;
 inline constexpr int saveAsLine = 3;
 inline constexpr int importLine = 4;
 inline constexpr int exportLine = 5;
+inline constexpr int endLine = 6;
 inline constexpr int addLine = 0;
 inline constexpr int modifyLine = 1;
 inline constexpr int deleteLine = 2;
@@ -104,80 +108,61 @@ inline void writeList(const std::filesystem::path& file, const std::vector<Liste
     writeBytes(file, toAnsi(text));
 }
 
-inline std::string element(int id, int fileNumber, double x) {
-    std::ostringstream json;
-    json << R"({"componentId":)" << id << R"(,"fileNumber":)" << fileNumber << R"(,"fileId":"K)"
-         << fileNumber << R"(","name":"Flur )" << id << R"(","function":"Weg","storey":"EG",)"
-         << R"("colour":0,"outline":[[)" << x << ",0],[" << x + 4.5 << ",0],[" << x + 4.5
-         << R"(,3],[)" << x << R"(,3]],"attributes":[{"name":"Bodenfläche","value":13.5}]})";
-    return json.str();
-}
-
 class JourneyTest : public ::testing::Test {
   protected:
     JourneyTest() {
         folder.writeHandOver(keyPath);
-        loadDrawing({});
         practiceHost().clearFaults();
         practiceHost().state(L"");
+        loadDrawing({});
     }
 
-    void loadDrawing(const std::vector<std::string>& elements) {
-        std::wstring escaped;
-        for (const wchar_t c : folder.path().wstring()) {
-            if (c == L'\\')
-                escaped.push_back(c);
-            escaped.push_back(c);
-        }
-        std::string utf8(escaped.size() * 3, '\0');
-        utf8.resize(static_cast<std::size_t>(
-            WideCharToMultiByte(CP_UTF8, 0, escaped.data(), static_cast<int>(escaped.size()),
-                                utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr)));
-        std::string json =
-            R"({"project":{"name":"Schule","number":4711,"folder":")" + utf8 + R"("},"elements":[)";
-        for (std::size_t i = 0; i < elements.size(); ++i)
-            json += (i ? "," : "") + elements[i];
-        practiceHost().load(json + "]}");
+    void loadDrawing(std::vector<practice::Element> elements) const {
+        practiceHost().load(drawingOf(std::move(elements), folder.path().wstring()));
+    }
+    void loadTwoRooms() const {
+        loadDrawing({roomElement(17, 3, L"Flur 17"), roomElement(18, 3, L"Flur 18", L"EG", 10)});
     }
 
     std::filesystem::path file(const wchar_t* name) const { return folder.path() / name; }
 
-    // Opens a list by the menu and the file dialog.
+    // Opens a list, or saves it, by the menu and the file dialog.
     void open(QuartinoProcess& quartino, const std::filesystem::path& list) const {
-        const auto before = quartino.commandsDone();
-        quartino.chooseByKeys(fileMenu, openLine);
-        quartino.giveFileName(quartino.fileDialog(), list.wstring());
-        quartino.waitForCommand(before);
+        nameByKeys(quartino, openLine, list);
     }
     void saveAs(QuartinoProcess& quartino, const std::filesystem::path& list) const {
-        const auto before = quartino.commandsDone();
-        quartino.chooseByKeys(fileMenu, saveAsLine);
-        quartino.giveFileName(quartino.fileDialog(), list.wstring());
-        quartino.waitForCommand(before);
+        nameByKeys(quartino, saveAsLine, list);
     }
-    // Adds rooms with names only, by the keyboard.
+    // Adds rooms by the keyboard.
     void add(QuartinoProcess& quartino, const std::wstring& name, const std::wstring& area,
              const std::wstring& quantity) const {
-        const auto before = quartino.commandsDone();
-        quartino.chooseByKeys(editMenu, addLine);
-        const HWND dialog = quartino.dialog(addTitle);
-        quartino.type(dialog, ID_ROOM_TXTSTORYCODE, L"EG");
-        quartino.tabTo(dialog, ID_ROOM_TXTNAME);
-        quartino.type(dialog, ID_ROOM_TXTNAME, name);
-        quartino.tabTo(dialog, ID_ROOM_TXTFUNCTION);
-        quartino.tabTo(dialog, ID_ROOM_TXTAREA);
-        quartino.type(dialog, ID_ROOM_TXTAREA, area);
-        for (const int id : {ID_ROOM_CMDGEOMETRY, ID_ROOM_CBOENCLOSURETYPE, ID_ROOM_CBOOCCUPANCY,
-                             ID_ROOM_CBOAREATYPE, ID_ROOM_TXTQUANTITY})
-            quartino.tabTo(dialog, id);
-        quartino.type(dialog, ID_ROOM_TXTQUANTITY, quantity);
-        ui::typeKey(VK_RETURN);
-        quartino.waitForCommand(before);
+        quartino.command([&] {
+            quartino.chooseByKeys(editMenu, addLine);
+            const HWND dialog = quartino.dialog(addTitle);
+            quartino.type(dialog, ID_ROOM_TXTSTORYCODE, L"EG");
+            quartino.tabTo(dialog, ID_ROOM_TXTNAME);
+            quartino.type(dialog, ID_ROOM_TXTNAME, name);
+            quartino.tabTo(dialog, {ID_ROOM_TXTFUNCTION, ID_ROOM_TXTAREA});
+            quartino.type(dialog, ID_ROOM_TXTAREA, area);
+            quartino.tabTo(dialog,
+                           {ID_ROOM_CMDGEOMETRY, ID_ROOM_CBOENCLOSURETYPE, ID_ROOM_CBOOCCUPANCY,
+                            ID_ROOM_CBOAREATYPE, ID_ROOM_TXTQUANTITY});
+            quartino.type(dialog, ID_ROOM_TXTQUANTITY, quantity);
+            ui::typeKey(VK_RETURN);
+        });
     }
 
     ProgramFolder folder;
     SettingsKey whole{keyPath};
     SettingsKey key{std::wstring(keyPath) + L"\\QTO"};
+
+  private:
+    static void nameByKeys(QuartinoProcess& quartino, int line, const std::filesystem::path& list) {
+        quartino.command([&] {
+            quartino.chooseByKeys(fileMenu, line);
+            quartino.giveFileName(quartino.fileDialog(), list.wstring());
+        });
+    }
 };
 
 } // namespace kalvrooms::testing

@@ -1,10 +1,10 @@
 #include "journeys/ProgramFolder.h"
+#include "practice/Drawings.h"
 
 #include <gtest/gtest.h>
 
 #include <objbase.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -26,7 +26,7 @@ class HostOfTheRun : public ::testing::Environment {
     PracticeHostProcess& get() {
         if (!host_) {
             CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-            host_ = std::make_unique<PracticeHostProcess>(R"({"project": {"name": "Schule"}})");
+            host_ = std::make_unique<PracticeHostProcess>(drawingOf({}));
         }
         return *host_;
     }
@@ -82,7 +82,7 @@ ProgramFolder::ProgramFolder() : folder_(std::filesystem::temp_directory_path() 
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
     std::filesystem::create_directories(folder_);
-    const std::filesystem::path bin = binFolder();
+    const std::filesystem::path bin = driver::binFolder();
     const std::filesystem::path aids = bin / L"test-libraries";
     for (const auto& file :
          {bin / L"Quartino.exe", bin / L"zorvinta_eng.dll", aids / L"zorvinta_prb.dll",
@@ -121,99 +121,6 @@ std::vector<ProgramFolder::HelpCall> ProgramFolder::helpCalls() const {
         calls.push_back(call);
     }
     return calls;
-}
-
-// --- the program --------------------------------------------------------------------------------
-
-RunningProgram::RunningProgram(const ProgramFolder& folder)
-    : process_(L"\"" + (folder.path() / L"Quartino.exe").wstring() + L"\"") {}
-
-HWND RunningProgram::mainWindow() {
-    driver::waitFor("the main window", [this] {
-        for (const HWND window : windows()) {
-            if (window != answered_ && driver::isMessageBox(window))
-                throw driver::WaitFailed("a message instead of the main window");
-            if (driver::classOf(window) == L"QuartinoMain")
-                main_ = window;
-        }
-        if (!main_ && !process_.running())
-            throw driver::WaitFailed("the program ended instead of showing its window");
-        return main_ != nullptr;
-    });
-    return main_;
-}
-
-HWND RunningProgram::messageBox() {
-    HWND box = nullptr;
-    driver::waitFor("a message", [&] {
-        for (const HWND window : windows()) {
-            if (driver::classOf(window) == L"QuartinoMain" && !main_)
-                throw driver::WaitFailed("the main window instead of a message");
-            if (driver::isMessageBox(window))
-                box = window;
-        }
-        if (!box && !process_.running())
-            throw driver::WaitFailed("the program ended instead of showing a message");
-        return box != nullptr;
-    });
-    return box;
-}
-
-HWND RunningProgram::dialog(const std::wstring& title) {
-    HWND found = nullptr;
-    driver::waitFor("the dialog" + toAnsi(title), [&] {
-        for (const HWND window : windows())
-            if (driver::textOf(window) == title && window != main_)
-                found = window;
-        return found != nullptr;
-    });
-    return found;
-}
-
-void RunningProgram::answer(HWND messageBox) {
-    answered_ = messageBox;
-    // A box with one button numbers it as the one or the other, by version of the system.
-    driver::press(messageBox, GetDlgItem(messageBox, IDOK) ? IDOK : IDCANCEL);
-}
-
-DWORD RunningProgram::close() {
-    PostMessageW(main_, WM_CLOSE, 0, 0);
-    driver::waitFor("the end of the program", [this] {
-        for (const HWND window : windows())
-            if (driver::isMessageBox(window))
-                throw driver::WaitFailed("a message at the end of the program");
-        return !process_.running();
-    });
-    return process_.waitForEnd();
-}
-
-void takePicture(HWND window, const std::string& name) {
-    const char* folder = std::getenv("QUARTINO_PICTURES");
-    if (!folder || !*folder)
-        return;
-    RECT r{};
-    GetWindowRect(window, &r);
-    const std::string file = std::string(folder) + "/" + name;
-    // Done when two pictures in a row are the same: then everything has been painted.
-    const std::string script =
-        "take() { import -silent -window root -crop " + std::to_string(r.right - r.left) + "x" +
-        std::to_string(r.bottom - r.top) + "+" + std::to_string(r.left) + "+" +
-        std::to_string(r.top) + " +repage -strip $1; }; cd '" + folder + "'; take " + name +
-        ".1.png; while sleep 0.2; take " + name + ".2.png; ! cmp -s " + name + ".1.png " + name +
-        ".2.png; do mv " + name + ".2.png " + name + ".1.png; done; rm " + name + ".1.png; mv " +
-        name + ".2.png " + name + ".png";
-    const std::wstring result = L"\\\\?\\unix" + std::wstring(file.begin(), file.end()) + L".png";
-    DeleteFileW(result.c_str());
-    std::string line = "/bin/bash -c \"" + script + "\"";
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    ASSERT_TRUE(CreateProcessA("\\\\?\\unix/bin/bash", line.data(), nullptr, nullptr, FALSE, 0,
-                               nullptr, nullptr, &startup, &process));
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    driver::waitFor("the picture " + name,
-                    [&] { return GetFileAttributesW(result.c_str()) != INVALID_FILE_ATTRIBUTES; });
 }
 
 // --- the settings -------------------------------------------------------------------------------

@@ -1,17 +1,14 @@
 #pragma once
-// A folder with a copy of the program, as the host installs it, and the program run from there in a
-// process of its own.
+// A folder with a copy of the program, as the host installs it, and the key with its settings.
 
 #include <windows.h>
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "practice/PracticeHostProcess.h"
-#include "practice/driver/UiDriver.h"
 
 namespace kalvrooms::testing {
 
@@ -46,33 +43,6 @@ class ProgramFolder {
   private:
     std::filesystem::path folder_;
 };
-
-class RunningProgram {
-  public:
-    explicit RunningProgram(const ProgramFolder& folder);
-
-    // The main window, once it stands. Error: WaitFailed when a message box comes instead.
-    HWND mainWindow();
-    // The message box that the program shows. Error: WaitFailed when it shows its window instead.
-    HWND messageBox();
-    // A dialog with that title.
-    HWND dialog(const std::wstring& title);
-    void answer(HWND messageBox);
-    // Closes the main window as its close button does; the process's exit code.
-    DWORD close();
-    // For a program that ends by itself.
-    DWORD waitForEnd() { return process_.waitForEnd(); }
-    std::vector<HWND> windows() const { return driver::windowsOf(process_.id()); }
-
-  private:
-    driver::Process process_;
-    HWND main_ = nullptr;
-    HWND answered_ = nullptr;
-};
-
-// Saves what the screen shows of a window as NAME.png, if the environment variable
-// QUARTINO_PICTURES names a folder of the system around Wine.
-void takePicture(HWND window, const std::string& name);
 
 void writeBytes(const std::filesystem::path& path, const std::string& bytes);
 std::string readBytes(const std::filesystem::path& path);

@@ -46,18 +46,6 @@ void PrintTo(const Show& show, std::ostream* out) {
 
 class Pictures : public JourneyTest, public ::testing::WithParamInterface<Show> {
   protected:
-    // A window whose class or control tells it apart, whatever its title says.
-    HWND dialogWith(QuartinoProcess& quartino, int control) {
-        HWND found = nullptr;
-        ui::waitFor("a dialog", [&] {
-            for (const HWND window : quartino.program().windows())
-                if (GetDlgItem(window, control))
-                    found = window;
-            return found != nullptr;
-        });
-        quartino.waitForKeys(found);
-        return found;
-    }
     // The example project, as if it lay in the test's folder; the list's path.
     std::filesystem::path copyTheSchool() {
         const std::filesystem::path school =
@@ -75,7 +63,7 @@ class Pictures : public JourneyTest, public ::testing::WithParamInterface<Show> 
         const std::filesystem::path rooms = file(L"Raumliste.txt");
         writeBytes(rooms, replaceAll(readBytes(rooms), R"(C:\Projekte\Schule)", place));
         // The drawing's own folder is not asked for.
-        practiceHost().load(readBytes(file(L"Teilbild.json")));
+        practiceHost().load(practice::LoadDrawing(file(L"Teilbild.json")));
         return rooms;
     }
     void take(QuartinoProcess& quartino, HWND window, const char* name) {
@@ -103,24 +91,24 @@ TEST_P(Pictures, OfEveryWindow) {
     quartino.giveFileName(quartino.fileDialog(), list.wstring());
     quartino.waitForCommand(before);
     quartino.clickCell(0, Name);
-    quartino.parkMouse();
+    ui::parkMouse();
     take(quartino, main, "main");
 
     before = quartino.commandsDone();
     ui::choose(main, ui::MenuModifyRoom);
-    HWND dialog = dialogWith(quartino, ID_ROOM_CMDGEOMETRY);
+    HWND dialog = quartino.dialogWith(ID_ROOM_CMDGEOMETRY);
     take(quartino, dialog, "room");
     ui::press(dialog, ID_ROOM_CMDGEOMETRY);
-    const HWND geometry = dialogWith(quartino, ID_GEOMETRY_OPTRATIO);
+    const HWND geometry = quartino.dialogWith(ID_GEOMETRY_OPTRATIO);
     take(quartino, geometry, "geometry");
     ui::press(geometry, ID_GEOMETRY_CMDCANCEL);
-    quartino.waitUntilGone(geometry);
+    ui::waitUntilGone(geometry);
     ui::press(dialog, ID_ROOM_CMDCANCEL);
     quartino.waitForCommand(before);
 
     before = quartino.commandsDone();
     ui::choose(main, ui::MenuPlace);
-    dialog = dialogWith(quartino, ID_PLACE_SSTAB1);
+    dialog = quartino.dialogWith(ID_PLACE_SSTAB1);
     take(quartino, dialog, "options-arrangement");
     ui::typeKey(VK_TAB, {VK_CONTROL});
     ui::waitFor("the other tab", [&] { return quartino.visible(dialog, ID_PLACE_CHKUPDATE); });
@@ -130,7 +118,7 @@ TEST_P(Pictures, OfEveryWindow) {
 
     before = quartino.commandsDone();
     ui::choose(main, ui::MenuExport);
-    dialog = dialogWith(quartino, ID_REPORT_LBLTOP);
+    dialog = quartino.dialogWith(ID_REPORT_LBLTOP);
     take(quartino, dialog, "report");
     ui::press(dialog, ID_REPORT_CMDOK);
     quartino.waitForCommand(before);

@@ -6,13 +6,11 @@
 #include <aclapi.h>
 
 #include <cmath>
-#include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "app/clsRegistry.h"
-#include "journeys/ProgramFolder.h"
+#include "journeys/QuartinoProcess.h"
 #include "win32/SystemDpiForTest.h"
 #include "win32/Win32Registry.h"
 
@@ -20,7 +18,6 @@ namespace kalvrooms::testing {
 namespace {
 
 namespace ui = kalvrooms::driver;
-using ::testing::UnorderedElementsAre;
 
 constexpr const wchar_t* keyPath = L"Software\\QuartinoTest";
 constexpr int twipsPerPixel = 15; // at 96 dots per inch, which the tests' screen has
@@ -77,68 +74,6 @@ TEST_F(StoredSettings, AreSevenDoubleWordsBelowTheKeyOfTheHost) {
     EXPECT_EQ(read(), some);
     // Each value stands alone: nothing else lies in the host's key.
     EXPECT_TRUE(whole.values().empty());
-}
-
-TEST_F(StoredSettings, WithoutKeyAreMissing) {
-    EXPECT_EQ(read(), missing);
-}
-
-// What a value can be instead of the number that is expected.
-struct Wrong {
-    const char* name;
-    DWORD type;
-    std::string bytes;
-};
-
-std::string wide(const std::wstring& text) {
-    return std::string(reinterpret_cast<const char*>(text.c_str()),
-                       (text.size() + 1) * sizeof(wchar_t));
-}
-
-TEST_F(StoredSettings, AValueThatIsMissingOrNoNumberCountsAsMissing) {
-    const Wrong wrongs[] = {
-        {"missing", REG_NONE, ""},
-        {"text", REG_SZ, wide(L"2")},
-        {"text of four bytes", REG_SZ, wide(L"2")},
-        {"expandable text", REG_EXPAND_SZ, wide(L"%TEMP%")},
-        {"texts", REG_MULTI_SZ, wide(std::wstring(L"a\0b\0", 4))},
-        {"four bytes", REG_BINARY, std::string("\2\0\0\0", 4)},
-        {"nothing", REG_NONE, std::string(4, '\2')},
-        {"64 bits", REG_QWORD, std::string(8, '\1')},
-        {"highest byte first", REG_DWORD_BIG_ENDIAN, std::string("\0\0\0\2", 4)},
-        {"too short", REG_DWORD, std::string(2, '\2')},
-        {"too long", REG_DWORD, std::string(8, '\2')},
-        {"empty", REG_DWORD, ""},
-        {"oversized", REG_BINARY, std::string(100000, '\2')}};
-    const std::pair<const wchar_t*, Settings> afterwards[] = {
-        {L"Report", {false, 100, -200, 3000, 4000, 0xFF, 0x123456}},
-        {L"Height", {true, 0, 0, 0, 0, -5, -6}},
-        {L"Width", {true, 0, 0, 0, 0, -5, -6}},
-        {L"Top", {true, 100, -2, 3000, 4000, 0xFF, 0x123456}},
-        {L"Left", {true, -1, -200, 3000, 4000, 0xFF, 0x123456}},
-        {L"ColorOld", {true, 100, -200, 3000, 4000, 0xFF, -6}},
-        {L"ColorNew", {true, 100, -200, 3000, 4000, -5, 0x123456}}};
-    for (const auto& [name, expected] : afterwards) {
-        for (const Wrong& wrong : wrongs) {
-            SCOPED_TRACE(toAnsi(name) + " " + wrong.name);
-            write(some);
-            ASSERT_EQ(RegDeleteKeyValueW(HKEY_CURRENT_USER, key.path().c_str(), name),
-                      ERROR_SUCCESS);
-            if (std::string(wrong.name) != "missing")
-                key.set(name, wrong.type, wrong.bytes);
-            EXPECT_EQ(read(), expected);
-        }
-    }
-}
-
-TEST_F(StoredSettings, ReportIsOffForTheValueTwoAlone) {
-    for (const std::int32_t value : {0, 1, 3, -2, 0x10002}) {
-        write(some);
-        key.set(L"Report", value);
-        EXPECT_FALSE(read().noReport) << value;
-    }
-    write(some);
-    EXPECT_TRUE(read().noReport);
 }
 
 TEST_F(StoredSettings, WithAnEmptyPathLieDirectlyBelowTheHive) {
@@ -232,21 +167,13 @@ class ProgramSettings : public ::testing::Test {
         key.set(L"ColorOld", colorOld);
         key.set(L"ColorNew", colorNew);
     }
-    static RECT rectangleOf(HWND window) {
-        RECT rectangle{};
-        GetWindowRect(window, &rectangle);
-        return rectangle;
-    }
     // Waits until the window manager is done as well.
     static void waitForRectangle(HWND window, int left, int top, int width, int height) {
-        ui::waitFor(
-            "the window's place",
-            [&] {
-                const RECT r = rectangleOf(window);
-                return r.left == left && r.top == top && r.right - r.left == width &&
-                       r.bottom - r.top == height;
-            },
-            10000);
+        ui::waitFor("the window's place", [&] {
+            const RECT r = ui::placeOf(window);
+            return r.left == left && r.top == top && r.right - r.left == width &&
+                   r.bottom - r.top == height;
+        });
     }
 
     ProgramFolder folder;
@@ -257,7 +184,7 @@ class ProgramSettings : public ::testing::Test {
 TEST_F(ProgramSettings, FirstRunHasTheDesignedSizeAndLeavesTheDefaults) {
     {
         RunningProgram program(folder);
-        const RECT r = rectangleOf(program.mainWindow());
+        const RECT r = ui::placeOf(program.mainWindow());
         EXPECT_EQ(r.right - r.left, designedWidth / twipsPerPixel);
         EXPECT_EQ(r.bottom - r.top, designedHeight / twipsPerPixel);
         EXPECT_FALSE(key.exists());
@@ -325,36 +252,6 @@ TEST_F(ProgramSettings, TheWindowComesBackAtEveryDpi) {
     }
 }
 
-TEST_F(ProgramSettings, AHeightOfZeroDiscardsAllOfThem) {
-    store(1515, 1230, 9990, 0, 2, 0x00FF00, 0x336699);
-    RunningProgram program(folder);
-    const RECT r = rectangleOf(program.mainWindow());
-    EXPECT_EQ(r.right - r.left, designedWidth / twipsPerPixel);
-    EXPECT_EQ(program.close(), 0u);
-    EXPECT_EQ(key[L"Report"], 1);
-    EXPECT_EQ(key[L"Height"], designedHeight);
-    EXPECT_EQ(key[L"ColorOld"], 0);
-    EXPECT_EQ(key[L"ColorNew"], 255);
-}
-
-TEST_F(ProgramSettings, WhatCannotBeReadBecomesZeroBesideAGivenSize) {
-    key.set(L"Height", 6000);
-    key.set(L"Width", 9000);
-    key.set(L"Report", 3);
-    key.set(L"Top", REG_SZ, wide(L"1200"));
-    key.set(L"ColorNew", REG_BINARY, std::string(4, '\1'));
-    RunningProgram program(folder);
-    program.mainWindow();
-    EXPECT_EQ(program.close(), 0u);
-    EXPECT_EQ(key[L"Top"], 0);
-    EXPECT_EQ(key[L"Left"], 0);
-    EXPECT_EQ(key[L"Width"], 9000);
-    EXPECT_EQ(key[L"Height"], 6000);
-    EXPECT_EQ(key[L"Report"], 1);
-    EXPECT_EQ(key[L"ColorOld"], 0);
-    EXPECT_EQ(key[L"ColorNew"], 0);
-}
-
 TEST_F(ProgramSettings, OnAMonitorThatIsGoneTheWindowTakesItsPlaceAndTheSystemBringsItBack) {
     store(90000, 60000, 9000, 6000);
     RunningProgram program(folder);
@@ -367,7 +264,7 @@ TEST_F(ProgramSettings, OnAMonitorThatIsGoneTheWindowTakesItsPlaceAndTheSystemBr
     EXPECT_EQ(GetWindow(window, GW_OWNER), nullptr);
     PostMessageW(window, WM_SYSCOMMAND, SC_MAXIMIZE, 0);
     ui::waitFor("the window on the screen", [&] {
-        const RECT r = rectangleOf(window);
+        const RECT r = ui::placeOf(window);
         const POINT middle{(r.left + r.right) / 2, (r.top + r.bottom) / 2};
         return IsZoomed(window) && MonitorFromPoint(middle, MONITOR_DEFAULTTONULL) != nullptr;
     });
@@ -379,34 +276,18 @@ TEST_F(ProgramSettings, OnAMonitorThatIsGoneTheWindowTakesItsPlaceAndTheSystemBr
 TEST_F(ProgramSettings, AMinimisedWindowLeavesWhatItReports) {
     RunningProgram program(folder);
     const HWND window = program.mainWindow();
-    const RECT before = rectangleOf(window);
+    const RECT before = ui::placeOf(window);
     PostMessageW(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
     ui::waitFor("the minimised window", [&] {
-        const RECT now = rectangleOf(window);
+        const RECT now = ui::placeOf(window);
         return IsIconic(window) && !EqualRect(&before, &now);
     });
-    const RECT r = rectangleOf(window);
+    const RECT r = ui::placeOf(window);
     EXPECT_EQ(program.close(), 0u);
     EXPECT_EQ(key[L"Left"], r.left * twipsPerPixel);
     EXPECT_EQ(key[L"Top"], r.top * twipsPerPixel);
     EXPECT_EQ(key[L"Width"], (r.right - r.left) * twipsPerPixel);
     EXPECT_EQ(key[L"Height"], (r.bottom - r.top) * twipsPerPixel);
-}
-
-TEST_F(ProgramSettings, AnEmptyPathOfTheHostKeepsThemDirectlyBelowTheHive) {
-    folder.writeHandOver(L"");
-    const SettingsKey direct(L"QTO");
-    direct.set(L"Height", 6000);
-    direct.set(L"Width", 9000);
-    direct.set(L"Left", 1500);
-    direct.set(L"Top", 1500);
-    direct.set(L"Report", 2);
-    RunningProgram program(folder);
-    waitForRectangle(program.mainWindow(), 100, 100, 600, 400);
-    EXPECT_EQ(program.close(), 0u);
-    EXPECT_EQ(direct.values().size(), 7u);
-    EXPECT_EQ(direct[L"Report"], 2);
-    EXPECT_EQ(direct[L"Left"], 1500);
 }
 
 } // namespace

@@ -2,13 +2,10 @@
 
 #include <gmock/gmock.h>
 
-#include <memory>
-#include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "journeys/ProgramFolder.h"
+#include "journeys/QuartinoProcess.h"
 #include "win32/ControlIds.h"
 
 namespace kalvrooms::testing {
@@ -16,7 +13,6 @@ namespace {
 
 namespace ui = kalvrooms::driver;
 using ::testing::IsEmpty;
-using ::testing::StartsWith;
 
 using HelpCall = ProgramFolder::HelpCall;
 
@@ -24,41 +20,6 @@ constexpr int helpContextCommand = 15;
 constexpr const wchar_t* keyPath = L"Software\\QuartinoTest";
 const std::wstring closeKvdFiles = L" KVD-Dateien können mit dem Quartino nicht bearbeitet werden. "
                                    L"Bitte schließen Sie alle KVD-Dateien.";
-
-// Runs the practice host with an option and waits for its end.
-void hostProgram(const wchar_t* option) {
-    ui::Process process(L"\"" + (binFolder() / L"KalveroPractice.exe").wstring() + L"\" " + option);
-    ASSERT_EQ(process.waitForEnd(), 0u);
-}
-
-bool hasIcon(HWND messageBox) {
-    bool found = false;
-    EnumChildWindows(
-        messageBox,
-        [](HWND child, LPARAM data) -> BOOL {
-            // The field for it may be there, but nothing in it.
-            if (ui::classOf(child) == L"Static" &&
-                (GetWindowLongPtrW(child, GWL_STYLE) & SS_TYPEMASK) == SS_ICON &&
-                SendMessageW(child, STM_GETICON, 0, 0))
-                *reinterpret_cast<bool*>(data) = true;
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&found));
-    return found;
-}
-
-int buttonCount(HWND messageBox) {
-    int count = 0;
-    EnumChildWindows(
-        messageBox,
-        [](HWND child, LPARAM data) -> BOOL {
-            if (ui::classOf(child) == L"Button" && IsWindowVisible(child))
-                ++*reinterpret_cast<int*>(data);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&count));
-    return count;
-}
 
 class StartUp : public ::testing::Test {
   protected:
@@ -112,16 +73,16 @@ TEST_F(StartUp, AppliesLanguageSettingsKeyAndHelpFileAndF1OpensTheRightPages) {
     pressF1(geometry);
     EXPECT_EQ(waitForHelpCalls(3).back(), (HelpCall{help, helpContextCommand, 7, " Geometry"}));
     PostMessageW(geometry, WM_CLOSE, 0, 0);
-    ui::waitFor("the end of the geometry dialog", [&] { return !IsWindow(geometry); });
+    ui::waitUntilGone(geometry);
     PostMessageW(room, WM_CLOSE, 0, 0);
-    ui::waitFor("the end of the room dialog", [&] { return !IsWindow(room); });
+    ui::waitUntilGone(room);
 
     ui::choose(main, ui::MenuPlace);
     const HWND options = program.dialog(L" Options ");
     pressF1(options);
     EXPECT_EQ(waitForHelpCalls(4).back(), (HelpCall{help, helpContextCommand, 11, " Options "}));
     PostMessageW(options, WM_CLOSE, 0, 0);
-    ui::waitFor("the end of the options dialog", [&] { return !IsWindow(options); });
+    ui::waitUntilGone(options);
 
     EXPECT_EQ(program.close(), 0u);
     EXPECT_EQ(folder.helpCalls().size(), 4u);
@@ -146,7 +107,7 @@ TEST_F(StartUp, F1WithoutTheHelpFileDoesNothing) {
     const HWND room = program.dialog(L" Add room ");
     postF1(room);
     PostMessageW(room, WM_CLOSE, 0, 0);
-    ui::waitFor("the end of the room dialog", [&] { return !IsWindow(room); });
+    ui::waitUntilGone(room);
     EXPECT_THAT(folder.helpCalls(), IsEmpty());
     EXPECT_EQ(program.windows().size(), 1u);
     // The file is looked for anew every time.
@@ -156,165 +117,43 @@ TEST_F(StartUp, F1WithoutTheHelpFileDoesNothing) {
     EXPECT_EQ(program.close(), 0u);
 }
 
-TEST_F(StartUp, EnglishIsSpokenInEveryWindow) {
-    folder.writeHandOver(keyPath, L"eng");
-    RunningProgram program(folder);
-    const HWND main = program.mainWindow();
-    const auto text = [](HWND dialog, int control) {
-        return ui::textOf(GetDlgItem(dialog, control));
-    };
-    const auto closed = [](HWND window) {
-        ui::waitFor("the end of a dialog", [&] { return !IsWindow(window); });
-    };
-
-    ui::choose(main, ui::MenuExport);
-    const HWND nothing = program.messageBox();
-    EXPECT_EQ(ui::messageText(nothing), L" No rooms have been entered in Quartino yet.");
-    takePicture(nothing, "english-message");
-    program.answer(nothing);
-    closed(nothing);
-
-    ui::choose(main, ui::MenuAddRoom);
-    const HWND room = program.dialog(L" Add room ");
-    EXPECT_EQ(text(room, ID_ROOM_LBLGESCHOSS), L" Storey short code:");
-    EXPECT_EQ(text(room, ID_ROOM_LBLUM), L" Enclosure type:");
-    EXPECT_EQ(text(room, ID_ROOM_CMDCANCEL), L" Cancel");
-    ui::setText(GetDlgItem(room, ID_ROOM_TXTNAME), L"Office 1");
-    ui::setText(GetDlgItem(room, ID_ROOM_TXTFUNCTION), L"Administration");
-    ui::setText(GetDlgItem(room, ID_ROOM_TXTQUANTITY), L"3");
-    takePicture(room, "english-room");
-    ui::press(room, ID_ROOM_CMDGEOMETRY);
-    const HWND geometry = program.dialog(L" Geometry");
-    EXPECT_EQ(text(geometry, ID_GEOMETRY_OPTEXCELFILE), L" Import the geometry from Excel");
-    takePicture(geometry, "english-geometry");
-    ui::press(geometry, ID_GEOMETRY_CMDCANCEL);
-    closed(geometry);
-    ui::press(room, ID_ROOM_CMDOK);
-    closed(room);
-
-    ui::choose(main, ui::MenuPlace);
-    const HWND options = program.dialog(L" Options ");
-    EXPECT_EQ(text(options, ID_PLACE_CMDOK), L" OK");
-    takePicture(options, "english-options");
-    ui::press(options, ID_PLACE_CMDCANCEL);
-    closed(options);
-
-    takePicture(main, "english-main");
-    ui::choose(main, ui::MenuExport);
-    HWND report = nullptr;
-    ui::waitFor("the report", [&] {
-        for (const HWND window : program.windows())
-            if (GetDlgItem(window, ID_REPORT_LBLTOP))
-                report = window;
-        return report != nullptr;
-    });
-    EXPECT_EQ(text(report, ID_REPORT_LBLTOP), L" Result:");
-    EXPECT_EQ(text(report, ID_REPORT_LBLNUM3), L"3");
-    EXPECT_EQ(text(report, ID_REPORT_LBLTEXT3), L" new rooms set down");
-    takePicture(report, "english-report");
-    ui::press(report, ID_REPORT_CMDOK);
-    closed(report);
-
-    PostMessageW(main, WM_CLOSE, 0, 0);
-    const HWND question = program.messageBox();
-    EXPECT_EQ(ui::messageText(question), L" Do you want to save your changes?");
-    ui::press(question, IDNO);
-    EXPECT_EQ(program.waitForEnd(), 0u);
-}
-
-struct Oddity {
-    const char* name;
-    std::string bytes;
-    bool language;          // applied
-    const wchar_t* written; // the key with the settings afterwards; none for null
-};
-
-void PrintTo(const Oddity& oddity, std::ostream* out) {
-    *out << oddity.name;
-}
-
-class OddHandOver : public StartUp, public ::testing::WithParamInterface<Oddity> {
+class OddHandOver : public StartUp {
   protected:
     // Starts and ends the program; what it applied shows in the title and in the registry.
-    void run(bool language, const wchar_t* written) {
+    void run(bool language, const SettingsKey* written) {
+        const std::string before = readBytes(folder.handOver());
         RunningProgram program(folder);
         EXPECT_EQ(ui::textOf(program.mainWindow()),
                   language ? L" Sprachprobe - Schule" : L" Quartino - Schule");
         EXPECT_EQ(program.windows().size(), 1u);
         EXPECT_EQ(program.close(), 0u);
         for (const SettingsKey* key : {&directlyBelowTheHive, &test, &below})
-            EXPECT_EQ(key->values().size(), written && key->path() == written ? 7u : 0u)
-                << toAnsi(key->path());
+            EXPECT_EQ(key->values().size(), key == written ? 7u : 0u) << toAnsi(key->path());
         // Nothing reaches the hive itself.
         EXPECT_EQ(RegGetValueW(HKEY_CURRENT_USER, nullptr, L"Report", RRF_RT_ANY, nullptr, nullptr,
                                nullptr),
                   ERROR_FILE_NOT_FOUND);
+        EXPECT_EQ(readBytes(folder.handOver()), before);
     }
 };
 
-TEST_P(OddHandOver, IsAppliedAsFarAsItGoesAndStartUpGoesOn) {
-    writeBytes(folder.handOver(), GetParam().bytes);
-    const std::wstring written = GetParam().written ? GetParam().written : L"";
-    std::optional<SettingsKey> other;
-    if (!written.empty())
-        other.emplace(written);
-    run(GetParam().language, GetParam().written);
-    if (other) {
-        EXPECT_EQ(other->values().size(), 7u);
-    }
-    EXPECT_EQ(readBytes(folder.handOver()), GetParam().bytes);
+TEST_F(OddHandOver, WithOtherLineEndsAndAFortyThousandCharactersLongLineIsApplied) {
+    writeBytes(folder.handOver(),
+               "Kalvero\n" + std::string(40000, 'x') + "\nSoftware\\QuartinoTest\nprb");
+    run(true, &below);
 }
 
-// A literal with the NULs in it.
-template <std::size_t Size>
-std::string bytes(const char (&literal)[Size]) {
-    return std::string(literal, Size - 1);
+// A name in the registry ends at a NUL; half a path would be another key.
+TEST_F(OddHandOver, WithNulBytesInThePathOfTheKeyLeavesNoSettings) {
+    using namespace std::string_literals;
+    writeBytes(folder.handOver(),
+               "Kal\0vero\r\nC:\\q\0.kalvhelp\r\nSoftware\\QuartinoTest\0x\r\np\0b\r\n"s);
+    run(false, nullptr);
 }
-
-const std::wstring belowKey = std::wstring(keyPath) + L"\\QTO";
-const std::string rest = "Software\\QuartinoTest\r\nprb\r\n";
-
-INSTANTIATE_TEST_SUITE_P(
-    Files, OddHandOver,
-    ::testing::Values(
-        Oddity{"Empty", "", false, L"QTO"}, Oddity{"OneLine", "Kalvero\r\n", false, L"QTO"},
-        Oddity{"SevenCharacters", "Kalvero\r\n1234567\r\n" + rest, false, L"QTO"},
-        Oddity{"EightCharacters", "Kalvero\r\n12345678\r\n" + rest, true, belowKey.c_str()},
-        Oddity{"FortyThousandCharacters", "Kalvero\r\n" + std::string(40000, 'x') + "\r\n" + rest,
-               true, belowKey.c_str()},
-        Oddity{"NoLineEnds", "Kalvero C:\\quartino.kalvhelp Software\\QuartinoTest prb", false,
-               L"QTO"},
-        Oddity{"LineFeedsAlone", "Kalvero\nC:\\q.kalvhelp\nSoftware\\QuartinoTest\nprb", true,
-               belowKey.c_str()},
-        Oddity{"CodeXxx", "Kalvero\r\nC:\\q.kalvhelp\r\nSoftware\\QuartinoTest\r\nxxx\r\n", false,
-               belowKey.c_str()},
-        Oddity{"CodeOfFourCharacters",
-               "Kalvero\r\nC:\\q.kalvhelp\r\nSoftware\\QuartinoTest\r\nprb \r\n", false,
-               belowKey.c_str()},
-        // A name in the registry ends at a NUL; half a path would be another key.
-        Oddity{"NulBytes",
-               bytes("Kal\0vero\r\nC:\\q\0.kalvhelp\r\nSoftware\\QuartinoTest\0x\r\np\0b\r\n"),
-               false, nullptr},
-        // Its second line is the half of a line end.
-        Oddity{"SixteenBitText",
-               [] {
-                   std::string text = "\xFF\xFE";
-                   for (const char c : "Kalvero\r\nC:\\q.kalvhelp\r\nSoftware\\QuartinoTest\r\nprb")
-                       text += {c, '\0'};
-                   return text;
-               }(),
-               false, L"QTO"}),
-    [](const auto& parameter) { return parameter.param.name; });
 
 TEST_F(OddHandOver, MissingLeavesGermanAndTheKeyDirectlyBelowTheHive) {
     folder.removeHandOver();
-    run(false, L"QTO");
-}
-
-TEST_F(OddHandOver, AFolderOfThatNameIsAsGoodAsNoFile) {
-    std::filesystem::create_directories(folder.handOver());
-    run(false, L"QTO");
-    EXPECT_TRUE(std::filesystem::is_directory(folder.handOver()));
+    run(false, &directlyBelowTheHive);
 }
 
 TEST_F(OddHandOver, LockedByAnotherProcessItIsAsGoodAsNoFile) {
@@ -322,7 +161,7 @@ TEST_F(OddHandOver, LockedByAnotherProcessItIsAsGoodAsNoFile) {
     const HANDLE lock = CreateFileW(folder.handOver().c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                     nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(lock, INVALID_HANDLE_VALUE);
-    run(false, L"QTO");
+    run(false, &directlyBelowTheHive);
     CloseHandle(lock);
 }
 
@@ -341,34 +180,16 @@ class Probe : public StartUp {
     ~Probe() override {
         host.state(L"");
         if (!registered_)
-            hostProgram(L"--register");
+            ui::runToItsEnd(practiceHostProgram, L"--register");
     }
     void unregister() {
         registered_ = false;
-        hostProgram(L"--unregister");
+        ASSERT_EQ(ui::runToItsEnd(practiceHostProgram, L"--unregister"), 0u);
     }
 
   private:
     bool registered_ = true;
 };
-
-// What the next test relies on.
-TEST(IconOfAMessage, IsSeenWhereThereIsOne) {
-    for (const auto& [icon, seen] : {std::pair{MB_ICONSTOP, true}, std::pair{0L, false}}) {
-        std::thread user([style = static_cast<UINT>(MB_OK | icon)] {
-            MessageBoxW(nullptr, L"text", L"Icon of a message", style);
-        });
-        HWND box = nullptr;
-        ui::waitFor("the message", [&] {
-            box = FindWindowW(nullptr, L"Icon of a message");
-            return box && IsWindowVisible(box);
-        });
-        EXPECT_EQ(hasIcon(box), seen);
-        EXPECT_EQ(buttonCount(box), 1);
-        PostMessageW(box, WM_CLOSE, 0, 0);
-        user.join();
-    }
-}
 
 TEST_F(Probe, ShowsOneMessageAndEndsWithoutWindowWhenTheHostStaysAbsent) {
     unregister();
@@ -377,8 +198,6 @@ TEST_F(Probe, ShowsOneMessageAndEndsWithoutWindowWhenTheHostStaysAbsent) {
     const HWND box = program.messageBox();
     EXPECT_EQ(ui::textOf(box), L" Quartino");
     EXPECT_EQ(ui::messageText(box), closeKvdFiles);
-    EXPECT_EQ(buttonCount(box), 1);
-    EXPECT_FALSE(hasIcon(box));
     program.answer(box);
     ui::waitFor("the end without a second message", [&] {
         for (const HWND window : program.windows())
@@ -391,42 +210,16 @@ TEST_F(Probe, ShowsOneMessageAndEndsWithoutWindowWhenTheHostStaysAbsent) {
     EXPECT_TRUE(std::filesystem::exists(folder.handOver()));
 }
 
-TEST_F(Probe, ShowsTheWindowWhenTheHostIsThereAtTheSecondTry) {
-    host.state(L"kvd");
-    folder.writeHandOver(keyPath, L"eng");
-    RunningProgram program(folder);
-    const HWND box = program.messageBox();
-    EXPECT_EQ(ui::textOf(box), L" Quartino");
-    EXPECT_EQ(ui::messageText(box),
-              L" KVD files cannot be edited with Quartino. Please close all KVD files.");
-    host.state(L"");
-    program.answer(box);
-    EXPECT_EQ(ui::textOf(program.mainWindow()), L" Quartino - Schule");
-    EXPECT_EQ(program.close(), 0u);
-    EXPECT_TRUE(below.exists());
-}
-
 TEST_F(Probe, ShowsTheWindowWhenTheHostHasBeenInstalledAtTheSecondTry) {
     unregister();
     folder.writeHandOver(keyPath);
     RunningProgram program(folder);
     const HWND box = program.messageBox();
     EXPECT_EQ(ui::messageText(box), closeKvdFiles);
-    hostProgram(L"--register");
+    ASSERT_EQ(ui::runToItsEnd(practiceHostProgram, L"--register"), 0u);
     program.answer(box);
     EXPECT_EQ(ui::textOf(program.mainWindow()), L" Quartino - Schule");
     EXPECT_EQ(program.close(), 0u);
-}
-
-TEST_F(Probe, HasWordsOfItsOwnWhereTheLanguageHasNone) {
-    host.state(L"kvd");
-    folder.writeHandOver(keyPath, L"bla");
-    RunningProgram program(folder);
-    const HWND box = program.messageBox();
-    EXPECT_EQ(ui::textOf(box), L"Quartino");
-    EXPECT_EQ(ui::messageText(box), closeKvdFiles.substr(1));
-    program.answer(box);
-    EXPECT_EQ(program.waitForEnd(), 0u);
 }
 
 TEST_F(Probe, LeavesNoObjectBehind) {

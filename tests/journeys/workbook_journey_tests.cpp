@@ -4,6 +4,7 @@
 #include "win32/SpreadsheetTest.h"
 
 #include "journeys/QuartinoProcess.h"
+#include "practice/Drawings.h"
 
 namespace kalvrooms::testing {
 namespace {
@@ -29,7 +30,7 @@ class WorkbookJourney : public SpreadsheetTest {
         folder_.writeHandOver(keyPath);
         startHost();
         practiceHost().clearFaults();
-        practiceHost().load(R"({"project":{"name":"Schule"}})");
+        practiceHost().load(drawingOf({}));
     }
 
     // The first of all processes comes up while the system's own services are still starting.
@@ -38,7 +39,7 @@ class WorkbookJourney : public SpreadsheetTest {
             [] {
                 try {
                     return practiceHost().running();
-                } catch (const RuntimeError&) {
+                } catch (const driver::CallFailed&) {
                     return false;
                 }
             },
@@ -215,7 +216,7 @@ TEST_F(JourneyWithoutSpreadsheets, AWorkbooksNameMeansText) {
     quartino.chooseByKeys(fileMenu, openLine);
     quartino.giveFileName(quartino.fileDialog(), name(L"real.xls"));
     const HWND box = quartino.messageBox();
-    EXPECT_EQ(quartino.messageOf(box), context.texts.GetText(73));
+    EXPECT_EQ(ui::messageText(box), context.texts.GetText(73));
     quartino.closeWithEnter(box);
     quartino.waitForCommand(before);
     EXPECT_THAT(quartino.column(Name), IsEmpty());
