@@ -8,6 +8,12 @@ if(NOT EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
   message(FATAL_ERROR "GoogleTest's source is missing in ${GOOGLETEST_SOURCE}; run setup/install")
 endif()
 add_subdirectory(${GOOGLETEST_SOURCE} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+# It is compiled for every preset and hardly runs.
+if(NOT MSVC)
+  foreach(library gtest gmock)
+    target_compile_options(${library} PRIVATE -O0)
+  endforeach()
+endif()
 
 set(NLOHMANN_INCLUDE /usr/include/nlohmann CACHE PATH "Folder of nlohmann/json's headers")
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/third_party)
