@@ -48,12 +48,6 @@ inline constexpr int descendingLine = 4;
 
 enum Column { Name, Function, Area, Story, Enclosure, Occupancy, AreaType, Shape };
 
-inline std::wstring decimalMark() {
-    wchar_t mark[8] = L"";
-    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, mark, 8);
-    return mark;
-}
-
 // "12.5" as the user writes it.
 inline std::wstring number(std::wstring text) {
     if (const auto at = text.find(L'.'); at != std::wstring::npos)

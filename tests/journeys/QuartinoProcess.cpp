@@ -12,7 +12,8 @@ namespace ui = kalvrooms::driver;
 constexpr int idColumn = 8;
 
 std::filesystem::path pictureFile(const std::string& name) {
-    const std::filesystem::path folder = ui::binFolder().parent_path() / L"pictures";
+    const std::filesystem::path folder =
+        ui::binFolder().parent_path() / L"pictures" / (decimalMark() == L"," ? L"comma" : L"point");
     std::filesystem::create_directories(folder);
     return folder / (name + ".bmp");
 }
@@ -42,6 +43,12 @@ int elsewhere() {
 }
 
 } // namespace
+
+std::wstring decimalMark() {
+    wchar_t mark[8] = L"";
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, mark, 8);
+    return mark;
+}
 
 // --- the program --------------------------------------------------------------------------------
 

@@ -14,6 +14,9 @@
 
 namespace kalvrooms::testing {
 
+// Of the user's locale.
+std::wstring decimalMark();
+
 // The program as it starts and ends.
 class RunningProgram {
   public:

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <random>
 #include <stdexcept>
 #include <vector>
 
@@ -62,7 +63,9 @@ TEST_F(StartUpFrame, WhatNobodyTrappedEndsInAMessage) {
 TEST(HelpFiles, ABareNameIsLookedForWhereHelpFilesAre) {
     std::vector<std::string> opened;
     const auto call = [&](HWND, const char* file, UINT, DWORD_PTR) { opened.push_back(file); };
-    const std::wstring name = L"quartino-hilfe-probe.chm";
+    // Of this run alone: another one may use the same program.
+    const std::wstring name =
+        L"quartino-hilfe-probe-" + std::to_wstring(std::random_device()()) + L".chm";
     OpenHelpFile(nullptr, name, 20, call);
     EXPECT_TRUE(opened.empty());
 
