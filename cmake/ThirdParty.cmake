@@ -1,6 +1,6 @@
 # GoogleTest is built from Debian's source package, so that the same source serves the native and
-# the cross build. The JSON reader is headers only and is linked into a folder of its own: the
-# system's include folder must never reach the cross compiler.
+# the cross build. The readers of JSON and XML are headers only and are linked into a folder of their
+# own: the system's include folder must never reach the cross compiler.
 set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "Source of GoogleTest")
 set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
@@ -15,8 +15,12 @@ if(NOT MSVC)
   endforeach()
 endif()
 
-set(NLOHMANN_INCLUDE /usr/include/nlohmann CACHE PATH "Folder of nlohmann/json's headers")
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/third_party)
+set(NLOHMANN_INCLUDE /usr/include/nlohmann CACHE PATH "Folder of nlohmann/json's headers")
 file(CREATE_LINK ${NLOHMANN_INCLUDE} ${CMAKE_BINARY_DIR}/third_party/nlohmann SYMBOLIC)
 add_library(nlohmann_json INTERFACE)
 target_include_directories(nlohmann_json SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/third_party)
+set(RAPIDXML_INCLUDE /usr/include/rapidxml CACHE PATH "Folder of RapidXml's headers")
+file(CREATE_LINK ${RAPIDXML_INCLUDE} ${CMAKE_BINARY_DIR}/third_party/rapidxml SYMBOLIC)
+add_library(rapidxml INTERFACE)
+target_include_directories(rapidxml SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/third_party)

@@ -1,139 +1,147 @@
 #include "practice/spreadsheet/CellVariants.h"
 
-#include <cmath>
+#include <array>
+#include <cstdio>
 
 namespace kalvrooms::practice::spreadsheet {
 
 namespace {
 
+// Under which automation knows errors.
 constexpr unsigned long errorFacility = 0x800A0000UL;
+struct NamedError {
+    unsigned long code;
+    const wchar_t* shown;
+};
+constexpr std::array<NamedError, 7> errors{{{2000, L"#NULL!"},
+                                            {2007, L"#DIV/0!"},
+                                            {2015, L"#VALUE!"},
+                                            {2023, L"#REF!"},
+                                            {2029, L"#NAME?"},
+                                            {2036, L"#NUM!"},
+                                            {2042, L"#N/A"}}};
 
-// Looks into an array while it lives.
+// Looks into an array while it lives. The first index runs fastest.
 class Elements {
   public:
-    explicit Elements(SAFEARRAY* array) : array_(array) {
-        void* data = nullptr;
-        Check(SafeArrayAccessData(array_, &data));
-        values_ = static_cast<VARIANT*>(data);
+    explicit Elements(const Variant& array) : array_(array.raw().parray) {
+        if (array.type() != (VT_ARRAY | VT_VARIANT) || !array_ || SafeArrayGetDim(array_) != 2)
+            throw ComError(DISP_E_TYPEMISMATCH);
+        Check(SafeArrayAccessData(array_, reinterpret_cast<void**>(&values_)));
+        rows = extent(1);
+        columns = extent(2);
     }
     Elements(const Elements&) = delete;
     Elements& operator=(const Elements&) = delete;
     ~Elements() { SafeArrayUnaccessData(array_); }
-    VARIANT& operator[](std::size_t index) { return values_[index]; }
+
+    VARIANT& at(int row, int column) {
+        return values_[static_cast<std::size_t>(column) * static_cast<std::size_t>(rows) +
+                       static_cast<std::size_t>(row)];
+    }
+    int rows = 0;
+    int columns = 0;
 
   private:
+    int extent(UINT dimension) const {
+        LONG lower = 0;
+        LONG upper = -1;
+        Check(SafeArrayGetLBound(array_, dimension, &lower));
+        Check(SafeArrayGetUBound(array_, dimension, &upper));
+        return static_cast<int>(upper - lower + 1);
+    }
+
     SAFEARRAY* array_;
     VARIANT* values_ = nullptr;
 };
 
-int extent(SAFEARRAY* array, UINT dimension) {
-    LONG lower = 0;
-    LONG upper = -1;
-    Check(SafeArrayGetLBound(array, dimension, &lower));
-    Check(SafeArrayGetUBound(array, dimension, &upper));
-    if (upper < lower)
-        throw ComError(DISP_E_BADINDEX);
-    return static_cast<int>(upper - lower + 1);
+Variant dateOf(const std::wstring& text) {
+    SYSTEMTIME time{};
+    std::swscanf(text.c_str(), L"%4hu-%2hu-%2huT%2hu:%2hu:%2hu", &time.wYear, &time.wMonth,
+                 &time.wDay, &time.wHour, &time.wMinute, &time.wSecond);
+    Variant date;
+    date.get()->vt = VT_DATE;
+    if (!SystemTimeToVariantTime(&time, &date.get()->date))
+        throw ComError(DISP_E_TYPEMISMATCH);
+    return date;
 }
 
-std::size_t place(int row, int column, int rows) {
-    // The first index runs fastest.
-    return static_cast<std::size_t>(column) * static_cast<std::size_t>(rows) +
-           static_cast<std::size_t>(row);
+Variant errorOf(const std::wstring& shown) {
+    Variant error;
+    error.get()->vt = VT_ERROR;
+    unsigned long code = errors.back().code;
+    for (const NamedError& known : errors) {
+        if (shown == known.shown)
+            code = known.code;
+    }
+    error.get()->scode = static_cast<SCODE>(errorFacility | code);
+    return error;
 }
 
-} // namespace
-
-Variant VariantOf(const Cell& cell, bool plain) {
+Variant variantOf(const Cell& cell) {
     if (const auto* text = std::get_if<std::wstring>(&cell.value))
         return *text;
+    if (const auto* date = std::get_if<CellDate>(&cell.value))
+        return dateOf(date->Shown);
+    if (const auto* error = std::get_if<CellError>(&cell.value))
+        return errorOf(error->Shown);
     Variant variant;
-    VARIANT& raw = *variant.get();
     if (const auto* truth = std::get_if<bool>(&cell.value)) {
-        raw.vt = VT_BOOL;
-        raw.boolVal = *truth ? VARIANT_TRUE : VARIANT_FALSE;
-    } else if (const auto* error = std::get_if<ErrorValue>(&cell.value)) {
-        raw.vt = VT_ERROR;
-        raw.scode = static_cast<SCODE>(errorFacility | static_cast<unsigned long>(error->code));
+        variant.get()->vt = VT_BOOL;
+        variant.get()->boolVal = *truth ? VARIANT_TRUE : VARIANT_FALSE;
     } else if (const auto* number = std::get_if<double>(&cell.value)) {
-        const FormatKind kind = plain ? FormatKind::Number : KindOf(cell.format);
-        raw.vt = kind == FormatKind::Date ? VT_DATE : VT_R8;
-        raw.dblVal = *number;
-        // Amounts that are too large for money stay numbers.
-        if (kind == FormatKind::Currency && std::abs(*number) < 9.0e14)
+        variant = Variant(*number);
+        if (cell.format.find(L'$') != std::wstring::npos)
             return variant.As(VT_CY);
     }
     return variant;
 }
 
-Variant VariantOf(const Sheet& sheet, const Area& area, bool plain) {
-    if (area.cells() == 1)
-        return VariantOf(sheet.At(area.row, area.column), plain);
-    SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(area.rows), 1},
-                               {static_cast<ULONG>(area.columns), 1}};
-    SAFEARRAY* array = SafeArrayCreate(VT_VARIANT, 2, bounds);
-    if (!array)
-        throw ComError(E_OUTOFMEMORY);
-    Variant variant(array, VT_VARIANT);
-    Elements elements(array);
-    for (int row = 0; row < area.rows; ++row) {
-        for (int column = 0; column < area.columns; ++column)
-            elements[place(row, column, area.rows)] =
-                VariantOf(sheet.At(area.row + row, area.column + column), plain).detach();
-    }
-    return variant;
-}
-
-bool IsArray(const Variant& variant) {
-    return (variant.type() & VT_ARRAY) != 0;
-}
-
-Value ValueOf(const VARIANT& variant) {
+CellValue valueOf(const VARIANT& variant) {
     switch (variant.vt) {
     case VT_EMPTY:
-    case VT_NULL:
         return {};
     case VT_BSTR:
         return TextOf(variant.bstrVal);
     case VT_BOOL:
         return variant.boolVal != VARIANT_FALSE;
-    case VT_ERROR:
-        if (variant.scode == DISP_E_PARAMNOTFOUND)
-            return {};
-        return ErrorValue{static_cast<int>(variant.scode & 0xFFFF)};
-    case VT_I1:
-    case VT_I2:
-    case VT_I4:
-    case VT_INT:
-    case VT_UI1:
-    case VT_UI2:
-    case VT_UI4:
-    case VT_UINT:
-    case VT_R4:
-    case VT_R8:
-    case VT_CY:
-    case VT_DECIMAL:
-    case VT_DATE:
-        return Variant::CopyOf(variant).ToNumber();
     default:
-        throw ComError(DISP_E_TYPEMISMATCH);
+        return Variant::CopyOf(variant).ToNumber();
     }
 }
 
-Block BlockOf(const Variant& variant) {
-    SAFEARRAY* array = variant.raw().parray;
-    if (variant.type() != (VT_ARRAY | VT_VARIANT) || !array)
-        throw ComError(DISP_E_TYPEMISMATCH);
-    const UINT dimensions = SafeArrayGetDim(array);
-    if (dimensions != 1 && dimensions != 2)
-        throw ComError(DISP_E_TYPEMISMATCH);
-    Block block(dimensions == 1 ? 1 : extent(array, 1), extent(array, dimensions));
-    Elements elements(array);
-    for (int row = 0; row < block.rows; ++row) {
-        for (int column = 0; column < block.columns; ++column)
-            block.at(row, column) = ValueOf(elements[place(row, column, block.rows)]);
+} // namespace
+
+Variant VariantOf(const Sheet& sheet, const CellRange& range) {
+    if (range.Rows == 1 && range.Columns == 1)
+        return variantOf(sheet.At(range.Row, range.Column));
+    SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(range.Rows), 1},
+                               {static_cast<ULONG>(range.Columns), 1}};
+    SAFEARRAY* array = SafeArrayCreate(VT_VARIANT, 2, bounds);
+    if (!array)
+        throw ComError(E_OUTOFMEMORY);
+    Variant values(array, VT_VARIANT);
+    Elements elements(values);
+    for (int row = 0; row < range.Rows; ++row) {
+        for (int column = 0; column < range.Columns; ++column)
+            elements.at(row, column) =
+                variantOf(sheet.At(range.Row + row, range.Column + column)).detach();
     }
-    return block;
+    return values;
+}
+
+void Enter(Sheet& sheet, const CellRange& range, const Variant& value) {
+    if ((value.type() & VT_ARRAY) == 0) {
+        sheet.Fill(range, valueOf(value.raw()));
+        return;
+    }
+    Elements elements(value);
+    CellBlock block(elements.rows, elements.columns);
+    for (int row = 0; row < block.Rows(); ++row) {
+        for (int column = 0; column < block.Columns(); ++column)
+            block.At(row, column) = valueOf(elements.at(row, column));
+    }
+    sheet.Put(range, block);
 }
 
 } // namespace kalvrooms::practice::spreadsheet

@@ -6,15 +6,11 @@
 
 namespace kalvrooms::practice::spreadsheet {
 
-// Dates and amounts of money travel as such, unless the plain number is wanted.
-Variant VariantOf(const Cell& cell, bool plain);
-// Of several cells an array (1 to rows, 1 to columns).
-Variant VariantOf(const Sheet& sheet, const Area& area, bool plain);
+// Dates and amounts of money travel as such. Of several cells an array (1 to rows, 1 to columns).
+Variant VariantOf(const Sheet& sheet, const CellRange& range);
 
-bool IsArray(const Variant& variant);
-// Both raise a ComError for what a cell cannot hold.
-Value ValueOf(const VARIANT& variant);
-// An array of one dimension is a row.
-Block BlockOf(const Variant& array);
+// A value for all cells of the range, or an array with one for each. Raises a SheetError or
+// ComError for what cells cannot hold.
+void Enter(Sheet& sheet, const CellRange& range, const Variant& value);
 
 } // namespace kalvrooms::practice::spreadsheet

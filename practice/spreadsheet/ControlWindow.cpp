@@ -67,6 +67,8 @@ LRESULT ControlWindow::Handle(UINT message, WPARAM first, LPARAM second) {
         return 0;
     case AskDialogMessage:
         return process_.application.dialog().empty() ? 0 : 1;
+    case AskCallsMessage:
+        return process_.Calls();
     case LeaveMessage:
     case WM_CLOSE:
         LeaveByHand();

@@ -2,6 +2,7 @@
 
 #include "practice/server/Files.h"
 #include "practice/workbook/SheetError.h"
+#include "practice/workbook/WorkbookFile.h"
 
 #include <windows.h>
 
@@ -22,7 +23,7 @@ class DiskFile : public OpenFile {
 
     bool ReadOnly() const override { return readOnly_; }
 
-    std::string Read() override {
+    Workbook Read() override {
         LARGE_INTEGER size{};
         if (!GetFileSizeEx(file_, &size) || size.QuadPart > largestFile)
             throw SheetError(L"The file is too large.");
@@ -32,9 +33,10 @@ class DiskFile : public OpenFile {
         if (!ReadFile(file_, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr))
             throw SheetError(L"The file cannot be read.");
         bytes.resize(read);
-        return bytes;
+        return ReadWorkbook(std::move(bytes));
     }
-    void Write(std::string_view bytes) override {
+    void Write(const Workbook& workbook) override {
+        const std::string bytes = WriteWorkbook(workbook);
         toStart();
         DWORD written = 0;
         if (!WriteFile(file_, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) ||

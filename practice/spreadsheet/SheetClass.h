@@ -23,5 +23,7 @@ inline constexpr UINT DialogMessage = WM_APP + 2;
 inline constexpr UINT LeaveMessage = WM_APP + 3;
 // Gives 1 while a dialog is open and 0 otherwise.
 inline constexpr UINT AskDialogMessage = WM_APP + 4;
+// Gives the number of calls that have come in, those that were put off included.
+inline constexpr UINT AskCallsMessage = WM_APP + 5;
 
 } // namespace kalvrooms::practice::spreadsheet

@@ -1,437 +1,309 @@
 #include "practice/spreadsheet/SheetObjects.h"
 
-#include "drawing/Text.h"
 #include "practice/spreadsheet/CellVariants.h"
+#include "practice/workbook/SheetError.h"
 
+#include <cwctype>
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace kalvrooms::practice::spreadsheet {
 
 namespace {
 
+// Under which the runtime's own errors travel.
+SCODE numbered(int number) {
+    return static_cast<SCODE>(0x800A0000UL | static_cast<unsigned long>(number));
+}
+
+// A member with the step for reading or calling it and the one for writing it. A client often
+// cannot know whether it reads or calls.
+template <class Object>
+struct SheetMember {
+    const wchar_t* name;
+    UINT arguments = 0;
+    Variant (Object::*read)(const Arguments&) = nullptr;
+    void (Object::*write)(const Variant&) = nullptr;
+};
+
+// Members by name, from the table `Object::members()`; errors under the runtime's numbers; calls
+// that are put off while a dialog is open.
+template <class Object>
+class SheetObject : public DispatchObject {
+  public:
+    explicit SheetObject(SheetProcess& process) : DispatchObject(process), process_(process) {}
+
+    // Asking for names is a call between processes as every other.
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
+                                            DISPID* ids) override {
+        const ComPtr<DispatchObject> alive(this);
+        process_.Speaks(locale);
+        try {
+            process_.Enter(Kind(), L"GetIDsOfNames");
+        } catch (const ComError& error) {
+            return error.result();
+        } catch (const SheetError& error) {
+            return numbered(error.number());
+        }
+        return DispatchObject::GetIDsOfNames(iid, names, count, locale, ids);
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
+                                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* trouble,
+                                     UINT* argument) override {
+        const ComPtr<DispatchObject> alive(this);
+        process_.Speaks(locale);
+        number_ = SheetError::ApplicationDefined;
+        const HRESULT outcome =
+            DispatchObject::Invoke(id, iid, locale, flags, parameters, result, trouble, argument);
+        if (outcome == DISP_E_EXCEPTION && trouble) {
+            SysFreeString(
+                std::exchange(trouble->bstrSource, SysAllocString(L"PracticeSpreadsheet")));
+            trouble->scode = numbered(number_);
+        }
+        return outcome;
+    }
+
+  protected:
+    const wchar_t* Kind() const override { return Object::kind; }
+    std::size_t MemberCount() const override { return Object::members().size(); }
+    const wchar_t* MemberName(std::size_t index) const override {
+        return Object::members()[index].name;
+    }
+    Variant Perform(std::size_t index, WORD flags, const Arguments& arguments) override {
+        const SheetMember<Object>& member = Object::members()[index];
+        const bool writes = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+        if (writes ? !member.write : !member.read)
+            throw ComError(DISP_E_MEMBERNOTFOUND);
+        if (arguments.Count() != (writes ? 1 : member.arguments))
+            throw ComError(DISP_E_BADPARAMCOUNT);
+        auto& self = static_cast<Object&>(*this);
+        try {
+            if (!writes)
+                return (self.*member.read)(arguments);
+            (self.*member.write)(arguments.Value(0));
+            return {};
+        } catch (const SheetError& error) {
+            number_ = error.number();
+            throw;
+        } catch (const DialogOpen&) {
+            throw ComError(RPC_E_SERVERCALL_RETRYLATER);
+        }
+    }
+
+    SheetProcess& process_;
+
+  private:
+    int number_ = SheetError::ApplicationDefined;
+};
+
 template <class Object, class... Values>
-Variant NewObject(Values&&... values) {
+Variant newObject(Values&&... values) {
     return Variant(ComPtr<Object>::Attach(new Object(std::forward<Values>(values)...)));
 }
 
-Variant Truth(bool truth) {
-    Variant variant;
-    variant.get()->vt = VT_BOOL;
-    variant.get()->boolVal = truth ? VARIANT_TRUE : VARIANT_FALSE;
-    return variant;
-}
-
-bool TruthOf(const Variant& variant) {
-    return variant.As(VT_BOOL).raw().boolVal != VARIANT_FALSE;
-}
-
-// One of several, by its number from 1 or by its name.
-template <class Pointer, class NameOf>
-Pointer Chosen(const std::vector<Pointer>& all, const Variant& which, NameOf nameOf) {
-    if (which.type() == VT_BSTR) {
-        for (const Pointer& one : all) {
-            if (EqualsIgnoringCase(nameOf(*one), which.ToText()))
-                return one;
-        }
-    } else {
-        const std::int32_t number = which.ToLong();
-        if (number >= 1 && static_cast<std::size_t>(number) <= all.size())
-            return all[static_cast<std::size_t>(number) - 1];
-    }
-    throw SheetError(L"The index lies outside of the range.", 9);
-}
-
-OpenWorkbook& StillOpen(const WorkbookPointer& workbook) {
+OpenWorkbook& stillOpen(const WorkbookPointer& workbook) {
     if (!workbook->isOpen)
         throw SheetError(L"The workbook has been closed.", SheetError::ObjectRequired);
     return *workbook;
 }
 
-Variant SaveUnderName(SheetProcess& process, OpenWorkbook& workbook, const Use& use) {
-    use.OnlyReading();
-    const std::wstring name = use.arguments().Text(0);
-    std::optional<int> form;
-    if (use.Has(1))
-        form = use.arguments().Long(1);
-    process.application.SaveAs(workbook, name, form);
-    return {};
+// "A1:K501"
+CellRange rangeOf(const std::wstring& address) {
+    std::size_t at = 0;
+    const auto number = [&](auto isPart, int base, auto digitOf) {
+        int value = 0;
+        for (; at < address.size() && isPart(address[at]) && value <= (1 << 20); ++at)
+            value = value * base + digitOf(address[at]);
+        return value;
+    };
+    const auto column = [&] {
+        return number([](wchar_t c) { return c >= L'A' && c <= L'Z'; }, 26,
+                      [](wchar_t c) { return c - L'A' + 1; });
+    };
+    const auto row = [&] {
+        return number([](wchar_t c) { return c >= L'0' && c <= L'9'; }, 10,
+                      [](wchar_t c) { return c - L'0'; });
+    };
+    CellRange range;
+    range.Column = column();
+    range.Row = row();
+    if (at < address.size() && address[at] == L':') {
+        ++at;
+        range.Columns = column() - range.Column + 1;
+        range.Rows = row() - range.Row + 1;
+    }
+    if (at != address.size())
+        throw SheetError(L"This is no address: " + address);
+    return range;
 }
+
+class RangeObject final : public SheetObject<RangeObject> {
+  public:
+    static constexpr const wchar_t* kind = L"range";
+    static const std::vector<SheetMember<RangeObject>>& members() {
+        static const std::vector<SheetMember<RangeObject>> all = {
+            {L"Value", 0, &RangeObject::value, &RangeObject::setValue},
+            {L"NumberFormat", 0, nullptr, &RangeObject::setFormat}};
+        return all;
+    }
+    RangeObject(SheetProcess& process, WorkbookPointer workbook, std::shared_ptr<Sheet> sheet,
+                const CellRange& range)
+        : SheetObject(process), workbook_(std::move(workbook)), sheet_(std::move(sheet)),
+          range_(range) {
+        sheet_->Check(range_);
+    }
+
+  private:
+    Variant value(const Arguments&) {
+        stillOpen(workbook_);
+        return VariantOf(*sheet_, range_);
+    }
+    void setValue(const Variant& value) {
+        stillOpen(workbook_).saved = false;
+        Enter(*sheet_, range_, value);
+    }
+    void setFormat(const Variant& format) {
+        stillOpen(workbook_).saved = false;
+        sheet_->Format(range_, format.ToText());
+    }
+
+    WorkbookPointer workbook_;
+    std::shared_ptr<Sheet> sheet_;
+    CellRange range_;
+};
+
+class WorksheetObject final : public SheetObject<WorksheetObject> {
+  public:
+    static constexpr const wchar_t* kind = L"worksheet";
+    static const std::vector<SheetMember<WorksheetObject>>& members() {
+        static const std::vector<SheetMember<WorksheetObject>> all = {
+            {L"Range", 1, &WorksheetObject::range}, {L"SaveAs", 2, &WorksheetObject::saveAs}};
+        return all;
+    }
+    WorksheetObject(SheetProcess& process, WorkbookPointer workbook, std::shared_ptr<Sheet> sheet)
+        : SheetObject(process), workbook_(std::move(workbook)), sheet_(std::move(sheet)) {}
+
+  private:
+    Variant range(const Arguments& arguments) {
+        stillOpen(workbook_);
+        return newObject<RangeObject>(process_, workbook_, sheet_, rangeOf(arguments.Text(0)));
+    }
+    Variant saveAs(const Arguments& arguments) {
+        process_.application.SaveAs(stillOpen(workbook_), arguments.Text(0), arguments.Long(1));
+        return {};
+    }
+
+    WorkbookPointer workbook_;
+    std::shared_ptr<Sheet> sheet_;
+};
+
+class WorksheetsObject final : public SheetObject<WorksheetsObject> {
+  public:
+    static constexpr const wchar_t* kind = L"worksheets";
+    static const std::vector<SheetMember<WorksheetsObject>>& members() {
+        static const std::vector<SheetMember<WorksheetsObject>> all = {
+            {L"Add", 0, &WorksheetsObject::add}};
+        return all;
+    }
+    WorksheetsObject(SheetProcess& process, WorkbookPointer workbook)
+        : SheetObject(process), workbook_(std::move(workbook)) {}
+
+  private:
+    Variant add(const Arguments&) {
+        OpenWorkbook& workbook = stillOpen(workbook_);
+        workbook.saved = false;
+        return newObject<WorksheetObject>(process_, workbook_, workbook.book.AddSheet());
+    }
+
+    WorkbookPointer workbook_;
+};
+
+class WorkbookObject final : public SheetObject<WorkbookObject> {
+  public:
+    static constexpr const wchar_t* kind = L"workbook";
+    static const std::vector<SheetMember<WorkbookObject>>& members() {
+        static const std::vector<SheetMember<WorkbookObject>> all = {
+            {L"ActiveSheet", 0, &WorkbookObject::activeSheet},
+            {L"Worksheets", 0, &WorkbookObject::worksheets},
+            {L"Save", 0, &WorkbookObject::save}};
+        return all;
+    }
+    WorkbookObject(SheetProcess& process, WorkbookPointer workbook)
+        : SheetObject(process), workbook_(std::move(workbook)) {}
+
+  private:
+    Variant activeSheet(const Arguments&) {
+        const Workbook& book = stillOpen(workbook_).book;
+        return newObject<WorksheetObject>(process_, workbook_, book.sheets[book.active]);
+    }
+    Variant worksheets(const Arguments&) {
+        stillOpen(workbook_);
+        return newObject<WorksheetsObject>(process_, workbook_);
+    }
+    Variant save(const Arguments&) {
+        process_.application.Save(stillOpen(workbook_));
+        return {};
+    }
+
+    WorkbookPointer workbook_;
+};
+
+class WorkbooksObject final : public SheetObject<WorkbooksObject> {
+  public:
+    static constexpr const wchar_t* kind = L"workbooks";
+    static const std::vector<SheetMember<WorkbooksObject>>& members() {
+        static const std::vector<SheetMember<WorkbooksObject>> all = {
+            {L"Open", 1, &WorkbooksObject::open},
+            {L"Add", 0, &WorkbooksObject::add},
+            {L"Close", 0, &WorkbooksObject::close}};
+        return all;
+    }
+    using SheetObject::SheetObject;
+
+  private:
+    Variant open(const Arguments& arguments) {
+        return newObject<WorkbookObject>(process_, process_.application.Open(arguments.Text(0)));
+    }
+    Variant add(const Arguments&) {
+        return newObject<WorkbookObject>(process_, process_.application.Add());
+    }
+    Variant close(const Arguments&) {
+        process_.application.CloseAll();
+        return {};
+    }
+};
+
+class ApplicationObject final : public SheetObject<ApplicationObject> {
+  public:
+    static constexpr const wchar_t* kind = L"application";
+    static const std::vector<SheetMember<ApplicationObject>>& members() {
+        static const std::vector<SheetMember<ApplicationObject>> all = {
+            {L"Version", 0, &ApplicationObject::version},
+            {L"DisplayAlerts", 0, nullptr, &ApplicationObject::setDisplayAlerts},
+            {L"Workbooks", 0, &ApplicationObject::workbooks},
+            {L"Quit", 0, &ApplicationObject::quit}};
+        return all;
+    }
+    using SheetObject::SheetObject;
+
+  private:
+    Variant version(const Arguments&) { return process_.settings.version; }
+    void setDisplayAlerts(const Variant& on) {
+        process_.application.displayAlerts = on.As(VT_BOOL).raw().boolVal != VARIANT_FALSE;
+    }
+    Variant workbooks(const Arguments&) { return newObject<WorkbooksObject>(process_); }
+    Variant quit(const Arguments&) {
+        if (process_.application.CloseAll())
+            process_.Quit();
+        return {};
+    }
+};
 
 } // namespace
 
-// --------------------------------------------------------------------------------- application
-
-const std::vector<SheetMember<ApplicationObject>>& ApplicationObject::Members() {
-    static const std::vector<SheetMember<ApplicationObject>> members = {
-        {L"Name", &ApplicationObject::Name},
-        {L"Version", &ApplicationObject::Version},
-        {L"Ready", &ApplicationObject::Ready},
-        {L"UserControl", &ApplicationObject::UserControl},
-        {L"Visible", &ApplicationObject::Visible},
-        {L"DisplayAlerts", &ApplicationObject::DisplayAlerts},
-        {L"Workbooks", &ApplicationObject::Workbooks},
-        {L"ActiveWorkbook", &ApplicationObject::ActiveWorkbook},
-        {L"Quit", &ApplicationObject::Quit},
-    };
-    return members;
-}
-
-Variant ApplicationObject::Name(const Use& use) {
-    use.OnlyReading();
-    return L"Practice spreadsheet application";
-}
-
-Variant ApplicationObject::Version(const Use& use) {
-    use.OnlyReading();
-    return process_.settings.version;
-}
-
-Variant ApplicationObject::Ready(const Use& use) {
-    use.OnlyReading();
-    return Truth(true);
-}
-
-Variant ApplicationObject::UserControl(const Use& use) {
-    use.OnlyReading();
-    return Truth(process_.InUsersHands());
-}
-
-Variant ApplicationObject::Visible(const Use& use) {
-    if (use.IsPut())
-        visible_ = TruthOf(use.NewValue());
-    return Truth(visible_ || process_.InUsersHands());
-}
-
-Variant ApplicationObject::DisplayAlerts(const Use& use) {
-    if (use.IsPut())
-        process_.application.displayAlerts = TruthOf(use.NewValue());
-    return Truth(process_.application.displayAlerts);
-}
-
-Variant ApplicationObject::Workbooks(const Use& use) {
-    use.OnlyReading();
-    const auto all = ComPtr<WorkbooksObject>::Attach(new WorkbooksObject(process_));
-    return use.Has(0) ? all.get()->Item(use) : Variant(all);
-}
-
-Variant ApplicationObject::ActiveWorkbook(const Use& use) {
-    use.OnlyReading();
-    const WorkbookPointer active = process_.application.ActiveWorkbook();
-    return active ? NewObject<WorkbookObject>(process_, active)
-                  : Variant(static_cast<IDispatch*>(nullptr));
-}
-
-Variant ApplicationObject::Quit(const Use& use) {
-    use.OnlyReading();
-    if (process_.application.CloseAll())
-        process_.Quit();
-    return {};
-}
-
-// --------------------------------------------------------------------------------- workbooks
-
-const std::vector<SheetMember<WorkbooksObject>>& WorkbooksObject::Members() {
-    static const std::vector<SheetMember<WorkbooksObject>> members = {
-        {L"Count", &WorkbooksObject::Count}, {L"Item", &WorkbooksObject::Item},
-        {L"Open", &WorkbooksObject::Open},   {L"Add", &WorkbooksObject::Add},
-        {L"Close", &WorkbooksObject::Close},
-    };
-    return members;
-}
-
-Variant WorkbooksObject::Count(const Use& use) {
-    use.OnlyReading();
-    return static_cast<std::int32_t>(process_.application.workbooks().size());
-}
-
-Variant WorkbooksObject::Item(const Use& use) {
-    use.OnlyReading();
-    return NewObject<WorkbookObject>(
-        process_, Chosen(process_.application.workbooks(), use.arguments().Value(0),
-                         [](const OpenWorkbook& workbook) { return workbook.name; }));
-}
-
-Variant WorkbooksObject::Open(const Use& use) {
-    use.OnlyReading();
-    use.AtMost(1);
-    return NewObject<WorkbookObject>(process_, process_.application.Open(use.arguments().Text(0)));
-}
-
-Variant WorkbooksObject::Add(const Use& use) {
-    use.OnlyReading();
-    use.AtMost(0);
-    return NewObject<WorkbookObject>(process_, process_.application.Add());
-}
-
-Variant WorkbooksObject::Close(const Use& use) {
-    use.OnlyReading();
-    use.AtMost(0);
-    process_.application.CloseAll();
-    return {};
-}
-
-// --------------------------------------------------------------------------------- workbook
-
-const std::vector<SheetMember<WorkbookObject>>& WorkbookObject::Members() {
-    static const std::vector<SheetMember<WorkbookObject>> members = {
-        {L"Name", &WorkbookObject::Name},
-        {L"FullName", &WorkbookObject::FullName},
-        {L"ReadOnly", &WorkbookObject::ReadOnly},
-        {L"Saved", &WorkbookObject::Saved},
-        {L"ActiveSheet", &WorkbookObject::ActiveSheet},
-        {L"Worksheets", &WorkbookObject::Worksheets},
-        {L"Sheets", &WorkbookObject::Worksheets},
-        {L"Save", &WorkbookObject::Save},
-        {L"SaveAs", &WorkbookObject::SaveAs},
-        {L"Close", &WorkbookObject::Close},
-    };
-    return members;
-}
-
-OpenWorkbook& WorkbookObject::Opened() const {
-    return StillOpen(workbook_);
-}
-
-Variant WorkbookObject::Name(const Use& use) {
-    use.OnlyReading();
-    return Opened().name;
-}
-
-Variant WorkbookObject::FullName(const Use& use) {
-    use.OnlyReading();
-    return Opened().fullName;
-}
-
-Variant WorkbookObject::ReadOnly(const Use& use) {
-    use.OnlyReading();
-    return Truth(Opened().ReadOnly());
-}
-
-Variant WorkbookObject::Saved(const Use& use) {
-    if (use.IsPut())
-        Opened().saved = TruthOf(use.NewValue());
-    return Truth(Opened().saved);
-}
-
-Variant WorkbookObject::ActiveSheet(const Use& use) {
-    use.OnlyReading();
-    Workbook& book = Opened().book;
-    return NewObject<WorksheetObject>(process_, workbook_, book.sheets[book.active]);
-}
-
-Variant WorkbookObject::Worksheets(const Use& use) {
-    use.OnlyReading();
-    Opened();
-    const auto all = ComPtr<WorksheetsObject>::Attach(new WorksheetsObject(process_, workbook_));
-    return use.Has(0) ? all.get()->Item(use) : Variant(all);
-}
-
-Variant WorkbookObject::Save(const Use& use) {
-    use.OnlyReading();
-    process_.application.Save(Opened());
-    return {};
-}
-
-Variant WorkbookObject::SaveAs(const Use& use) {
-    return SaveUnderName(process_, Opened(), use);
-}
-
-Variant WorkbookObject::Close(const Use& use) {
-    use.OnlyReading();
-    std::optional<bool> saveChanges;
-    if (use.Has(0))
-        saveChanges = TruthOf(use.arguments().Value(0));
-    process_.application.Close(Opened(), saveChanges);
-    return {};
-}
-
-// --------------------------------------------------------------------------------- worksheets
-
-const std::vector<SheetMember<WorksheetsObject>>& WorksheetsObject::Members() {
-    static const std::vector<SheetMember<WorksheetsObject>> members = {
-        {L"Count", &WorksheetsObject::Count},
-        {L"Item", &WorksheetsObject::Item},
-        {L"Add", &WorksheetsObject::Add},
-    };
-    return members;
-}
-
-Variant WorksheetsObject::Count(const Use& use) {
-    use.OnlyReading();
-    return static_cast<std::int32_t>(StillOpen(workbook_).book.sheets.size());
-}
-
-Variant WorksheetsObject::Item(const Use& use) {
-    use.OnlyReading();
-    return NewObject<WorksheetObject>(process_, workbook_,
-                                      Chosen(StillOpen(workbook_).book.sheets,
-                                             use.arguments().Value(0),
-                                             [](const Sheet& sheet) { return sheet.name(); }));
-}
-
-Variant WorksheetsObject::Add(const Use& use) {
-    use.OnlyReading();
-    use.AtMost(0);
-    OpenWorkbook& workbook = StillOpen(workbook_);
-    workbook.saved = false;
-    return NewObject<WorksheetObject>(process_, workbook_, workbook.book.AddSheet());
-}
-
-// --------------------------------------------------------------------------------- worksheet
-
-const std::vector<SheetMember<WorksheetObject>>& WorksheetObject::Members() {
-    static const std::vector<SheetMember<WorksheetObject>> members = {
-        {L"Name", &WorksheetObject::Name},         {L"Range", &WorksheetObject::Range},
-        {L"Cells", &WorksheetObject::Cells},       {L"UsedRange", &WorksheetObject::UsedRange},
-        {L"Activate", &WorksheetObject::Activate}, {L"SaveAs", &WorksheetObject::SaveAs},
-    };
-    return members;
-}
-
-Variant WorksheetObject::Name(const Use& use) {
-    use.OnlyReading();
-    StillOpen(workbook_);
-    return sheet_->name();
-}
-
-Area WorksheetObject::AreaOf(const Use& use, UINT index) const {
-    if (use.arguments().Value(index).type() == VT_DISPATCH) {
-        const auto range = use.arguments().Own<RangeObject>(index);
-        if (range.get()->sheet() != sheet_.get())
-            throw SheetError(L"The range lies on another sheet.");
-        return range.get()->area();
-    }
-    return AreaFrom(use.arguments().Text(index));
-}
-
-Variant WorksheetObject::Range(const Use& use) {
-    use.OnlyReading();
-    use.AtMost(2);
-    StillOpen(workbook_);
-    Area area = AreaOf(use, 0);
-    if (use.Has(1))
-        area = Around(area, AreaOf(use, 1));
-    return NewObject<RangeObject>(process_, workbook_, sheet_, area);
-}
-
-Variant WorksheetObject::Cells(const Use& use) {
-    use.OnlyReading();
-    use.AtMost(2);
-    StillOpen(workbook_);
-    const auto all = ComPtr<RangeObject>::Attach(
-        new RangeObject(process_, workbook_, sheet_, {1, 1, LastRow, LastColumn}));
-    return use.Has(0) ? all.get()->Item(use) : Variant(all);
-}
-
-Variant WorksheetObject::UsedRange(const Use& use) {
-    use.OnlyReading();
-    StillOpen(workbook_);
-    return NewObject<RangeObject>(process_, workbook_, sheet_, sheet_->Used());
-}
-
-Variant WorksheetObject::Activate(const Use& use) {
-    use.OnlyReading();
-    Workbook& book = StillOpen(workbook_).book;
-    for (std::size_t i = 0; i < book.sheets.size(); ++i) {
-        if (book.sheets[i] == sheet_)
-            book.active = i;
-    }
-    return {};
-}
-
-Variant WorksheetObject::SaveAs(const Use& use) {
-    return SaveUnderName(process_, StillOpen(workbook_), use);
-}
-
-// --------------------------------------------------------------------------------- range
-
-const std::vector<SheetMember<RangeObject>>& RangeObject::Members() {
-    static const std::vector<SheetMember<RangeObject>> members = {
-        {L"Address", &RangeObject::Address},
-        {L"Count", &RangeObject::Count},
-        {L"Item", &RangeObject::Item},
-        {L"Value", &RangeObject::Value},
-        {L"Value2", &RangeObject::Value2},
-        {L"NumberFormat", &RangeObject::NumberFormat},
-        {L"ClearContents", &RangeObject::ClearContents},
-    };
-    return members;
-}
-
-void RangeObject::Change() const {
-    StillOpen(workbook_).saved = false;
-}
-
-Variant RangeObject::Address(const Use& use) {
-    use.OnlyReading();
-    return AddressOf(area_);
-}
-
-Variant RangeObject::Count(const Use& use) {
-    use.OnlyReading();
-    return static_cast<std::int32_t>(area_.cells());
-}
-
-Variant RangeObject::Item(const Use& use) {
-    use.OnlyReading();
-    StillOpen(workbook_);
-    std::int32_t row = use.arguments().Long(0);
-    std::int32_t column = 1;
-    if (use.Has(1)) {
-        column = use.arguments().Long(1);
-    } else {
-        // A number alone counts the cells row by row.
-        column = (row - 1) % area_.columns + 1;
-        row = (row - 1) / area_.columns + 1;
-    }
-    if (row < -LastRow || row > LastRow || column < -LastColumn || column > LastColumn)
-        throw SheetError(L"The cell does not lie on the sheet.");
-    return NewObject<RangeObject>(process_, workbook_, sheet_,
-                                  Area{area_.row + row - 1, area_.column + column - 1, 1, 1});
-}
-
-Variant RangeObject::Value(const Use& use) {
-    return Values(use, false);
-}
-
-Variant RangeObject::Value2(const Use& use) {
-    return Values(use, true);
-}
-
-Variant RangeObject::Values(const Use& use, bool plain) {
-    StillOpen(workbook_);
-    if (!use.IsPut())
-        return VariantOf(*sheet_, area_, plain);
-    const Variant value = use.NewValue();
-    Change();
-    if (IsArray(value))
-        sheet_->Put(area_, BlockOf(value), process_.ThisYear());
-    else
-        sheet_->Put(area_, ValueOf(value.raw()), process_.ThisYear());
-    return {};
-}
-
-Variant RangeObject::NumberFormat(const Use& use) {
-    StillOpen(workbook_);
-    if (use.IsPut()) {
-        const std::wstring format = use.NewValue().ToText();
-        Change();
-        sheet_->Format(area_, format);
-        return {};
-    }
-    const std::wstring format = sheet_->FormatOf(area_);
-    if (!format.empty())
-        return format;
-    Variant mixed;
-    mixed.get()->vt = VT_NULL;
-    return mixed;
-}
-
-Variant RangeObject::ClearContents(const Use& use) {
-    use.OnlyReading();
-    Change();
-    sheet_->Put(area_, spreadsheet::Value(), process_.ThisYear());
-    return {};
+IDispatch* NewApplicationObject(SheetProcess& process) {
+    return new ApplicationObject(process);
 }
 
 } // namespace kalvrooms::practice::spreadsheet

@@ -4,6 +4,7 @@
 #include "practice/server/FaultEffect.h"
 #include "practice/workbook/SheetError.h"
 
+#include <cwchar>
 #include <utility>
 
 namespace kalvrooms::practice::spreadsheet {
@@ -11,18 +12,13 @@ namespace kalvrooms::practice::spreadsheet {
 SheetProcess::SheetProcess(Settings settings_, bool inUsersHands)
     : settings(std::move(settings_)), application(files_), inUsersHands_(inUsersHands) {
     Arm(calls_, settings.faults);
+    application.version = static_cast<int>(std::wcstol(settings.version.c_str(), nullptr, 10));
     if (!settings.dialog.empty())
         application.OpenDialog(settings.dialog);
 }
 
 SheetProcess::~SheetProcess() {
     Withdraw();
-}
-
-int SheetProcess::ThisYear() const {
-    SYSTEMTIME now{};
-    GetLocalTime(&now);
-    return now.wYear;
 }
 
 bool SheetProcess::Enter(std::wstring_view object, std::wstring_view member) {

@@ -7,6 +7,7 @@
 #include "practice/workbook/Application.h"
 #include "practice/workbook/Settings.h"
 
+#include <functional>
 #include <map>
 #include <string>
 
@@ -23,8 +24,6 @@ class SheetProcess : public CallGate {
 
     const Settings settings;
     Application application;
-    int ThisYear() const;
-    bool InUsersHands() const { return inUsersHands_; }
 
     // Counts a call and lets its fault strike; while a dialog is open every call is put off.
     bool Enter(std::wstring_view object, std::wstring_view member) override;
@@ -41,6 +40,7 @@ class SheetProcess : public CallGate {
     // The instance ends as soon as the last reference has gone.
     void Quit();
     bool MayEnd() const { return uses_ == 0 && (quitting_ || !inUsersHands_); }
+    int Calls() const { return calls_.Count(); }
     void WriteReport() const;
 
   private:

@@ -2,10 +2,10 @@
 // PracticeSpreadsheet --running [--changed] [WORKBOOK...]   as if a user had started it
 // Everything else is the system starting an instance for a client.
 
+#include "practice/server/ClassFactory.h"
 #include "practice/server/ServerApartment.h"
 #include "practice/spreadsheet/ControlWindow.h"
 #include "practice/spreadsheet/SheetClass.h"
-#include "practice/spreadsheet/SheetClassObject.h"
 #include "practice/spreadsheet/SheetObjects.h"
 #include "practice/spreadsheet/SheetRegistration.h"
 
@@ -61,10 +61,22 @@ void openForUser(Application& application, const std::vector<std::wstring>& argu
 
 // In the list of running objects, until it is taken out.
 void offerRunning(SheetProcess& process) {
-    const auto application = ComPtr<ApplicationObject>::Attach(new ApplicationObject(process));
+    const auto application = ComPtr<IDispatch>::Attach(NewApplicationObject(process));
     DWORD entry = 0;
     Check(RegisterActiveObject(application.get(), ApplicationClassId, ACTIVEOBJECT_STRONG, &entry));
     process.withdraw = [entry] { RevokeActiveObject(entry, nullptr); };
+}
+
+// To the client for whom the system started the process, and to that one only: the next client gets
+// a process of its own. Gives the entry in the system's list.
+DWORD offerOnce(SheetProcess& process) {
+    const auto factory = ComPtr<ClassFactory>::Attach(
+        new ClassFactory([&process] { return NewApplicationObject(process); },
+                         [&process](bool stay) { stay ? process.Created() : process.Gone(); }));
+    DWORD entry = 0;
+    Check(CoRegisterClassObject(ApplicationClassId, factory.get(), CLSCTX_LOCAL_SERVER,
+                                REGCLS_SINGLEUSE, &entry));
+    return entry;
 }
 
 int runInstance(const std::vector<std::wstring>& arguments) {
@@ -73,14 +85,16 @@ int runInstance(const std::vector<std::wstring>& arguments) {
     SheetProcess process(readSettings(), byHand);
     const ServerApartment apartment;
     ControlWindow window(process);
-    {
-        if (byHand) {
-            openForUser(process.application, arguments);
-            offerRunning(process);
-        }
-        const SheetClassObject offered(process, byHand);
-        window.Run();
+    DWORD entry = 0;
+    if (byHand) {
+        openForUser(process.application, arguments);
+        offerRunning(process);
+    } else {
+        entry = offerOnce(process);
     }
+    window.Run();
+    if (entry != 0)
+        CoRevokeClassObject(entry);
     process.WriteReport();
     return 0;
 }

@@ -4,11 +4,10 @@
 
 #include "practice/workbook/Sheet.h"
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kalvrooms::practice::spreadsheet {
@@ -19,8 +18,8 @@ class OpenFile {
     virtual ~OpenFile() = default;
     // Protected, or being written by somebody else.
     virtual bool ReadOnly() const = 0;
-    virtual std::string Read() = 0;
-    virtual void Write(std::string_view bytes) = 0;
+    virtual Workbook Read() = 0;
+    virtual void Write(const Workbook& workbook) = 0;
 };
 
 // All of it raises a SheetError when the disk refuses.
@@ -42,8 +41,6 @@ struct OpenWorkbook {
     std::unique_ptr<OpenFile> file; // null until it has been saved the first time
     bool saved = true;
     bool isOpen = true;
-
-    bool ReadOnly() const { return file && file->ReadOnly(); }
 };
 using WorkbookPointer = std::shared_ptr<OpenWorkbook>;
 
@@ -54,30 +51,27 @@ class Application {
     // While it is true the application asks before it destroys something. A question lets the
     // operation end with DialogOpen; when it is tried again after the answer, it goes by that.
     bool displayAlerts = true;
+    // Versions before 12 know their own form of workbooks alone.
+    int version = 12;
 
     const std::vector<WorkbookPointer>& workbooks() const { return workbooks_; }
-    WorkbookPointer ActiveWorkbook() const;
     // A workbook that is open already is handed back.
     WorkbookPointer Open(const std::wstring& name);
     WorkbookPointer Add();
     void Save(OpenWorkbook& workbook);
-    // In the only form that there is: 56, or -4143 for the application's own.
-    void SaveAs(OpenWorkbook& workbook, const std::wstring& name, std::optional<int> form);
-    // True when it was closed; without an instruction what to do about changes it asks.
-    bool Close(OpenWorkbook& workbook, std::optional<bool> saveChanges = std::nullopt);
+    // The form is 56, or -4143 for the application's own.
+    void SaveAs(OpenWorkbook& workbook, const std::wstring& name, int form);
+    // False when the user does not want it.
     bool CloseAll();
 
     void OpenDialog(const std::wstring& question);
     // The dialog that is open; empty without one.
     const std::wstring& dialog() const { return dialog_; }
     void AnswerDialog(Answer answer);
-    // Whether a dialog is open has changed.
-    std::function<void()> dialogChanged;
 
   private:
-    Answer Ask(const std::wstring& question);
-    void Store(OpenWorkbook& workbook);
-    void Forget(OpenWorkbook& workbook);
+    Answer ask(const std::wstring& question);
+    static void store(OpenWorkbook& workbook);
 
     FileStore& files_;
     std::vector<WorkbookPointer> workbooks_;

@@ -1,95 +1,93 @@
 #include "practice/workbook/Sheet.h"
 
 #include "drawing/Text.h"
-#include "practice/workbook/Entry.h"
+#include "model/NumberText.h"
 #include "practice/workbook/SheetError.h"
-
-#include <algorithm>
-#include <cmath>
 
 namespace kalvrooms::practice::spreadsheet {
 
 namespace {
 
-// A whole sheet at once would be 16 million cells.
-constexpr long long mostCells = 2'000'000;
+// Dates are shown as dates in a cell that says nothing of its own.
+const std::wstring dateFormat = L"yyyy\\-mm\\-dd";
 
-void checkSize(const Area& area) {
-    Checked(area);
-    if (area.cells() > mostCells)
-        throw SheetError(L"There is not enough memory for so many cells at once.");
-}
-
-std::wstring asText(const Value& value) {
+// In a cell of the text format.
+CellValue asText(const CellValue& value) {
     if (const auto* number = std::get_if<double>(&value))
-        return NumberAsText(*number);
+        return FromDoubleInvariant(*number);
     if (const auto* truth = std::get_if<bool>(&value))
-        return *truth ? L"TRUE" : L"FALSE";
-    return {};
+        return std::wstring(*truth ? L"TRUE" : L"FALSE");
+    return value;
 }
 
 template <class Step>
-void forEach(const Area& area, Step step) {
-    for (int row = area.row; row < area.row + area.rows; ++row) {
-        for (int column = area.column; column < area.column + area.columns; ++column)
+void forEach(const CellRange& range, Step step) {
+    for (int row = 0; row < range.Rows; ++row) {
+        for (int column = 0; column < range.Columns; ++column)
             step(row, column);
     }
 }
 
 } // namespace
 
-void Sheet::Put(const Area& area, const Value& value, int thisYear) {
-    checkSize(area);
-    forEach(area, [&](int row, int column) { PutOne(row, column, value, thisYear); });
+void Sheet::Check(const CellRange& range) const {
+    if (range.Row < 1 || range.Column < 1 || range.Rows < 1 || range.Columns < 1 ||
+        range.Row - 1 > rows - range.Rows || range.Column - 1 > Columns - range.Columns)
+        throw SheetError(L"The range does not lie on the sheet.");
 }
 
-void Sheet::Put(const Area& area, const Block& block, int thisYear) {
-    checkSize(area);
-    for (const Value& value : block.values) {
-        const auto* text = std::get_if<std::wstring>(&value);
+void Sheet::Fill(const CellRange& range, const CellValue& value) {
+    Check(range);
+    forEach(range,
+            [&](int row, int column) { enter(range.Row + row, range.Column + column, value); });
+}
+
+void Sheet::Put(const CellRange& range, const CellBlock& values) {
+    Check(range);
+    if (values.Rows() != range.Rows || values.Columns() != range.Columns)
+        throw SheetError(L"The block has another size than the range.");
+    forEach(range, [&](int row, int column) {
+        const auto* text = std::get_if<std::wstring>(&values.At(row, column));
         if (text && text->size() > LongestTextInBlock)
             throw SheetError(L"A text is too long for a block of cells.");
-    }
-    forEach(area, [&](int row, int column) {
-        const int blockRow = block.rows == 1 ? 0 : row - area.row;
-        const int blockColumn = block.columns == 1 ? 0 : column - area.column;
-        const bool reached = blockRow < block.rows && blockColumn < block.columns;
-        PutOne(row, column, reached ? block.at(blockRow, blockColumn) : Value(ErrorValue()),
-               thisYear);
+    });
+    forEach(range, [&](int row, int column) {
+        enter(range.Row + row, range.Column + column, values.At(row, column));
     });
 }
 
-void Sheet::PutOne(int row, int column, const Value& value, int thisYear) {
+void Sheet::enter(int row, int column, const CellValue& value) {
     Cell cell = At(row, column);
-    if (const auto* typed = std::get_if<std::wstring>(&value)) {
-        cell = Typed(*typed, cell.format, thisYear);
-    } else {
-        if (const auto* number = std::get_if<double>(&value); number && !std::isfinite(*number))
-            throw SheetError(L"This is no number.");
-        const std::wstring text =
-            KindOf(cell.format) == FormatKind::Text ? asText(value) : std::wstring();
-        cell.formula.clear();
-        cell.value = text.empty() ? value : Value(text);
-    }
+    const auto* text = std::get_if<std::wstring>(&value);
+    if (text && text->size() > LongestText)
+        throw SheetError(L"A cell takes 32,767 characters at most.");
+    if (text && text->empty())
+        cell.value = {};
+    else if (cell.format == TextNumberFormat)
+        cell.value = asText(value);
+    else
+        cell.value = text ? Typed(*text) : value;
+    if (std::holds_alternative<CellDate>(cell.value) && cell.format == GeneralNumberFormat)
+        cell.format = dateFormat;
     Set(row, column, std::move(cell));
 }
 
-void Sheet::Format(const Area& area, const std::wstring& format) {
-    checkSize(area);
-    const std::wstring normal = KindOf(format) == FormatKind::General ? GeneralFormat : format;
-    forEach(area, [&](int row, int column) {
-        Cell cell = At(row, column);
-        cell.format = normal;
-        Set(row, column, std::move(cell));
+CellBlock Sheet::Values(const CellRange& range) const {
+    Check(range);
+    CellBlock values(range.Rows, range.Columns);
+    forEach(range, [&](int row, int column) {
+        values.At(row, column) = At(range.Row + row, range.Column + column).value;
     });
+    return values;
 }
 
-std::wstring Sheet::FormatOf(const Area& area) const {
-    checkSize(area);
-    const std::wstring first = At(area.row, area.column).format;
-    bool same = true;
-    forEach(area, [&](int row, int column) { same = same && At(row, column).format == first; });
-    return same ? first : std::wstring();
+void Sheet::Format(const CellRange& range, const std::wstring& format) {
+    Check(range);
+    forEach(range, [&](int row, int column) {
+        Cell cell = At(range.Row + row, range.Column + column);
+        cell.format = format;
+        Set(range.Row + row, range.Column + column, std::move(cell));
+    });
 }
 
 const Cell& Sheet::At(int row, int column) const {
@@ -99,23 +97,11 @@ const Cell& Sheet::At(int row, int column) const {
 }
 
 void Sheet::Set(int row, int column, Cell cell) {
-    Checked({row, column, 1, 1});
+    Check({row, column, 1, 1});
     if (cell == Cell())
         cells_.erase({row, column});
     else
         cells_[{row, column}] = std::move(cell);
-}
-
-Area Sheet::Used() const {
-    if (cells_.empty())
-        return {};
-    const auto place = [](const Cells::value_type& entry) {
-        return Area{entry.first.first, entry.first.second, 1, 1};
-    };
-    Area used = place(*cells_.begin());
-    for (const auto& entry : cells_)
-        used = Around(used, place(entry));
-    return used;
 }
 
 Workbook Workbook::New() {
@@ -125,16 +111,15 @@ Workbook Workbook::New() {
     return workbook;
 }
 
+Workbook Workbook::Copy() const {
+    Workbook copy = *this;
+    for (auto& sheet : copy.sheets)
+        sheet = std::make_shared<Sheet>(*sheet);
+    return copy;
+}
+
 std::shared_ptr<Sheet> Workbook::AddSheet() {
-    std::wstring name;
-    for (std::size_t number = sheets.size() + 1; name.empty(); ++number) {
-        name = L"Sheet" + std::to_wstring(number);
-        for (const auto& sheet : sheets) {
-            if (EqualsIgnoringCase(sheet->name(), name))
-                name.clear();
-        }
-    }
-    auto sheet = std::make_shared<Sheet>(name);
+    const auto sheet = std::make_shared<Sheet>(L"Sheet" + std::to_wstring(sheets.size() + 1));
     sheets.insert(sheets.begin() + static_cast<std::ptrdiff_t>(active), sheet);
     return sheet;
 }

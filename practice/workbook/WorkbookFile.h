@@ -1,16 +1,15 @@
 #pragma once
 // Workbooks as files: the spreadsheet form of 2003 in XML, one readable file. Other programs open
-// it whatever the ending of its name; types, formats and formulas of the cells survive.
+// it whatever the ending of its name; types and formats of the cells survive.
 
 #include "practice/workbook/Sheet.h"
 
 #include <string>
-#include <string_view>
 
 namespace kalvrooms::practice::spreadsheet {
 
 std::string WriteWorkbook(const Workbook& workbook);
 // Raises a SheetError for a file that is no workbook or holds more than a sheet can.
-Workbook ReadWorkbook(std::string_view bytes);
+Workbook ReadWorkbook(std::string bytes);
 
 } // namespace kalvrooms::practice::spreadsheet

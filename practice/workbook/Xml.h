@@ -1,39 +1,53 @@
 #pragma once
-// A small reader of XML: elements with their namespaces, attributes and texts. No document types,
-// so that no file can make it load or unfold anything.
+// What is asked of XML elements here. Elements go by their names without prefixes: the forms that
+// are read mean the same by a name whatever stands before it.
 
-#include <map>
+#include <rapidxml/rapidxml.hpp>
+
+#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 namespace kalvrooms::practice::spreadsheet {
 
-struct XmlName {
-    std::string space; // the namespace itself, empty without one
-    std::string local;
-    auto operator<=>(const XmlName&) const = default;
-};
+using XmlElement = rapidxml::xml_node<>;
 
-struct XmlElement {
-    XmlName name;
-    std::map<XmlName, std::string> attributes;
-    std::vector<XmlElement> children;
-    std::string text; // of the element itself, what its children say left out
+inline std::string_view NameOf(const rapidxml::xml_base<>& named) {
+    const std::string_view name(named.name(), named.name_size());
+    const std::size_t colon = name.find(':');
+    return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
 
-    const std::string* Attribute(const XmlName& wanted) const;
-    const XmlElement* Child(const XmlName& wanted) const; // the first
-    // The element's text with that of everything inside it, in reading order as far as text
-    // comes before children.
-    std::string WholeText() const;
-};
+// The first child, or the next element after one, with that name; null without any.
+inline const XmlElement* FirstOf(const XmlElement* element, std::string_view name) {
+    while (element && NameOf(*element) != name)
+        element = element->next_sibling();
+    return element;
+}
+inline const XmlElement* ChildOf(const XmlElement* parent, std::string_view name) {
+    return parent ? FirstOf(parent->first_node(), name) : nullptr;
+}
+inline const XmlElement* NextOf(const XmlElement* element) {
+    return FirstOf(element->next_sibling(), NameOf(*element));
+}
 
-// UTF-8 with or without a byte-order mark. Raises a HostError for everything that is not well
-// formed, and for what this reader leaves out.
-XmlElement ReadXml(std::string_view bytes);
+inline std::optional<std::string> AttributeOf(const XmlElement* element, std::string_view name) {
+    for (const auto* attribute = element ? element->first_attribute() : nullptr; attribute;
+         attribute = attribute->next_attribute()) {
+        if (NameOf(*attribute) == name)
+            return std::string(attribute->value(), attribute->value_size());
+    }
+    return std::nullopt;
+}
 
-// As text between tags or in double quotes. What XML cannot say becomes U+FFFD.
-std::string XmlText(std::string_view utf8);
+// The element's text with that of everything inside it.
+inline std::string TextOf(const XmlElement* element) {
+    if (element->type() != rapidxml::node_element)
+        return std::string(element->value(), element->value_size());
+    std::string text;
+    for (const XmlElement* part = element->first_node(); part; part = part->next_sibling())
+        text += TextOf(part);
+    return text;
+}
 
 } // namespace kalvrooms::practice::spreadsheet

@@ -12,19 +12,19 @@
 #include <string>
 #include <vector>
 
-#include "FakeSpreadsheets.h"
 #include "app/clsText.h"
 #include "files/FilePath.h"
 #include "files/FileServices.h"
 #include "headless/HeadlessPlatform.h"
 #include "model/UserLocaleForTest.h"
 #include "model/clsFloors.h"
+#include "practice/workbook/InProcessSpreadsheets.h"
 
 namespace kalvrooms {
 
 class FileContext final : public RoomTable {
   public:
-    FakeSpreadsheets Spreadsheets;
+    practice::spreadsheet::InProcessSpreadsheets Spreadsheets;
     HeadlessPlatform Headless;
     clsText Texts{Headless.libraries, Headless.environment};
     // The argument of every refreshing of the table, in order.
@@ -40,6 +40,14 @@ class FileContext final : public RoomTable {
         if (FailingUpdate != 0) {
             throw RuntimeError(FailingUpdate);
         }
+    }
+    // The active sheet of a workbook, which is made if need be.
+    practice::spreadsheet::Sheet& SheetOf(const std::wstring& file) {
+        auto& workbook = Spreadsheets.Files[file];
+        if (workbook.sheets.empty()) {
+            workbook.AddSheet();
+        }
+        return workbook.ActiveSheet();
     }
 };
 

@@ -4,22 +4,33 @@
 
 #include "FileContext.h"
 #include "files/clsFileSytem.h"
+#include "practice/workbook/SheetError.h"
 
 namespace kalvrooms {
 namespace {
 
+using practice::FaultMode;
+
 class Workbook : public FileTestUnderBothLocales {
   protected:
-    FakeSpreadsheets& spreadsheets = context.Spreadsheets;
+    practice::spreadsheet::InProcessSpreadsheets& spreadsheets = context.Spreadsheets;
     const std::wstring file = folder.Path(L"Räume.xls");
 
-    FakeSheet& sheet() { return spreadsheets.Files[file].ActiveSheet(); }
+    practice::spreadsheet::Sheet& sheet() { return context.SheetOf(file); }
+    const CellValue& at(int row, int column) { return sheet().At(row, column).value; }
+    void put(int row, int column, CellValue value) { sheet().Set(row, column, {std::move(value)}); }
+    // An instance of the user, with workbooks that were never saved.
+    void startByUser(int workbooks) {
+        for (spreadsheets.StartByUser(); workbooks > 0; --workbooks) {
+            spreadsheets.Running->application.Add()->saved = false;
+        }
+    }
     void write(const clsFloors& list) { clsFileSytem(context).WriteListToFile(file, list); }
     void read(clsFloors& list) { clsFileSytem(context).ReadListFromFile(file, list); }
     // A row as the user typed it into the sheet.
     void putRow(int row, const std::vector<CellValue>& values) {
         for (std::size_t i = 0; i < values.size(); ++i) {
-            sheet().Put(row, static_cast<int>(i) + 1, values[i]);
+            put(row, static_cast<int>(i) + 1, values[i]);
         }
     }
     void addRooms(int count, const std::wstring& prefix = L"Raum ") {
@@ -64,9 +75,9 @@ TEST_P(Workbook, HoldsTitlesInItsFirstRow) {
         L" Umschließungsart", L" Nutzungsart", L" Flächenart",   L" Geometrie",
         L" Länge (Dx)",       L" Breite(Dy)",  L" Raum-ID"};
     for (int column = 1; column <= 11; ++column) {
-        EXPECT_EQ(sheet().At(1, column), CellValue(titles[static_cast<std::size_t>(column) - 1]));
+        EXPECT_EQ(at(1, column), CellValue(titles[static_cast<std::size_t>(column) - 1]));
     }
-    EXPECT_EQ(sheet().At(1, 12), CellValue());
+    EXPECT_EQ(at(1, 12), CellValue());
     expectClosed();
 }
 
@@ -86,10 +97,10 @@ TEST_P(Workbook, HoldsARoomInEveryRow) {
                                            L"a",    L"HNF 2",    L"N",       L"C:\\P\\3-17.txt",
                                            0.0,     0.0,         CellValue()};
     for (int column = 1; column <= 11; ++column) {
-        EXPECT_EQ(sheet().At(2, column), first[static_cast<std::size_t>(column) - 1]) << column;
-        EXPECT_EQ(sheet().At(3, column), second[static_cast<std::size_t>(column) - 1]) << column;
+        EXPECT_EQ(at(2, column), first[static_cast<std::size_t>(column) - 1]) << column;
+        EXPECT_EQ(at(3, column), second[static_cast<std::size_t>(column) - 1]) << column;
     }
-    EXPECT_EQ(sheet().At(4, 1), CellValue());
+    EXPECT_EQ(at(4, 1), CellValue());
 }
 
 TEST_P(Workbook, KeepsTextsThatLookLikeSomethingElse) {
@@ -117,7 +128,7 @@ TEST_P(Workbook, KeepsTextsThatLookLikeSomethingElse) {
     const auto count = static_cast<int>(texts.size());
     for (int i = 0; i < count; ++i) {
         for (const int column : {1, 2, 5, 6, 7}) {
-            EXPECT_EQ(sheet().At(i + 2, column), CellValue(texts[static_cast<std::size_t>(i)]));
+            EXPECT_EQ(at(i + 2, column), CellValue(texts[static_cast<std::size_t>(i)]));
         }
     }
     clsFloors again;
@@ -130,30 +141,29 @@ TEST_P(Workbook, KeepsTextsThatLookLikeSomethingElse) {
 }
 
 TEST_P(Workbook, KeepsNumbersAsNumbersWhateverTheCellsWereFormattedFor) {
-    sheet().Format({1, 1, 65536, 256}, L"@");
+    sheet().Format({1, 1, 200, 12}, L"@");
     RoomForTest{.Area = 12.5, .Type = CalculationByDx, .Value = local(L"2.5")}.AddTo(floors);
     write(floors);
-    EXPECT_EQ(sheet().At(2, 3), CellValue(12.5));
-    EXPECT_EQ(sheet().At(2, 9), CellValue(2.5));
-    EXPECT_EQ(sheet().At(2, 10), CellValue(5.0));
+    EXPECT_EQ(at(2, 3), CellValue(12.5));
+    EXPECT_EQ(at(2, 9), CellValue(2.5));
+    EXPECT_EQ(at(2, 10), CellValue(5.0));
 }
 
 TEST_P(Workbook, IsMadeInAnApplicationOfItsOwn) {
-    spreadsheets.Running = std::make_shared<FakeSpreadsheets::Instance>();
-    spreadsheets.Running->Unnamed = 1;
+    startByUser(1);
     addRooms(1);
     write(floors);
-    EXPECT_FALSE(spreadsheets.Running->Ended);
-    EXPECT_EQ(spreadsheets.Running->Unnamed, 1);
+    EXPECT_FALSE(spreadsheets.Running->ended);
+    EXPECT_EQ(spreadsheets.Running->application.workbooks().size(), 1U);
     ASSERT_EQ(spreadsheets.Created().size(), 1U);
-    EXPECT_FALSE(spreadsheets.Created()[0]->Alerts);
+    EXPECT_FALSE(spreadsheets.Created()[0]->application.displayAlerts);
     EXPECT_EQ(spreadsheets.Log().front(), "CreateInstance");
 }
 
 TEST_P(Workbook, ThatIsNewGetsItsRoomsOnAnAddedSheet) {
     addRooms(2);
     write(floors);
-    EXPECT_EQ(spreadsheets.File(file).Sheets.size(), 4U);
+    EXPECT_EQ(spreadsheets.Files.at(file).sheets.size(), 4U);
     EXPECT_EQ(spreadsheets.Log(),
               (Log{"CreateInstance", "DisplayAlerts", "OpenWorkbook", "AddWorkbook", "AddWorksheet",
                    "NumberFormat", "NumberFormat", "NumberFormat", "Values=", "Values=", "SaveAs",
@@ -161,10 +171,10 @@ TEST_P(Workbook, ThatIsNewGetsItsRoomsOnAnAddedSheet) {
 }
 
 TEST_P(Workbook, ThatExistsIsOpenedClearedAndSavedInPlace) {
-    sheet().Put(1, 1, L"alt");
+    put(1, 1, L"alt");
     addRooms(2);
     write(floors);
-    EXPECT_EQ(spreadsheets.File(file).Sheets.size(), 1U);
+    EXPECT_EQ(spreadsheets.Files.at(file).sheets.size(), 1U);
     EXPECT_EQ(spreadsheets.Log(),
               (Log{"CreateInstance", "DisplayAlerts", "OpenWorkbook", "OpenWorkbook", "ActiveSheet",
                    "Fill", "NumberFormat", "NumberFormat", "NumberFormat",
@@ -175,41 +185,44 @@ TEST_P(Workbook, ThatExistsIsOpenedClearedAndSavedInPlace) {
 TEST_P(Workbook, IsClearedInRows1To101AndColumns1To12Only) {
     for (int row = 1; row <= 121; ++row) {
         for (int column = 1; column <= 13; ++column) {
-            sheet().Put(row, column, L"alt");
+            put(row, column, L"alt");
         }
     }
     addRooms(3);
     write(floors);
     for (int column = 1; column <= 12; ++column) {
-        EXPECT_EQ(sheet().At(5, column), CellValue()) << column;
-        EXPECT_EQ(sheet().At(101, column), CellValue()) << column;
-        EXPECT_EQ(sheet().At(102, column), CellValue(L"alt")) << column;
-        EXPECT_EQ(sheet().At(121, column), CellValue(L"alt")) << column;
+        EXPECT_EQ(at(5, column), CellValue()) << column;
+        EXPECT_EQ(at(101, column), CellValue()) << column;
+        EXPECT_EQ(at(102, column), CellValue(L"alt")) << column;
+        EXPECT_EQ(at(121, column), CellValue(L"alt")) << column;
     }
-    EXPECT_EQ(sheet().At(2, 12), CellValue());
-    EXPECT_EQ(sheet().At(2, 13), CellValue(L"alt"));
-    EXPECT_EQ(sheet().At(2, 1), CellValue(L"Raum 1"));
-    EXPECT_EQ(sheet().At(4, 1), CellValue(L"Raum 3"));
+    EXPECT_EQ(at(2, 12), CellValue());
+    EXPECT_EQ(at(2, 13), CellValue(L"alt"));
+    EXPECT_EQ(at(2, 1), CellValue(L"Raum 1"));
+    EXPECT_EQ(at(4, 1), CellValue(L"Raum 3"));
 
     clsFloors again;
     read(again);
     EXPECT_EQ(again.GetCountOfRooms(), 3);
 }
 
-TEST_P(Workbook, IsWrittenOnTheSheetThatIsActive) {
-    spreadsheets.Files[file].Sheets.resize(3);
-    spreadsheets.Files[file].Active = 1;
+TEST_P(Workbook, IsWrittenAndReadOnTheSheetThatIsActive) {
+    spreadsheets.Files[file] = practice::spreadsheet::Workbook::New();
+    spreadsheets.Files[file].active = 1;
     addRooms(1);
     write(floors);
-    EXPECT_EQ(spreadsheets.File(file).Sheets[1].At(2, 1), CellValue(L"Raum 1"));
-    EXPECT_EQ(spreadsheets.File(file).Sheets[0].At(2, 1), CellValue());
+    EXPECT_EQ(spreadsheets.Files[file].sheets[1]->At(2, 1).value, CellValue(L"Raum 1"));
+    EXPECT_EQ(spreadsheets.Files[file].sheets[0]->At(2, 1).value, CellValue());
+    clsFloors again;
+    read(again);
+    EXPECT_EQ(again.GetCountOfRooms(), 1);
 }
 
 TEST_P(Workbook, OfAnEmptyListIsNotTouched) {
-    sheet().Put(1, 1, L"alt");
+    put(1, 1, L"alt");
     write(floors);
     EXPECT_EQ(spreadsheets.Calls(), 0);
-    EXPECT_EQ(sheet().At(1, 1), CellValue(L"alt"));
+    EXPECT_EQ(at(1, 1), CellValue(L"alt"));
     EXPECT_EQ(context.Headless.desktop.PointerHistory().front(), Gui::HourglassPointer);
     expectClosed();
 }
@@ -221,22 +234,22 @@ TEST_P(Workbook, ThatCannotBeSavedIsNotReported) {
     EXPECT_FALSE(spreadsheets.Files.contains(file));
     expectClosed();
 
-    sheet().Put(2, 1, L"alt");
+    put(2, 1, L"alt");
     write(floors);
-    EXPECT_EQ(sheet().At(2, 1), CellValue(L"alt"));
+    EXPECT_EQ(at(2, 1), CellValue(L"alt"));
     EXPECT_EQ(spreadsheets.Log().back(), "Quit");
     EXPECT_TRUE(context.Headless.desktop.Messages().empty());
     expectClosed();
 }
 
 TEST_P(Workbook, IsLeftAloneWhenASideCannotBeComputed) {
-    sheet().Put(2, 1, L"alt");
+    put(2, 1, L"alt");
     addRooms(1);
     RoomForTest{.Type = CalculationByDx, .Value = L"0"}.AddTo(floors);
     const auto before = contentsOf(floors);
     EXPECT_EQ(errorOf([&] { clsExcel(context).WriteListToFile(file, floors); }),
               RuntimeError::DivisionByZero);
-    EXPECT_EQ(sheet().At(2, 1), CellValue(L"alt"));
+    EXPECT_EQ(at(2, 1), CellValue(L"alt"));
     EXPECT_EQ(contentsOf(floors), before);
     // Only a completed operation closes the application; references into it are released.
     EXPECT_EQ(spreadsheets.LeftBehind(), 1);
@@ -249,7 +262,7 @@ TEST_P(Workbook, DoesNotChangeTheListThatIsWritten) {
     const auto before = contentsOf(floors);
     write(floors);
     EXPECT_EQ(contentsOf(floors), before);
-    EXPECT_EQ(std::get<std::wstring>(sheet().At(2, 8)), L" ");
+    EXPECT_EQ(std::get<std::wstring>(at(2, 8)), L" ");
 }
 
 TEST_P(Workbook, NeedsTheApplicationForWriting) {
@@ -257,12 +270,10 @@ TEST_P(Workbook, NeedsTheApplicationForWriting) {
     const auto error = [&] {
         return errorOf([&] { clsExcel(context).WriteListToFile(file, floors); });
     };
-    spreadsheets.NothingAt = 1;
+    spreadsheets.FailAt(1, FaultMode::Empty);
     EXPECT_EQ(error(), RuntimeError::CannotCreateObject);
-    spreadsheets.NothingAt = 0;
-    spreadsheets.FailAt = spreadsheets.Calls() + 1;
+    spreadsheets.FailAt(1);
     EXPECT_EQ(error(), RuntimeError::CannotCreateObject);
-    spreadsheets.FailAt = 0;
     spreadsheets.Installed = false;
     EXPECT_EQ(error(), RuntimeError::CannotCreateObject);
     EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
@@ -347,7 +358,7 @@ TEST_P(Workbook, EndsAtTheFirstRowWithoutName) {
     read(floors);
     EXPECT_EQ(floors.GetCountOfRooms(), 1);
 
-    sheet().Put(2, 1, L"");
+    put(2, 1, L"");
     clsFloors none;
     read(none);
     EXPECT_EQ(none.GetCountOfRooms(), 0);
@@ -363,9 +374,9 @@ TEST_P(Workbook, TakesABlankForAName) {
 
 TEST_P(Workbook, OfAnyLengthIsReadToTheLastRowOfTheSheet) {
     for (const int rooms : {510, 511, 512, 1023, 1024, 65'535}) {
-        sheet() = FakeSheet();
+        spreadsheets.Files.clear();
         for (int row = 2; row <= rooms + 1; ++row) {
-            sheet().Put(row, 1, L"Raum " + std::to_wstring(row));
+            put(row, 1, L"Raum " + std::to_wstring(row));
         }
         clsFloors list;
         read(list);
@@ -374,9 +385,9 @@ TEST_P(Workbook, OfAnyLengthIsReadToTheLastRowOfTheSheet) {
 }
 
 TEST_P(Workbook, OfASmallSheetIsReadToItsLastRow) {
-    sheet().Rows = 16'384;
-    for (int row = 2; row <= sheet().Rows; ++row) {
-        sheet().Put(row, 1, L"x");
+    sheet().rows = 16'384;
+    for (int row = 2; row <= sheet().rows; ++row) {
+        put(row, 1, L"x");
     }
     read(floors);
     EXPECT_EQ(floors.GetCountOfRooms(), 16'383);
@@ -394,27 +405,26 @@ TEST_P(Workbook, RefreshesTheTableBeforeTheApplicationIsClosed) {
 }
 
 TEST_P(Workbook, IsReadInTheApplicationThatIsRunningAndEndsIt) {
-    spreadsheets.Running = std::make_shared<FakeSpreadsheets::Instance>();
-    spreadsheets.Running->Unnamed = 2;
+    startByUser(2);
     putRow(2, {L"a"});
     read(floors);
     EXPECT_EQ(floors.GetCountOfRooms(), 1);
     EXPECT_TRUE(spreadsheets.Created().empty());
-    EXPECT_FALSE(spreadsheets.Running->Alerts);
-    EXPECT_TRUE(spreadsheets.Running->Ended);
-    EXPECT_EQ(spreadsheets.Running->Unnamed, 0);
+    EXPECT_FALSE(spreadsheets.Running->application.displayAlerts);
+    EXPECT_TRUE(spreadsheets.Running->ended);
+    EXPECT_TRUE(spreadsheets.Running->application.workbooks().empty());
     EXPECT_EQ(spreadsheets.Log(), (Log{"AttachRunning", "DisplayAlerts", "OpenWorkbook",
                                        "ActiveSheet", "Values", "CloseWorkbooks", "Quit"}));
 }
 
 TEST_P(Workbook, IsReadInANewApplicationWhenTheRunningOneDoesNotAnswer) {
-    spreadsheets.Running = std::make_shared<FakeSpreadsheets::Instance>();
-    spreadsheets.FailAt = 2; // its alerts
+    startByUser(0);
+    spreadsheets.FailAt(2); // its alerts
     putRow(2, {L"a"});
     read(floors);
     EXPECT_EQ(floors.GetCountOfRooms(), 1);
     EXPECT_EQ(spreadsheets.Created().size(), 1U);
-    EXPECT_FALSE(spreadsheets.Running->Ended);
+    EXPECT_FALSE(spreadsheets.Running->ended);
     expectClosed();
 }
 
@@ -423,10 +433,9 @@ TEST_P(Workbook, NeedsTheApplicationForReading) {
     const auto error = [&] {
         return errorOf([&] { clsExcel(context).ReadListFromFile(file, floors); });
     };
-    spreadsheets.FailAt = 2; // creating one
+    spreadsheets.FailAt(2); // creating one
     EXPECT_EQ(error(), RuntimeError::ObjectVariableNotSet);
-    spreadsheets.FailAt = 0;
-    spreadsheets.NothingAt = spreadsheets.Calls() + 2;
+    spreadsheets.FailAt(2, FaultMode::Empty);
     EXPECT_EQ(error(), RuntimeError::ObjectVariableNotSet);
     spreadsheets.Installed = false;
     EXPECT_EQ(error(), RuntimeError::ObjectVariableNotSet);
@@ -436,7 +445,7 @@ TEST_P(Workbook, NeedsTheApplicationForReading) {
 
 TEST_P(Workbook, ThatIsMissingGivesTheApplicationsError) {
     EXPECT_EQ(errorOf([&] { clsExcel(context).ReadListFromFile(L"fehlt.xls", floors); }),
-              FakeSpreadsheets::ApplicationError);
+              practice::spreadsheet::SheetError::ApplicationDefined);
     EXPECT_EQ(spreadsheets.LeftBehind(), 1);
     EXPECT_TRUE(context.TableUpdates.empty());
 }
@@ -454,9 +463,9 @@ TEST_P(Workbook, EndsAtAnIdentifierThatDoesNotConvert) {
 TEST_P(Workbook, IsLetGoBeforeTheApplicationIsToldToQuit) {
     addRooms(1);
     write(floors);
-    EXPECT_EQ(spreadsheets.ObjectsAtQuit, 1); // the application itself
+    EXPECT_EQ(spreadsheets.ObjectsAtQuit(), 1); // the application itself
     read(floors);
-    EXPECT_EQ(spreadsheets.ObjectsAtQuit, 1);
+    EXPECT_EQ(spreadsheets.ObjectsAtQuit(), 1);
 }
 
 TEST_P(Workbook, HasAMemberThatDoesNothing) {
@@ -485,7 +494,7 @@ TEST_P(Workbook, WithANamelessRoomEndsThereWhenItIsReadAgain) {
     RoomForTest{.Name = L"", .Story = L"OG0"}.AddTo(floors);
     RoomForTest{.Name = L"danach", .Story = L"OG0"}.AddTo(floors);
     write(floors);
-    EXPECT_EQ(sheet().At(5, 1), CellValue(L"danach"));
+    EXPECT_EQ(at(5, 1), CellValue(L"danach"));
     clsFloors again;
     read(again);
     EXPECT_EQ(again.GetCountOfRooms(), 2);
@@ -523,10 +532,9 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfWriting) {
     for (const bool isNew : {true, false}) {
         spreadsheets.Files.clear();
         if (!isNew) {
-            sheet().Put(2, 1, L"alt");
+            put(2, 1, L"alt");
         }
         spreadsheets.ForgetCalls();
-        spreadsheets.FailAt = 0;
         write(floors);
         const int calls = spreadsheets.Calls();
         const auto last = static_cast<std::size_t>(calls);
@@ -535,19 +543,18 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfWriting) {
             for (int n = 1; n <= calls; ++n) {
                 spreadsheets.Files.clear();
                 if (!isNew) {
-                    sheet().Put(2, 1, L"alt");
+                    put(2, 1, L"alt");
                 }
                 spreadsheets.ForgetCalls();
-                spreadsheets.FailAt = n;
-                spreadsheets.Gone = gone;
+                spreadsheets.FailAt(n, gone ? FaultMode::Exit : FaultMode::Fail);
                 EXPECT_NO_THROW(write(floors));
                 EXPECT_EQ(contentsOf(floors), before);
                 EXPECT_EQ(spreadsheets.OpenObjects(), 0);
                 EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
                 // What is on the disk is the old workbook or the whole new one.
-                if (spreadsheets.Files.contains(file) && sheet().At(2, 1) != CellValue(L"alt")) {
+                if (spreadsheets.Files.contains(file) && at(2, 1) != CellValue(L"alt")) {
                     clsFloors again;
-                    spreadsheets.FailAt = 0;
+                    spreadsheets.ForgetCalls();
                     read(again);
                     EXPECT_EQ(again.GetCountOfRooms(), 600) << n;
                 }
@@ -567,8 +574,7 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfReading) {
     for (const bool gone : {false, true}) {
         for (int n = 1; n <= calls; ++n) {
             spreadsheets.ForgetCalls();
-            spreadsheets.FailAt = n;
-            spreadsheets.Gone = gone;
+            spreadsheets.FailAt(n, gone ? FaultMode::Exit : FaultMode::Fail);
             clsFloors list;
             EXPECT_NO_THROW(read(list));
             const auto contents = contentsOf(list);
@@ -586,10 +592,11 @@ TEST_P(Workbook, TakesAnApplicationThatAnswersWithNothingForAFailure) {
     write(floors);
     for (int n = 1; n <= 8; ++n) {
         spreadsheets.ForgetCalls();
-        spreadsheets.NothingAt = n;
+        spreadsheets.FailAt(n, FaultMode::Empty);
         clsFloors list;
         EXPECT_NO_THROW(read(list));
         spreadsheets.ForgetCalls();
+        spreadsheets.FailAt(n, FaultMode::Empty);
         EXPECT_NO_THROW(write(floors));
         EXPECT_EQ(spreadsheets.OpenObjects(), 0);
     }

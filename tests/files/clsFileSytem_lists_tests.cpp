@@ -425,7 +425,7 @@ TEST_F(TextList, UnderAWorkbooksNameEndsAtErrorsWithoutAWord) {
 
 TEST_F(TextList, IsNotWrittenForOtherErrorsOfTheApplication) {
     RoomForTest().AddTo(floors);
-    context.Spreadsheets.FailAt = 2; // the alerts
+    context.Spreadsheets.FailAt(2); // the alerts
     clsFileSytem(context).WriteListToFile(folder.Path(L"a.xls"), floors);
     EXPECT_FALSE(folder.Has(L"a.xls"));
 }

@@ -5,6 +5,8 @@
 namespace kalvrooms {
 namespace {
 
+using practice::FaultMode;
+
 PointArray pointsOf(std::initializer_list<std::pair<double, double>> values) {
     PointArray points;
     for (const auto& [x, y] : values) {
@@ -238,7 +240,9 @@ TEST_P(PointFile, RoundTripsKeepFifteenDigits) {
 
 class PointWorkbook : public FileTestUnderBothLocales {
   protected:
-    FakeSheet& sheet() { return context.Spreadsheets.Files[L"p.xls"].ActiveSheet(); }
+    void put(int row, int column, CellValue value) {
+        context.SheetOf(L"p.xls").Set(row, column, {std::move(value)});
+    }
     bool read() { return clsFileSytem(context).ReadPointsFromGeometryFile(L"p.xls", points); }
     void expectClosed() {
         EXPECT_EQ(context.Spreadsheets.LeftBehind(), 0);
@@ -255,14 +259,14 @@ INSTANTIATE_TEST_SUITE_P(Locales, PointWorkbook,
                          testing::Values(NumberLocale::German(), NumberLocale::Point()));
 
 TEST_P(PointWorkbook, IsReadFromTheFirstTwoColumns) {
-    sheet().Put(1, 1, 3.0);
-    sheet().Put(2, 1, 1.5);
-    sheet().Put(2, 2, -2.25);
-    sheet().Put(3, 1, 3.0);
-    sheet().Put(3, 2, 4.0);
-    sheet().Put(4, 1, local(L"5.5"));
-    sheet().Put(4, 2, L"6");
-    sheet().Put(5, 1, 99.0);
+    put(1, 1, 3.0);
+    put(2, 1, 1.5);
+    put(2, 2, -2.25);
+    put(3, 1, 3.0);
+    put(3, 2, 4.0);
+    put(4, 1, local(L"5.5"));
+    put(4, 2, L"6");
+    put(5, 1, 99.0);
     ASSERT_TRUE(read());
     ASSERT_EQ(points.Count(), 3);
     expectPoint(0, 1.5, -2.25);
@@ -272,14 +276,14 @@ TEST_P(PointWorkbook, IsReadFromTheFirstTwoColumns) {
 }
 
 TEST_P(PointWorkbook, RepeatsTheFirstPointForRowsThatAreNotNumeric) {
-    sheet().Put(1, 1, 4.0);
-    sheet().Put(2, 1, 7.0);
-    sheet().Put(2, 2, 8.0);
-    sheet().Put(3, 1, L"x");
-    sheet().Put(3, 2, 4.0);
-    sheet().Put(4, 1, 3.0);
-    sheet().Put(5, 1, CellError{L"#N/A"});
-    sheet().Put(5, 2, true);
+    put(1, 1, 4.0);
+    put(2, 1, 7.0);
+    put(2, 2, 8.0);
+    put(3, 1, L"x");
+    put(3, 2, 4.0);
+    put(4, 1, 3.0);
+    put(5, 1, CellError{L"#N/A"});
+    put(5, 2, true);
     ASSERT_TRUE(read());
     for (int i = 0; i < 4; ++i) {
         expectPoint(i, 7, 8);
@@ -287,10 +291,10 @@ TEST_P(PointWorkbook, RepeatsTheFirstPointForRowsThatAreNotNumeric) {
 }
 
 TEST_P(PointWorkbook, RepeatsZeroWhenTheFirstRowIsNotNumeric) {
-    sheet().Put(1, 1, 3.0);
-    sheet().Put(2, 2, 8.0);
-    sheet().Put(3, 1, 1.0);
-    sheet().Put(3, 2, 2.0);
+    put(1, 1, 3.0);
+    put(2, 2, 8.0);
+    put(3, 1, 1.0);
+    put(3, 2, 2.0);
     ASSERT_TRUE(read());
     expectPoint(0, 0, 0);
     expectPoint(1, 1, 2);
@@ -298,15 +302,15 @@ TEST_P(PointWorkbook, RepeatsZeroWhenTheFirstRowIsNotNumeric) {
 }
 
 TEST_P(PointWorkbook, WithoutACountIsReadAndLeavesThePointsAsTheyWere) {
-    sheet().Put(2, 1, 1.0);
-    sheet().Put(2, 2, 2.0);
+    put(2, 1, 1.0);
+    put(2, 2, 2.0);
     EXPECT_TRUE(read());
     EXPECT_FALSE(points.IsSet());
     expectClosed();
 
     points.Add(1.0, 2.0);
     for (const CellValue& count : {CellValue(L"x"), CellValue(true), CellValue(L"")}) {
-        sheet().Put(1, 1, count);
+        put(1, 1, count);
         EXPECT_TRUE(read());
         EXPECT_EQ(points.Count(), 1);
         expectClosed();
@@ -314,29 +318,29 @@ TEST_P(PointWorkbook, WithoutACountIsReadAndLeavesThePointsAsTheyWere) {
 }
 
 TEST_P(PointWorkbook, RoundsItsCount) {
-    sheet().Put(1, 1, 2.5);
-    sheet().Put(2, 1, 1.0);
-    sheet().Put(2, 2, 2.0);
+    put(1, 1, 2.5);
+    put(2, 1, 1.0);
+    put(2, 2, 2.0);
     ASSERT_TRUE(read());
     EXPECT_EQ(points.Count(), 2);
-    sheet().Put(1, 1, L" 3 ");
+    put(1, 1, L" 3 ");
     ASSERT_TRUE(read());
     EXPECT_EQ(points.Count(), 3);
 }
 
 TEST_P(PointWorkbook, WithAnImpossibleCountIsNotRead) {
     for (const double count : {0.0, -1.0, 3e9, 2e9, 100'000.0}) {
-        sheet().Put(1, 1, count);
+        put(1, 1, count);
         EXPECT_FALSE(read()) << count;
     }
 }
 
 TEST_P(PointWorkbook, IsReadWholeHoweverManyPointsItHolds) {
     constexpr int count = 65'535; // to the last row of the sheet
-    sheet().Put(1, 1, static_cast<double>(count));
+    put(1, 1, static_cast<double>(count));
     for (int i = 0; i < count; ++i) {
-        sheet().Put(i + 2, 1, i * 0.5);
-        sheet().Put(i + 2, 2, i * 0.25);
+        put(i + 2, 1, i * 0.5);
+        put(i + 2, 2, i * 0.25);
     }
     ASSERT_TRUE(read());
     ASSERT_EQ(points.Count(), count);
@@ -356,7 +360,7 @@ TEST_P(PointWorkbook, WithoutTheApplicationIsNotRead) {
 }
 
 TEST_P(PointWorkbook, ShowsTheHourglassWhileItIsRead) {
-    sheet().Put(1, 1, 1.0);
+    put(1, 1, 1.0);
     read();
     const auto& shapes = context.Headless.desktop.PointerHistory();
     ASSERT_GE(shapes.size(), 2U);
@@ -365,18 +369,17 @@ TEST_P(PointWorkbook, ShowsTheHourglassWhileItIsRead) {
 }
 
 TEST_P(PointWorkbook, SurvivesAFailureOfAnyCall) {
-    sheet().Put(1, 1, 600.0);
+    put(1, 1, 600.0);
     read();
     const int calls = context.Spreadsheets.Calls();
     for (const bool gone : {false, true}) {
         for (int n = 1; n <= calls; ++n) {
             points = PointArray();
             context.Spreadsheets.ForgetCalls();
-            context.Spreadsheets.FailAt = n;
-            context.Spreadsheets.Gone = gone;
+            context.Spreadsheets.FailAt(n, gone ? FaultMode::Exit : FaultMode::Fail);
             // Only attaching and switching the alerts off may fail without consequences.
             const bool complete = read();
-            EXPECT_EQ(complete, !gone && (n == 1 || n == 3)) << n;
+            EXPECT_EQ(complete, n == 1 || (n == 3 && !gone)) << n;
             EXPECT_EQ(context.Spreadsheets.OpenObjects(), 0);
             EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
         }

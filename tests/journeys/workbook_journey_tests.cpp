@@ -95,19 +95,16 @@ TEST_F(WorkbookJourney, AWorkbookIsOpenedSavedInPlaceAndUnderANewName) {
     EXPECT_EQ(ui::textOf(quartino.main()), L" Quartino - second.xls");
     EXPECT_TRUE(spreadsheetProcessesEnd());
     EXPECT_THAT(stored(L"second.xls").sheets, SizeIs(4));
-    EXPECT_EQ(storedSheet(L"second.xls")->At(2, 1),
-              (sheets::Cell{std::wstring(L"007"), L"", sheets::TextFormat}));
-    EXPECT_EQ(storedSheet(L"second.xls")->At(2, 3),
-              (sheets::Cell{12.5, L"", sheets::GeneralFormat}));
+    EXPECT_EQ(storedSheet(L"second.xls")->At(2, 1), (sheets::Cell{L"007", TextNumberFormat}));
+    EXPECT_EQ(storedSheet(L"second.xls")->At(2, 3), sheets::Cell{12.5});
 
     // What is behind the list in a workbook stays when it is saved in place.
     sheets::Workbook workbook = stored(L"second.xls");
-    workbook.sheets[workbook.active]->Set(3, 13,
-                                          {std::wstring(L"remark"), L"", sheets::GeneralFormat});
+    workbook.ActiveSheet().Set(3, 13, {L"remark"});
     store(L"second.xls", workbook);
     save(quartino);
     EXPECT_TRUE(spreadsheetProcessesEnd());
-    EXPECT_EQ(storedSheet(L"second.xls")->At(3, 13).value, sheets::Value(std::wstring(L"remark")));
+    EXPECT_EQ(storedSheet(L"second.xls")->At(3, 13).value, CellValue(L"remark"));
     EXPECT_EQ(quartino.program().close(), 0u);
     EXPECT_EQ(readContents(L"second.xls"), contents);
 }

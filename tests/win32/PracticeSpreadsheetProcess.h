@@ -137,6 +137,14 @@ class StartedSpreadsheet {
         return WaitForSingleObject(started_.hProcess, milliseconds) == WAIT_OBJECT_0;
     }
 
+    void tell(UINT message, WPARAM what = 0) const { PostMessageW(control(), message, what, 0); }
+    // Zero as well when there is no answer.
+    DWORD_PTR ask(UINT message) const {
+        DWORD_PTR answer = 0;
+        SendMessageTimeoutW(control(), message, 0, 0, SMTO_NORMAL, 5000, &answer);
+        return answer;
+    }
+
   protected:
     explicit StartedSpreadsheet(const std::wstring& arguments)
         : started_(startSpreadsheetProgram(arguments)) {}
@@ -173,12 +181,7 @@ class RunningSpreadsheet : public StartedSpreadsheet {
         }
     }
 
-    void tell(UINT message, WPARAM what = 0) const { PostMessageW(control(), message, what, 0); }
-    bool hasDialog() const {
-        DWORD_PTR answer = 0;
-        SendMessageTimeoutW(control(), sheets::AskDialogMessage, 0, 0, SMTO_NORMAL, 5000, &answer);
-        return answer == 1;
-    }
+    bool hasDialog() const { return ask(sheets::AskDialogMessage) == 1; }
 };
 
 // The lines "object.member=count" that an instance leaves when it ends.
