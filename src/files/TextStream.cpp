@@ -78,56 +78,69 @@ void openFile(std::filebuf& file, const std::wstring& fileName, std::ios::openmo
 
 } // namespace
 
-TextReader::TextReader(const std::wstring& fileName, const AnsiCodec& codec)
-    : codec_(codec), buffer_(bufferSize) {
+TextReader::TextReader(const std::wstring& fileName, const AnsiCodec& codec) : codec_(codec) {
     openFile(file_, fileName, std::ios::in);
 }
 
-void TextReader::fill() {
-    if (exhausted_ || next_ < end_) {
-        return;
-    }
-    next_ = 0;
-    end_ = 0;
+// Appends what the file gives next; false at its end.
+bool TextReader::readMore() {
+    const std::size_t before = bytes_.size();
+    bytes_.resize(before + bufferSize);
+    std::streamsize count = 0;
     try {
-        const std::streamsize count =
-            file_.sgetn(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-        end_ = static_cast<std::size_t>(std::max<std::streamsize>(count, 0));
+        count = file_.sgetn(bytes_.data() + before, static_cast<std::streamsize>(bufferSize));
     } catch (const std::ios_base::failure&) {
         throw RuntimeError(RuntimeError::DeviceError);
     }
-    exhausted_ = end_ == 0;
+    bytes_.resize(before + static_cast<std::size_t>(std::max<std::streamsize>(count, 0)));
+    return bytes_.size() > before;
+}
+
+void TextReader::fill() {
+    if (exhausted_ || next_ < lines_.size()) {
+        return;
+    }
+    lines_.clear();
+    next_ = 0;
+    std::size_t whole = 0;
+    while (whole == 0) {
+        const std::size_t before = bytes_.size();
+        exhausted_ = !readMore();
+        const std::string_view fresh = std::string_view(bytes_).substr(before);
+        if (before + std::min(fresh.find('\n'), fresh.size()) > LongestLine) {
+            throw RuntimeError(RuntimeError::OutOfMemory);
+        }
+        const std::size_t end = fresh.rfind('\n');
+        if (exhausted_) {
+            whole = bytes_.size();
+            break;
+        }
+        whole = end == std::string_view::npos ? 0 : before + end + 1;
+    }
+    // A line end is never a part of another character, whatever the code page.
+    const std::string rest = bytes_.substr(whole);
+    bytes_.resize(whole);
+    lines_ = codec_.Decode(bytes_);
+    bytes_ = rest;
 }
 
 bool TextReader::AtEnd() {
     fill();
-    return next_ == end_;
+    return next_ == lines_.size();
 }
 
-std::wstring TextReader::ReadLine() {
+std::wstring_view TextReader::ReadLine() {
     if (AtEnd()) {
         throw RuntimeError(RuntimeError::InputPastEndOfFile);
     }
-    line_.clear();
-    bool ended = false;
-    while (!ended && !AtEnd()) {
-        const char* const begin = buffer_.data() + next_;
-        const void* const found = std::memchr(begin, '\n', end_ - next_);
-        ended = found != nullptr;
-        const std::size_t count =
-            ended ? static_cast<std::size_t>(static_cast<const char*>(found) - begin)
-                  : end_ - next_;
-        if (count > LongestLine - line_.size()) {
-            throw RuntimeError(RuntimeError::OutOfMemory);
-        }
-        line_.append(begin, count);
-        next_ += count + (ended ? 1 : 0);
-    }
+    const std::wstring_view rest = std::wstring_view(lines_).substr(next_);
+    std::wstring_view line = rest.substr(0, rest.find(L'\n'));
+    next_ += std::min(line.size() + 1, rest.size());
     // A file that was cut off between CR and LF loses nothing of its last line either.
-    if (!line_.empty() && line_.back() == '\r') {
-        line_.pop_back();
+    if (line.ends_with(L'\r')) {
+        line.remove_suffix(1);
     }
-    return codec_.Decode(line_);
+    return line;
 }
 
 TextWriter::TextWriter(const std::wstring& fileName, const AnsiCodec& codec) : codec_(codec) {
@@ -142,13 +155,12 @@ TextWriter::~TextWriter() {
     try {
         flush();
     } catch (const std::exception&) {
-        // Whoever did not come to closing has an error already.
+        // Closing tells of errors; without it there was one already.
     }
 }
 
-void TextWriter::WriteLine(const std::wstring& line) {
-    buffer_ += codec_.Encode(line);
-    buffer_ += "\r\n";
+void TextWriter::WriteLine(std::wstring_view line) {
+    buffer_.append(line).append(L"\r\n");
     if (buffer_.size() >= bufferSize) {
         flush();
     }
@@ -168,10 +180,11 @@ void TextWriter::Close() {
 }
 
 void TextWriter::flush() {
-    const auto size = static_cast<std::streamsize>(buffer_.size());
+    const std::string bytes = codec_.Encode(buffer_);
+    const auto size = static_cast<std::streamsize>(bytes.size());
     std::streamsize written = 0;
     try {
-        written = file_.sputn(buffer_.data(), size);
+        written = file_.sputn(bytes.data(), size);
     } catch (const std::ios_base::failure&) {
         written = -1;
     }

@@ -1,5 +1,6 @@
 #pragma once
-// Text files of 8-bit lines, read and written one line at a time through a fixed buffer.
+// Text files of 8-bit lines, read and written one line at a time through a buffer, which goes
+// through the code page as a whole.
 //
 // Errors on opening: InvalidProcedureCall for an empty name, BadFileName for one that the system
 // cannot have, FileNotFound, PathNotFound for a missing folder, PermissionDenied for a folder of
@@ -8,6 +9,7 @@
 #include <cstddef>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Platform.h"
@@ -21,7 +23,8 @@ class TextReader {
     bool AtEnd();
     // A line without its end, which is LF or CR LF. Errors: InputPastEndOfFile at the end,
     // OutOfMemory for a line that no text could hold.
-    std::wstring ReadLine();
+    // The view holds until the next line is read.
+    std::wstring_view ReadLine();
 
     // Bytes of the longest line. A device that never ends a line stops here, not when the
     // machine's memory is used up.
@@ -29,14 +32,14 @@ class TextReader {
 
   private:
     void fill();
+    bool readMore();
 
     const AnsiCodec& codec_;
     std::filebuf file_;
-    std::vector<char> buffer_;
-    std::size_t next_ = 0; // first byte of the buffer that was not handed out
-    std::size_t end_ = 0;  // behind the last byte that was read into it
+    std::string bytes_;    // read, but not decoded: the beginning of a line
+    std::wstring lines_;   // decoded, as whole lines up to the end of the file
+    std::size_t next_ = 0; // first character that was not handed out
     bool exhausted_ = false;
-    std::string line_;
 };
 
 class TextWriter {
@@ -49,7 +52,7 @@ class TextWriter {
     TextWriter& operator=(const TextWriter&) = delete;
 
     // Ends the line with CR LF.
-    void WriteLine(const std::wstring& line);
+    void WriteLine(std::wstring_view line);
     // Error: DeviceError when not everything reached the file.
     void Close();
 
@@ -58,7 +61,7 @@ class TextWriter {
 
     const AnsiCodec& codec_;
     std::filebuf file_;
-    std::string buffer_;
+    std::wstring buffer_;
 };
 
 } // namespace kalvrooms

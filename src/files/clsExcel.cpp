@@ -1,34 +1,25 @@
 #include "files/clsExcel.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "app/clsWait.h"
-#include "files/RoomColumns.h"
+#include "files/RoomRow.h"
 #include "model/RuntimeError.h"
 
 namespace kalvrooms {
 
 namespace {
 
-// Columns of a room list.
-enum Column : int {
-    NameColumn = 1,
-    FunctionColumn,
-    AreaColumn,
-    StoryColumn,
-    EnclosureColumn,
-    OccupancyColumn,
-    AreaTypeColumn,
-    FileColumn,
-    DxColumn,
-    DyColumn,
-    RoomIDColumn,
-};
 constexpr int columnCount = static_cast<int>(RoomColumnCount);
-static_assert(RoomIDColumn == columnCount);
+
+// Sheets count from 1.
+constexpr int sheetColumn(std::size_t column) {
+    return static_cast<int>(column) + 1;
+}
 
 constexpr int headerRow = 1;
 constexpr int firstRoomRow = 2;
@@ -78,11 +69,8 @@ double numberOrZero(const CellValue& value, const NumberLocale& locale) {
     if (const auto* number = std::get_if<double>(&value)) {
         return *number;
     }
-    if (std::holds_alternative<CellDate>(value)) {
-        return 0.0;
-    }
-    const std::wstring text = textOf(value, locale);
-    return IsNumeric(text, locale) ? ToDouble(text, locale) : 0.0;
+    return std::holds_alternative<CellDate>(value) ? 0.0
+                                                   : NumberOrZero(textOf(value, locale), locale);
 }
 
 } // namespace
@@ -197,9 +185,9 @@ void clsExcel::readRooms(clsFloors& floors) {
     const NumberLocale locale = UserLocale();
     for (int row = firstRoomRow;;) {
         const int rows = rowsPerBlock - (row - 1) % rowsPerBlock;
-        const CellBlock block = sheet_->Values({row, NameColumn, rows, columnCount});
+        const CellBlock block = sheet_->Values({row, 1, rows, columnCount});
         for (int i = 0; i < rows; ++i) {
-            if (textOf(block.At(i, NameColumn - 1), locale).empty()) {
+            if (textOf(block.At(i, NameColumn), locale).empty()) {
                 return;
             }
             addRoom(block, i, locale, floors);
@@ -210,23 +198,15 @@ void clsExcel::readRooms(clsFloors& floors) {
 
 void clsExcel::addRoom(const CellBlock& rows, int row, const NumberLocale& locale,
                        clsFloors& floors) {
-    const auto text = [&](Column column) { return textOf(rows.At(row, column - 1), locale); };
-    clsRoom room;
-    room.Name(text(NameColumn));
-    room.FunctionName(text(FunctionColumn));
-    room.Geometry->Area(numberOrZero(rows.At(row, AreaColumn - 1), locale));
-    room.StoryCode(text(StoryColumn));
-    room.Enclosure(text(EnclosureColumn));
-    room.Occupancy(text(OccupancyColumn));
-    room.AreaType(text(AreaTypeColumn));
-    room.SetRoomID(text(RoomIDColumn));
-    const std::wstring pointFile = text(FileColumn);
-    if (!Trim(pointFile).empty()) {
-        room.Geometry->SetTypeAndValue(CalculationByFile, pointFile);
-    } else {
-        room.Geometry->SetAspectRatio(text(DxColumn), text(DyColumn));
+    std::array<std::wstring, RoomColumnCount> texts;
+    for (int column = 0; column < columnCount; ++column) {
+        texts[static_cast<std::size_t>(column)] = textOf(rows.At(row, column), locale);
     }
-    floors.AddRooms(room, 1);
+    RoomTexts views;
+    std::copy(texts.begin(), texts.end(), views.begin());
+    clsRoom room;
+    FromRow(views, numberOrZero(rows.At(row, AreaColumn), locale), locale, room);
+    floors.AddRoom(room);
 }
 
 // ------------------------------------------------------------------------- writing a list
@@ -248,9 +228,11 @@ void clsExcel::WriteListToFile(const std::wstring& fileName, const clsFloors& fl
 }
 
 void clsExcel::formatColumns(std::int32_t countOfRooms) {
-    sheet_->NumberFormat({headerRow, NameColumn, countOfRooms + 1, columnCount}, TextNumberFormat);
-    sheet_->NumberFormat({firstRoomRow, AreaColumn, countOfRooms, 1}, GeneralNumberFormat);
-    sheet_->NumberFormat({firstRoomRow, DxColumn, countOfRooms, 2}, GeneralNumberFormat);
+    sheet_->NumberFormat({headerRow, 1, countOfRooms + 1, columnCount}, TextNumberFormat);
+    sheet_->NumberFormat({firstRoomRow, sheetColumn(AreaColumn), countOfRooms, 1},
+                         GeneralNumberFormat);
+    sheet_->NumberFormat({firstRoomRow, sheetColumn(DxColumn), countOfRooms, 2},
+                         GeneralNumberFormat);
 }
 
 void clsExcel::WriteHeaderRow() {
@@ -259,7 +241,7 @@ void clsExcel::WriteHeaderRow() {
         titles.At(0, column) =
             services_.texts.GetText(RoomColumnTitles[static_cast<std::size_t>(column)]);
     }
-    sheet_->Values({headerRow, NameColumn, 1, columnCount}, titles);
+    sheet_->Values({headerRow, 1, 1, columnCount}, titles);
 }
 
 void clsExcel::writeRooms(const clsFloors& floors, std::int32_t countOfRooms) {
@@ -268,7 +250,9 @@ void clsExcel::writeRooms(const clsFloors& floors, std::int32_t countOfRooms) {
         int column;
         std::wstring text;
     };
+    const NumberLocale locale = UserLocale();
     clsRoom room;
+    RoomRow row;
     for (std::int32_t first = 1; first <= countOfRooms; first += rowsPerBlock) {
         const int rows = std::min(rowsPerBlock, countOfRooms - first + 1);
         const int topRow = firstRoomRow + first - 1;
@@ -281,28 +265,20 @@ void clsExcel::writeRooms(const clsFloors& floors, std::int32_t countOfRooms) {
             if (room.ID() == 0) {
                 continue;
             }
-            const auto setText = [&](Column column, std::wstring text) {
-                if (text.size() > longestTextInBlock) {
-                    longTexts.push_back({topRow + i, column, std::move(text)});
+            ToRow(room, locale, row);
+            for (int column = 0; column < columnCount; ++column) {
+                const auto& value = row[static_cast<std::size_t>(column)];
+                const auto* const text = std::get_if<std::wstring>(&value);
+                if (text == nullptr) {
+                    block.At(i, column) = std::get<double>(value);
+                } else if (text->size() > longestTextInBlock) {
+                    longTexts.push_back({topRow + i, column + 1, *text});
                 } else {
-                    block.At(i, column - 1) = std::move(text);
+                    block.At(i, column) = *text;
                 }
-            };
-            clsGeometry& geometry = *room.Geometry;
-            // In this order: asking for a side may change the type, the path comes before that.
-            setText(NameColumn, room.Name());
-            setText(FunctionColumn, room.FunctionName());
-            block.At(i, AreaColumn - 1) = geometry.Area();
-            setText(StoryColumn, room.StoryCode());
-            setText(EnclosureColumn, room.Enclosure());
-            setText(OccupancyColumn, room.Occupancy());
-            setText(AreaTypeColumn, room.AreaType());
-            setText(FileColumn, geometry.FileName());
-            block.At(i, DxColumn - 1) = geometry.dx();
-            block.At(i, DyColumn - 1) = geometry.dy();
-            setText(RoomIDColumn, room.GetRoomID());
+            }
         }
-        sheet_->Values({topRow, NameColumn, rows, columnCount}, block);
+        sheet_->Values({topRow, 1, rows, columnCount}, block);
         for (const LongText& longText : longTexts) {
             sheet_->Value(longText.row, longText.column, longText.text);
         }

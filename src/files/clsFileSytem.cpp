@@ -1,11 +1,10 @@
 #include "files/clsFileSytem.h"
 
-#include <array>
 #include <cmath>
 #include <exception>
 #include <string_view>
 
-#include "files/RoomColumns.h"
+#include "files/RoomRow.h"
 #include "files/clsExcel.h"
 #include "model/RuntimeError.h"
 #include "model/basValidation.h"
@@ -17,53 +16,25 @@ namespace {
 
 constexpr std::wstring_view workbookEnding = L"xls";
 constexpr std::wstring_view separator = L" \t ";
-constexpr std::int32_t textWorkbookNeedsApplication = 73;
 constexpr const wchar_t* applicationTitle = L"Quartino";
 
-using Fields = std::array<std::wstring, RoomColumnCount>;
-
-// Blanks at both ends only; a tab has split the line before.
-std::wstring trimmed(std::wstring_view text) {
-    const std::size_t first = text.find_first_not_of(L' ');
-    if (first == std::wstring_view::npos) {
-        return {};
-    }
-    return std::wstring(text.substr(first, text.find_last_not_of(L' ') - first + 1));
-}
-
 // Fields that the line does not reach stay empty; what stands behind the last one is dropped.
-Fields split(const std::wstring& line) {
-    Fields fields;
-    std::wstring_view rest = line;
-    for (std::wstring& field : fields) {
-        const std::size_t tab = rest.find(L'\t');
-        field = trimmed(rest.substr(0, tab));
+RoomTexts split(std::wstring_view line) {
+    RoomTexts fields;
+    for (std::wstring_view& field : fields) {
+        const std::size_t tab = line.find(L'\t');
+        // Blanks at both ends only: a tab has split the line before.
+        field = TrimmedView(line.substr(0, tab));
         if (tab == std::wstring_view::npos) {
             break;
         }
-        rest.remove_prefix(tab + 1);
+        line.remove_prefix(tab + 1);
     }
     return fields;
 }
 
-std::wstring join(const Fields& fields) {
-    std::size_t length = 0;
-    for (const std::wstring& field : fields) {
-        length += field.size() + separator.size();
-    }
-    std::wstring line;
-    line.reserve(length);
-    for (const std::wstring& field : fields) {
-        if (&field != &fields.front()) {
-            line += separator;
-        }
-        line += field;
-    }
-    return line;
-}
-
 // "2.5" would convert as well, by rounding; as a count of lines it says that this is another file.
-std::int32_t wholeNumber(const std::wstring& text) {
+std::int32_t wholeNumber(std::wstring_view text) {
     const NumberLocale locale = UserLocale();
     const double number = ToDouble(text, locale);
     if (number != std::floor(number)) {
@@ -75,7 +46,7 @@ std::int32_t wholeNumber(const std::wstring& text) {
 } // namespace
 
 bool clsFileSytem::IsExcelFile(const std::wstring& fileName) {
-    return Trim(fileName).ends_with(workbookEnding);
+    return TrimmedView(fileName).ends_with(workbookEnding);
 }
 
 // ------------------------------------------------------------------------- writing a list
@@ -108,41 +79,45 @@ void clsFileSytem::WriteListToTextFile(const std::wstring& fileName, const clsFl
     file.WriteLine(BuildHeaderLine());
     const NumberLocale locale = UserLocale();
     clsRoom room;
+    RoomRow row;
+    std::wstring line;
     for (std::int32_t index = 1; index <= count; ++index) {
         // Rooms of a list have an ID of 2 or more, so this tells whether one came back.
         room.ID(0);
         floors.GetRoomByIndex(index, room);
         if (room.ID() != 0) {
-            file.WriteLine(BuildRoomLine(room, locale));
+            ToRow(room, locale, row);
+            BuildRoomLine(row, locale, line);
+            file.WriteLine(line);
         }
     }
     file.Close();
 }
 
 std::wstring clsFileSytem::BuildHeaderLine() const {
-    Fields titles;
-    for (std::size_t column = 0; column < titles.size(); ++column) {
-        titles[column] = services_.texts.GetText(RoomColumnTitles[column]);
+    std::wstring line;
+    for (const std::int32_t title : RoomColumnTitles) {
+        if (title != RoomColumnTitles.front()) {
+            line += separator;
+        }
+        line += services_.texts.GetText(title);
     }
-    return join(titles);
+    return line;
 }
 
-std::wstring clsFileSytem::BuildRoomLine(const clsRoom& room, const NumberLocale& locale) {
-    clsGeometry& geometry = *room.Geometry;
-    // In this order: asking for a side may change the type, the path comes before that.
-    Fields fields;
-    fields[0] = room.Name();
-    fields[1] = room.FunctionName();
-    fields[2] = FromDouble(geometry.Area(), locale);
-    fields[3] = room.StoryCode();
-    fields[4] = room.Enclosure();
-    fields[5] = room.Occupancy();
-    fields[6] = room.AreaType();
-    fields[7] = geometry.FileName();
-    fields[8] = FromDouble(geometry.dx(), locale);
-    fields[9] = FromDouble(geometry.dy(), locale);
-    fields[10] = room.GetRoomID();
-    return join(fields);
+void clsFileSytem::BuildRoomLine(const RoomRow& row, const NumberLocale& locale,
+                                 std::wstring& line) {
+    line.clear();
+    for (std::size_t column = 0; column < row.size(); ++column) {
+        if (column > 0) {
+            line += separator;
+        }
+        if (const auto* text = std::get_if<std::wstring>(&row[column])) {
+            line += *text;
+        } else {
+            AppendDouble(line, std::get<double>(row[column]), locale);
+        }
+    }
 }
 
 void clsFileSytem::WriteListAsTextIgnoringErrors(const std::wstring& fileName,
@@ -181,39 +156,22 @@ void clsFileSytem::ReadListFromFile(const std::wstring& fileName, clsFloors& flo
 
 void clsFileSytem::ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors) {
     TextReader file(fileName, services_.ansi);
-    const std::wstring header = file.ReadLine();
+    const std::wstring_view header = file.ReadLine();
     // The first bytes of a real workbook may hold a TAB by chance, but never without NULs; a header
     // line has none.
-    const bool isBinary = header.find(L'\0') != std::wstring::npos;
-    if ((header.find(L'\t') == std::wstring::npos || isBinary) && IsExcelFile(fileName)) {
+    const bool isBinary = header.find(L'\0') != std::wstring_view::npos;
+    if ((header.find(L'\t') == std::wstring_view::npos || isBinary) && IsExcelFile(fileName)) {
         services_.desktop.ShowMessage(
-            {services_.texts.GetText(textWorkbookNeedsApplication), applicationTitle});
+            {services_.texts.GetText(TextNumber::WorkbookNeedsApplication), applicationTitle});
         return;
     }
     const NumberLocale locale = UserLocale();
-    while (!file.AtEnd()) {
-        ParseRoomLine(file.ReadLine(), locale, floors);
-    }
-}
-
-void clsFileSytem::ParseRoomLine(const std::wstring& line, const NumberLocale& locale,
-                                 clsFloors& floors) {
-    const Fields fields = split(line);
     clsRoom room;
-    room.Name(fields[0]);
-    room.FunctionName(fields[1]);
-    room.Geometry->Area(IsNumeric(fields[2], locale) ? ToDouble(fields[2], locale) : 0.0);
-    room.StoryCode(fields[3]);
-    room.Enclosure(fields[4]);
-    room.Occupancy(fields[5]);
-    room.AreaType(fields[6]);
-    room.SetRoomID(fields[10]);
-    if (fields[7].empty()) {
-        room.Geometry->SetAspectRatio(fields[8], fields[9]);
-    } else {
-        room.Geometry->SetTypeAndValue(CalculationByFile, fields[7]);
+    while (!file.AtEnd()) {
+        const RoomTexts fields = split(file.ReadLine());
+        FromRow(fields, NumberOrZero(fields[AreaColumn], locale), locale, room);
+        floors.AddRoom(room);
     }
-    floors.AddRooms(room, 1);
 }
 
 void clsFileSytem::ReadListAsTextIgnoringErrors(const std::wstring& fileName, clsFloors& floors) {
@@ -249,9 +207,9 @@ void clsFileSytem::ReadPointsFromTextFile(TextReader& file, std::int32_t count,
                                           PointArray& points) {
     points.Dimension(count);
     for (std::int32_t index = 0; index < count; ++index) {
-        const std::wstring line = file.ReadLine();
+        const std::wstring_view line = file.ReadLine();
         const std::size_t tab = line.find(L'\t');
-        if (tab == std::wstring::npos) {
+        if (tab == std::wstring_view::npos) {
             continue;
         }
         const double x = TextToNumber(line.substr(0, tab));

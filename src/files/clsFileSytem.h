@@ -7,6 +7,7 @@
 
 #include "files/FileServices.h"
 #include "files/PointArray.h"
+#include "files/RoomRow.h"
 #include "files/TextStream.h"
 #include "model/NumberText.h"
 #include "model/clsFloors.h"
@@ -41,9 +42,7 @@ class clsFileSytem {
     void WriteListToTextFile(const std::wstring& fileName, const clsFloors& floors);
     void ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors);
     std::wstring BuildHeaderLine() const;
-    static std::wstring BuildRoomLine(const clsRoom& room, const NumberLocale& locale);
-    static void ParseRoomLine(const std::wstring& line, const NumberLocale& locale,
-                              clsFloors& floors);
+    static void BuildRoomLine(const RoomRow& row, const NumberLocale& locale, std::wstring& line);
     void WriteListAsTextIgnoringErrors(const std::wstring& fileName, const clsFloors& floors);
     void ReadListAsTextIgnoringErrors(const std::wstring& fileName, clsFloors& floors);
     void ReadListFromExcel(const std::wstring& fileName, clsFloors& floors);

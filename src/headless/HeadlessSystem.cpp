@@ -55,28 +55,29 @@ bool readDword(const HeadlessRegistry::Value& value, std::int32_t& number) {
 // ------------------------------------------------------------------------- code page
 
 std::string HeadlessAnsiCodec::Encode(const std::wstring& text) const {
-    std::string bytes;
-    bytes.reserve(text.size());
+    std::string bytes(text.size(), '?');
+    auto byte = bytes.begin();
     for (const wchar_t character : text) {
-        const auto special = std::find(upperControls.begin(), upperControls.end(), character);
-        if (special != upperControls.end())
-            bytes.push_back(static_cast<char>(firstControl + (special - upperControls.begin())));
-        else if (character < firstControl || (character >= firstLatin && character <= lastLatin))
-            bytes.push_back(static_cast<char>(character));
-        else
-            bytes.push_back('?');
+        if (character < firstControl || (character >= firstLatin && character <= lastLatin)) {
+            *byte = static_cast<char>(character);
+        } else {
+            const auto special = std::find(upperControls.begin(), upperControls.end(), character);
+            if (special != upperControls.end())
+                *byte = static_cast<char>(firstControl + (special - upperControls.begin()));
+        }
+        ++byte;
     }
     return bytes;
 }
 
 std::wstring HeadlessAnsiCodec::Decode(const std::string& bytes) const {
-    std::wstring text;
-    text.reserve(bytes.size());
+    std::wstring text(bytes.size(), L' ');
+    auto character = text.begin();
     for (const char byte : bytes) {
         const wchar_t value = static_cast<unsigned char>(byte);
         const bool special = value >= firstControl && value < firstLatin;
-        text.push_back(special ? upperControls[static_cast<std::size_t>(value - firstControl)]
-                               : value);
+        *character++ =
+            special ? upperControls[static_cast<std::size_t>(value - firstControl)] : value;
     }
     return text;
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "app/TextNumbers.h"
 #include "files/FilePath.h"
 #include "files/clsFileSytem.h"
 #include "model/NumberText.h"
@@ -17,19 +18,6 @@ namespace {
 constexpr std::int32_t mostRooms = 150;
 constexpr std::size_t longestHostText = 32;
 constexpr const wchar_t* projectWithoutName = L"RaumProgramm";
-
-constexpr std::int32_t textTitle = 1;
-constexpr std::int32_t textEnclosure = 24;
-constexpr std::int32_t textNoKvdRooms = 70;
-constexpr std::int32_t textNoRooms = 71;
-constexpr std::int32_t textTooManyRooms = 72;
-constexpr std::int32_t textCloseKvdFiles = 76;
-constexpr std::int32_t textNameCut = 77;
-constexpr std::int32_t textStoryCodeCut = 78;
-constexpr std::int32_t textFunctionCut = 79;
-constexpr std::int32_t textEndMenuAction = 80;
-constexpr std::int32_t textOccupancy = 92;
-constexpr std::int32_t textAreaType = 93;
 
 // Runs a step whose failure leaves its result as it was; tells whether it went well.
 bool attempt(const std::function<void()>& step) {
@@ -210,11 +198,11 @@ bool clsKalvero::hostForbidsAccess() {
     }
     if (standsBehindStart(description, L"interaction") &&
         standsBehindStart(description, L"menue") && standsBehindStart(description, L"terminate")) {
-        showHostMessage(textEndMenuAction);
+        showHostMessage(TextNumber::EndMenuAction);
         return true;
     }
     if (standsBehindStart(description, L"any Kvd or free plan")) {
-        showHostMessage(textCloseKvdFiles);
+        showHostMessage(TextNumber::CloseKvdFiles);
         return true;
     }
     return false;
@@ -223,7 +211,7 @@ bool clsKalvero::hostForbidsAccess() {
 void clsKalvero::showHostMessage(std::int32_t textNumber) {
     if (wait_)
         wait_->BreakWait();
-    desktop_.ShowMessage({texts_.GetText(textNumber), texts_.GetText(textTitle)});
+    desktop_.ShowMessage({texts_.GetText(textNumber), texts_.GetText(TextNumber::Title)});
     if (wait_)
         wait_->ContinueWait();
 }
@@ -288,13 +276,14 @@ void clsKalvero::ImportFloorsFromKalvero(clsFloors& floors) {
                 if (!attempt([&] { writePoints(path, element->Outline()); }))
                     removePoints(path);
                 room.Geometry->SetTypeAndValue(CalculationByFile, path);
-                floors.AddRooms(room, 1);
+                floors.AddRoom(room);
             }
             files_.table.UpdateTable(true);
         }
     }
     if (skipped)
-        desktop_.ShowMessage({texts_.GetText(textNoKvdRooms), texts_.GetText(textTitle)});
+        desktop_.ShowMessage(
+            {texts_.GetText(TextNumber::NoKvdRooms), texts_.GetText(TextNumber::Title)});
 }
 
 void clsKalvero::ReadRoomAttributes(HostRoomElement& element, clsRoom& room,
@@ -346,12 +335,14 @@ void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithM
     writtenRooms_.clear();
     const std::int32_t countOfRooms = qtoFloors.GetCountOfRooms();
     if (countOfRooms == 0) {
-        desktop_.ShowMessage({texts_.GetText(textNoRooms), texts_.GetText(textTitle)});
+        desktop_.ShowMessage(
+            {texts_.GetText(TextNumber::NoRooms), texts_.GetText(TextNumber::Title)});
         return;
     }
     if (countOfRooms > mostRooms) {
-        desktop_.ShowMessage({texts_.GetText(textTooManyRooms), texts_.GetText(textTitle),
-                              Gui::Message::Buttons::Ok, Gui::Message::Icon::Stop});
+        desktop_.ShowMessage({texts_.GetText(TextNumber::TooManyRooms),
+                              texts_.GetText(TextNumber::Title), Gui::Message::Buttons::Ok,
+                              Gui::Message::Icon::Stop});
         return;
     }
 
@@ -529,17 +520,17 @@ void clsKalvero::fillElement(const clsRoom& room, HostRoomElement& element, std:
 
 void clsKalvero::AddRoomToModificationList(const clsRoom& room, HostRoomElement& element,
                                            HostAttributeList* attributes) {
-    element.RoomName(cutForHost(room.Name(), textNameCut, warnOfName_));
-    element.StoreyCode(cutForHost(room.StoryCode(), textStoryCodeCut, warnOfStoryCode_));
-    element.RoomFunction(cutForHost(room.FunctionName(), textFunctionCut, warnOfFunction_));
+    element.RoomName(cutForHost(room.Name(), TextNumber::NameCut, warnOfName_));
+    element.StoreyCode(cutForHost(room.StoryCode(), TextNumber::StoryCodeCut, warnOfStoryCode_));
+    element.RoomFunction(cutForHost(room.FunctionName(), TextNumber::FunctionCut, warnOfFunction_));
     if (!attributes)
         return;
     std::vector<HostAttributeValue> values;
     attempt([&] { values = attributes->Values(); });
     // The blanks that frame the table's texts are no part of the host's names.
-    const NamedTexts texts{{{Trim(texts_.GetText(textEnclosure)), room.Enclosure()},
-                            {Trim(texts_.GetText(textOccupancy)), room.Occupancy()},
-                            {Trim(texts_.GetText(textAreaType)), room.AreaType()}}};
+    const NamedTexts texts{{{Trim(texts_.GetText(TextNumber::Enclosure)), room.Enclosure()},
+                            {Trim(texts_.GetText(TextNumber::HostOccupancy)), room.Occupancy()},
+                            {Trim(texts_.GetText(TextNumber::HostAreaType)), room.AreaType()}}};
     std::int32_t index = 0;
     for (const HostAttributeValue& value : values) {
         ++index;

@@ -81,6 +81,9 @@ class DecimalDigits {
         if (digits_.empty()) {
             return {Verdict::Number, 0.0};
         }
+        if (digits_.size() <= exactDigits && std::abs(exponent_) <= exactPower) {
+            return {Verdict::Number, exactValue()};
+        }
         const std::int64_t magnitude = static_cast<std::int64_t>(digits_.size()) + exponent_;
         if (magnitude > 400) {
             return {Verdict::TooLarge, 0.0};
@@ -104,6 +107,24 @@ class DecimalDigits {
     }
 
   private:
+    // So many digits and such a power of ten are floats themselves: one multiplication or division
+    // rounds as it should.
+    static constexpr std::size_t exactDigits = 15;
+    static constexpr std::int64_t exactPower = 22;
+
+    double exactValue() const {
+        static constexpr std::array<double, exactPower + 1> powers = {
+            1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+            1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+        std::int64_t whole = 0;
+        for (const char digit : digits_) {
+            whole = whole * 10 + (digit - '0');
+        }
+        const double power = powers[static_cast<std::size_t>(std::abs(exponent_))];
+        const auto value = static_cast<double>(whole);
+        return exponent_ < 0 ? value / power : value * power;
+    }
+
     // Halfway between two neighbouring floats there are at most 767 significant digits.
     static constexpr std::size_t enough = 800;
 
@@ -314,54 +335,59 @@ Whole roundTo(double value) {
     return static_cast<Whole>(rounded);
 }
 
-std::wstring plainForm(double value, const std::wstring& decimalMark) {
+void appendPlainForm(std::wstring& text, double value, const std::wstring& decimalMark) {
     if (std::isnan(value)) {
-        return L"NAN";
+        text += L"NAN";
+        return;
+    }
+    if (value < 0.0) {
+        text += L'-';
     }
     if (std::isinf(value)) {
-        return value < 0.0 ? L"-INF" : L"INF";
+        text += L"INF";
+        return;
     }
     if (value == 0.0) {
-        return L"0";
+        text += L'0';
+        return;
     }
+    // "d.dddddddddddddde+xx"
     constexpr int significant = 15;
     std::array<char, 40> buffer{};
-    const auto written =
+    const char* const end =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
-                      std::chars_format::scientific, significant - 1);
-    const std::string_view text(buffer.data(),
-                                static_cast<std::size_t>(written.ptr - buffer.data()));
-    const std::size_t letter = text.find('e');
+                      std::chars_format::scientific, significant - 1)
+            .ptr;
+    const char* power = buffer.data() + significant + 2;
+    power += *power == '+' ? 1 : 0;
+    int exponent = 0;
+    std::from_chars(power, end, exponent);
+    std::array<wchar_t, significant> all{};
+    all[0] = static_cast<wchar_t>(buffer[0]);
+    std::copy_n(buffer.data() + 2, significant - 1, all.data() + 1);
+    std::wstring_view digits(all.data(), all.size());
+    digits = digits.substr(0, digits.find_last_not_of(L'0') + 1);
 
-    std::wstring digits;
-    for (const char c : text.substr(0, letter)) {
-        if (c != '.') {
-            digits += static_cast<wchar_t>(c);
-        }
-    }
-    digits.erase(digits.find_last_not_of(L'0') + 1);
-    const int exponent = std::stoi(std::string(text.substr(letter + 1)));
-
-    std::wstring result = value < 0.0 ? L"-" : L"";
     const auto count = static_cast<int>(digits.size());
     if (exponent < -4 || exponent >= significant) {
-        result += digits[0];
+        text += digits[0];
         if (count > 1) {
-            result += decimalMark + digits.substr(1);
+            text.append(decimalMark).append(digits.substr(1));
         }
-        result += exponent < 0 ? L"E-" : L"E+";
-        const std::wstring power = std::to_wstring(std::abs(exponent));
-        result += power.size() < 2 ? L"0" + power : power;
+        text += exponent < 0 ? L"E-" : L"E+";
+        if (std::abs(exponent) < 10) {
+            text += L'0';
+        }
+        text += std::to_wstring(std::abs(exponent));
     } else if (exponent < 0) {
-        result += L"0" + decimalMark + std::wstring(static_cast<std::size_t>(-exponent - 1), L'0') +
-                  digits;
+        text.append(1, L'0').append(decimalMark);
+        text.append(static_cast<std::size_t>(-exponent - 1), L'0').append(digits);
     } else if (count <= exponent + 1) {
-        result += digits + std::wstring(static_cast<std::size_t>(exponent + 1 - count), L'0');
+        text.append(digits).append(static_cast<std::size_t>(exponent + 1 - count), L'0');
     } else {
         const auto whole = static_cast<std::size_t>(exponent + 1);
-        result += digits.substr(0, whole) + decimalMark + digits.substr(whole);
+        text.append(digits.substr(0, whole)).append(decimalMark).append(digits.substr(whole));
     }
-    return result;
 }
 
 } // namespace
@@ -382,19 +408,23 @@ NumberLocale UserLocale() {
     return localeQuery() ? localeQuery()() : NumberLocale::Point();
 }
 
-std::wstring Trim(const std::wstring& text) {
+std::wstring_view TrimmedView(std::wstring_view text) {
     const std::size_t first = text.find_first_not_of(L' ');
-    if (first == std::wstring::npos) {
+    if (first == std::wstring_view::npos) {
         return {};
     }
     return text.substr(first, text.find_last_not_of(L' ') - first + 1);
 }
 
-bool IsNumeric(const std::wstring& text, const NumberLocale& locale) {
+std::wstring Trim(std::wstring_view text) {
+    return std::wstring(TrimmedView(text));
+}
+
+bool IsNumeric(std::wstring_view text, const NumberLocale& locale) {
     return Reader(text, locale).read().verdict == Verdict::Number;
 }
 
-double ToDouble(const std::wstring& text, const NumberLocale& locale) {
+double ToDouble(std::wstring_view text, const NumberLocale& locale) {
     const Reading reading = Reader(text, locale).read();
     switch (reading.verdict) {
     case Verdict::NoNumber:
@@ -407,7 +437,12 @@ double ToDouble(const std::wstring& text, const NumberLocale& locale) {
     return reading.value;
 }
 
-std::int32_t ToLong(const std::wstring& text, const NumberLocale& locale) {
+double NumberOrZero(std::wstring_view text, const NumberLocale& locale) {
+    const Reading reading = Reader(text, locale).read();
+    return reading.verdict == Verdict::Number ? reading.value : 0.0;
+}
+
+std::int32_t ToLong(std::wstring_view text, const NumberLocale& locale) {
     return RoundToLong(ToDouble(text, locale));
 }
 
@@ -420,11 +455,19 @@ std::int16_t RoundToInteger(double value) {
 }
 
 std::wstring FromDouble(double value, const NumberLocale& locale) {
-    return plainForm(value, decimalMarkOf(locale));
+    std::wstring text;
+    appendPlainForm(text, value, decimalMarkOf(locale));
+    return text;
+}
+
+void AppendDouble(std::wstring& text, double value, const NumberLocale& locale) {
+    appendPlainForm(text, value, decimalMarkOf(locale));
 }
 
 std::wstring FromDoubleInvariant(double value) {
-    return plainForm(value, L".");
+    std::wstring text;
+    appendPlainForm(text, value, L".");
+    return text;
 }
 
 std::wstring FromLong(std::int32_t value) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace kalvrooms {
 
@@ -27,20 +28,23 @@ void HandInUserLocale(std::function<NumberLocale()> query);
 NumberLocale UserLocale();
 
 // Removes blanks (character 32 only, as the runtime does) from both ends.
-std::wstring Trim(const std::wstring& text);
+std::wstring Trim(std::wstring_view text);
+std::wstring_view TrimmedView(std::wstring_view text);
 
 // True if the text converts to a number under the locale: surrounding white space, one sign (in
 // front, behind, or as parentheses), grouping marks, decimal mark, exponent (E or D) and currency
 // symbol are accepted, and the 32-bit patterns &H1F and &O17. An amount with the currency symbol in
 // front, or with marks that only amounts have, takes no exponent. The text ends at a null
 // character. A number beyond the range of a 64-bit float is not numeric.
-bool IsNumeric(const std::wstring& text, const NumberLocale& locale = UserLocale());
+bool IsNumeric(std::wstring_view text, const NumberLocale& locale = UserLocale());
 
 // The number of a text. Errors: TypeMismatch when it is none, Overflow when it is too large.
-double ToDouble(const std::wstring& text, const NumberLocale& locale = UserLocale());
+double ToDouble(std::wstring_view text, const NumberLocale& locale = UserLocale());
+// 0 for a text that is not numeric.
+double NumberOrZero(std::wstring_view text, const NumberLocale& locale = UserLocale());
 
 // As ToDouble, then rounded half to even. Errors: TypeMismatch, Overflow outside 32 bits.
-std::int32_t ToLong(const std::wstring& text, const NumberLocale& locale = UserLocale());
+std::int32_t ToLong(std::wstring_view text, const NumberLocale& locale = UserLocale());
 
 // Rounds half to even. Error: Overflow when the result does not fit (NaN included).
 std::int32_t RoundToLong(double value);
@@ -49,6 +53,7 @@ std::int16_t RoundToInteger(double value);
 // The plain text form under the locale: at most 15 significant digits, no grouping, no leading
 // blank, exponent form ("1E+15", "1E-05") for very large and very small numbers.
 std::wstring FromDouble(double value, const NumberLocale& locale = UserLocale());
+void AppendDouble(std::wstring& text, double value, const NumberLocale& locale);
 // The same with "." whatever the locale.
 std::wstring FromDoubleInvariant(double value);
 std::wstring FromLong(std::int32_t value);

@@ -13,9 +13,9 @@ namespace {
 constexpr std::int16_t backspaceKey = 8;
 
 // Position of the first mark counted from 1; 0 when the text holds none.
-std::size_t positionOf(const std::wstring& text, wchar_t mark) {
+std::size_t positionOf(std::wstring_view text, wchar_t mark) {
     const std::size_t at = text.find(mark);
-    return at == std::wstring::npos ? 0 : at + 1;
+    return at == std::wstring_view::npos ? 0 : at + 1;
 }
 
 std::wstring padDecimals(double number, std::size_t places) {
@@ -36,7 +36,7 @@ std::wstring padDecimals(double number, std::size_t places) {
 // The locale under which the text is a number. Point and comma are decimal marks everywhere, so one
 // that means nothing to the user's locale (a point in France, a comma in Switzerland) stands for
 // its decimal mark.
-std::optional<NumberLocale> localeOf(const std::wstring& text) {
+std::optional<NumberLocale> localeOf(std::wstring_view text) {
     const NumberLocale user = UserLocale();
     if (IsNumeric(text, user)) {
         return user;
@@ -78,7 +78,7 @@ bool IsDigitKey(std::int16_t keyCode) {
     return (keyCode >= L'0' && keyCode <= L'9') || keyCode == backspaceKey;
 }
 
-double TextToNumber(const std::wstring& text) {
+double TextToNumber(std::wstring_view text) {
     const std::optional<NumberLocale> found = localeOf(text);
     if (!found) {
         return 0.0;
@@ -93,8 +93,8 @@ double TextToNumber(const std::wstring& text) {
         return ToDouble(text, locale);
     }
 
-    std::wstring fractionText = text.substr(text.size() - decimals);
-    if (fractionText.find_first_of(L".,") != std::wstring::npos) {
+    std::wstring_view fractionText = text.substr(text.size() - decimals);
+    if (fractionText.find_first_of(L".,") != std::wstring_view::npos) {
         fractionText = L"0";
     }
     double fraction = ToDouble(fractionText, locale);

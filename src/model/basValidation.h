@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace kalvrooms {
 
@@ -16,7 +17,7 @@ bool IsDigitKey(std::int16_t keyCode);  // digits and backspace
 
 // 0 for a text that is no number. Errors: TypeMismatch for a text that begins with its only
 // decimal mark (the empty whole part does not convert), Overflow.
-double TextToNumber(const std::wstring& text);
+double TextToNumber(std::wstring_view text);
 
 // At least three (two) decimals with the user's decimal mark; more decimals are left alone.
 std::wstring FormatThreeDecimals(double number);

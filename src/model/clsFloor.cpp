@@ -43,19 +43,19 @@ void clsFloor::DeleteRoomByID(std::int32_t id) {
 void clsFloor::AddRooms(clsRoom& room, std::int32_t quantity) {
     for (std::int32_t i = 0; i < quantity; ++i) {
         AddRoom(room);
+        // The copy is made already: it keeps the empty name, only those that follow are numbered.
+        if (room.Name().empty()) {
+            room.Name(FromLong(nextID_));
+        }
         room.IncrementRoomNumber();
     }
 }
 
-void clsFloor::AddRoom(clsRoom& room) {
+void clsFloor::AddRoom(const clsRoom& room) {
     const auto added = std::make_shared<clsRoom>();
     CopyRoom(room, *added);
     nextID_ = AddLong(nextID_, 1);
     added->ID(nextID_);
-    // The copy is made already: it keeps the empty name, only those that follow are numbered.
-    if (room.Name().empty()) {
-        room.Name(FromLong(nextID_));
-    }
     rooms_.push_back({nextID_, added});
 }
 
@@ -77,10 +77,8 @@ void clsFloor::CopyRoom(const clsRoom& source, clsRoom& target) {
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
     }
     target.Geometry->Area(source.Geometry->Area());
-    std::wstring type;
-    std::wstring value;
-    source.Geometry->GetTypeAndValue(type, value);
-    target.Geometry->SetTypeAndValue(type, value);
+    target.Geometry->SetTypeAndValue(source.Geometry->CalculationType(),
+                                     source.Geometry->CalculationValue());
 }
 
 } // namespace kalvrooms

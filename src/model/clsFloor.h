@@ -19,6 +19,8 @@ class clsFloor {
     void GetRoomByID(std::int32_t id, std::shared_ptr<clsRoom>& room) const;
     // Error: InvalidProcedureCall for an unknown ID.
     void DeleteRoomByID(std::int32_t id);
+    // Adds a copy. Error: Overflow of the numbering.
+    void AddRoom(const clsRoom& room);
     // Adds copies; the caller's room is renumbered after each. Error: Overflow of the numbering.
     void AddRooms(clsRoom& room, std::int32_t quantity);
 
@@ -29,7 +31,6 @@ class clsFloor {
         std::shared_ptr<clsRoom> room;
     };
 
-    void AddRoom(clsRoom& room);
     static void CopyRoom(const clsRoom& source, clsRoom& target);
     std::vector<Entry>::const_iterator find(std::int32_t id) const;
 

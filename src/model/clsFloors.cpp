@@ -1,7 +1,6 @@
 #include "model/clsFloors.h"
 
 #include <exception>
-#include <limits>
 
 #include "model/RuntimeError.h"
 
@@ -138,35 +137,33 @@ void clsFloors::GetRoomByIndex(std::int32_t index, clsRoom& room) const {
 }
 
 void clsFloors::AddRooms(clsRoom& room, std::int32_t quantity) {
-    try {
-        if (room.StoryCode().empty()) {
-            room.StoryCode(unassignedStory);
-        }
-        changeTotal(quantity);
-        forgetCursor();
-        if (clsFloor* const floor = findFloor(room.StoryCode())) {
-            floor->AddRooms(room, quantity);
-        } else {
-            AddFloor(room, quantity);
-        }
-    } catch (const std::exception&) {
-        // Whoever adds rooms goes on with those that came in.
-    }
+    add(room, [&](clsFloor& floor) { floor.AddRooms(room, quantity); });
 }
 
-void clsFloors::AddFloor(clsRoom& room, std::int32_t quantity) {
-    const auto floor = std::make_shared<clsFloor>();
+void clsFloors::AddRoom(clsRoom& room) {
+    add(room, [&](clsFloor& floor) { floor.AddRoom(room); });
+}
+
+template <class Adding>
+void clsFloors::add(clsRoom& room, Adding adding) {
+    if (room.StoryCode().empty()) {
+        room.StoryCode(unassignedStory);
+    }
+    forgetCursor();
     const std::wstring key = keyOf(room.StoryCode());
+    const auto known = floorByKey_.find(key);
+    const auto floor =
+        known != floorByKey_.end() ? floors_[known->second] : std::make_shared<clsFloor>();
     bool complete = false;
     try {
-        floor->AddRooms(room, quantity);
+        adding(*floor);
         complete = true;
     } catch (const std::exception&) {
         // The numbering ran out in the middle: the rooms before that are good.
     }
-    if (complete || floor->GetCountOfRooms() > 0) {
+    if (known == floorByKey_.end() && (complete || floor->GetCountOfRooms() > 0)) {
+        floorByKey_.emplace(key, floors_.size());
         floors_.push_back(floor);
-        floorByKey_.emplace(key, floors_.size() - 1);
     }
 }
 
@@ -190,17 +187,7 @@ void clsFloors::DeleteRoom(const std::wstring& storyCode, std::int32_t id) {
         throw RuntimeError(RuntimeError::InvalidProcedureCall);
     }
     floor->DeleteRoomByID(id);
-    changeTotal(-1);
     forgetCursor();
-}
-
-void clsFloors::changeTotal(std::int32_t difference) {
-    const std::int64_t total = static_cast<std::int64_t>(roomTotal_) + difference;
-    // A quantity that nobody could add must not keep the rooms out: the total stands still then.
-    if (total >= std::numeric_limits<std::int32_t>::min() &&
-        total <= std::numeric_limits<std::int32_t>::max()) {
-        roomTotal_ = static_cast<std::int32_t>(total);
-    }
 }
 
 void clsFloors::forgetCursor() {

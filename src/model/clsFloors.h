@@ -21,7 +21,10 @@ class clsFloors {
     // there are. Error: SubscriptOutOfRange below 1 (when there is a storey at all).
     void GetRoomByIndex(std::int32_t index, clsRoom& room) const;
     // Adds copies to the storey of the room's StoryCode ("unbelegt" when it is empty). Never fails.
+    // The caller's room is renumbered after each.
     void AddRooms(clsRoom& room, std::int32_t quantity);
+    // One copy; the caller's room keeps its name.
+    void AddRoom(clsRoom& room);
     // Hands out the stored object; unknown storey or ID leaves the reference as it was.
     void GetRoomByID(const std::wstring& storyCode, std::int32_t id,
                      std::shared_ptr<clsRoom>& room) const;
@@ -29,14 +32,13 @@ class clsFloors {
     void DeleteRoom(const std::wstring& storyCode, std::int32_t id);
 
   private:
-    void AddFloor(clsRoom& room, std::int32_t quantity);
+    template <class Adding>
+    void add(clsRoom& room, Adding adding);
     clsFloor* findFloor(const std::wstring& storyCode) const;
-    void changeTotal(std::int32_t difference);
     void forgetCursor();
 
     std::vector<std::shared_ptr<clsFloor>> floors_;
     std::unordered_map<std::wstring, std::size_t> floorByKey_;
-    std::int32_t roomTotal_ = 0;
     // Where the last walk by running index stood: a storey and the rooms before it.
     mutable std::size_t cursorFloor_ = 0;
     mutable std::int32_t cursorBefore_ = 0;

@@ -1,9 +1,8 @@
 #include "model/clsGeometry.h"
 
-#include <array>
 #include <cmath>
+#include <set>
 
-#include "model/NumberText.h"
 #include "model/RuntimeError.h"
 
 namespace kalvrooms {
@@ -31,42 +30,20 @@ double squareRoot(double value) {
     return std::sqrt(value);
 }
 
-double numberOrZero(const std::wstring& text, const NumberLocale& locale) {
-    return IsNumeric(text, locale) ? ToDouble(text, locale) : 0.0;
-}
-
-using SharedWord = std::shared_ptr<const std::wstring>;
-
-SharedWord sharedWord(const std::wstring& word) {
-    static const std::array<SharedWord, 5> known = [] {
-        std::array<SharedWord, 5> words;
-        std::size_t count = 0;
-        for (const wchar_t* text : {L"", L"CalculationByDx", L"CalculationByDy",
-                                    L"CalculationByRatio", L"CalculationByFile"}) {
-            words[count++] = std::make_shared<const std::wstring>(text);
-        }
-        return words;
-    }();
-    for (const SharedWord& candidate : known) {
-        if (*candidate == word) {
-            return candidate;
-        }
-    }
-    return std::make_shared<const std::wstring>(word);
+const std::wstring* sharedWord(std::wstring_view word) {
+    static std::set<std::wstring, std::less<>> words;
+    const auto known = words.find(word);
+    return &*(known != words.end() ? known : words.emplace(word).first);
 }
 
 } // namespace
 
 clsGeometry::clsGeometry() : calculationType_(sharedWord({})) {}
 
-void clsGeometry::type(const std::wstring& word) {
-    if (*calculationType_ != word) {
-        calculationType_ = sharedWord(word);
+void clsGeometry::SetTypeAndValue(std::wstring_view type, std::wstring_view value) {
+    if (*calculationType_ != type) {
+        calculationType_ = sharedWord(type);
     }
-}
-
-void clsGeometry::SetTypeAndValue(const std::wstring& type, const std::wstring& value) {
-    this->type(type);
     calculationValue_ = value;
 }
 
@@ -75,11 +52,11 @@ void clsGeometry::GetTypeAndValue(std::wstring& type, std::wstring& value) const
     value = calculationValue_;
 }
 
-std::wstring clsGeometry::CalculationType() const {
+const std::wstring& clsGeometry::CalculationType() const {
     return *calculationType_;
 }
 
-std::wstring clsGeometry::CalculationValue() const {
+const std::wstring& clsGeometry::CalculationValue() const {
     return calculationValue_;
 }
 
@@ -95,10 +72,9 @@ void clsGeometry::Default(bool value) {
     default_ = value;
 }
 
-std::wstring clsGeometry::Info() const {
-    const NumberLocale locale = UserLocale();
+std::wstring clsGeometry::Info(const NumberLocale& locale) const {
     const bool numeric = IsNumeric(calculationValue_, locale);
-    const double value = numberOrZero(calculationValue_, locale);
+    const double value = NumberOrZero(calculationValue_, locale);
     if (*calculationType_ == CalculationByDx || *calculationType_ == CalculationByDy) {
         return std::abs(value * value - area_) < 0.001 ? L"quadratisch" : L"rechteckig";
     }
@@ -111,24 +87,24 @@ std::wstring clsGeometry::Info() const {
     return numeric ? L"" : L" ";
 }
 
-std::wstring clsGeometry::FileName() const {
-    return *calculationType_ == CalculationByFile ? calculationValue_ : L" ";
+const std::wstring& clsGeometry::FileName() const {
+    static const std::wstring none = L" ";
+    return *calculationType_ == CalculationByFile ? calculationValue_ : none;
 }
 
-double clsGeometry::valueForSides() {
-    const NumberLocale locale = UserLocale();
+double clsGeometry::valueForSides(const NumberLocale& locale) {
     if (IsNumeric(calculationValue_, locale)) {
         return ToDouble(calculationValue_, locale);
     }
     if (*calculationType_ == CalculationByFile) {
         return 0.0;
     }
-    type(CalculationByRatio);
+    calculationType_ = sharedWord(CalculationByRatio);
     return 1.0;
 }
 
-double clsGeometry::dx() {
-    const double value = valueForSides();
+double clsGeometry::dx(const NumberLocale& locale) {
+    const double value = valueForSides(locale);
     if (*calculationType_ == CalculationByDx) {
         return value;
     }
@@ -141,8 +117,8 @@ double clsGeometry::dx() {
     return 0.0;
 }
 
-double clsGeometry::dy() {
-    const double value = valueForSides();
+double clsGeometry::dy(const NumberLocale& locale) {
+    const double value = valueForSides(locale);
     if (*calculationType_ == CalculationByDy) {
         return value;
     }
@@ -155,10 +131,10 @@ double clsGeometry::dy() {
     return 0.0;
 }
 
-void clsGeometry::SetAspectRatio(const std::wstring& dx, const std::wstring& dy) {
-    const NumberLocale locale = UserLocale();
-    const double a = numberOrZero(dx, locale);
-    const double b = numberOrZero(dy, locale);
+void clsGeometry::SetAspectRatio(std::wstring_view dx, std::wstring_view dy,
+                                 const NumberLocale& locale) {
+    const double a = NumberOrZero(dx, locale);
+    const double b = NumberOrZero(dy, locale);
     if (a == b) {
         SetTypeAndValue(CalculationByRatio, L"1");
     } else if (a > 0.0) {

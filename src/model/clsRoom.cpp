@@ -1,7 +1,5 @@
 #include "model/clsRoom.h"
 
-#include "model/NumberText.h"
-
 namespace kalvrooms {
 
 namespace {
@@ -11,8 +9,7 @@ constexpr std::size_t mostTrailingCharacters = 10;
 
 // Length of the number at the end of the name. It ends at the first length that is no number,
 // and any length beyond the limit says the same: too long.
-std::size_t trailingNumberLength(const std::wstring& name) {
-    const NumberLocale locale = UserLocale();
+std::size_t trailingNumberLength(std::wstring_view name, const NumberLocale& locale) {
     std::size_t length = 0;
     while (length < name.size() && length <= mostTrailingCharacters &&
            IsNumeric(name.substr(name.size() - length - 1), locale)) {
@@ -26,96 +23,94 @@ std::size_t trailingNumberLength(const std::wstring& name) {
 clsRoom::clsRoom() : Geometry(std::make_shared<clsGeometry>()) {
     Geometry->SetTypeAndValue(CalculationByRatio, L" 1");
     Geometry->Area(16.0);
-    texts_.Set(NameText, L"1");
-    texts_.Set(StoryCodeText, L"EG");
 }
 
-void clsRoom::SetRoomID(const std::wstring& key) {
+void clsRoom::SetRoomID(std::wstring_view key, const NumberLocale& locale) {
     const std::size_t hyphen = key.find(L'-');
-    if (key.size() < 3 || hyphen == std::wstring::npos) {
+    if (key.size() < 3 || hyphen == std::wstring_view::npos) {
         componentID_ = -1;
-        texts_.Set(FileIDText, {});
+        fileID_.clear();
         return;
     }
-    componentID_ = ToLong(Trim(key.substr(0, hyphen)));
-    texts_.Set(FileIDText, std::wstring_view(key).substr(hyphen + 1));
+    componentID_ = ToLong(TrimmedView(key.substr(0, hyphen)), locale);
+    fileID_ = key.substr(hyphen + 1);
 }
 
 std::wstring clsRoom::GetRoomID() const {
-    const std::wstring fileID = FileID();
-    if (componentID_ < 0 || Trim(fileID).empty()) {
+    if (componentID_ < 0 || TrimmedView(fileID_).empty()) {
         return {};
     }
-    return FromLong(componentID_) + L"-" + fileID;
+    return FromLong(componentID_) + L"-" + fileID_;
 }
 
-std::wstring clsRoom::Name() const {
-    return text(NameText);
+const std::wstring& clsRoom::Name() const {
+    return name_;
 }
 
-void clsRoom::Name(const std::wstring& text) {
-    texts_.Set(NameText, Trim(text));
+void clsRoom::Name(std::wstring_view text) {
+    name_ = TrimmedView(text);
 }
 
 void clsRoom::IncrementRoomNumber() {
-    const std::wstring name = Name();
-    if (name.empty()) {
-        texts_.Set(NameText, FromLong(AddLong(id_, 1)));
+    if (name_.empty()) {
+        name_ = FromLong(AddLong(id_, 1));
         return;
     }
-    if (IsNumeric(name)) {
-        if (name.size() < 10) {
-            texts_.Set(NameText, FromLong(AddLong(ToLong(name), 1)));
+    const NumberLocale locale = UserLocale();
+    if (IsNumeric(name_, locale)) {
+        if (name_.size() < 10) {
+            name_ = FromLong(AddLong(ToLong(name_, locale), 1));
         }
         return;
     }
-    const std::size_t length = trailingNumberLength(name);
+    const std::size_t length = trailingNumberLength(name_, locale);
     if (length > mostTrailingCharacters) {
         return;
     }
-    const std::size_t kept = name.size() - length;
-    const std::int32_t next = length > 0 ? AddLong(ToLong(name.substr(kept)), 1) : AddLong(id_, 1);
-    texts_.Set(NameText, name.substr(0, kept) + FromLong(next));
+    const std::size_t kept = name_.size() - length;
+    const std::wstring_view number = std::wstring_view(name_).substr(kept);
+    const std::int32_t next = length > 0 ? AddLong(ToLong(number, locale), 1) : AddLong(id_, 1);
+    name_ = name_.substr(0, kept) + FromLong(next);
 }
 
-std::wstring clsRoom::FunctionName() const {
-    return text(FunctionNameText);
+const std::wstring& clsRoom::FunctionName() const {
+    return functionName_;
 }
 
-void clsRoom::FunctionName(const std::wstring& text) {
-    texts_.Set(FunctionNameText, Trim(text));
+void clsRoom::FunctionName(std::wstring_view text) {
+    functionName_ = TrimmedView(text);
 }
 
-std::wstring clsRoom::StoryCode() const {
-    return text(StoryCodeText);
+const std::wstring& clsRoom::StoryCode() const {
+    return storyCode_;
 }
 
-void clsRoom::StoryCode(const std::wstring& text) {
-    texts_.Set(StoryCodeText, Trim(text));
+void clsRoom::StoryCode(std::wstring_view text) {
+    storyCode_ = TrimmedView(text);
 }
 
-std::wstring clsRoom::Enclosure() const {
-    return text(EnclosureText);
+const std::wstring& clsRoom::Enclosure() const {
+    return enclosure_;
 }
 
-void clsRoom::Enclosure(const std::wstring& text) {
-    texts_.Set(EnclosureText, Trim(text));
+void clsRoom::Enclosure(std::wstring_view text) {
+    enclosure_ = TrimmedView(text);
 }
 
-std::wstring clsRoom::Occupancy() const {
-    return text(OccupancyText);
+const std::wstring& clsRoom::Occupancy() const {
+    return occupancy_;
 }
 
-void clsRoom::Occupancy(const std::wstring& text) {
-    texts_.Set(OccupancyText, Trim(text));
+void clsRoom::Occupancy(std::wstring_view text) {
+    occupancy_ = TrimmedView(text);
 }
 
-std::wstring clsRoom::AreaType() const {
-    return text(AreaTypeText);
+const std::wstring& clsRoom::AreaType() const {
+    return areaType_;
 }
 
-void clsRoom::AreaType(const std::wstring& text) {
-    texts_.Set(AreaTypeText, Trim(text));
+void clsRoom::AreaType(std::wstring_view text) {
+    areaType_ = TrimmedView(text);
 }
 
 bool clsRoom::IsNew() const {
@@ -142,12 +137,12 @@ void clsRoom::ComponentID(std::int32_t value) {
     componentID_ = value;
 }
 
-std::wstring clsRoom::FileID() const {
-    return text(FileIDText);
+const std::wstring& clsRoom::FileID() const {
+    return fileID_;
 }
 
-void clsRoom::FileID(const std::wstring& text) {
-    texts_.Set(FileIDText, Trim(text));
+void clsRoom::FileID(std::wstring_view text) {
+    fileID_ = TrimmedView(text);
 }
 
 std::int32_t clsRoom::FileNumber() const {

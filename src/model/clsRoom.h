@@ -5,8 +5,9 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
-#include "model/FieldTexts.h"
+#include "model/NumberText.h"
 #include "model/clsGeometry.h"
 
 namespace kalvrooms {
@@ -20,27 +21,27 @@ class clsRoom {
 
     // "12-K3" gives ComponentID 12 and FileID "K3"; a text under three characters or without
     // hyphen clears both. Errors: TypeMismatch, Overflow when the left part is no 32-bit number.
-    void SetRoomID(const std::wstring& key);
+    void SetRoomID(std::wstring_view key, const NumberLocale& locale = UserLocale());
     // "12-K3", or empty while the room is not known in the drawing.
     std::wstring GetRoomID() const;
 
     // Text setters remove blanks at both ends.
-    std::wstring Name() const;
-    void Name(const std::wstring& text);
+    const std::wstring& Name() const;
+    void Name(std::wstring_view text);
 
     // Makes Name the designation of the next room of a series. Error: Overflow.
     void IncrementRoomNumber();
 
-    std::wstring FunctionName() const;
-    void FunctionName(const std::wstring& text);
-    std::wstring StoryCode() const;
-    void StoryCode(const std::wstring& text);
-    std::wstring Enclosure() const;
-    void Enclosure(const std::wstring& text);
-    std::wstring Occupancy() const;
-    void Occupancy(const std::wstring& text);
-    std::wstring AreaType() const;
-    void AreaType(const std::wstring& text);
+    const std::wstring& FunctionName() const;
+    void FunctionName(std::wstring_view text);
+    const std::wstring& StoryCode() const;
+    void StoryCode(std::wstring_view text);
+    const std::wstring& Enclosure() const;
+    void Enclosure(std::wstring_view text);
+    const std::wstring& Occupancy() const;
+    void Occupancy(std::wstring_view text);
+    const std::wstring& AreaType() const;
+    void AreaType(std::wstring_view text);
 
     bool IsNew() const;
     void IsNew(bool value);
@@ -50,28 +51,21 @@ class clsRoom {
     // Identity in the drawing; -1 and empty while there is none.
     std::int32_t ComponentID() const;
     void ComponentID(std::int32_t value);
-    std::wstring FileID() const;
-    void FileID(const std::wstring& text);
+    const std::wstring& FileID() const;
+    void FileID(std::wstring_view text);
     std::int32_t FileNumber() const;
     void FileNumber(std::int32_t value);
     std::int32_t ProjectNumber() const;
     void ProjectNumber(std::int32_t value);
 
   private:
-    enum Text : std::size_t {
-        NameText,
-        FunctionNameText,
-        StoryCodeText,
-        EnclosureText,
-        OccupancyText,
-        AreaTypeText,
-        FileIDText,
-        CountOfTexts
-    };
-
-    std::wstring text(Text number) const { return std::wstring(texts_.Get(number)); }
-
-    FieldTexts<CountOfTexts> texts_;
+    std::wstring name_ = L"1";
+    std::wstring functionName_;
+    std::wstring storyCode_ = L"EG";
+    std::wstring enclosure_;
+    std::wstring occupancy_;
+    std::wstring areaType_;
+    std::wstring fileID_;
     std::int32_t fileNumber_ = -1;
     std::int32_t componentID_ = -1;
     std::int32_t projectNumber_ = -1;

@@ -1,14 +1,12 @@
 #include "program/basMain.h"
 
 #include "app/HandOverFile.h"
+#include "app/TextNumbers.h"
 #include "model/NumberText.h"
 #include "ui/frmMain.h"
 
 namespace kalvrooms {
 namespace {
-
-constexpr std::int32_t textTitle = 1;
-constexpr std::int32_t textCloseKvdFiles = 76;
 
 std::wstring textOr(const Texts& texts, std::int32_t number, const wchar_t* fallBack) {
     const std::wstring text = texts.GetText(number);
@@ -29,10 +27,10 @@ bool ProbeHostServer(HostServer& host, Gui::Desktop& desktop, const Texts& texts
     if (CanCreateHostServer(host))
         return true;
     desktop.ShowMessage(
-        {textOr(texts, textCloseKvdFiles,
+        {textOr(texts, TextNumber::CloseKvdFiles,
                 L"KVD-Dateien können mit dem Quartino nicht bearbeitet werden. Bitte schließen Sie "
                 L"alle KVD-Dateien."),
-         textOr(texts, textTitle, L"Quartino")});
+         textOr(texts, TextNumber::Title, L"Quartino")});
     return CanCreateHostServer(host);
 }
 

@@ -11,7 +11,7 @@ class TextReaderTest : public testing::Test {
         TextReader reader(folder.Write(L"a.txt", bytes), codec);
         std::vector<std::wstring> lines;
         while (!reader.AtEnd()) {
-            lines.push_back(reader.ReadLine());
+            lines.emplace_back(reader.ReadLine());
         }
         return lines;
     }

@@ -1,0 +1,60 @@
+#pragma once
+// The numbers of the texts that code asks for one by one. Captions of menus and dialogs are given
+// by number where the controls are listed.
+
+#include <cstdint>
+
+namespace kalvrooms::TextNumber {
+
+inline constexpr std::int32_t Title = 1;
+
+// The columns of a room list.
+inline constexpr std::int32_t Name = 20;
+inline constexpr std::int32_t Function = 21;
+inline constexpr std::int32_t Area = 22;
+inline constexpr std::int32_t Story = 23;
+inline constexpr std::int32_t Enclosure = 24;
+inline constexpr std::int32_t Occupancy = 25;
+inline constexpr std::int32_t AreaType = 26;
+inline constexpr std::int32_t Geometry = 30;
+inline constexpr std::int32_t Dx = 94;
+inline constexpr std::int32_t Dy = 95;
+inline constexpr std::int32_t RoomID = 96;
+
+// The host's names of attributes; that of the enclosure is the column's.
+inline constexpr std::int32_t HostOccupancy = 92;
+inline constexpr std::int32_t HostAreaType = 93;
+
+// The report's words for exactly one room, and for others.
+inline constexpr std::int32_t OneRoomWas = 29;
+inline constexpr std::int32_t RoomsWere = 57;
+inline constexpr std::int32_t OneUpdated = 58;
+inline constexpr std::int32_t OneAtPosition = 60;
+inline constexpr std::int32_t OneSetDown = 62;
+
+// Questions, warnings and refusals.
+inline constexpr std::int32_t SaveChanges = 66;
+inline constexpr std::int32_t RoomLimit = 67;
+inline constexpr std::int32_t RoomLimitRest = 68;
+inline constexpr std::int32_t StoryCodeMissing = 69;
+inline constexpr std::int32_t NoKvdRooms = 70;
+inline constexpr std::int32_t NoRooms = 71;
+inline constexpr std::int32_t TooManyRooms = 72;
+inline constexpr std::int32_t WorkbookNeedsApplication = 73;
+inline constexpr std::int32_t DistancesTooSmall = 74;
+inline constexpr std::int32_t CloseKvdFiles = 76;
+inline constexpr std::int32_t NameCut = 77;
+inline constexpr std::int32_t StoryCodeCut = 78;
+inline constexpr std::int32_t FunctionCut = 79;
+inline constexpr std::int32_t EndMenuAction = 80;
+
+// Dialogs.
+inline constexpr std::int32_t Options = 19;
+inline constexpr std::int32_t Arrangement = 47;
+inline constexpr std::int32_t Display = 53;
+inline constexpr std::int32_t Hnf = 83;
+inline constexpr std::int32_t NoEntry = 91;
+inline constexpr std::int32_t AddRoom = 97;
+inline constexpr std::int32_t ModifyRoom = 98;
+
+} // namespace kalvrooms::TextNumber
