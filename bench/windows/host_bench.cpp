@@ -44,7 +44,7 @@ void measure() {
         bench::figure(name, outside, "ms", "time in the host's calls", calls);
     };
 
-    std::vector<practice::Element> standing;
+    std::vector<Element> standing;
     for (int i = 1; i <= elements; ++i)
         standing.push_back(roomElement(i, 3, L"A"));
     host.load(drawingOf(standing, folder.wstring()));

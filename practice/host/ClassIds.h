@@ -1,22 +1,11 @@
 #pragma once
-// The identity of the server's classes and of its type library; KalvComServer.idl has the same.
+// The identity of the server's classes.
 
-#include <windows.h>
+#include "practice/server/Registration.h"
 
 #include <array>
 
 namespace kalvrooms::practice {
-
-struct ServerClass {
-    const wchar_t* programId;
-    const wchar_t* description;
-    CLSID id;
-};
-
-// {B8B1C68D-6154-400E-BA98-423764DA5CE9}
-inline constexpr GUID TypeLibraryId = {
-    0xb8b1c68d, 0x6154, 0x400e, {0xba, 0x98, 0x42, 0x37, 0x64, 0xda, 0x5c, 0xe9}};
-inline constexpr const wchar_t* TypeLibraryVersion = L"1.0";
 
 inline constexpr ServerClass ApplicationClass = {
     L"KALVCOMSERVERLib.KalvApplication",

@@ -1,7 +1,6 @@
 #include "practice/host/ClassObjects.h"
 
 #include "practice/host/ClassIds.h"
-#include "practice/host/ControlObject.h"
 #include "practice/host/HostObjects.h"
 #include "practice/server/ClassFactory.h"
 
@@ -9,36 +8,25 @@
 
 namespace kalvrooms::practice {
 
-namespace {
-
-using Create = IDispatch* (*)(HostProcess&);
-
-template <class Object>
-IDispatch* CreateOne(HostProcess& process) {
-    return new Object(process);
-}
-
-} // namespace
-
 ClassObjects::ClassObjects(HostProcess& process) : process_(process) {
     struct Offer {
         const ServerClass* serverClass;
-        Create create;
+        IDispatch* (*create)(HostProcess&);
     };
     const Offer offers[] = {
-        {&ApplicationClass, &CreateOne<ApplicationObject>},
-        {&RoomFilterClass, &CreateOne<RoomFilterObject>},
-        {&AttributeCatalogueClass, &CreateOne<AttributeCatalogueObject>},
-        {&ControlClass, &CreateOne<ControlObject>},
+        {&ApplicationClass, &NewApplication},
+        {&RoomFilterClass, &NewRoomFilter},
+        {&AttributeCatalogueClass, &NewAttributeCatalogue},
+        {&ControlClass, &NewControl},
     };
     for (const Offer& offer : offers) {
-        const auto factory = ComPtr<ClassFactory>::Attach(new ClassFactory(
+        const auto factory = Make<ClassFactory>(
             [&process, create = offer.create] { return create(process); },
-            [&process](bool stay) { stay ? process.AddUse() : process.RemoveUse(); }));
+            [&process](bool stay) { stay ? process.AddUse() : process.RemoveUse(); });
         DWORD cookie = 0;
-        // Suspended, so that no client meets a server that offers only some of its classes yet.
+        // Suspended until all of them are registered, so that no client finds only some.
         const HRESULT result =
-            CoRegisterClassObject(offer.serverClass->id, factory.get(), CLSCTX_LOCAL_SERVER,
+            CoRegisterClassObject(offer.serverClass->id, factory.Get(), CLSCTX_LOCAL_SERVER,
                                   REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED, &cookie);
         if (FAILED(result))
             throw HostError(std::wstring(L"The class cannot be offered: ") +
@@ -46,12 +34,12 @@ ClassObjects::ClassObjects(HostProcess& process) : process_(process) {
         cookies_.push_back(cookie);
     }
     CoResumeClassObjects();
-    // Wine keeps handing out the classes of a process that ended without taking them back.
+    // Wine keeps handing out the classes of a process that ended without revoking them.
     process_.goingAway = [this] { Revoke(); };
 }
 
 ClassObjects::~ClassObjects() {
-    process_.goingAway = nullptr;
+    process_.goingAway = [] {};
     Revoke();
 }
 

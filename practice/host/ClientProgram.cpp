@@ -2,30 +2,47 @@
 
 #include "drawing/DrawingFile.h"
 #include "drawing/HostError.h"
-#include "practice/server/Files.h"
+
+#include <filesystem>
+#include <system_error>
 
 namespace kalvrooms::practice {
+
+namespace {
+
+// In the system's code page; a character that it lacks becomes "?".
+std::string AnsiText(const std::wstring& text) {
+    const auto convert = [&](char* bytes, int size) {
+        return WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(),
+                                   static_cast<int>(text.size()), bytes, size, "?", nullptr);
+    };
+    std::string bytes(static_cast<std::size_t>(convert(nullptr, 0)), '\0');
+    convert(bytes.data(), static_cast<int>(bytes.size()));
+    return bytes;
+}
+
+} // namespace
 
 ClientProgram::~ClientProgram() {
     Forget();
 }
 
 void ClientProgram::Start(const std::wstring& program, HandOver handOver) {
-    const std::wstring path = AbsolutePath(program);
-    const std::wstring folder = FolderOf(path);
-    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES)
-        throw HostError(L"The program is missing: " + path);
+    const std::filesystem::path path = std::filesystem::absolute(program);
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored))
+        throw HostError(L"The program is missing: " + path.wstring());
     if (handOver.helpFile.empty())
-        handOver.helpFile = path.substr(0, path.find_last_of(L'.')) + L".chm";
-    WriteWhole(folder + HandOverFileName, AnsiText(HandOverText(handOver)));
+        handOver.helpFile = std::filesystem::path(path).replace_extension(L".chm").wstring();
+    WriteWhole(path.parent_path() / HandOverFileName, AnsiText(HandOverText(handOver)));
 
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
-    std::wstring command = L"\"" + path + L"\"";
+    std::wstring command = L"\"" + path.wstring() + L"\"";
     if (!CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        folder.c_str(), &startup, &started))
-        throw HostError(L"The program cannot be started: " + path);
+                        path.parent_path().c_str(), &startup, &started))
+        throw HostError(L"The program cannot be started: " + path.wstring());
     CloseHandle(started.hThread);
     Forget();
     process_ = started.hProcess;

@@ -1,5 +1,5 @@
 #pragma once
-// What the practice host was told when it was started.
+// The practice host's command line.
 
 #include "drawing/Drawing.h"
 #include "practice/host/HandOver.h"

@@ -1,115 +1,86 @@
-#include "practice/host/ControlObject.h"
+#include "practice/host/HostObjects.h"
 
 #include "drawing/DrawingFile.h"
 #include "drawing/DrawingSvg.h"
+#include "drawing/Text.h"
 
 namespace kalvrooms::practice {
 
-const std::vector<Member<ControlObject>>& ControlObject::Members() {
-    using Object = ControlObject;
-    static const std::vector<Member<Object>> members = {
-        {L"LoadDrawing", 1, &Object::LoadDrawing},
-        {L"SaveDrawing", 1, &Object::SaveDrawing},
-        {L"DrawingText", 0, nullptr, &Object::DrawingText},
-        {L"ExportSvg", 1, &Object::ExportSvg},
-        {L"SetState", 1, &Object::SetState},
-        {L"SetCreationError", 1, &Object::SetCreationError},
-        {L"PlaceAt", 2, &Object::PlaceAt},
-        {L"PlaceByClick", 0, &Object::PlaceByClick},
-        {L"FailAt", 3, &Object::FailAt},
-        {L"FailMember", 3, &Object::FailMember},
-        {L"ClearFaults", 0, &Object::ClearFaults},
-        {L"CallCount", 0, nullptr, &Object::CallCount},
-        {L"ResetCallCount", 0, &Object::ResetCallCount},
-        {L"CallReport", 0, nullptr, &Object::CallReport},
-        {L"LiveObjects", 0, nullptr, &Object::LiveObjects},
-        {L"ProcessId", 0, nullptr, &Object::ProcessId},
-        {L"Quit", 0, &Object::Quit},
-    };
-    return members;
-}
+namespace {
 
-Variant ControlObject::LoadDrawing(const Arguments& arguments) {
-    process_.session.drawing = practice::LoadDrawing(arguments.Text(0));
-    process_.ChangeDrawing();
-    return {};
-}
+class ControlObject : public Automation<ControlObject> {
+  public:
+    explicit ControlObject(HostProcess& host)
+        : Automation(host.ControlGate()), process(host), session(host.session), calls(host.calls) {}
 
-Variant ControlObject::SaveDrawing(const Arguments& arguments) {
-    practice::SaveDrawing(process_.session.drawing, arguments.Text(0));
-    return {};
-}
+    static constexpr const wchar_t* KindName = L"PracticeControl";
+    static const MemberTable<ControlObject>& Members() {
+        static const MemberTable<ControlObject> members = {
+            Method(L"LoadDrawing", 1,
+                   [](auto& self, auto& given) {
+                       self.session.drawing = LoadDrawing(given.Text(0));
+                       self.process.reactions.drawingChanged();
+                   }),
+            Method(
+                L"SaveDrawing", 1,
+                [](auto& self, auto& given) { SaveDrawing(self.session.drawing, given.Text(0)); }),
+            Method(L"ExportSvg", 1,
+                   [](auto& self, auto& given) {
+                       WriteWhole(given.Text(0), DrawingSvg(self.session.drawing));
+                   }),
+            Property(L"DrawingText",
+                     [](auto& self) { return FromUtf8(WriteDrawing(self.session.drawing)); }),
+            Method(L"SetState", 1,
+                   [](auto& self, auto& given) {
+                       self.session.state.Set(given.Text(0));
+                       self.process.reactions.touched();
+                   }),
+            Method(
+                L"SetCreationError", 1,
+                [](auto& self, auto& given) { self.session.state.CreationError(given.Text(0)); }),
+            Method(L"PlaceAt", 2,
+                   [](auto& self, auto& given) {
+                       self.session.placing.At({given.Number(0), given.Number(1)});
+                   }),
+            Method(L"PlaceByClick", 0, [](auto& self, auto&) { self.session.placing.ByClick(); }),
+            Method(L"FailAt", 3,
+                   [](auto& self, auto& given) {
+                       self.calls.FailAt(given.Long(0), FaultFrom(given));
+                   }),
+            Method(L"FailMember", 3,
+                   [](auto& self, auto& given) {
+                       self.calls.FailMember(given.Text(0), FaultFrom(given));
+                   }),
+            Method(L"ClearFaults", 0, [](auto& self, auto&) { self.calls.ClearFaults(); }),
+            Property(L"CallCount", [](auto& self) { return self.calls.Count(); }),
+            Property(L"CallReport", [](auto& self) { return self.calls.Report(); }),
+            Method(L"ResetCallCount", 0,
+                   [](auto& self, auto&) {
+                       self.calls.ResetCount();
+                       self.process.reactions.touched();
+                   }),
+            Property(L"LiveObjects", [](auto& self) { return self.process.LiveObjects(); }),
+            Property(L"ProcessId",
+                     [](auto&) { return static_cast<std::int32_t>(GetCurrentProcessId()); }),
+            Method(L"Quit", 0, [](auto& self, auto&) { self.process.reactions.quitAsked(); }),
+        };
+        return members;
+    }
 
-Variant ControlObject::DrawingText() {
-    return Variant(FromUtf8(WriteDrawing(process_.session.drawing)));
-}
+    HostProcess& process;
+    DrawingSession& session;
+    CallLog& calls;
 
-Variant ControlObject::ExportSvg(const Arguments& arguments) {
-    WriteWhole(arguments.Text(0), DrawingSvg(process_.session.drawing));
-    return {};
-}
+  private:
+    static Fault FaultFrom(const Arguments& given) {
+        return Fault::From(given.Text(1), given.Text(2));
+    }
+};
 
-Variant ControlObject::SetState(const Arguments& arguments) {
-    process_.state.Set(arguments.Text(0));
-    process_.Touch();
-    return {};
-}
+} // namespace
 
-Variant ControlObject::SetCreationError(const Arguments& arguments) {
-    process_.state.CreationError(arguments.Text(0));
-    return {};
-}
-
-Variant ControlObject::PlaceAt(const Arguments& arguments) {
-    process_.session.placing.At({arguments.Number(0), arguments.Number(1)});
-    return {};
-}
-
-Variant ControlObject::PlaceByClick(const Arguments&) {
-    process_.session.placing.ByClick();
-    return {};
-}
-
-Variant ControlObject::FailAt(const Arguments& arguments) {
-    process_.calls.FailAt(arguments.Long(0), Fault::From(arguments.Text(1), arguments.Text(2)));
-    return {};
-}
-
-Variant ControlObject::FailMember(const Arguments& arguments) {
-    process_.calls.FailMember(arguments.Text(0), Fault::From(arguments.Text(1), arguments.Text(2)));
-    return {};
-}
-
-Variant ControlObject::ClearFaults(const Arguments&) {
-    process_.calls.ClearFaults();
-    return {};
-}
-
-Variant ControlObject::CallCount() {
-    return Variant(process_.calls.Count());
-}
-
-Variant ControlObject::ResetCallCount(const Arguments&) {
-    process_.calls.ResetCount();
-    process_.Touch();
-    return {};
-}
-
-Variant ControlObject::CallReport() {
-    return Variant(process_.calls.Report());
-}
-
-Variant ControlObject::LiveObjects() {
-    return Variant(process_.LiveObjects());
-}
-
-Variant ControlObject::ProcessId() {
-    return Variant(static_cast<std::int32_t>(GetCurrentProcessId()));
-}
-
-Variant ControlObject::Quit(const Arguments&) {
-    process_.Quit();
-    return {};
+IDispatch* NewControl(HostProcess& process) {
+    return new ControlObject(process);
 }
 
 } // namespace kalvrooms::practice

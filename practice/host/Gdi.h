@@ -5,26 +5,13 @@
 
 namespace kalvrooms::practice {
 
-template <class Handle>
-class GdiObject {
-  public:
-    explicit GdiObject(Handle handle) : handle_(handle) {}
-    GdiObject(const GdiObject&) = delete;
-    GdiObject& operator=(const GdiObject&) = delete;
-    ~GdiObject() { DeleteObject(handle_); }
-    Handle get() const { return handle_; }
-
-  private:
-    Handle handle_;
-};
-
-// Selects an object while it lives.
+// Selects an object while it lives and deletes it then; the system's own objects stay.
 class Selected {
   public:
     Selected(HDC dc, HGDIOBJ object) : dc_(dc), before_(SelectObject(dc, object)) {}
     Selected(const Selected&) = delete;
     Selected& operator=(const Selected&) = delete;
-    ~Selected() { SelectObject(dc_, before_); }
+    ~Selected() { DeleteObject(SelectObject(dc_, before_)); }
 
   private:
     HDC dc_;

@@ -6,333 +6,298 @@ namespace kalvrooms::practice {
 
 namespace {
 
+// An object whose calls are counted.
+template <class Object>
+class HostObject : public Automation<Object> {
+  public:
+    explicit HostObject(HostProcess& host)
+        : Automation<Object>(host.HostGate()), process(host), drawing(host.session.drawing) {}
+
+    HostProcess& process;
+    Drawing& drawing;
+};
+
 template <class Object, class... Rest>
 Variant New(HostProcess& process, Rest&&... rest) {
-    return Variant(ComPtr<Object>::Attach(new Object(process, std::forward<Rest>(rest)...)));
-}
-
-// Indices count from 1.
-std::size_t IndexFrom(const Arguments& arguments, std::size_t count) {
-    const std::int32_t index = arguments.Long(0);
-    if (index < 1 || static_cast<std::size_t>(index) > count)
-        throw HostError(L"There is no item " + std::to_wstring(index) + L" in the list.");
-    return static_cast<std::size_t>(index) - 1;
+    return Variant(Make<Object>(process, std::forward<Rest>(rest)...));
 }
 
 Variant CountOf(std::size_t count) {
     return Variant(static_cast<std::int32_t>(count));
 }
 
+class AttributeObject : public HostObject<AttributeObject> {
+  public:
+    AttributeObject(HostProcess& host, WorkingElementPtr of, std::size_t where)
+        : HostObject(host), element(std::move(of)), place(where) {}
+    Attribute& Target() const { return element->element.attributes.at(place); }
+
+    static constexpr const wchar_t* KindName = L"KalvAttribute";
+    static const MemberTable<AttributeObject>& Members() {
+        static const MemberTable<AttributeObject> members = {
+            Property(L"Name", [](auto& self) { return self.Target().name; }),
+            Property(L"NumberValue", [](auto& self) { return self.Target().NumberValue(); }),
+            Property(
+                L"TextValue", [](auto& self) { return self.Target().TextValue(); },
+                [](auto& self, auto& value) {
+                    self.drawing.SetText(self.Target(), value.ToText());
+                }),
+        };
+        return members;
+    }
+
+    WorkingElementPtr element;
+    std::size_t place;
+};
+
+class AttributeListObject : public HostObject<AttributeListObject> {
+  public:
+    AttributeListObject(HostProcess& host, WorkingElementPtr of)
+        : HostObject(host), element(std::move(of)) {}
+    std::vector<Attribute>& Attributes() const { return element->element.attributes; }
+    Variant Table() const {
+        std::vector<Variant> values;
+        for (const Attribute& attribute : Attributes()) {
+            values.emplace_back(attribute.name);
+            values.emplace_back(attribute.NumberValue());
+            values.emplace_back(attribute.TextValue());
+        }
+        return TableArray(std::move(values), 3);
+    }
+
+    static constexpr const wchar_t* KindName = L"KalvAttributeList";
+    static const MemberTable<AttributeListObject>& Members() {
+        static const MemberTable<AttributeListObject> members = {
+            Property(L"Count", [](auto& self) { return CountOf(self.Attributes().size()); }),
+            Method(L"Item", 1,
+                   [](auto& self, const Arguments& given) {
+                       return New<AttributeObject>(
+                           self.process, self.element,
+                           ItemPlace(given.Long(0), self.Attributes().size()));
+                   }),
+            Property(L"AttributeTable", [](auto& self) { return self.Table(); }),
+        };
+        return members;
+    }
+
+    WorkingElementPtr element;
+};
+
+class RoomElementObject : public HostObject<RoomElementObject> {
+  public:
+    RoomElementObject(HostProcess& host, WorkingElementPtr of)
+        : HostObject(host), working(std::move(of)), element(working->element) {}
+    Variant Record() const {
+        std::vector<Variant> values;
+        values.emplace_back(element.identity.ComponentID);
+        values.emplace_back(element.identity.FileNumber);
+        values.emplace_back(element.identity.FileID);
+        values.emplace_back(element.name);
+        values.emplace_back(element.function);
+        values.emplace_back(element.storey);
+        return RecordArray(std::move(values));
+    }
+
+    static constexpr const wchar_t* KindName = L"KalvRoomElement";
+    static const MemberTable<RoomElementObject>& Members() {
+        static const MemberTable<RoomElementObject> members = {
+            Property(L"ComponentID", [](auto& self) { return self.element.identity.ComponentID; }),
+            Property(L"FileNumber", [](auto& self) { return self.element.identity.FileNumber; }),
+            Property(L"FileID", [](auto& self) { return self.element.identity.FileID; }),
+            TextOf<&Element::name>(L"RoomName"),
+            TextOf<&Element::function>(L"RoomFunction"),
+            TextOf<&Element::storey>(L"StoreyCode"),
+            Property(
+                L"Outline", [](auto& self) { return OutlineArray(self.element.outline); },
+                [](auto& self, auto& value) {
+                    self.drawing.SetOutline(self.element, OutlineFrom(value));
+                }),
+            Property(
+                L"Colour", [](auto& self) { return self.element.colour; },
+                [](auto& self, auto& value) { self.element.colour = value.ToLong(); }),
+            Property(
+                L"Attributes",
+                [](auto& self) { return New<AttributeListObject>(self.process, self.working); }),
+            Property(L"RoomRecord", [](auto& self) { return self.Record(); }),
+        };
+        return members;
+    }
+
+    WorkingElementPtr working;
+    Element& element;
+
+  private:
+    template <std::wstring Element::*Text>
+    static Member<RoomElementObject> TextOf(const wchar_t* name) {
+        return Property(
+            name, [](auto& self) { return self.element.*Text; },
+            [](auto& self, auto& value) { self.element.*Text = value.ToText(); });
+    }
+};
+
+class ElementListObject : public HostObject<ElementListObject> {
+  public:
+    ElementListObject(HostProcess& host, WorkingElements of)
+        : HostObject(host), elements(std::move(of)) {}
+    Variant Identities() const {
+        std::vector<Variant> values;
+        values.reserve(elements.size() * 3);
+        for (const WorkingElementPtr& copy : elements) {
+            values.emplace_back(copy->element.identity.ComponentID);
+            values.emplace_back(copy->element.identity.FileNumber);
+            values.emplace_back(copy->element.identity.FileID);
+        }
+        return TableArray(std::move(values), 3);
+    }
+
+    static constexpr const wchar_t* KindName = L"KalvElementList";
+    static const MemberTable<ElementListObject>& Members() {
+        static const MemberTable<ElementListObject> members = {
+            Property(L"Count", [](auto& self) { return CountOf(self.elements.size()); }),
+            Method(L"Item", 1,
+                   [](auto& self, const Arguments& given) {
+                       return New<RoomElementObject>(
+                           self.process,
+                           self.elements[ItemPlace(given.Long(0), self.elements.size())]);
+                   }),
+            Method(L"Add", 1,
+                   [](auto& self, const Arguments& given) {
+                       self.elements.push_back(given.Own<RoomElementObject>(0)->working);
+                   }),
+            Property(L"IdentityTable", [](auto& self) { return self.Identities(); }),
+        };
+        return members;
+    }
+
+    WorkingElements elements;
+};
+
+class RoomFilterObject : public HostObject<RoomFilterObject> {
+  public:
+    using HostObject::HostObject;
+
+    static constexpr const wchar_t* KindName = L"KalvRoomFilter";
+    static const MemberTable<RoomFilterObject>& Members() {
+        static const MemberTable<RoomFilterObject> members = {
+            Method(L"SelectRooms", 0, [](auto& self, auto&) { self.letsRoomsThrough = true; }),
+        };
+        return members;
+    }
+
+    bool letsRoomsThrough = false;
+};
+
+class DrawingServiceObject : public HostObject<DrawingServiceObject> {
+  public:
+    explicit DrawingServiceObject(HostProcess& host) : HostObject(host), service(host.session) {}
+    Variant ElementsThrough(const RoomFilterObject& filter) const {
+        return New<ElementListObject>(process, filter.letsRoomsThrough ? service.Elements()
+                                                                       : WorkingElements());
+    }
+
+    static constexpr const wchar_t* KindName = L"KalvDrawingService";
+    static const MemberTable<DrawingServiceObject>& Members() {
+        static const MemberTable<DrawingServiceObject> members = {
+            Method(L"GetElements", 1,
+                   [](auto& self, const Arguments& given) {
+                       return self.ElementsThrough(*given.Own<RoomFilterObject>(0).Get());
+                   }),
+            Method(L"CreateElementList", 0,
+                   [](auto& self, auto&) {
+                       return New<ElementListObject>(self.process, WorkingElements());
+                   }),
+            Method(L"CreateRoomElement", 0,
+                   [](auto& self, auto&) {
+                       return New<RoomElementObject>(self.process, self.service.NewElement());
+                   }),
+            Method(
+                L"ChangeElements", 1,
+                [](auto& self, const Arguments& given) { self.service.Change(ElementsOf(given)); }),
+            Method(L"AddElements", 1,
+                   [](auto& self, const Arguments& given) { self.service.Add(ElementsOf(given)); }),
+            Method(L"PlaceElements", 2,
+                   [](auto& self, const Arguments& given) {
+                       self.service.Place(ElementsOf(given), given.Long(1));
+                   }),
+            Method(L"ApplyChanges", 0, [](auto& self, auto&) { self.service.Apply(); }),
+        };
+        return members;
+    }
+
+    DrawingService service;
+
+  private:
+    // A copy: the list is open to other calls while the user looks for the place.
+    static WorkingElements ElementsOf(const Arguments& given) {
+        return given.Own<ElementListObject>(0)->elements;
+    }
+};
+
+class ProjectObject : public HostObject<ProjectObject> {
+  public:
+    explicit ProjectObject(HostProcess& host) : HostObject(host), project(drawing.project) {}
+
+    static constexpr const wchar_t* KindName = L"KalvProject";
+    static const MemberTable<ProjectObject>& Members() {
+        static const MemberTable<ProjectObject> members = {
+            Property(L"ProjectNumber", [](auto& self) { return self.project.number; }),
+            Property(L"ProjectName", [](auto& self) { return self.project.name; }),
+            Property(L"ProjectFolder", [](auto& self) { return self.project.folder; }),
+        };
+        return members;
+    }
+
+    Project project;
+};
+
+class ApplicationObject : public HostObject<ApplicationObject> {
+  public:
+    using HostObject::HostObject;
+
+    static constexpr const wchar_t* KindName = L"KalvApplication";
+    static const MemberTable<ApplicationObject>& Members() {
+        static const MemberTable<ApplicationObject> members = {
+            Method(L"CheckAccess", 0,
+                   [](auto& self, auto&) { self.process.session.state.CheckAccess(); }),
+            // The project is always up to date here.
+            Method(L"UpdateProjectInfo", 0, [](auto&, auto&) {}),
+            Method(L"GetProject", 0,
+                   [](auto& self, auto&) { return New<ProjectObject>(self.process); }),
+            Method(L"GetDrawingService", 0,
+                   [](auto& self, auto&) { return New<DrawingServiceObject>(self.process); }),
+        };
+        return members;
+    }
+};
+
+class AttributeCatalogueObject : public HostObject<AttributeCatalogueObject> {
+  public:
+    using HostObject::HostObject;
+
+    static constexpr const wchar_t* KindName = L"KalvAttributeCatalogue";
+    static const MemberTable<AttributeCatalogueObject>& Members() {
+        static const MemberTable<AttributeCatalogueObject> members = {
+            Method(L"AttributeName", 1,
+                   [](auto& self, const Arguments& given) {
+                       return Variant(self.drawing.AttributeName(given.Long(0)));
+                   }),
+        };
+        return members;
+    }
+};
+
 } // namespace
 
-// --- application ---------------------------------------------------------------------------------
-
-const Members<ApplicationObject>& ApplicationObject::Members() {
-    using Object = ApplicationObject;
-    static const practice::Members<Object> members = {
-        {L"CheckAccess", 0, &Object::CheckAccess},
-        {L"UpdateProjectInfo", 0, &Object::UpdateProjectInfo},
-        {L"GetProject", 0, &Object::GetProject},
-        {L"GetDrawingService", 0, &Object::GetDrawingService},
-    };
-    return members;
+IDispatch* NewApplication(HostProcess& process) {
+    return new ApplicationObject(process);
 }
 
-Variant ApplicationObject::CheckAccess(const Arguments&) {
-    const std::wstring refusal = process().state.Refusal();
-    if (!refusal.empty())
-        throw HostError(refusal);
-    return {};
+IDispatch* NewRoomFilter(HostProcess& process) {
+    return new RoomFilterObject(process);
 }
 
-// The project is always up to date here.
-Variant ApplicationObject::UpdateProjectInfo(const Arguments&) {
-    return {};
-}
-
-Variant ApplicationObject::GetProject(const Arguments&) {
-    return New<ProjectObject>(process());
-}
-
-Variant ApplicationObject::GetDrawingService(const Arguments&) {
-    return New<DrawingServiceObject>(process());
-}
-
-// --- project -------------------------------------------------------------------------------------
-
-const Members<ProjectObject>& ProjectObject::Members() {
-    using Object = ProjectObject;
-    static const practice::Members<Object> members = {
-        {L"ProjectNumber", 0, nullptr, &Object::ProjectNumber},
-        {L"ProjectName", 0, nullptr, &Object::ProjectName},
-        {L"ProjectFolder", 0, nullptr, &Object::ProjectFolder},
-    };
-    return members;
-}
-
-Variant ProjectObject::ProjectNumber() {
-    return Variant(project_.number);
-}
-Variant ProjectObject::ProjectName() {
-    return Variant(project_.name);
-}
-Variant ProjectObject::ProjectFolder() {
-    return Variant(project_.folder);
-}
-
-// --- room filter and catalogue -------------------------------------------------------------------
-
-const Members<RoomFilterObject>& RoomFilterObject::Members() {
-    static const practice::Members<RoomFilterObject> members = {
-        {L"SelectRooms", 0, &RoomFilterObject::SelectRooms},
-    };
-    return members;
-}
-
-Variant RoomFilterObject::SelectRooms(const Arguments&) {
-    rooms_ = true;
-    return {};
-}
-
-const Members<AttributeCatalogueObject>& AttributeCatalogueObject::Members() {
-    static const practice::Members<AttributeCatalogueObject> members = {
-        {L"AttributeName", 1, &AttributeCatalogueObject::AttributeName},
-    };
-    return members;
-}
-
-Variant AttributeCatalogueObject::AttributeName(const Arguments& arguments) {
-    return Variant(process().session.drawing.AttributeName(arguments.Long(0)));
-}
-
-// --- drawing service -----------------------------------------------------------------------------
-
-const Members<DrawingServiceObject>& DrawingServiceObject::Members() {
-    using Object = DrawingServiceObject;
-    static const practice::Members<Object> members = {
-        {L"GetElements", 1, &Object::GetElements},
-        {L"CreateElementList", 0, &Object::CreateElementList},
-        {L"CreateRoomElement", 0, &Object::CreateRoomElement},
-        {L"ChangeElements", 1, &Object::ChangeElements},
-        {L"AddElements", 1, &Object::AddElements},
-        {L"PlaceElements", 2, &Object::PlaceElements},
-        {L"ApplyChanges", 0, &Object::ApplyChanges},
-    };
-    return members;
-}
-
-Variant DrawingServiceObject::GetElements(const Arguments& arguments) {
-    const bool rooms = arguments.Own<RoomFilterObject>(0)->LetsRoomsThrough();
-    return New<ElementListObject>(process(), rooms ? service_.Elements() : WorkingElements());
-}
-
-Variant DrawingServiceObject::CreateElementList(const Arguments&) {
-    return New<ElementListObject>(process(), WorkingElements());
-}
-
-Variant DrawingServiceObject::CreateRoomElement(const Arguments&) {
-    return New<RoomElementObject>(process(), service_.NewElement());
-}
-
-Variant DrawingServiceObject::ChangeElements(const Arguments& arguments) {
-    service_.Change(arguments.Own<ElementListObject>(0)->Elements());
-    return {};
-}
-
-Variant DrawingServiceObject::AddElements(const Arguments& arguments) {
-    service_.Add(arguments.Own<ElementListObject>(0)->Elements());
-    return {};
-}
-
-Variant DrawingServiceObject::PlaceElements(const Arguments& arguments) {
-    // A copy: the list is open to other calls while the user looks for the place.
-    const WorkingElements elements = arguments.Own<ElementListObject>(0)->Elements();
-    service_.Place(elements, arguments.Long(1));
-    return {};
-}
-
-Variant DrawingServiceObject::ApplyChanges(const Arguments&) {
-    service_.Apply();
-    return {};
-}
-
-// --- element list --------------------------------------------------------------------------------
-
-const Members<ElementListObject>& ElementListObject::Members() {
-    using Object = ElementListObject;
-    static const practice::Members<Object> members = {
-        {L"Count", 0, nullptr, &Object::Count},
-        {L"Item", 1, &Object::Item},
-        {L"Add", 1, &Object::Add},
-        {L"IdentityTable", 0, nullptr, &Object::IdentityTable},
-    };
-    return members;
-}
-
-Variant ElementListObject::Count() {
-    return CountOf(elements_.size());
-}
-
-Variant ElementListObject::Item(const Arguments& arguments) {
-    return New<RoomElementObject>(process(), elements_[IndexFrom(arguments, elements_.size())]);
-}
-
-Variant ElementListObject::Add(const Arguments& arguments) {
-    elements_.push_back(arguments.Own<RoomElementObject>(0)->Working());
-    return {};
-}
-
-Variant ElementListObject::IdentityTable() {
-    std::vector<Variant> values;
-    values.reserve(elements_.size() * 3);
-    for (const WorkingElementPtr& copy : elements_) {
-        values.emplace_back(copy->element.componentId);
-        values.emplace_back(copy->element.fileNumber);
-        values.emplace_back(copy->element.fileId);
-    }
-    return TableArray(values, 3);
-}
-
-// --- room element --------------------------------------------------------------------------------
-
-const Members<RoomElementObject>& RoomElementObject::Members() {
-    using Object = RoomElementObject;
-    static const practice::Members<Object> members = {
-        {L"ComponentID", 0, nullptr, &Object::ComponentID},
-        {L"FileNumber", 0, nullptr, &Object::FileNumber},
-        {L"FileID", 0, nullptr, &Object::FileID},
-        {L"RoomName", 0, nullptr, &Object::RoomName, &Object::SetRoomName},
-        {L"RoomFunction", 0, nullptr, &Object::RoomFunction, &Object::SetRoomFunction},
-        {L"StoreyCode", 0, nullptr, &Object::StoreyCode, &Object::SetStoreyCode},
-        {L"Outline", 0, nullptr, &Object::GetOutline, &Object::SetOutline},
-        {L"Colour", 0, nullptr, &Object::Colour, &Object::SetColour},
-        {L"Attributes", 0, nullptr, &Object::Attributes},
-        {L"RoomRecord", 0, nullptr, &Object::RoomRecord},
-    };
-    return members;
-}
-
-Variant RoomElementObject::ComponentID() {
-    return Variant(element_->element.componentId);
-}
-Variant RoomElementObject::FileNumber() {
-    return Variant(element_->element.fileNumber);
-}
-Variant RoomElementObject::FileID() {
-    return Variant(element_->element.fileId);
-}
-
-Variant RoomElementObject::RoomName() {
-    return Variant(element_->element.name);
-}
-void RoomElementObject::SetRoomName(const Variant& value) {
-    element_->element.name = value.ToText();
-}
-
-Variant RoomElementObject::RoomFunction() {
-    return Variant(element_->element.function);
-}
-void RoomElementObject::SetRoomFunction(const Variant& value) {
-    element_->element.function = value.ToText();
-}
-
-Variant RoomElementObject::StoreyCode() {
-    return Variant(element_->element.storey);
-}
-void RoomElementObject::SetStoreyCode(const Variant& value) {
-    element_->element.storey = value.ToText();
-}
-
-Variant RoomElementObject::GetOutline() {
-    return OutlineArray(element_->element.outline);
-}
-void RoomElementObject::SetOutline(const Variant& value) {
-    element_->element.outline = OutlineFrom(value);
-    process().session.drawing.UpdateFloorArea(element_->element);
-}
-
-Variant RoomElementObject::Colour() {
-    return Variant(element_->element.colour);
-}
-void RoomElementObject::SetColour(const Variant& value) {
-    element_->element.colour = value.ToLong();
-}
-
-Variant RoomElementObject::Attributes() {
-    return New<AttributeListObject>(process(), element_);
-}
-
-Variant RoomElementObject::RoomRecord() {
-    const Element& element = element_->element;
-    std::vector<Variant> values;
-    values.emplace_back(element.componentId);
-    values.emplace_back(element.fileNumber);
-    values.emplace_back(element.fileId);
-    values.emplace_back(element.name);
-    values.emplace_back(element.function);
-    values.emplace_back(element.storey);
-    return RecordArray(values);
-}
-
-// --- attributes ----------------------------------------------------------------------------------
-
-const Members<AttributeListObject>& AttributeListObject::Members() {
-    using Object = AttributeListObject;
-    static const practice::Members<Object> members = {
-        {L"Count", 0, nullptr, &Object::Count},
-        {L"Item", 1, &Object::Item},
-        {L"AttributeTable", 0, nullptr, &Object::AttributeTable},
-    };
-    return members;
-}
-
-Variant AttributeListObject::Count() {
-    return CountOf(element_->element.attributes.size());
-}
-
-Variant AttributeListObject::Item(const Arguments& arguments) {
-    return New<AttributeObject>(process(), element_,
-                                IndexFrom(arguments, element_->element.attributes.size()));
-}
-
-Variant AttributeListObject::AttributeTable() {
-    std::vector<Variant> values;
-    for (const Attribute& attribute : element_->element.attributes) {
-        values.emplace_back(attribute.name);
-        values.emplace_back(attribute.NumberValue());
-        values.emplace_back(attribute.TextValue());
-    }
-    return TableArray(values, 3);
-}
-
-const Members<AttributeObject>& AttributeObject::Members() {
-    using Object = AttributeObject;
-    static const practice::Members<Object> members = {
-        {L"Name", 0, nullptr, &Object::Name},
-        {L"NumberValue", 0, nullptr, &Object::NumberValue},
-        {L"TextValue", 0, nullptr, &Object::TextValue, &Object::SetTextValue},
-    };
-    return members;
-}
-
-Attribute& AttributeObject::Target() const {
-    return element_->element.attributes.at(index_);
-}
-
-Variant AttributeObject::Name() {
-    return Variant(Target().name);
-}
-Variant AttributeObject::NumberValue() {
-    return Variant(Target().NumberValue());
-}
-Variant AttributeObject::TextValue() {
-    return Variant(Target().TextValue());
-}
-
-void AttributeObject::SetTextValue(const Variant& value) {
-    if (process().session.drawing.IsFloorArea(Target()))
-        throw HostError(L"The floor area follows from the ground plan and cannot be written.");
-    Target().value = value.ToText();
+IDispatch* NewAttributeCatalogue(HostProcess& process) {
+    return new AttributeCatalogueObject(process);
 }
 
 } // namespace kalvrooms::practice

@@ -14,23 +14,8 @@ void HostProcess::AddUse() {
 void HostProcess::RemoveUse() {
     --uses_;
     // At 0 the system already keeps new clients away from this process.
-    if (CoReleaseServerProcess() == 0 && unused)
-        unused();
-}
-
-void HostProcess::Quit() {
-    if (quitAsked)
-        quitAsked();
-}
-
-void HostProcess::Touch() {
-    if (touched)
-        touched();
-}
-
-void HostProcess::ChangeDrawing() {
-    if (drawingChanged)
-        drawingChanged();
+    if (CoReleaseServerProcess() == 0)
+        reactions.unused();
 }
 
 void HostProcess::Gate::Created() {
@@ -49,11 +34,8 @@ bool HostProcess::Gate::Enter(std::wstring_view object, std::wstring_view member
     if (!counted_)
         return true;
     const auto fault = process_.calls.Enter(object, member);
-    process_.Touch();
-    return !fault || Suffer<HostError>(*fault, [this] {
-        if (process_.goingAway)
-            process_.goingAway();
-    });
+    process_.reactions.touched();
+    return !fault || Suffer<HostError>(*fault, process_.goingAway);
 }
 
 } // namespace kalvrooms::practice

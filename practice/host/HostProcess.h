@@ -3,7 +3,6 @@
 // and how long the process has to live.
 
 #include "drawing/DrawingService.h"
-#include "drawing/HostState.h"
 #include "practice/server/CallLog.h"
 #include "practice/server/DispatchObject.h"
 
@@ -20,7 +19,6 @@ class HostProcess {
 
     DrawingSession session;
     CallLog calls;
-    HostState state;
 
     // The gates of objects whose calls count, and of those that only control the tests.
     CallGate& HostGate() { return hostGate_; }
@@ -32,20 +30,18 @@ class HostProcess {
     void RemoveUse();
     bool InUse() const { return uses_ > 0; }
 
-    // The process ends soon after, when the answer to the call is on its way.
-    void Quit();
-
     // What the process does about it.
-    std::function<void()> unused;
-    std::function<void()> quitAsked;
+    struct Reactions {
+        std::function<void()> unused = [] {};
+        // The process ends soon after, when the answer to the call is on its way.
+        std::function<void()> quitAsked = [] {};
+        // Calls were counted, or the state changed.
+        std::function<void()> touched = [] {};
+        std::function<void()> drawingChanged = [] {};
+    };
+    Reactions reactions;
     // The process is about to end in the middle of a call.
-    std::function<void()> goingAway;
-    // Calls were counted, or the state changed.
-    std::function<void()> touched;
-    std::function<void()> drawingChanged;
-
-    void Touch();
-    void ChangeDrawing();
+    std::function<void()> goingAway = [] {};
 
   private:
     class Gate : public CallGate {

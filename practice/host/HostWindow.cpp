@@ -2,6 +2,7 @@
 
 #include "drawing/DrawingFile.h"
 #include "drawing/DrawingSvg.h"
+#include "drawing/Text.h"
 #include "practice/host/Commands.h"
 #include "practice/host/Gdi.h"
 
@@ -22,9 +23,9 @@ constexpr UINT_PTR RefreshTimer = 1;
 constexpr UINT_PTR QuitTimer = 2;
 constexpr UINT_PTR UnusedTimer = 3;
 constexpr UINT RefreshDelay = 120;
-// Long enough for the answer of the call that asked for the end to leave the process.
+// Long enough for the call that asked the process to quit to be answered.
 constexpr UINT LeaveDelay = 100;
-// A server that the system started for a client that never came does not stay.
+// A server that the system started ends if its client never connects.
 constexpr UINT FirstClientDelay = 30000;
 
 // Pixels per metre.
@@ -62,23 +63,20 @@ HostWindow::HostWindow(HostProcess& process, Options options, std::function<void
     if (!options_.hidden)
         process_.session.placing.OnClick(
             [this](const std::vector<Outline>& outlines) { return PlaceByClick(outlines); });
-    process_.touched = [this] { Refresh(); };
-    process_.drawingChanged = [this] {
+    process_.reactions.touched = [this] { Refresh(); };
+    process_.reactions.drawingChanged = [this] {
         drawingChanged_ = true;
         Refresh();
     };
-    process_.quitAsked = [this] { LeaveSoon(QuitTimer); };
-    process_.unused = [this] { LeaveSoon(UnusedTimer); };
+    process_.reactions.quitAsked = [this] { LeaveSoon(QuitTimer); };
+    process_.reactions.unused = [this] { LeaveSoon(UnusedTimer); };
     if (options_.embedding)
         SetTimer(window_, UnusedTimer, FirstClientDelay, nullptr);
     Refresh();
 }
 
 HostWindow::~HostWindow() {
-    process_.touched = nullptr;
-    process_.drawingChanged = nullptr;
-    process_.quitAsked = nullptr;
-    process_.unused = nullptr;
+    process_.reactions = {};
     process_.session.placing.OnClick(nullptr);
     DestroyWindow(window_);
 }
@@ -153,7 +151,7 @@ LRESULT HostWindow::Handle(UINT message, WPARAM first, LPARAM second) {
         OnTimer(first);
         return 0;
     case WM_COMMAND:
-        Command(LOWORD(first));
+        TryCommand(LOWORD(first));
         return 0;
     case WM_CLOSE:
         Close();
@@ -225,7 +223,7 @@ bool HostWindow::HandlePlacing(UINT message, WPARAM first, LPARAM second) {
         return placing_->cancelled;
     case WM_CLOSE:
         placing_->cancelled = true;
-        // Comes back when the call that waits here has ended.
+        // Handled again once the pending call has returned.
         PostMessageW(window_, WM_CLOSE, 0, 0);
         return true;
     case WM_SETCURSOR:
@@ -240,7 +238,7 @@ bool HostWindow::HandlePlacing(UINT message, WPARAM first, LPARAM second) {
 
 Point HostWindow::PlaceByClick(const std::vector<Outline>& outlines) {
     if (placing_)
-        throw HostError(L"Other rooms are being set down.");
+        throw HostError(L"Other rooms are being placed.");
     PlacingState state;
     state.outlines = outlines;
     placing_ = &state;
@@ -256,7 +254,7 @@ Point HostWindow::PlaceByClick(const std::vector<Outline>& outlines) {
     MSG message{};
     while (!state.clicked && !state.cancelled) {
         if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
-            // The run ends: its own loop must learn of it too.
+            // The outer message loop has to see the quit message too.
             PostQuitMessage(static_cast<int>(message.wParam));
             break;
         }
@@ -267,13 +265,13 @@ Point HostWindow::PlaceByClick(const std::vector<Outline>& outlines) {
     scene_.reset();
     InvalidateRect(window_, nullptr, FALSE);
     if (!state.clicked)
-        throw HostError(L"Setting the rooms down was cancelled.");
+        throw HostError(L"Placing the rooms was cancelled.");
     return *state.clicked;
 }
 
 Point HostWindow::PointAt(const Point& pixel) {
     const Point metres = CurrentScene().view.ToMetres(pixel);
-    // Whole centimetres: a hand does not set down more exactly.
+    // Whole centimetres: nobody can aim more precisely.
     return {std::round(metres.x * 100) / 100, std::round(metres.y * 100) / 100};
 }
 
@@ -329,9 +327,9 @@ std::wstring HostWindow::Status() const {
               (drawing.elements.size() == 1 ? L" Raum" : L" Räume");
     status += L"   |   " + std::to_wstring(process_.calls.Count()) +
               (process_.calls.Count() == 1 ? L" Aufruf" : L" Aufrufe");
-    if (process_.state.Name() == L"menu")
+    if (process_.session.state.Name() == L"menu")
         status += L"   |   Menüaktion läuft";
-    else if (process_.state.Name() == L"kvd")
+    else if (process_.session.state.Name() == L"kvd")
         status += L"   |   KVD offen";
     else
         status += L"   |   bereit";
@@ -339,7 +337,7 @@ std::wstring HostWindow::Status() const {
 }
 
 void HostWindow::Refresh() {
-    // Calls come by the thousand; the window follows at its own pace.
+    // Calls come by the thousand, so repainting is throttled.
     if (!refreshPending_)
         refreshPending_ = SetTimer(window_, RefreshTimer, RefreshDelay, nullptr) != 0;
 }
@@ -361,13 +359,13 @@ void HostWindow::OnTimer(UINT_PTR timer) {
         }
         InvalidateRect(window_, &changed, FALSE);
     } else if (timer == QuitTimer) {
-        PostQuitMessage(exitCode_);
+        PostQuitMessage(0);
     } else if (timer == UnusedTimer) {
-        // A client may have come in the meantime.
+        // A client may have connected in the meantime.
         if (process_.InUse())
             CoResumeClassObjects();
         else
-            PostQuitMessage(exitCode_);
+            PostQuitMessage(0);
     }
 }
 
@@ -381,60 +379,14 @@ void HostWindow::Close() {
         shown_ = false;
         process_.RemoveUse();
     } else {
-        PostQuitMessage(exitCode_);
+        PostQuitMessage(0);
     }
 }
 
-void HostWindow::Command(WORD identifier) {
-    switch (identifier) {
-    case IDC_LOAD:
-        Guarded([this] { LoadDrawing(); });
-        break;
-    case IDC_SAVE:
-        Guarded([this] { SaveDrawing(); });
-        break;
-    case IDC_SVG:
-        Guarded([this] { SaveSvg(); });
-        break;
-    case IDC_EXIT:
-        PostMessageW(window_, WM_CLOSE, 0, 0);
-        break;
-    case IDC_STATE_MENU:
-        ToggleState(L"menu");
-        break;
-    case IDC_STATE_KVD:
-        ToggleState(L"kvd");
-        break;
-    case IDC_FIT:
-        ChangeView(std::nullopt);
-        break;
-    case IDC_START:
-        Guarded(startProgram_);
-        break;
-    default:
-        break;
-    }
-}
-
-void HostWindow::ToggleState(const wchar_t* state) {
-    process_.state.Set(process_.state.Name() == state ? L"" : state);
-    OnTimer(RefreshTimer);
-}
-
-void HostWindow::UpdateMenu() {
-    HMENU menu = GetMenu(window_);
-    const auto check = [&](UINT command, const wchar_t* state) {
-        const bool on = process_.state.Name() == state;
-        CheckMenuItem(menu, command, MF_BYCOMMAND | (on ? MF_CHECKED : MF_UNCHECKED));
-    };
-    check(IDC_STATE_MENU, L"menu");
-    check(IDC_STATE_KVD, L"kvd");
-}
-
-void HostWindow::Guarded(const std::function<void()>& action) {
+void HostWindow::TryCommand(WORD identifier) {
     std::wstring trouble;
     try {
-        action();
+        Command(identifier);
     } catch (const HostError& error) {
         trouble = error.description();
     } catch (const std::exception& error) {
@@ -442,6 +394,45 @@ void HostWindow::Guarded(const std::function<void()>& action) {
     }
     if (!trouble.empty())
         MessageBoxW(window_, trouble.c_str(), L"Kalvero", MB_OK | MB_ICONWARNING);
+}
+
+void HostWindow::Command(WORD identifier) {
+    switch (identifier) {
+    case IDC_LOAD:
+        return LoadDrawing();
+    case IDC_SAVE:
+        return SaveDrawing();
+    case IDC_SVG:
+        return SaveSvg();
+    case IDC_EXIT:
+        PostMessageW(window_, WM_CLOSE, 0, 0);
+        return;
+    case IDC_STATE_MENU:
+        return ToggleState(L"menu");
+    case IDC_STATE_KVD:
+        return ToggleState(L"kvd");
+    case IDC_FIT:
+        return ChangeView(std::nullopt);
+    case IDC_START:
+        return startProgram_();
+    default:
+        return;
+    }
+}
+
+void HostWindow::ToggleState(const wchar_t* state) {
+    process_.session.state.Set(process_.session.state.Name() == state ? L"" : state);
+    OnTimer(RefreshTimer);
+}
+
+void HostWindow::UpdateMenu() {
+    HMENU menu = GetMenu(window_);
+    const auto check = [&](UINT command, const wchar_t* state) {
+        const bool on = process_.session.state.Name() == state;
+        CheckMenuItem(menu, command, MF_BYCOMMAND | (on ? MF_CHECKED : MF_UNCHECKED));
+    };
+    check(IDC_STATE_MENU, L"menu");
+    check(IDC_STATE_KVD, L"kvd");
 }
 
 std::wstring HostWindow::AskForFile(bool save, const wchar_t* filter, const wchar_t* extension) {
@@ -463,15 +454,15 @@ void HostWindow::LoadDrawing() {
     const std::wstring path = AskForFile(false, DrawingFilter, L"json");
     if (path.empty())
         return;
-    process_.session.drawing = practice::LoadDrawing(path);
+    process_.session.drawing = kalvrooms::LoadDrawing(path);
     view_.reset();
-    process_.ChangeDrawing();
+    process_.reactions.drawingChanged();
 }
 
 void HostWindow::SaveDrawing() {
     const std::wstring path = AskForFile(true, DrawingFilter, L"json");
     if (!path.empty())
-        practice::SaveDrawing(process_.session.drawing, path);
+        kalvrooms::SaveDrawing(process_.session.drawing, path);
 }
 
 void HostWindow::SaveSvg() {

@@ -1,5 +1,5 @@
 #pragma once
-// The practice host's window: shows the drawing, lets the user set rooms down and switch the host's
+// The practice host's window: shows the drawing, lets the user place rooms and switch the host's
 // states.
 
 #include "practice/host/HostProcess.h"
@@ -43,6 +43,8 @@ class HostWindow {
 
     static LRESULT CALLBACK Receive(HWND window, UINT message, WPARAM first, LPARAM second);
     LRESULT Handle(UINT message, WPARAM first, LPARAM second);
+    // Tells the user what went wrong.
+    void TryCommand(WORD identifier);
     void Command(WORD identifier);
     bool HandlePlacing(UINT message, WPARAM first, LPARAM second);
     bool HandleView(UINT message, WPARAM first, LPARAM second);
@@ -62,7 +64,6 @@ class HostWindow {
     void SaveSvg();
     void ToggleState(const wchar_t* state);
     void UpdateMenu();
-    void Guarded(const std::function<void()>& action);
     std::wstring AskForFile(bool save, const wchar_t* filter, const wchar_t* extension);
 
     HostProcess& process_;
@@ -77,7 +78,6 @@ class HostWindow {
     bool shown_ = false;
     bool refreshPending_ = false;
     bool drawingChanged_ = true;
-    int exitCode_ = 0;
 };
 
 } // namespace kalvrooms::practice

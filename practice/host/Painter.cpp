@@ -1,5 +1,6 @@
 #include "practice/host/Painter.h"
 
+#include "drawing/Text.h"
 #include "practice/host/Gdi.h"
 
 #include <algorithm>
@@ -34,7 +35,7 @@ int CALLBACK NoteFont(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM found) 
     return 0;
 }
 
-// The system's own face, where it is installed.
+// The system's own font, where it is installed.
 const wchar_t* FaceName() {
     static const bool segoe = [] {
         LOGFONTW wanted{};
@@ -49,6 +50,17 @@ const wchar_t* FaceName() {
     return segoe ? L"Segoe UI" : L"Arial";
 }
 
+void Fill(HDC dc, const RECT& area, COLORREF colour) {
+    SetDCBrushColor(dc, colour);
+    FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+}
+
+void Shape(HDC dc, const Outline& outline) {
+    const std::vector<POINT> points = Pixels(outline);
+    if (points.size() > 1)
+        Polygon(dc, points.data(), static_cast<int>(points.size()));
+}
+
 // 1, 2 or 5 with zeros, as long as it fits.
 double RoundLength(double longest) {
     const double power = std::pow(10.0, std::floor(std::log10(longest)));
@@ -60,11 +72,6 @@ double RoundLength(double longest) {
 }
 
 } // namespace
-
-Painter::~Painter() {
-    for (const auto& [key, font] : fonts_)
-        DeleteObject(font);
-}
 
 RECT Painter::StatusArea(const RECT& client) const {
     return {client.left, client.bottom - Scaled(28), client.right, client.bottom};
@@ -91,23 +98,12 @@ LabelRules Painter::Labels() const {
     return {static_cast<double>(Scaled(7)), static_cast<double>(Scaled(17))};
 }
 
-HFONT Painter::Font(int pixels, bool bold) {
-    HFONT& font = fonts_[{pixels, bold}];
-    if (!font)
-        font = CreateFontW(-pixels, 0, 0, 0, bold ? FW_SEMIBOLD : FW_NORMAL, FALSE, FALSE, FALSE,
-                           DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                           CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS, FaceName());
-    return font;
-}
-
-void Painter::Fill(HDC dc, const RECT& area, COLORREF colour) const {
-    const GdiObject<HBRUSH> brush(CreateSolidBrush(colour));
-    FillRect(dc, &area, brush.get());
-}
-
 void Painter::Text(HDC dc, const std::wstring& text, RECT area, int size, bool bold,
                    COLORREF colour, UINT format) {
-    const Selected font(dc, Font(size, bold));
+    const Selected font(dc,
+                        CreateFontW(-size, 0, 0, 0, bold ? FW_SEMIBOLD : FW_NORMAL, FALSE, FALSE,
+                                    FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
+                                    CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS, FaceName()));
     SetTextColor(dc, colour);
     SetBkMode(dc, TRANSPARENT);
     DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area,
@@ -122,31 +118,21 @@ void Painter::Paint(HDC dc, const RECT& client, const WindowContent& content) {
 
 void Painter::PaintRooms(HDC dc, const RECT& area, const WindowContent& content) {
     Fill(dc, area, Paper);
-    const int saved = SaveDC(dc);
     IntersectClipRect(dc, area.left, area.top, area.right, area.bottom);
+    SelectObject(dc, GetStockObject(DC_BRUSH));
     for (const SceneRoom& room : content.scene->rooms) {
-        const auto tint = static_cast<COLORREF>(content.scene->storeys[room.storey].tint);
-        const GdiObject<HBRUSH> brush(CreateSolidBrush(tint));
-        const GdiObject<HPEN> pen(
-            CreatePen(PS_SOLID, Scaled(1), static_cast<COLORREF>(room.colour)));
-        const Selected selectedBrush(dc, brush.get());
-        const Selected selectedPen(dc, pen.get());
-        const std::vector<POINT> points = Pixels(room.outline);
-        if (points.size() > 1)
-            Polygon(dc, points.data(), static_cast<int>(points.size()));
+        SetDCBrushColor(dc, static_cast<COLORREF>(content.scene->storeys[room.storey].tint));
+        const Selected pen(dc, CreatePen(PS_SOLID, Scaled(1), static_cast<COLORREF>(room.colour)));
+        Shape(dc, room.outline);
     }
-    // Above all rooms: a room on another storey hides no name.
+    // On top of all rooms, so that a room on another storey hides no name.
     for (const SceneRoom& room : content.scene->rooms)
         PaintLabel(dc, room);
 
-    const GdiObject<HPEN> ghost(CreatePen(PS_SOLID, Scaled(2), Ghost));
-    const Selected selectedPen(dc, ghost.get());
-    const Selected hollow(dc, GetStockObject(NULL_BRUSH));
-    for (const Outline& outline : content.ghosts) {
-        const std::vector<POINT> points = Pixels(outline);
-        if (points.size() > 1)
-            Polygon(dc, points.data(), static_cast<int>(points.size()));
-    }
+    const Selected pen(dc, CreatePen(PS_SOLID, Scaled(2), Ghost));
+    SelectObject(dc, GetStockObject(NULL_BRUSH));
+    for (const Outline& outline : content.ghosts)
+        Shape(dc, outline);
     if (content.scene->rooms.empty() && content.ghosts.empty()) {
         RECT middle = area;
         Text(dc, L"Die Zeichnung enthält keine Räume.", middle, Scaled(16), false, PaleInk,
@@ -154,14 +140,14 @@ void Painter::PaintRooms(HDC dc, const RECT& area, const WindowContent& content)
     } else {
         PaintScale(dc, area, *content.scene);
     }
-    RestoreDC(dc, saved);
+    SelectClipRgn(dc, nullptr);
 }
 
 void Painter::PaintLabel(HDC dc, const SceneRoom& room) {
     const SceneLabel& label = room.label;
     if (label.lines.empty())
         return;
-    const double lineHeight = label.fontSize * 1.22;
+    const double lineHeight = label.fontSize * LineHeight;
     double y = label.centre.y - lineHeight * static_cast<double>(label.lines.size()) / 2;
     for (const std::wstring& line : label.lines) {
         const LONG x = Pixel(label.centre.x);
@@ -179,8 +165,7 @@ void Painter::PaintScale(HDC dc, const RECT& area, const Scene& scene) {
     const LONG left = area.left + Scaled(16);
     const LONG right = left + Pixel(length * scene.view.scale);
     const LONG y = area.bottom - Scaled(12);
-    const GdiObject<HPEN> pen(CreatePen(PS_SOLID, Scaled(1), PaleInk));
-    const Selected selected(dc, pen.get());
+    const Selected pen(dc, CreatePen(PS_SOLID, Scaled(1), PaleInk));
     for (const auto& [x, top] : {std::pair{left, y - Scaled(4)}, std::pair{right, y - Scaled(4)}}) {
         MoveToEx(dc, x, top, nullptr);
         LineTo(dc, x, y + 1);
@@ -203,14 +188,13 @@ void Painter::PaintLegend(HDC dc, const RECT& area, const WindowContent& content
          DT_LEFT | DT_VCENTER | DT_END_ELLIPSIS);
     y += Scaled(26);
 
-    std::int32_t rooms = 0;
-    double total = 0.0;
+    SceneStorey all;
     for (const SceneStorey& storey : content.scene->storeys) {
-        rooms += storey.rooms;
-        total += storey.area;
+        all.rooms += storey.rooms;
+        all.area += storey.area;
     }
-    Text(dc, std::to_wstring(rooms) + (rooms == 1 ? L" Raum, " : L" Räume, ") + AreaText(total),
-         {left, y, right, y + Scaled(20)}, Scaled(13), false, PaleInk, DT_LEFT | DT_VCENTER);
+    Text(dc, all.Figures(), {left, y, right, y + Scaled(20)}, Scaled(13), false, PaleInk,
+         DT_LEFT | DT_VCENTER);
     y += Scaled(34);
 
     for (const SceneStorey& storey : content.scene->storeys) {
@@ -218,16 +202,13 @@ void Painter::PaintLegend(HDC dc, const RECT& area, const WindowContent& content
             break;
         const RECT swatch{left, y + Scaled(4), left + Scaled(28), y + Scaled(32)};
         Fill(dc, swatch, static_cast<COLORREF>(storey.tint));
-        const GdiObject<HBRUSH> frame(CreateSolidBrush(PaleInk));
-        FrameRect(dc, &swatch, frame.get());
+        SetDCBrushColor(dc, PaleInk);
+        FrameRect(dc, &swatch, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
         const LONG text = swatch.right + Scaled(12);
         Text(dc, storey.name, {text, y, right, y + Scaled(19)}, Scaled(14), true, Ink,
              DT_LEFT | DT_VCENTER | DT_END_ELLIPSIS);
-        Text(dc,
-             std::to_wstring(storey.rooms) + (storey.rooms == 1 ? L" Raum, " : L" Räume, ") +
-                 AreaText(storey.area),
-             {text, y + Scaled(18), right, y + Scaled(36)}, Scaled(12), false, PaleInk,
-             DT_LEFT | DT_VCENTER);
+        Text(dc, storey.Figures(), {text, y + Scaled(18), right, y + Scaled(36)}, Scaled(12), false,
+             PaleInk, DT_LEFT | DT_VCENTER);
         y += Scaled(46);
     }
 }

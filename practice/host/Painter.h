@@ -5,7 +5,6 @@
 
 #include <windows.h>
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -23,9 +22,6 @@ struct WindowContent {
 class Painter {
   public:
     explicit Painter(UINT dpi) : dpi_(dpi) {}
-    Painter(const Painter&) = delete;
-    Painter& operator=(const Painter&) = delete;
-    ~Painter();
 
     // Where the rooms go in a window of that size.
     Frame DrawingFrame(const RECT& client) const;
@@ -37,8 +33,6 @@ class Painter {
 
   private:
     int Scaled(int pixels) const { return MulDiv(pixels, static_cast<int>(dpi_), 96); }
-    HFONT Font(int pixels, bool bold);
-    void Fill(HDC dc, const RECT& area, COLORREF colour) const;
     void Text(HDC dc, const std::wstring& text, RECT area, int size, bool bold, COLORREF colour,
               UINT format);
     RECT DrawingArea(const RECT& client) const;
@@ -49,7 +43,6 @@ class Painter {
     void PaintLegend(HDC dc, const RECT& area, const WindowContent& content);
 
     UINT dpi_;
-    std::map<std::pair<int, bool>, HFONT> fonts_;
 };
 
 } // namespace kalvrooms::practice

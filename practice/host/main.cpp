@@ -1,36 +1,27 @@
 #include "drawing/DrawingFile.h"
 #include "drawing/DrawingSvg.h"
+#include "drawing/Text.h"
+#include "practice/host/ClassIds.h"
 #include "practice/host/ClassObjects.h"
 #include "practice/host/ClientProgram.h"
 #include "practice/host/CommandLine.h"
 #include "practice/host/HostProcess.h"
 #include "practice/host/HostWindow.h"
-#include "practice/host/Registration.h"
 #include "practice/server/ServerApartment.h"
 
-#include <shellapi.h>
-
+#include <cstdlib>
 #include <exception>
 #include <string>
 #include <vector>
 
 namespace {
 
+using namespace kalvrooms;
 using namespace kalvrooms::practice;
 
 constexpr int TroubleCode = 2;
 
-std::vector<std::wstring> OwnArguments() {
-    int count = 0;
-    LPWSTR* words = CommandLineToArgvW(GetCommandLineW(), &count);
-    std::vector<std::wstring> arguments;
-    for (int i = 1; words && i < count; ++i)
-        arguments.emplace_back(words[i]);
-    LocalFree(words);
-    return arguments;
-}
-
-// Where somebody can read it: on the console, or in a box when there is none.
+// On the console, or in a message box when there is none.
 void Tell(const std::wstring& trouble) {
     HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
     const std::string line = "KalveroPractice: " + ToUtf8(trouble) + "\n";
@@ -53,13 +44,13 @@ void Prepare(HostProcess& process, const CommandLine& line) {
         process.session.drawing = LoadDrawing(line.drawing);
     if (line.place)
         process.session.placing.At(*line.place);
-    process.state.Set(line.state);
+    process.session.state.Set(line.state);
     for (const auto& [n, fault] : line.faults)
         process.calls.FailAt(n, fault);
 }
 
 int RunHost(const CommandLine& line) {
-    // Lives longest: clients' objects are there until the process ends.
+    // Outlives everything else: clients may hold objects until the process ends.
     HostProcess process;
     const ServerApartment apartment;
     Prepare(process, line);
@@ -70,10 +61,10 @@ int RunHost(const CommandLine& line) {
     };
     HostWindow window(process, {line.hidden, line.embedding}, startClient);
     process.session.applied = [&] {
-        process.ChangeDrawing();
+        process.reactions.drawingChanged();
         WriteOutputs(process.session.drawing, line);
     };
-    // A host that was started by hand is there with and without clients.
+    // A host that was started by hand stays without clients too.
     if (!line.embedding)
         process.AddUse();
 
@@ -97,10 +88,11 @@ int RunHost(const CommandLine& line) {
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
     try {
-        const CommandLine line = CommandLine::From(OwnArguments());
+        const CommandLine line = CommandLine::From({__wargv + 1, __wargv + __argc});
         if (line.registerServer || line.unregisterServer) {
             const ComApartment apartment;
-            line.unregisterServer ? UnregisterServer() : RegisterServer();
+            line.unregisterServer ? UnregisterClasses(ServerClasses)
+                                  : RegisterClasses(ServerClasses);
             return 0;
         }
         return RunHost(line);

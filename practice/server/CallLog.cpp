@@ -1,5 +1,7 @@
 #include "practice/server/CallLog.h"
 
+#include "drawing/Text.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -9,17 +11,11 @@ namespace kalvrooms::practice {
 namespace {
 
 std::int32_t WholeNumber(const std::wstring& text, std::int32_t otherwise, std::int32_t least) {
-    if (text.empty())
-        return otherwise;
-    std::int32_t number = 0;
-    for (const wchar_t digit : text) {
-        if (digit < L'0' || digit > L'9' || number > 100'000'000)
-            throw HostError(L"A fault wants a whole number, not \"" + text + L"\".");
-        number = number * 10 + (digit - L'0');
-    }
-    if (number < least)
-        throw HostError(L"A fault wants a larger number than " + text + L".");
-    return number;
+    const auto number = text.empty() ? otherwise : NumberFrom<std::int32_t>(text);
+    if (!number || *number < least)
+        throw HostError(L"A fault wants a whole number from " + std::to_wstring(least) +
+                        L" on, not \"" + text + L"\".");
+    return *number;
 }
 
 } // namespace

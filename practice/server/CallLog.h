@@ -1,5 +1,5 @@
 #pragma once
-// Counts the calls of clients by member, and holds the faults that a test has set for some of them.
+// Counts the calls of clients by member, and holds the faults that a test has planted.
 
 #include "drawing/HostError.h"
 

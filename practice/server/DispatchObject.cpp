@@ -1,6 +1,7 @@
 #include "practice/server/DispatchObject.h"
 
 #include "drawing/HostError.h"
+#include "drawing/Text.h"
 
 #include <exception>
 #include <new>
@@ -9,7 +10,7 @@ namespace kalvrooms::practice {
 
 namespace {
 
-// Only asked inside of the process: it tells our objects from a client's.
+// Known within this process only: tells our own objects from a client's.
 // {7C0F2B5E-86C1-4B0E-9B65-0D0C2A6E7A11}
 constexpr IID OwnObjectIid = {
     0x7c0f2b5e, 0x86c1, 0x4b0e, {0x9b, 0x65, 0x0d, 0x0c, 0x2a, 0x6e, 0x7a, 0x11}};
@@ -34,7 +35,7 @@ auto Arguments::Converted(UINT index, Convert convert) const {
     try {
         return convert(Value(index));
     } catch (const ComError& error) {
-        throw ComError(error.result(), PlaceOf(index));
+        throw ComError(error.result(), {}, PlaceOf(index));
     }
 }
 
@@ -61,33 +62,16 @@ ComPtr<DispatchObject> Arguments::OwnObject(UINT index) const {
     IDispatch* object = value.ToObject();
     void* own = nullptr;
     if (!object || FAILED(object->QueryInterface(OwnObjectIid, &own)))
-        throw ComError(DISP_E_TYPEMISMATCH, PlaceOf(index));
-    return ComPtr<DispatchObject>::Attach(static_cast<DispatchObject*>(own));
+        throw ComError(DISP_E_TYPEMISMATCH, {}, PlaceOf(index));
+    return TakeOver(static_cast<DispatchObject*>(own));
 }
 
 HRESULT DispatchObject::QueryInterface(REFIID iid, void** object) {
-    if (!object)
-        return E_POINTER;
-    *object = nullptr;
-    if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch))
-        *object = static_cast<IDispatch*>(this);
-    else if (IsEqualIID(iid, OwnObjectIid))
-        *object = this;
-    else
-        return E_NOINTERFACE;
+    if (!object || !IsEqualIID(iid, OwnObjectIid))
+        return Counted::QueryInterface(iid, object);
+    *object = this;
     AddRef();
     return S_OK;
-}
-
-ULONG DispatchObject::AddRef() {
-    return ++references_;
-}
-
-ULONG DispatchObject::Release() {
-    const ULONG left = --references_;
-    if (left == 0)
-        delete this;
-    return left;
 }
 
 HRESULT DispatchObject::GetTypeInfoCount(UINT* count) {
@@ -108,7 +92,7 @@ HRESULT DispatchObject::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, L
         return DISP_E_UNKNOWNINTERFACE;
     if (!names || !ids || count == 0)
         return E_INVALIDARG;
-    // Arguments have no names here.
+    // Named arguments are not supported.
     for (UINT i = 0; i < count; ++i)
         ids[i] = DISPID_UNKNOWN;
     for (std::size_t member = 0; member < MemberCount(); ++member) {

@@ -3,10 +3,12 @@
 
 #include "practice/server/Com.h"
 
-#include <atomic>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace kalvrooms::practice {
@@ -27,9 +29,9 @@ class Arguments {
     template <class Object>
     ComPtr<Object> Own(UINT index) const {
         const ComPtr<DispatchObject> object = OwnObject(index);
-        auto* wanted = dynamic_cast<Object*>(object.get());
+        auto* wanted = dynamic_cast<Object*>(object.Get());
         if (!wanted)
-            throw ComError(DISP_E_TYPEMISMATCH, PlaceOf(index));
+            throw ComError(DISP_E_TYPEMISMATCH, {}, PlaceOf(index));
         return ComPtr<Object>(wanted);
     }
 
@@ -42,7 +44,7 @@ class Arguments {
     const DISPPARAMS& parameters_;
 };
 
-// What stands between a call and its object: it may count it, delay it or keep it away.
+// Sees every call before its object does: it may count it, delay it or reject it.
 class CallGate {
   public:
     virtual ~CallGate() = default;
@@ -52,20 +54,11 @@ class CallGate {
     virtual void Gone() = 0;
 };
 
-// Automation interfaces have no virtual destructor; their objects end in Release.
-#ifdef __GNUC__
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-#endif
-class DispatchObject : public IDispatch {
+class DispatchObject : public Counted<IDispatch> {
   public:
     explicit DispatchObject(CallGate& gate) : gate_(gate) { gate_.Created(); }
-    DispatchObject(const DispatchObject&) = delete;
-    DispatchObject& operator=(const DispatchObject&) = delete;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
@@ -75,7 +68,7 @@ class DispatchObject : public IDispatch {
                                      UINT* argument) override;
 
   protected:
-    virtual ~DispatchObject() { gate_.Gone(); }
+    ~DispatchObject() override { gate_.Gone(); }
 
     virtual const wchar_t* Kind() const = 0;
     virtual std::size_t MemberCount() const = 0;
@@ -84,23 +77,20 @@ class DispatchObject : public IDispatch {
     virtual Variant Perform(std::size_t index, WORD flags, const Arguments& arguments) = 0;
 
   private:
-    std::atomic<ULONG> references_{1};
     CallGate& gate_;
 };
-
-#ifdef __GNUC__
-#pragma GCC diagnostic pop
-#endif
 
 // A member: a method, or a property that can be read, and maybe written.
 template <class Object>
 struct Member {
     const wchar_t* name;
     UINT arguments = 0; // of the method
-    Variant (Object::*method)(const Arguments&) = nullptr;
-    Variant (Object::*get)() = nullptr;
-    void (Object::*put)(const Variant&) = nullptr;
+    std::function<Variant(Object&, const Arguments&)> method{};
+    std::function<Variant(Object&)> get{};
+    std::function<void(Object&, const Variant&)> put{};
 };
+template <class Object>
+using MemberTable = std::vector<Member<Object>>;
 
 // Binds the table `Object::Members()` to the calls; a member's identifier is its place, from 1.
 template <class Object>
@@ -109,6 +99,24 @@ class Automation : public DispatchObject {
     using DispatchObject::DispatchObject;
 
   protected:
+    // Does its work with so many arguments; what it returns is the result.
+    template <class Work>
+    static Member<Object> Method(const wchar_t* name, UINT count, Work work) {
+        return {name, count, [work](Object& self, const Arguments& arguments) {
+                    if constexpr (std::is_void_v<decltype(work(self, arguments))>) {
+                        work(self, arguments);
+                        return Variant();
+                    } else {
+                        return Variant(work(self, arguments));
+                    }
+                }};
+    }
+    template <class Get>
+    static Member<Object> Property(const wchar_t* name, Get get,
+                                   std::function<void(Object&, const Variant&)> put = {}) {
+        return {name, 0, {}, [get](Object& self) { return Variant(get(self)); }, std::move(put)};
+    }
+
     const wchar_t* Kind() const override { return Object::KindName; }
     std::size_t MemberCount() const override { return Object::Members().size(); }
     const wchar_t* MemberName(std::size_t index) const override {
@@ -119,16 +127,16 @@ class Automation : public DispatchObject {
         auto& self = static_cast<Object&>(*this);
         if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
             Require(member.put != nullptr, arguments.Count() == 1);
-            (self.*member.put)(arguments.Value(0));
+            member.put(self, arguments.Value(0));
             return {};
         }
         // A client that cannot know whether it reads a property or calls a method asks for both.
         if (member.method && (flags & DISPATCH_METHOD) != 0) {
             Require(true, arguments.Count() == member.arguments);
-            return (self.*member.method)(arguments);
+            return member.method(self, arguments);
         }
         Require(member.get && (flags & DISPATCH_PROPERTYGET) != 0, arguments.Count() == 0);
-        return (self.*member.get)();
+        return member.get(self);
     }
 
   private:

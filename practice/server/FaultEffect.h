@@ -1,5 +1,5 @@
 #pragma once
-// What a call that has a fault does to its caller: the same in both practice servers.
+// Carries out the fault of a call, alike in both practice servers.
 
 #include "practice/server/CallLog.h"
 #include "practice/server/Com.h"
@@ -7,8 +7,8 @@
 namespace kalvrooms::practice {
 
 // True: the call goes on. False: its result stays empty. Error: the server's own error, made from
-// the fault's description, or a ComError when the call is turned away. The last act is done before
-// the process ends.
+// the fault's description, or a ComError when the call is rejected. The last act runs before the
+// process is terminated.
 template <class Error, class LastAct>
 bool Suffer(const Fault& fault, LastAct lastAct) {
     switch (fault.mode) {
@@ -21,7 +21,7 @@ bool Suffer(const Fault& fault, LastAct lastAct) {
     case FaultMode::Later:
         throw ComError(RPC_E_SERVERCALL_RETRYLATER);
     case FaultMode::Stall:
-        // A server that hangs answers nobody else either.
+        // A server that hangs does not answer anybody else either.
         Sleep(static_cast<DWORD>(fault.milliseconds));
         return true;
     case FaultMode::Exit:

@@ -1,11 +1,12 @@
 #include "practice/spreadsheet/DiskFiles.h"
 
-#include "practice/server/Files.h"
 #include "practice/workbook/SheetError.h"
 #include "practice/workbook/WorkbookFile.h"
 
 #include <windows.h>
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace kalvrooms::practice::spreadsheet {
@@ -64,7 +65,8 @@ HANDLE open(const std::wstring& name, DWORD access, DWORD share, DWORD dispositi
 } // namespace
 
 std::wstring DiskFiles::FullName(const std::wstring& name) const {
-    return AbsolutePath(name);
+    std::error_code ignored;
+    return std::filesystem::absolute(name, ignored).wstring();
 }
 
 bool DiskFiles::Exists(const std::wstring& fullName) const {

@@ -99,7 +99,7 @@ class SheetObject : public DispatchObject {
 
 template <class Object, class... Values>
 Variant newObject(Values&&... values) {
-    return Variant(ComPtr<Object>::Attach(new Object(std::forward<Values>(values)...)));
+    return Variant(Make<Object>(std::forward<Values>(values)...));
 }
 
 OpenWorkbook& stillOpen(const WorkbookPointer& workbook) {

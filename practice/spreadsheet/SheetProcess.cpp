@@ -1,6 +1,7 @@
 #include "practice/spreadsheet/SheetProcess.h"
 
 #include "drawing/DrawingFile.h"
+#include "drawing/Text.h"
 #include "practice/server/FaultEffect.h"
 #include "practice/workbook/SheetError.h"
 

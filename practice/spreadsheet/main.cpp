@@ -18,6 +18,7 @@
 
 namespace {
 
+using namespace kalvrooms;
 using namespace kalvrooms::practice;
 using namespace kalvrooms::practice::spreadsheet;
 
@@ -61,20 +62,20 @@ void openForUser(Application& application, const std::vector<std::wstring>& argu
 
 // In the list of running objects, until it is taken out.
 void offerRunning(SheetProcess& process) {
-    const auto application = ComPtr<IDispatch>::Attach(NewApplicationObject(process));
+    const auto application = TakeOver(NewApplicationObject(process));
     DWORD entry = 0;
-    Check(RegisterActiveObject(application.get(), ApplicationClassId, ACTIVEOBJECT_STRONG, &entry));
+    Check(RegisterActiveObject(application.Get(), ApplicationClassId, ACTIVEOBJECT_STRONG, &entry));
     process.withdraw = [entry] { RevokeActiveObject(entry, nullptr); };
 }
 
 // To the client for whom the system started the process, and to that one only: the next client gets
 // a process of its own. Gives the entry in the system's list.
 DWORD offerOnce(SheetProcess& process) {
-    const auto factory = ComPtr<ClassFactory>::Attach(
-        new ClassFactory([&process] { return NewApplicationObject(process); },
-                         [&process](bool stay) { stay ? process.Created() : process.Gone(); }));
+    const auto factory =
+        Make<ClassFactory>([&process] { return NewApplicationObject(process); },
+                           [&process](bool stay) { stay ? process.Created() : process.Gone(); });
     DWORD entry = 0;
-    Check(CoRegisterClassObject(ApplicationClassId, factory.get(), CLSCTX_LOCAL_SERVER,
+    Check(CoRegisterClassObject(ApplicationClassId, factory.Get(), CLSCTX_LOCAL_SERVER,
                                 REGCLS_SINGLEUSE, &entry));
     return entry;
 }

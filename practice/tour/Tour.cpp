@@ -195,8 +195,8 @@ class Tour {
         summary_["host.calls"] = control_.number(L"CallCount");
         control_.call(L"SaveDrawing", out_ + L"\\drawing.json");
         control_.call(L"ExportSvg", out_ + L"\\drawing.svg");
-        summary_["rooms.drawing"] = static_cast<long>(
-            practice::ReadDrawing(practice::ToUtf8(control_.text(L"DrawingText"))).elements.size());
+        summary_["rooms.drawing"] =
+            static_cast<long>(ReadDrawing(ToUtf8(control_.text(L"DrawingText"))).elements.size());
         if (main_) {
             PostMessageW(main_, WM_CLOSE, 0, 0);
             const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, quartino_);
@@ -221,7 +221,7 @@ class Tour {
                                  "rooms.drawing", "host.calls"})
             file << name << '=' << summary_[name] << '\n';
         for (const std::wstring& message : messages_)
-            file << "message=" << practice::ToUtf8(message) << '\n';
+            file << "message=" << ToUtf8(message) << '\n';
     }
 
     const Arguments& arguments_;

@@ -1,10 +1,12 @@
 #include "drawing/Drawing.h"
 
+#include "drawing/Text.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 double Attribute::NumberValue() const {
     const auto* number = std::get_if<double>(&value);
@@ -14,11 +16,6 @@ double Attribute::NumberValue() const {
 std::wstring Attribute::TextValue() const {
     const auto* text = std::get_if<std::wstring>(&value);
     return text ? *text : NumberText(std::get<double>(value));
-}
-
-bool Element::SameIdentity(const Element& other) const {
-    return componentId == other.componentId && fileNumber == other.fileNumber &&
-           fileId == other.fileId;
 }
 
 std::map<std::int32_t, std::wstring> Drawing::DefaultAttributeNames() {
@@ -71,8 +68,19 @@ bool Drawing::IsFloorArea(const Attribute& attribute) const {
     return found != attributeNames.end() && attribute.name == found->second;
 }
 
+void Drawing::SetOutline(Element& element, Outline outline) const {
+    CloseOutline(outline);
+    element.outline = std::move(outline);
+    UpdateFloorArea(element);
+}
+
+void Drawing::SetText(Attribute& attribute, std::wstring text) const {
+    if (IsFloorArea(attribute))
+        throw HostError(L"The floor area follows from the ground plan and cannot be written.");
+    attribute.value = std::move(text);
+}
+
 void Drawing::UpdateFloorArea(Element& element) const {
-    // Nothing was drawn yet: the figure is all that is known.
     if (element.outline.empty())
         return;
     for (Attribute& attribute : element.attributes) {
@@ -82,15 +90,14 @@ void Drawing::UpdateFloorArea(Element& element) const {
 }
 
 void Drawing::Replace(const Element& element, std::size_t hint) {
-    auto found = elements.end();
-    if (hint < elements.size() && elements[hint].SameIdentity(element))
-        found = elements.begin() + static_cast<std::ptrdiff_t>(hint);
-    else
-        found = std::find_if(elements.begin(), elements.end(), [&](const Element& candidate) {
-            return candidate.SameIdentity(element);
-        });
+    const auto same = [&](const Element& candidate) {
+        return candidate.identity == element.identity;
+    };
+    const auto found = hint < elements.size() && same(elements[hint])
+                           ? elements.begin() + static_cast<std::ptrdiff_t>(hint)
+                           : std::find_if(elements.begin(), elements.end(), same);
     if (found == elements.end())
-        throw HostError(L"Element " + std::to_wstring(element.componentId) +
+        throw HostError(L"Element " + std::to_wstring(element.identity.ComponentID) +
                         L" is not in the drawing.");
     *found = element;
     UpdateFloorArea(*found);
@@ -98,20 +105,26 @@ void Drawing::Replace(const Element& element, std::size_t hint) {
 
 std::size_t Drawing::Insert(Element element) {
     std::int32_t highest = 0;
-    const Element* current = nullptr;
-    for (const Element& candidate : elements) {
-        highest = std::max(highest, candidate.componentId);
-        if (candidate.fileNumber > 0 && (!current || candidate.fileNumber < current->fileNumber))
-            current = &candidate;
+    const HostIdentity* current = nullptr;
+    for (const Element& other : elements) {
+        const HostIdentity& identity = other.identity;
+        highest = std::max(highest, identity.ComponentID);
+        if (identity.FileNumber > 0 && (!current || identity.FileNumber < current->FileNumber))
+            current = &identity;
     }
     if (highest == std::numeric_limits<std::int32_t>::max())
         throw HostError(L"The drawing has no component number left.");
-    element.componentId = highest + 1;
-    element.fileNumber = current ? current->fileNumber : 1;
-    element.fileId = current ? current->fileId : L"K1";
+    element.identity = current ? *current : HostIdentity{0, 1, L"K1"};
+    element.identity.ComponentID = highest + 1;
     UpdateFloorArea(element);
     elements.push_back(std::move(element));
     return elements.size() - 1;
+}
+
+std::size_t ItemPlace(std::int32_t index, std::size_t count) {
+    if (index < 1 || static_cast<std::size_t>(index) > count)
+        throw HostError(L"There is no item " + std::to_wstring(index) + L" in the list.");
+    return static_cast<std::size_t>(index) - 1;
 }
 
 double Area(const Outline& outline) {
@@ -154,4 +167,4 @@ void CloseOutline(Outline& outline) {
         outline.pop_back();
 }
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

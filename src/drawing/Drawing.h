@@ -1,8 +1,9 @@
 #pragma once
-// The drawing of the practice host: a project, its room elements, and how they were set down.
-// Coordinates are metres, areas square metres, colours RGB with red in the low byte.
+// A drawing of the host: a project, its room elements, and how they were placed. Coordinates are
+// metres, areas square metres, colours RGB with red in the low byte.
 
 #include "drawing/HostError.h"
+#include "host/HostApplication.h"
 
 #include <cstdint>
 #include <map>
@@ -12,16 +13,7 @@
 #include <variant>
 #include <vector>
 
-namespace kalvrooms::practice {
-
-struct Point {
-    double x = 0.0;
-    double y = 0.0;
-    bool operator==(const Point&) const = default;
-};
-
-// A ground plan without a repeated last point.
-using Outline = std::vector<Point>;
+namespace kalvrooms {
 
 // Keys of the file that mean nothing to us, with their values as JSON text: they are written back.
 using UnknownKeys = std::vector<std::pair<std::string, std::string>>;
@@ -29,7 +21,7 @@ using UnknownKeys = std::vector<std::pair<std::string, std::string>>;
 struct Attribute {
     std::wstring name;
     std::variant<std::wstring, double> value;
-    UnknownKeys unknown;
+    UnknownKeys unknown{};
 
     // 0 when the attribute is a text.
     double NumberValue() const;
@@ -37,35 +29,31 @@ struct Attribute {
 };
 
 struct Element {
-    // -1 while the element is not in the drawing.
-    std::int32_t componentId = -1;
-    // 0 or below: the element lies in a native KVD file.
-    std::int32_t fileNumber = -1;
-    std::wstring fileId;
+    // -1, -1, "" while the element is not in the drawing. In a file with a number of 0 or below it
+    // lies in a native KVD file.
+    HostIdentity identity{-1, -1, L""};
     std::wstring name;
     std::wstring function;
     std::wstring storey;
     std::int32_t colour = 0;
-    Outline outline;
+    Outline outline; // without a repeated last point
     std::vector<Attribute> attributes;
-    UnknownKeys unknown;
-
-    bool SameIdentity(const Element& other) const;
+    UnknownKeys unknown{};
 };
 
-struct Placement {
+struct PlacementRecord {
     std::int32_t mode = 0;
     // The shift that placing added to the outlines as they were handed over.
     Point at;
     std::vector<std::int32_t> componentIds;
-    UnknownKeys unknown;
+    UnknownKeys unknown{};
 };
 
 struct Project {
     std::wstring name;
     std::wstring folder;
     std::int32_t number = 0;
-    UnknownKeys unknown;
+    UnknownKeys unknown{};
 };
 
 // The attribute numbers that rooms have.
@@ -81,8 +69,8 @@ struct Drawing {
     // gets those of the catalogue and those that a writer looks for.
     std::optional<std::vector<std::wstring>> newElementAttributes;
     std::vector<Element> elements;
-    std::vector<Placement> placements;
-    UnknownKeys unknown;
+    std::vector<PlacementRecord> placements;
+    UnknownKeys unknown{};
 
     static std::map<std::int32_t, std::wstring> DefaultAttributeNames();
 
@@ -92,17 +80,25 @@ struct Drawing {
     // An element that is not in the drawing yet, with empty attributes.
     Element NewElement() const;
 
-    // Sets the attribute of the floor area from the outline, where the element has one and its
-    // outline spans a face.
-    void UpdateFloorArea(Element& element) const;
-    bool IsFloorArea(const Attribute& attribute) const;
+    // Takes the ground plan with or without a repeated last point; the floor area follows it.
+    void SetOutline(Element& element, Outline outline) const;
+    // The text must not go to the floor area, which follows the outline: a HostError.
+    void SetText(Attribute& attribute, std::wstring text) const;
 
     // Writes a changed element over the one with its identity. The hint is where it was found.
     void Replace(const Element& element, std::size_t hint);
     // Gives the element the next component and the current numbered file and takes it in; returns
     // its index.
     std::size_t Insert(Element element);
+
+  private:
+    bool IsFloorArea(const Attribute& attribute) const;
+    // Does nothing for an element without outline: the figure is all that is known of it.
+    void UpdateFloorArea(Element& element) const;
 };
+
+// The place of an item whose index counts from 1; raises a HostError when there is none.
+std::size_t ItemPlace(std::int32_t index, std::size_t count);
 
 // By the shoelace rule, never negative.
 double Area(const Outline& outline);
@@ -113,4 +109,4 @@ void Shift(Outline& outline, const Point& by);
 // Takes away a last point that repeats the first; raises a HostError for a point that is no number.
 void CloseOutline(Outline& outline);
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 // Raises a HostError that names the place and the trouble; what the text leaves out has a default.
 Drawing ReadDrawing(std::string_view json);
@@ -19,4 +19,4 @@ void SaveDrawing(const Drawing& drawing, const std::filesystem::path& file);
 // A reader of the file sees the old text or the new one, never a part. Raises a HostError.
 void WriteWhole(const std::filesystem::path& file, std::string_view bytes);
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

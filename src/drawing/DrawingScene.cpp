@@ -1,21 +1,23 @@
 #include "drawing/DrawingScene.h"
 
+#include "drawing/Text.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
-#include <optional>
+#include <map>
+#include <utility>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 namespace {
 
 // Light enough for black and red letters, far enough apart to be told at a glance.
 constexpr std::array<std::int32_t, 8> Tints = {0xBFE3FD, 0xF9E1C9, 0xC9EED1, 0xDDCBF7,
                                                0xF5D6E4, 0xE8EEC4, 0xB9D3EA, 0xE2E2E2};
-// The mean width of a letter and the distance of lines, in font sizes.
+// The mean width of a letter, in font sizes.
 constexpr double LetterWidth = 0.56;
-constexpr double LineHeight = 1.22;
 constexpr double LabelMargin = 0.84;
 
 struct Box {
@@ -34,7 +36,7 @@ struct Box {
         for (const Point& point : outline)
             Take(point);
     }
-    // Makes room for the outlines to the right, where the user will most likely want them.
+    // Makes room for the outlines to the right, where the user will probably place them.
     void TakeBeside(const std::vector<Outline>& outlines) {
         Box others;
         for (const Outline& outline : outlines)
@@ -58,7 +60,7 @@ Box BoxOf(const Outline& outline) {
 View Fit(const Box& box, const Frame& frame) {
     if (box.Empty())
         return {1.0, {frame.left + frame.width / 2, frame.top + frame.height / 2}};
-    // Halves: the extent of a drawing at the edge of what numbers can say would overflow.
+    // Halves: the extent of a drawing at the limits of a double would overflow.
     const double halfWidth = box.right / 2 - box.left / 2;
     const double halfHeight = box.top / 2 - box.bottom / 2;
     double scale = std::numeric_limits<double>::infinity();
@@ -90,84 +92,42 @@ std::vector<std::pair<double, double>> InsideAt(const Outline& outline, double y
     return stretches;
 }
 
-// A free rectangle inside of an outline.
-struct Spot {
-    Point centre;
-    double width = 0.0;
-    double height = 0.0;
-};
-
-bool IsUpright(const Outline& outline) {
-    if (outline.size() != 4)
-        return false;
-    for (std::size_t i = 0; i < 4; ++i) {
-        const Point& a = outline[i];
-        const Point& b = outline[(i + 1) % 4];
-        const Point& c = outline[(i + 2) % 4];
-        const bool turns = (a.x == b.x && b.y == c.y) || (a.y == b.y && b.x == c.x);
-        if (!turns)
-            return false;
-    }
-    return true;
-}
-
-// The part of an edge between two heights, from left to right; none when it only touches them.
-std::optional<std::pair<double, double>> Between(Point a, Point b, double low, double high) {
-    if (a.y > b.y)
-        std::swap(a, b);
-    if (b.y <= low || a.y >= high)
-        return std::nullopt;
-    const auto at = [&](double y) { return a.x + (y - a.y) / (b.y - a.y) * (b.x - a.x); };
-    const double first = a.y < low ? at(low) : a.x;
-    const double last = b.y > high ? at(high) : b.x;
-    return std::minmax(first, last);
-}
-
-// The stretches that are inside at every height from `y` - `half` to `y` + `half`: no edge comes
-// between, and at `y` they are inside.
-std::vector<std::pair<double, double>> InsideAround(const Outline& outline, double y, double half) {
-    std::vector<std::pair<double, double>> edges;
-    for (std::size_t i = 0; i < outline.size(); ++i) {
-        if (const auto edge =
-                Between(outline[i], outline[(i + 1) % outline.size()], y - half, y + half))
-            edges.push_back(*edge);
-    }
-    std::sort(edges.begin(), edges.end());
-    const std::vector<std::pair<double, double>> inside = InsideAt(outline, y);
-    std::vector<std::pair<double, double>> free;
-    auto stretch = inside.begin();
-    double right = edges.empty() ? 0.0 : edges.front().second;
-    for (const auto& edge : edges) {
-        while (stretch != inside.end() && stretch->second <= right)
-            ++stretch;
-        if (edge.first > right && stretch != inside.end() && stretch->first <= right)
-            free.emplace_back(right, edge.first);
-        right = std::max(right, edge.second);
-    }
-    return free;
-}
-
-// Rectangles of many heights that lie inside, those near the middle first.
-std::vector<Spot> FreeSpots(const Outline& outline) {
+// Middles of the widest stretches inside of the outline, at half its height and towards both ends.
+std::vector<Point> Middles(const Outline& outline) {
     const Box box = BoxOf(outline);
-    const double width = box.right - box.left;
-    const double height = box.top - box.bottom;
-    if (IsUpright(outline))
-        return {{{box.left + width / 2, box.bottom + height / 2}, width, height}};
-    constexpr int Lines = 15;
-    std::vector<Spot> spots;
-    for (int line = 0; line < Lines; ++line) {
-        const int step = (line + 1) / 2 * (line % 2 == 0 ? 1 : -1);
-        const double y = box.bottom + height * (0.5 + static_cast<double>(step) / (Lines + 1));
-        for (const double part : {0.48, 0.36, 0.25, 0.18, 0.12, 0.08, 0.05}) {
-            const double half = height * part;
-            if (y - half < box.bottom || y + half > box.top)
-                continue;
-            for (const auto& [left, right] : InsideAround(outline, y, half))
-                spots.push_back({{left + (right - left) / 2, y}, right - left, 2 * half});
+    std::vector<Point> middles;
+    for (const double part : {0.5, 1.0 / 6, 5.0 / 6}) {
+        const double y = box.bottom + (box.top - box.bottom) * part;
+        std::pair<double, double> widest;
+        for (const auto& stretch : InsideAt(outline, y)) {
+            if (stretch.second - stretch.first > widest.second - widest.first)
+                widest = stretch;
         }
+        if (widest.second > widest.first)
+            middles.push_back({widest.first + (widest.second - widest.first) / 2, y});
     }
-    return spots;
+    return middles;
+}
+
+// The factor by which the square from (-1,-1) to (1,1) has to grow until it touches the wall from
+// a to b.
+double Reach(const Point& a, const Point& b) {
+    const Point along{b.x - a.x, b.y - a.y};
+    double reach = std::numeric_limits<double>::infinity();
+    // The nearest point is an end, or lies on an axis or on a diagonal.
+    const auto meet = [&](double above, double below) {
+        const double t = below == 0.0 ? 0.0 : std::clamp(above / below, 0.0, 1.0);
+        const double x = std::abs(a.x + t * along.x);
+        const double y = std::abs(a.y + t * along.y);
+        reach = std::min(reach, std::max(x, y));
+    };
+    meet(0.0, 1.0);
+    meet(1.0, 1.0);
+    meet(-a.x, along.x);
+    meet(-a.y, along.y);
+    meet(a.y - a.x, along.x - along.y);
+    meet(-a.y - a.x, along.x + along.y);
+    return reach;
 }
 
 std::vector<std::wstring> Words(const std::wstring& text) {
@@ -200,26 +160,29 @@ std::size_t Longest(const std::vector<std::wstring>& lines) {
     return longest;
 }
 
-using Wraps = std::vector<std::vector<std::wstring>>;
-
-Wraps WithArea(Wraps wraps, double area) {
-    for (std::vector<std::wstring>& lines : wraps)
-        lines.push_back(AreaText(area));
-    return wraps;
+// The largest letters with which the lines, around the centre, touch no wall.
+double LargestSize(const Outline& outline, const Point& centre,
+                   const std::vector<std::wstring>& lines) {
+    const double halfWidth = LetterWidth * static_cast<double>(Longest(lines)) / 2 / LabelMargin;
+    const double halfHeight = LineHeight * static_cast<double>(lines.size()) / 2 / LabelMargin;
+    const auto seen = [&](const Point& point) {
+        return Point{(point.x - centre.x) / halfWidth, (point.y - centre.y) / halfHeight};
+    };
+    double size = std::numeric_limits<double>::infinity();
+    for (std::size_t i = 0; i < outline.size(); ++i)
+        size = std::min(size, Reach(seen(outline[i]), seen(outline[(i + 1) % outline.size()])));
+    return size;
 }
 
-SceneLabel LargestLabel(const std::vector<Spot>& spots, const Wraps& wraps, double largest) {
+SceneLabel LargestLabel(const Outline& outline, const std::vector<std::vector<std::wstring>>& wraps,
+                        double largest) {
     SceneLabel best;
-    for (const Spot& spot : spots) {
+    for (const Point& centre : Middles(outline)) {
         for (const std::vector<std::wstring>& lines : wraps) {
-            const double byWidth =
-                spot.width * LabelMargin / (LetterWidth * static_cast<double>(Longest(lines)));
-            const double byHeight =
-                spot.height * LabelMargin / (LineHeight * static_cast<double>(lines.size()));
-            const double size = std::min({byWidth, byHeight, largest});
-            // What is only a little larger is not worth the move.
+            const double size = std::min(LargestSize(outline, centre, lines), largest);
+            // A slightly larger size is not worth leaving the middle.
             if (size > best.fontSize * 1.05)
-                best = {spot.centre, size, lines};
+                best = {centre, size, lines};
         }
     }
     return best;
@@ -240,6 +203,10 @@ View View::ZoomedAt(const Point& pixel, double factor) const {
             {pixel.x + (origin.x - pixel.x) * factor, pixel.y + (origin.y - pixel.y) * factor}};
 }
 
+std::wstring SceneStorey::Figures() const {
+    return std::to_wstring(rooms) + (rooms == 1 ? L" Raum, " : L" Räume, ") + AreaText(area);
+}
+
 std::wstring AreaText(double squareMetres) {
     std::string digits = FixedText(std::round(squareMetres * 100) / 100, 2);
     const std::size_t point = digits.find('.');
@@ -255,20 +222,20 @@ std::wstring AreaText(double squareMetres) {
 
 SceneLabel FitLabel(const Outline& outline, const std::wstring& name, double area,
                     const LabelRules& rules) {
-    const std::vector<Spot> spots = FreeSpots(outline);
     const std::vector<std::wstring> words = Words(name);
     const std::size_t whole = Longest(Wrap(words, std::numeric_limits<std::size_t>::max() / 2));
-    Wraps wraps;
+    std::vector<std::vector<std::wstring>> names;
     for (std::size_t pieces = 1; pieces <= 3; ++pieces)
-        wraps.push_back(
+        names.push_back(
             Wrap(words, std::max(whole / pieces + (pieces > 1 ? 1 : 0), std::size_t{4})));
-    SceneLabel label = LargestLabel(spots, WithArea(wraps, area), rules.largest);
+    auto namesWithArea = names;
+    for (std::vector<std::wstring>& lines : namesWithArea)
+        lines.push_back(AreaText(area));
+    SceneLabel label = LargestLabel(outline, namesWithArea, rules.largest);
     // The name alone is better than nothing.
     if (label.fontSize < rules.smallest && !words.empty())
-        label = LargestLabel(spots, wraps, rules.largest);
-    if (label.fontSize < rules.smallest)
-        label = {label.centre, 0.0, {}};
-    return label;
+        label = LargestLabel(outline, names, rules.largest);
+    return label.fontSize < rules.smallest ? SceneLabel() : label;
 }
 
 View FitView(const Drawing& drawing, const Frame& frame, const std::vector<Outline>& toCome) {
@@ -306,4 +273,4 @@ Scene MakeScene(const Drawing& drawing, const View& view, const LabelRules& labe
     return scene;
 }
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 // A rectangle of the picture, in pixels.
 struct Frame {
@@ -33,7 +33,12 @@ struct SceneStorey {
     std::int32_t tint = 0;
     std::int32_t rooms = 0;
     double area = 0.0;
+
+    std::wstring Figures() const; // "2 Räume, 12,50 m²"
 };
+
+// The distance of lines, in font sizes.
+inline constexpr double LineHeight = 1.22;
 
 struct SceneLabel {
     Point centre;
@@ -67,9 +72,9 @@ Scene MakeScene(const Drawing& drawing, const View& view, const LabelRules& labe
 // "12,50 m²", as the window's language writes it.
 std::wstring AreaText(double squareMetres);
 
-// A label for an outline in picture coordinates: inside of it where it is widest, the name wrapped
-// at blanks so that the letters become as large as they can.
+// A label for an outline in picture coordinates: inside of it, off every wall, the name wrapped at
+// blanks so that the letters become as large as they can; without lines where none fits.
 SceneLabel FitLabel(const Outline& outline, const std::wstring& name, double area,
                     const LabelRules& rules);
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

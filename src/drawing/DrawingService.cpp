@@ -1,8 +1,6 @@
 #include "drawing/DrawingService.h"
 
-#include <algorithm>
-
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 WorkingElements DrawingService::Elements() const {
     WorkingElements copies;
@@ -25,11 +23,11 @@ void DrawingService::Change(const WorkingElements& elements) {
             throw HostError(L"An element that is not in the drawing cannot be changed.");
         step.elements.push_back({copy, copy->element});
     }
-    steps_.push_back(std::move(step));
+    Queue(std::move(step));
 }
 
 void DrawingService::Add(const WorkingElements& elements) {
-    steps_.push_back(NewElements(Step::Kind::Add, elements));
+    Queue(NewElements(Step::Kind::Add, elements));
 }
 
 void DrawingService::Place(const WorkingElements& elements, std::int32_t mode) {
@@ -45,43 +43,40 @@ void DrawingService::Place(const WorkingElements& elements, std::int32_t mode) {
     step.at = session_.placing.ShiftFor(outlines, pendingRow_);
     for (Queued& queued : step.elements)
         Shift(queued.element.outline, step.at);
-    steps_.push_back(std::move(step));
+    Queue(std::move(step));
 }
 
 DrawingService::Step DrawingService::NewElements(Step::Kind kind,
                                                  const WorkingElements& elements) const {
     Step step;
     step.kind = kind;
+    std::set<WorkingElementPtr> known = queued_;
     for (const WorkingElementPtr& copy : elements) {
-        const bool twice = std::any_of(step.elements.begin(), step.elements.end(),
-                                       [&](const Queued& queued) { return queued.copy == copy; });
-        if (copy->index || twice || IsQueued(copy))
+        if (copy->index || !known.insert(copy).second)
             throw HostError(L"The element is in the drawing already.");
         step.elements.push_back({copy, copy->element});
     }
     return step;
 }
 
-bool DrawingService::IsQueued(const WorkingElementPtr& copy) const {
-    return std::any_of(steps_.begin(), steps_.end(), [&](const Step& step) {
-        return step.kind != Step::Kind::Change &&
-               std::any_of(step.elements.begin(), step.elements.end(),
-                           [&](const Queued& queued) { return queued.copy == copy; });
-    });
+void DrawingService::Queue(Step step) {
+    for (const Queued& queued : step.elements)
+        queued_.insert(queued.copy);
+    steps_.push_back(std::move(step));
 }
 
 void DrawingService::Apply() {
     Drawing drawing = session_.drawing;
     std::vector<std::pair<WorkingElementPtr, std::size_t>> inserted;
     for (const Step& step : steps_) {
-        Placement placement{step.mode, step.at, {}, {}};
+        PlacementRecord placement{step.mode, step.at, {}, {}};
         for (const Queued& queued : step.elements) {
             if (step.kind == Step::Kind::Change) {
                 drawing.Replace(queued.element, *queued.copy->index);
                 continue;
             }
             const std::size_t index = drawing.Insert(queued.element);
-            placement.componentIds.push_back(drawing.elements[index].componentId);
+            placement.componentIds.push_back(drawing.elements[index].identity.ComponentID);
             inserted.emplace_back(queued.copy, index);
         }
         if (step.kind == Step::Kind::Place)
@@ -92,6 +87,7 @@ void DrawingService::Apply() {
     session_.placing.Applied(pendingRow_);
     pendingRow_ = 0.0;
     steps_.clear();
+    queued_.clear();
     for (const auto& [copy, index] : inserted) {
         copy->element = session_.drawing.elements[index];
         copy->index = index;
@@ -100,4 +96,4 @@ void DrawingService::Apply() {
         session_.applied();
 }
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

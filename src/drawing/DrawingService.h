@@ -3,19 +3,22 @@
 // until it is applied, and is forgotten when the service goes without that.
 
 #include "drawing/Drawing.h"
+#include "drawing/HostState.h"
 #include "drawing/Placing.h"
 
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 // The drawing that is open, with what a run remembers beside it.
 struct DrawingSession {
     Drawing drawing;
     Placing placing;
+    HostState state;
     // Called after every apply.
     std::function<void()> applied;
 };
@@ -29,9 +32,6 @@ struct WorkingElement {
 using WorkingElementPtr = std::shared_ptr<WorkingElement>;
 using WorkingElements = std::vector<WorkingElementPtr>;
 
-// The mode of placing: at the cross-hair.
-inline constexpr std::int32_t PlaceAtCrossHair = 10;
-
 class DrawingService {
   public:
     explicit DrawingService(DrawingSession& session) : session_(session) {}
@@ -42,7 +42,7 @@ class DrawingService {
     // The elements are taken over as they are now; later changes of the copies do not count.
     void Change(const WorkingElements& elements);
     void Add(const WorkingElements& elements);
-    // Returns when they were set down.
+    // Returns when they were placed. Raises a HostError when that was cancelled.
     void Place(const WorkingElements& elements, std::int32_t mode);
 
     // All or nothing. Gives the new elements' copies their identity.
@@ -61,11 +61,12 @@ class DrawingService {
     };
 
     Step NewElements(Step::Kind kind, const WorkingElements& elements) const;
-    bool IsQueued(const WorkingElementPtr& copy) const;
+    void Queue(Step step);
 
     DrawingSession& session_;
     std::vector<Step> steps_;
+    std::set<WorkingElementPtr> queued_;
     double pendingRow_ = 0.0;
 };
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

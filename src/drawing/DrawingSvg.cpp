@@ -1,10 +1,11 @@
 #include "drawing/DrawingSvg.h"
 
 #include "drawing/DrawingScene.h"
+#include "drawing/Text.h"
 
 #include <array>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 namespace {
 
@@ -74,9 +75,9 @@ std::string TextAt(double x, double y, double size, const std::string& attribute
 
 std::string RoomSvg(const SceneRoom& room, const Element& element) {
     const std::string colour = Colour(room.colour);
-    std::string svg = "<g class=\"room\" data-component=\"" + std::to_string(element.componentId) +
-                      "\" data-file=\"" + std::to_string(element.fileNumber) +
-                      "\">\n<polygon points=\"";
+    std::string svg = "<g class=\"room\" data-component=\"" +
+                      std::to_string(element.identity.ComponentID) + "\" data-file=\"" +
+                      std::to_string(element.identity.FileNumber) + "\">\n<polygon points=\"";
     for (const Point& point : room.outline) {
         svg += Number(point.x);
         svg += ',';
@@ -84,7 +85,7 @@ std::string RoomSvg(const SceneRoom& room, const Element& element) {
         svg += ' ';
     }
     svg += "\" stroke=\"" + colour + "\"/>\n";
-    const double lineHeight = room.label.fontSize * 1.22;
+    const double lineHeight = room.label.fontSize * LineHeight;
     double y = room.label.centre.y - lineHeight * static_cast<double>(room.label.lines.size()) / 2 +
                lineHeight * 0.78;
     for (const std::wstring& line : room.label.lines) {
@@ -107,9 +108,7 @@ std::string LegendSvg(const Scene& scene) {
         svg += "<rect x=\"" + Number(left) + "\" y=\"" + Number(y - 16) +
                "\" width=\"26\" height=\"18\" stroke=\"#666666\" fill=\"" + Colour(storey.tint) +
                "\"/>\n";
-        svg += TextAt(left + 36, y - 1, 16, "",
-                      storey.name + L": " + std::to_wstring(storey.rooms) +
-                          (storey.rooms == 1 ? L" Raum, " : L" Räume, ") + AreaText(storey.area));
+        svg += TextAt(left + 36, y - 1, 16, "", storey.name + L": " + storey.Figures());
     }
     return svg + "</g>\n";
 }
@@ -145,4 +144,4 @@ std::string DrawingSvg(const Drawing& drawing) {
     return svg + "</svg>\n";
 }
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

@@ -5,8 +5,8 @@
 
 #include <string>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 std::string DrawingSvg(const Drawing& drawing);
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

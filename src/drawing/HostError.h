@@ -1,25 +1,17 @@
 #pragma once
-// A refusal of the practice host: its description reaches the client as the host's own words.
+// A refusal of the host: its description reaches the client as the host's own words.
 
-#include "drawing/Text.h"
+#include "model/RuntimeError.h"
 
-#include <exception>
 #include <string>
 #include <utility>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
-class HostError : public std::exception {
+class HostError : public RuntimeError {
   public:
     explicit HostError(std::wstring description)
-        : description_(std::move(description)), what_(ToUtf8(description_)) {}
-
-    const std::wstring& description() const noexcept { return description_; }
-    const char* what() const noexcept override { return what_.c_str(); }
-
-  private:
-    std::wstring description_;
-    std::string what_;
+        : RuntimeError(AutomationError, std::move(description)) {}
 };
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

@@ -2,7 +2,7 @@
 
 #include "drawing/HostError.h"
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 void HostState::Set(const std::wstring& name) {
     if (!name.empty() && name != L"menu" && name != L"kvd")
@@ -10,15 +10,14 @@ void HostState::Set(const std::wstring& name) {
     name_ = name;
 }
 
-std::wstring HostState::Refusal() const {
+void HostState::CheckAccess() const {
     if (!creationError_.empty())
-        return creationError_;
+        throw HostError(creationError_);
     // Clients know the states by words that stand somewhere behind the beginning.
     if (name_ == L"menu")
-        return L"Please terminate the menue interaction first.";
+        throw HostError(L"Please terminate the menue interaction first.");
     if (name_ == L"kvd")
-        return L"Access denied: any Kvd or free plan is open.";
-    return {};
+        throw HostError(L"Access denied: any Kvd or free plan is open.");
 }
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

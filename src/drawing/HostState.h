@@ -2,23 +2,24 @@
 // Whether the host lets clients in.
 
 #include <string>
+#include <utility>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 class HostState {
   public:
     // "", "menu" or "kvd"; raises a HostError for anything else.
     void Set(const std::wstring& name);
     const std::wstring& Name() const { return name_; }
-    // Goes before the state's own description; empty: none.
+    // Replaces the state's own words; empty: it does not.
     void CreationError(std::wstring description) { creationError_ = std::move(description); }
 
-    // What a client that wants in is told; empty while it is let in.
-    std::wstring Refusal() const;
+    // Raises a HostError that tells a client why it is not let in.
+    void CheckAccess() const;
 
   private:
     std::wstring name_;
     std::wstring creationError_;
 };
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
 void Placing::At(const Point& point) {
     if (!std::isfinite(point.x) || !std::isfinite(point.y))
@@ -19,7 +19,7 @@ void Placing::ByClick() {
 Point Placing::ShiftFor(const std::vector<Outline>& outlines, double& pending) const {
     if (!unattended_) {
         if (!click_)
-            throw HostError(L"There is no window in which rooms could be set down.");
+            throw HostError(L"There is no window in which rooms could be placed.");
         return click_(outlines);
     }
     if (outlines.size() != 1)
@@ -29,4 +29,4 @@ Point Placing::ShiftFor(const std::vector<Outline>& outlines, double& pending) c
     return shift;
 }
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

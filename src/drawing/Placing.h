@@ -1,15 +1,15 @@
 #pragma once
-// Where elements go that a client hands over to be set down: by the user's click, or unattended
-// from a given point on.
+// Where elements go that a client hands over to be placed: at the user's click, or unattended from
+// a given point on.
 
 #include "drawing/Drawing.h"
 
 #include <functional>
 #include <vector>
 
-namespace kalvrooms::practice {
+namespace kalvrooms {
 
-// The distance between rooms that are set down singly and unattended.
+// The distance between rooms that are placed singly and unattended.
 inline constexpr double SingleGap = 1.0;
 
 class Placing {
@@ -17,17 +17,16 @@ class Placing {
     // Asks for the point at which the outlines go; raises a HostError when it was cancelled.
     using Click = std::function<Point(const std::vector<Outline>&)>;
 
-    // Unattended from here on; rooms that were set down singly before are forgotten.
+    // Unattended from here on; rooms that were placed singly before are forgotten.
     void At(const Point& point);
-    // By the user's click; while nobody can click, setting down is refused.
+    // By the user's click; while nobody can click, placing is refused.
     void ByClick();
     void OnClick(Click click) { click_ = std::move(click); }
-    bool Unattended() const { return unattended_; }
 
-    // The shift for one hand-over. `pending` is the length of the row that this client has set down
+    // The shift for one hand-over. `pending` is the length of the row that this client has placed
     // singly and not applied yet; a single room advances it.
     Point ShiftFor(const std::vector<Outline>& outlines, double& pending) const;
-    // What was set down has been applied: the next single room goes on behind it.
+    // What was placed has been applied: the next single room goes on behind it.
     void Applied(double pending) { row_ += pending; }
 
   private:
@@ -37,4 +36,4 @@ class Placing {
     Click click_;
 };
 
-} // namespace kalvrooms::practice
+} // namespace kalvrooms

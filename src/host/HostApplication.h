@@ -25,6 +25,7 @@ struct HostIdentity {
     std::int32_t ComponentID = 0;
     std::int32_t FileNumber = 0;
     std::wstring FileID;
+    bool operator==(const HostIdentity&) const = default;
 };
 
 // Identity and texts of a room element.
@@ -45,16 +46,12 @@ struct HostAttributeValue {
 class HostAttribute {
   public:
     virtual ~HostAttribute() = default;
-    virtual std::wstring Name() = 0;
-    virtual double NumberValue() = 0;
-    virtual std::wstring TextValue() = 0;
     virtual void TextValue(const std::wstring& value) = 0;
 };
 
 class HostAttributeList {
   public:
     virtual ~HostAttributeList() = default;
-    virtual std::int32_t Count() = 0;
     virtual std::unique_ptr<HostAttribute> Item(std::int32_t index) = 0;
     // All attributes in list order; one call where the host offers it.
     virtual std::vector<HostAttributeValue> Values() = 0;
@@ -92,7 +89,7 @@ class HostRoomSelection {
     virtual void SelectRooms() = 0;
 };
 
-// How new elements reach the drawing: set down by the user at the cross-hair.
+// How new elements reach the drawing: placed by the user at the cross-hair.
 inline constexpr std::int32_t PlaceAtCrossHair = 10;
 
 class HostDrawingService {
@@ -104,7 +101,7 @@ class HostDrawingService {
     virtual std::unique_ptr<HostRoomElement> CreateRoomElement() = 0;
     virtual void ChangeElements(HostElementList& elements) = 0;
     virtual void AddElements(HostElementList& elements) = 0;
-    // Returns when the user has set the elements down; cancelling raises an error.
+    // Returns when the user has placed the elements; cancelling raises an error.
     virtual void PlaceElements(HostElementList& elements, std::int32_t mode) = 0;
     // Nothing that was changed, added or placed reaches the drawing before this.
     virtual void ApplyChanges() = 0;

@@ -60,20 +60,16 @@ class Adapter : public Interface {
 class ComAttribute : public Adapter<HostAttribute> {
   public:
     using Adapter::Adapter;
-    std::wstring Name() override { return TextOf(object_.Get(Member::Name)); }
-    double NumberValue() override { return NumberOf(object_.Get(Member::NumberValue)); }
-    std::wstring TextValue() override { return TextOf(object_.Get(Member::TextValue)); }
+    std::wstring Name() { return TextOf(object_.Get(Member::Name)); }
+    double NumberValue() { return NumberOf(object_.Get(Member::NumberValue)); }
+    std::wstring TextValue() { return TextOf(object_.Get(Member::TextValue)); }
     void TextValue(const std::wstring& value) override { object_.Put(Member::TextValue, value); }
 };
 
 class ComAttributeList : public Adapter<HostAttributeList> {
   public:
     using Adapter::Adapter;
-    std::int32_t Count() override { return LongOf(object_.Get(Member::Count)); }
-    std::unique_ptr<HostAttribute> Item(std::int32_t index) override {
-        return std::make_unique<ComAttribute>(
-            object_.CallObject(L"attribute", Member::Item, {index}), bulk_);
-    }
+    std::unique_ptr<HostAttribute> Item(std::int32_t index) override { return item(index); }
     std::vector<HostAttributeValue> Values() override {
         std::vector<HostAttributeValue> values;
         // A value that the table cannot carry must not cost all the others.
@@ -83,6 +79,10 @@ class ComAttributeList : public Adapter<HostAttributeList> {
     }
 
   private:
+    std::unique_ptr<ComAttribute> item(std::int32_t index) {
+        return std::make_unique<ComAttribute>(
+            object_.CallObject(L"attribute", Member::Item, {index}), bulk_);
+    }
     std::vector<HostAttributeValue> valuesAtOnce() {
         std::vector<HostAttributeValue> values;
         const Variant table = object_.Get(bulk_.AttributeTable);
@@ -96,12 +96,12 @@ class ComAttributeList : public Adapter<HostAttributeList> {
     }
     std::vector<HostAttributeValue> valuesOneByOne() {
         std::vector<HostAttributeValue> values;
-        const std::int32_t count = Count();
+        const std::int32_t count = LongOf(object_.Get(Member::Count));
         for (std::int32_t index = 1; index <= count; ++index) {
             HostAttributeValue value;
-            std::unique_ptr<HostAttribute> attribute;
+            std::unique_ptr<ComAttribute> attribute;
             // What one attribute refuses, a number for a text perhaps, stays empty.
-            if (attempted([&] { attribute = Item(index); })) {
+            if (attempted([&] { attribute = item(index); })) {
                 attempted([&] { value.Name = attribute->Name(); });
                 attempted([&] { value.Number = attribute->NumberValue(); });
                 attempted([&] { value.Text = attribute->TextValue(); });

@@ -3,14 +3,15 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
-namespace kalvrooms::practice {
+#include "support/TemporaryFolder.h"
+
+namespace kalvrooms::testing {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 
 const char* const School = R"({
  "project": {"name": "Schule am Markt", "folder": "C:\\Projekte\\Schule", "number": 4711},
@@ -32,24 +33,12 @@ std::string Refusal(const std::string& json) {
     return {};
 }
 
-class TemporaryFolder {
-  public:
-    TemporaryFolder()
-        : path_(std::filesystem::temp_directory_path() /
-                ("practice-drawing-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)))) {
-        std::filesystem::remove_all(path_);
-        std::filesystem::create_directories(path_);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    std::filesystem::path operator/(const char* name) const { return path_ / name; }
+class DrawingFiles : public ::testing::Test {
+  protected:
+    DrawingFiles() { std::filesystem::create_directories(folder); }
+    ~DrawingFiles() override { std::filesystem::remove_all(folder); }
 
-  private:
-    std::filesystem::path path_;
+    const std::filesystem::path folder = temporaryFolder("drawing-files");
 };
 
 TEST(DrawingFile, ReadsEveryField) {
@@ -59,9 +48,9 @@ TEST(DrawingFile, ReadsEveryField) {
     EXPECT_EQ(drawing.project.number, 4711);
     ASSERT_EQ(drawing.elements.size(), 1u);
     const Element& element = drawing.elements[0];
-    EXPECT_EQ(element.componentId, 17);
-    EXPECT_EQ(element.fileNumber, 3);
-    EXPECT_EQ(element.fileId, L"K3");
+    EXPECT_EQ(element.identity.ComponentID, 17);
+    EXPECT_EQ(element.identity.FileNumber, 3);
+    EXPECT_EQ(element.identity.FileID, L"K3");
     EXPECT_EQ(element.name, L"Klasse 1");
     EXPECT_EQ(element.function, L"Unterricht");
     EXPECT_EQ(element.storey, L"EG");
@@ -100,11 +89,11 @@ TEST(DrawingFile, MissingKeysHaveDefaults) {
 
 TEST(DrawingFile, ElementsWithoutNumbersGetFreeOnes) {
     const Drawing drawing = ReadDrawing(R"({"elements":[{},{"componentId":8},{"fileNumber":4}]})");
-    EXPECT_EQ(drawing.elements[0].componentId, 9);
-    EXPECT_EQ(drawing.elements[1].componentId, 8);
-    EXPECT_EQ(drawing.elements[2].componentId, 10);
-    EXPECT_EQ(drawing.elements[0].fileNumber, 1);
-    EXPECT_EQ(drawing.elements[2].fileId, L"K4");
+    EXPECT_EQ(drawing.elements[0].identity.ComponentID, 9);
+    EXPECT_EQ(drawing.elements[1].identity.ComponentID, 8);
+    EXPECT_EQ(drawing.elements[2].identity.ComponentID, 10);
+    EXPECT_EQ(drawing.elements[0].identity.FileNumber, 1);
+    EXPECT_EQ(drawing.elements[2].identity.FileID, L"K4");
 }
 
 TEST(DrawingFile, WhatIsWrittenReadsTheSameAgain) {
@@ -143,7 +132,7 @@ TEST(DrawingFile, KeepsTheNamesForNewElements) {
     ASSERT_TRUE(drawing.newElementAttributes);
     EXPECT_THAT(*drawing.newElementAttributes, ElementsAre(L" Nutzen", L"Farbe"));
     EXPECT_TRUE(ReadDrawing(WriteDrawing(drawing)).newElementAttributes);
-    EXPECT_THAT(WriteDrawing(ReadDrawing("{}")), testing::Not(HasSubstr("newElementAttributes")));
+    EXPECT_THAT(WriteDrawing(ReadDrawing("{}")), ::testing::Not(HasSubstr("newElementAttributes")));
 }
 
 TEST(DrawingFile, ARepeatedLastPointIsTakenAway) {
@@ -156,33 +145,34 @@ TEST(DrawingFile, AByteOrderMarkIsPassedOver) {
 }
 
 TEST(DrawingFile, MalformedFilesAreRefusedWithThePlace) {
-    EXPECT_THAT(Refusal(""), HasSubstr("not JSON"));
-    EXPECT_THAT(Refusal("{\"elements\":["), HasSubstr("not JSON"));
-    EXPECT_THAT(Refusal("{\"project\":{\"name\":\"\xFF\"}}"), HasSubstr("not JSON"));
-    EXPECT_THAT(Refusal("[]"), HasSubstr("it is not an object"));
-    EXPECT_THAT(Refusal(R"({"project":7})"), HasSubstr("project is not an object"));
-    EXPECT_THAT(Refusal(R"({"project":{"name":7}})"), HasSubstr("project.name is not a text"));
-    EXPECT_THAT(Refusal(R"({"elements":{}})"), HasSubstr("elements is not a list"));
-    EXPECT_THAT(Refusal(R"({"elements":[{},3]})"), HasSubstr("elements[1] is not an object"));
-    EXPECT_THAT(Refusal(R"({"elements":[{"componentId":1.5}]})"),
-                HasSubstr("elements[0].componentId is not a whole number"));
-    EXPECT_THAT(Refusal(R"({"elements":[{"colour":99999999999}]})"),
-                HasSubstr("elements[0].colour does not fit"));
-    EXPECT_THAT(Refusal(R"({"elements":[{"colour":18446744073709551615}]})"),
-                HasSubstr("does not fit"));
-    EXPECT_THAT(Refusal(R"({"elements":[{"outline":[[1,2],[3]]}]})"),
-                HasSubstr("elements[0].outline[1] is not a point"));
-    EXPECT_THAT(Refusal(R"({"elements":[{"outline":[[1,"2"]]}]})"), HasSubstr("is not a number"));
-    EXPECT_THAT(Refusal(R"({"elements":[{"outline":[[1,1e999]]}]})"), HasSubstr("not JSON"));
-    EXPECT_THAT(Refusal(R"({"elements":[{"attributes":[{"value":[]}]}]})"),
-                HasSubstr("elements[0].attributes[0].value is not a number"));
-    EXPECT_THAT(Refusal(R"({"attributeNames":{"29x":"a"}})"), HasSubstr("29x"));
-    EXPECT_THAT(Refusal(R"({"attributeNames":{"293":5}})"), HasSubstr("is not a text"));
-    EXPECT_THAT(Refusal(R"({"newElementAttributes":[1]})"), HasSubstr("newElementAttributes"));
-    EXPECT_THAT(Refusal(R"({"placements":[{"componentIds":["1"]}]})"),
-                HasSubstr("placements[0].componentIds[0]"));
-    EXPECT_THAT(Refusal(R"({"elements":[{"componentId":2147483647},{}]})"),
-                HasSubstr("none is left"));
+    const std::pair<const char*, const char*> refusals[] = {
+        {"", "parse_error"},
+        {"{\"elements\":[", "parse_error"},
+        {"{\"project\":{\"name\":\"\xFF\"}}", "UTF-8"},
+        {R"({"elements":[{"outline":[[1,1e999]]}]})", "number overflow"},
+        {"[]", "is not an object"},
+        {R"({"project":7})", "(/project) is not an object"},
+        {R"({"project":{"name":7}})", "(/project/name) type must be string, but is number"},
+        {R"({"elements":{}})", "(/elements) type must be array, but is object"},
+        {R"({"elements":[{},3]})", "(/elements/1) is not an object"},
+        {R"({"elements":[{"componentId":1.5}]})",
+         "(/elements/0/componentId) is not a whole number"},
+        {R"({"elements":[{"colour":99999999999}]})", "(/elements/0/colour) does not fit"},
+        {R"({"elements":[{"colour":18446744073709551615}]})", "does not fit"},
+        {R"({"elements":[{"outline":[[1,2],[3]]}]})",
+         "(/elements/0/outline/1) is not a point [x,y]"},
+        {R"({"elements":[{"outline":[[1,"2"]]}]})",
+         "(/elements/0/outline/0/1) type must be number"},
+        {R"({"elements":[{"attributes":[{"value":[]}]}]})",
+         "(/elements/0/attributes/0/value) type must be number"},
+        {R"({"attributeNames":{"29x":"a"}})", "29x"},
+        {R"({"attributeNames":{"293":5}})", "(/attributeNames/293) type must be string"},
+        {R"({"newElementAttributes":[1]})", "(/newElementAttributes/0)"},
+        {R"({"placements":[{"componentIds":["1"]}]})", "(/placements/0/componentIds/0)"},
+        {R"({"elements":[{"componentId":2147483647},{}]})", "none is left"},
+    };
+    for (const auto& [json, trouble] : refusals)
+        EXPECT_THAT(Refusal(json), HasSubstr(trouble)) << json;
 }
 
 TEST(DrawingFile, EndlessNestingIsRefused) {
@@ -195,21 +185,19 @@ TEST(DrawingFile, EveryCutOfAFileIsRefused) {
         EXPECT_THROW(ReadDrawing(whole.substr(0, length)), HostError) << length;
 }
 
-TEST(DrawingFile, SavesAndLoadsAndLeavesNothingBeside) {
-    const TemporaryFolder folder;
+TEST_F(DrawingFiles, SaveAndLoadAndLeaveNothingBeside) {
     const auto file = folder / "a.json";
     SaveDrawing(ReadDrawing("{}"), file);
     SaveDrawing(ReadDrawing(School), file);
     EXPECT_EQ(LoadDrawing(file).elements.size(), 1u);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / "."), {}), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
 }
 
-TEST(DrawingFile, MissingFilesAndFoldersAreRefused) {
-    const TemporaryFolder folder;
+TEST_F(DrawingFiles, MissingFilesAndFoldersAreRefused) {
     EXPECT_THROW(LoadDrawing(folder / "none.json"), HostError);
     EXPECT_THROW(LoadDrawing(folder / "."), HostError);
     EXPECT_THROW(SaveDrawing(Drawing(), folder / "none/a.json"), HostError);
 }
 
 } // namespace
-} // namespace kalvrooms::practice
+} // namespace kalvrooms::testing

@@ -5,10 +5,10 @@
 
 #include <limits>
 
-namespace kalvrooms::practice {
+namespace kalvrooms::testing {
 namespace {
 
-using testing::ElementsAre;
+using ::testing::ElementsAre;
 
 Outline Rectangle(double width, double height, Point corner = {}) {
     return {corner,
@@ -19,9 +19,9 @@ Outline Rectangle(double width, double height, Point corner = {}) {
 
 Element Room(std::int32_t component, std::int32_t file, const std::wstring& fileId) {
     Element element;
-    element.componentId = component;
-    element.fileNumber = file;
-    element.fileId = fileId;
+    element.identity.ComponentID = component;
+    element.identity.FileNumber = file;
+    element.identity.FileID = fileId;
     element.name = L"Raum " + std::to_wstring(component);
     return element;
 }
@@ -31,14 +31,6 @@ std::vector<std::wstring> Names(const Element& element) {
     for (const Attribute& attribute : element.attributes)
         names.push_back(attribute.name);
     return names;
-}
-
-Attribute* Find(Element& element, const std::wstring& name) {
-    for (Attribute& attribute : element.attributes) {
-        if (attribute.name == name)
-            return &attribute;
-    }
-    return nullptr;
 }
 
 TEST(Drawing, AreaFollowsTheShoelaceWhateverTheDirection) {
@@ -81,18 +73,18 @@ TEST(Drawing, InsertedElementsGetTheNextComponentAndTheLowestNumberedFile) {
     drawing.elements = {Room(40, 0, L"KVD"), Room(7, 5, L"K5"), Room(9, 3, L"Drei"),
                         Room(3, -1, L"N")};
     const Element& first = drawing.elements[drawing.Insert(drawing.NewElement())];
-    EXPECT_EQ(first.componentId, 41);
-    EXPECT_EQ(first.fileNumber, 3);
-    EXPECT_EQ(first.fileId, L"Drei");
-    EXPECT_EQ(drawing.elements[drawing.Insert(drawing.NewElement())].componentId, 42);
+    EXPECT_EQ(first.identity.ComponentID, 41);
+    EXPECT_EQ(first.identity.FileNumber, 3);
+    EXPECT_EQ(first.identity.FileID, L"Drei");
+    EXPECT_EQ(drawing.elements[drawing.Insert(drawing.NewElement())].identity.ComponentID, 42);
 }
 
 TEST(Drawing, TheFirstElementOfAnEmptyDrawingGoesToFileOne) {
     Drawing drawing;
     drawing.elements = {Room(2, 0, L"KVD")};
     const Element& element = drawing.elements[drawing.Insert(drawing.NewElement())];
-    EXPECT_EQ(element.fileNumber, 1);
-    EXPECT_EQ(element.fileId, L"K1");
+    EXPECT_EQ(element.identity.FileNumber, 1);
+    EXPECT_EQ(element.identity.FileID, L"K1");
 }
 
 TEST(Drawing, AFullDrawingRefusesMore) {
@@ -101,121 +93,111 @@ TEST(Drawing, AFullDrawingRefusesMore) {
     EXPECT_THROW(drawing.Insert(drawing.NewElement()), HostError);
 }
 
-TEST(DrawingService, NothingReachesTheDrawingBeforeApply) {
+class DrawingServices : public ::testing::Test {
+  protected:
     DrawingSession session;
-    session.drawing.elements = {Room(1, 1, L"K1")};
+    std::vector<Element>& elements = session.drawing.elements;
+    DrawingService service{session};
+};
+
+TEST_F(DrawingServices, LetNothingReachTheDrawingBeforeTheyApply) {
+    elements = {Room(1, 1, L"K1")};
     {
-        DrawingService service(session);
-        const WorkingElements elements = service.Elements();
-        elements[0]->element.name = L"anders";
-        service.Change(elements);
-        service.Add({service.NewElement()});
-        EXPECT_EQ(session.drawing.elements.size(), 1u);
-        EXPECT_EQ(session.drawing.elements[0].name, L"Raum 1");
+        DrawingService forgotten(session);
+        const WorkingElements copies = forgotten.Elements();
+        copies[0]->element.name = L"anders";
+        forgotten.Change(copies);
+        forgotten.Add({forgotten.NewElement()});
+        EXPECT_EQ(elements.size(), 1u);
+        EXPECT_EQ(elements[0].name, L"Raum 1");
     }
-    EXPECT_EQ(session.drawing.elements.size(), 1u);
-    EXPECT_EQ(session.drawing.elements[0].name, L"Raum 1");
+    service.Apply();
+    EXPECT_EQ(elements.size(), 1u);
+    EXPECT_EQ(elements[0].name, L"Raum 1");
 }
 
-TEST(DrawingService, ApplyWritesChangesOverTheSameElements) {
-    DrawingSession session;
-    session.drawing.elements = {Room(1, 1, L"K1"), Room(1, 2, L"K2"), Room(2, 1, L"K1")};
-    DrawingService service(session);
-    const WorkingElements elements = service.Elements();
-    elements[1]->element.name = L"anders";
-    elements[1]->element.colour = 255;
-    service.Change({elements[1]});
+TEST_F(DrawingServices, WriteChangesOverTheSameElements) {
+    elements = {Room(1, 1, L"K1"), Room(1, 2, L"K2"), Room(2, 1, L"K1")};
+    const WorkingElementPtr copy = service.Elements()[1];
+    copy->element.name = L"anders";
+    copy->element.colour = 255;
+    service.Change({copy});
     service.Apply();
-    ASSERT_EQ(session.drawing.elements.size(), 3u);
-    EXPECT_EQ(session.drawing.elements[0].name, L"Raum 1");
-    EXPECT_EQ(session.drawing.elements[1].name, L"anders");
-    EXPECT_EQ(session.drawing.elements[1].colour, 255);
+    ASSERT_EQ(elements.size(), 3u);
+    EXPECT_EQ(elements[0].name, L"Raum 1");
+    EXPECT_EQ(elements[1].name, L"anders");
+    EXPECT_EQ(elements[1].colour, 255);
     EXPECT_TRUE(session.drawing.placements.empty());
 }
 
-TEST(DrawingService, ElementsAreTakenOverAsTheyAreWhenHandedOver) {
-    DrawingSession session;
-    session.drawing.elements = {Room(1, 1, L"K1")};
-    DrawingService service(session);
-    const WorkingElements elements = service.Elements();
-    elements[0]->element.name = L"vorher";
-    service.Change(elements);
-    elements[0]->element.name = L"nachher";
+TEST_F(DrawingServices, TakeElementsOverAsTheyAreWhenHandedOver) {
+    elements = {Room(1, 1, L"K1")};
+    const WorkingElements copies = service.Elements();
+    copies[0]->element.name = L"vorher";
+    service.Change(copies);
+    copies[0]->element.name = L"nachher";
     service.Apply();
-    EXPECT_EQ(session.drawing.elements[0].name, L"vorher");
+    EXPECT_EQ(elements[0].name, L"vorher");
 }
 
-TEST(DrawingService, AFailingApplyChangesNothing) {
-    DrawingSession session;
-    session.drawing.elements = {Room(1, 1, L"K1"), Room(2, 1, L"K1")};
-    DrawingService service(session);
-    const WorkingElements elements = service.Elements();
-    elements[0]->element.name = L"anders";
-    service.Change({elements[0]});
-    service.Change({elements[1]});
-    session.drawing.elements.pop_back();
+TEST_F(DrawingServices, ChangeNothingWhenTheyFail) {
+    elements = {Room(1, 1, L"K1"), Room(2, 1, L"K1")};
+    const WorkingElements copies = service.Elements();
+    copies[0]->element.name = L"anders";
+    service.Change({copies[0]});
+    service.Change({copies[1]});
+    elements.pop_back();
     EXPECT_THROW(service.Apply(), HostError);
-    EXPECT_EQ(session.drawing.elements[0].name, L"Raum 1");
+    EXPECT_EQ(elements[0].name, L"Raum 1");
 }
 
-TEST(DrawingService, AddedElementsStayWhereTheyAreAndGetTheirIdentity) {
-    DrawingSession session;
-    DrawingService service(session);
+TEST_F(DrawingServices, LeaveAddedElementsWhereTheyAreAndGiveThemTheirIdentity) {
     const WorkingElementPtr room = service.NewElement();
-    EXPECT_EQ(room->element.componentId, -1);
+    EXPECT_EQ(room->element.identity.ComponentID, -1);
     room->element.outline = Rectangle(3, 2, {10, 20});
     room->element.colour = 255;
     service.Add({room});
     service.Apply();
-    ASSERT_EQ(session.drawing.elements.size(), 1u);
-    EXPECT_EQ(session.drawing.elements[0].outline, Rectangle(3, 2, {10, 20}));
-    EXPECT_EQ(session.drawing.elements[0].colour, 255);
-    EXPECT_EQ(Find(session.drawing.elements[0], L"Bodenfläche")->NumberValue(), 6.0);
-    EXPECT_EQ(room->element.componentId, 1);
+    ASSERT_EQ(elements.size(), 1u);
+    EXPECT_EQ(elements[0].outline, Rectangle(3, 2, {10, 20}));
+    EXPECT_EQ(elements[0].colour, 255);
+    EXPECT_EQ(elements[0].attributes[0].name, L"Bodenfläche");
+    EXPECT_EQ(elements[0].attributes[0].NumberValue(), 6.0);
+    EXPECT_EQ(room->element.identity.ComponentID, 1);
     EXPECT_TRUE(session.drawing.placements.empty());
 
     room->element.name = L"danach";
     service.Change({room});
     service.Apply();
-    EXPECT_EQ(session.drawing.elements[0].name, L"danach");
+    EXPECT_EQ(elements[0].name, L"danach");
 }
 
-TEST(DrawingService, TheFloorAreaOfAChangedElementFollowsItsOutline) {
-    DrawingSession session;
-    session.drawing.elements = {Room(1, 1, L"K1"), Room(2, 1, L"K1")};
-    session.drawing.elements[0].attributes = {{L"Bodenfläche", std::wstring(L"alt"), {}}};
-    DrawingService service(session);
-    const WorkingElements elements = service.Elements();
-    elements[0]->element.outline = Rectangle(3, 2);
-    elements[1]->element.outline = Rectangle(3, 2);
-    service.Change(elements);
-    service.Apply();
-    EXPECT_EQ(session.drawing.elements[0].attributes[0].NumberValue(), 6.0);
-    EXPECT_TRUE(session.drawing.elements[1].attributes.empty());
-
-    const WorkingElements again = service.Elements();
-    again[0]->element.outline = {{1, 1}};
-    service.Change({again[0]});
-    service.Apply();
-    EXPECT_EQ(session.drawing.elements[0].attributes[0].NumberValue(), 0.0);
+TEST_F(DrawingServices, LetTheFloorAreaFollowTheOutline) {
+    elements = {Room(1, 1, L"K1"), Room(2, 1, L"K1")};
+    elements[0].attributes = {{L"Bodenfläche", L"alt"}};
+    const auto change = [this](const Outline& outline) {
+        const WorkingElements copies = service.Elements();
+        for (const WorkingElementPtr& copy : copies)
+            copy->element.outline = outline;
+        service.Change(copies);
+        service.Apply();
+    };
+    change(Rectangle(3, 2));
+    EXPECT_EQ(elements[0].attributes[0].NumberValue(), 6.0);
+    EXPECT_TRUE(elements[1].attributes.empty());
+    change({{1, 1}});
+    EXPECT_EQ(elements[0].attributes[0].NumberValue(), 0.0);
 }
 
-TEST(DrawingService, AnElementWithoutAnOutlineKeepsItsFloorArea) {
-    DrawingSession session;
-    session.drawing.elements = {Room(1, 1, L"K1")};
-    session.drawing.elements[0].attributes = {{L"Bodenfläche", 12.5, {}}};
-    DrawingService service(session);
-    const WorkingElements elements = service.Elements();
-    elements[0]->element.name = L"neu";
-    service.Change(elements);
+TEST_F(DrawingServices, KeepTheFloorAreaOfAnElementWithoutOutline) {
+    elements = {Room(1, 1, L"K1")};
+    elements[0].attributes = {{L"Bodenfläche", 12.5}};
+    service.Change(service.Elements());
     service.Apply();
-    EXPECT_EQ(session.drawing.elements[0].name, L"neu");
-    EXPECT_EQ(session.drawing.elements[0].attributes[0].NumberValue(), 12.5);
+    EXPECT_EQ(elements[0].attributes[0].NumberValue(), 12.5);
 }
 
-TEST(DrawingService, AnElementGoesInOnce) {
-    DrawingSession session;
-    DrawingService service(session);
+TEST_F(DrawingServices, TakeAnElementInOnce) {
     const WorkingElementPtr room = service.NewElement();
     EXPECT_THROW(service.Change({room}), HostError);
     EXPECT_THROW(service.Add({room, room}), HostError);
@@ -223,31 +205,28 @@ TEST(DrawingService, AnElementGoesInOnce) {
     EXPECT_THROW(service.Add({room}), HostError);
     service.Apply();
     EXPECT_THROW(service.Add({room}), HostError);
-    EXPECT_EQ(session.drawing.elements.size(), 1u);
+    EXPECT_EQ(elements.size(), 1u);
 }
 
-class UnattendedPlacing : public testing::Test {
+class UnattendedPlacing : public DrawingServices {
   protected:
     UnattendedPlacing() { session.placing.At({100, 50}); }
 
-    WorkingElementPtr NewRoom(DrawingService& service, double width, Point corner = {}) {
+    WorkingElementPtr NewRoom(double width, Point corner = {}) {
         WorkingElementPtr room = service.NewElement();
         room->element.outline = Rectangle(width, 2, corner);
         return room;
     }
-
-    DrawingSession session;
 };
 
 TEST_F(UnattendedPlacing, SingleRoomsStandOneBesideTheOther) {
-    DrawingService service(session);
-    service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
-    service.Place({NewRoom(service, 2.5)}, PlaceAtCrossHair);
-    service.Place({NewRoom(service, 3)}, PlaceAtCrossHair);
+    service.Place({NewRoom(4)}, PlaceAtCrossHair);
+    service.Place({NewRoom(2.5)}, PlaceAtCrossHair);
+    service.Place({NewRoom(3)}, PlaceAtCrossHair);
     service.Apply();
-    EXPECT_EQ(session.drawing.elements[0].outline, Rectangle(4, 2, {100, 50}));
-    EXPECT_EQ(session.drawing.elements[1].outline, Rectangle(2.5, 2, {105, 50}));
-    EXPECT_EQ(session.drawing.elements[2].outline, Rectangle(3, 2, {108.5, 50}));
+    EXPECT_EQ(elements[0].outline, Rectangle(4, 2, {100, 50}));
+    EXPECT_EQ(elements[1].outline, Rectangle(2.5, 2, {105, 50}));
+    EXPECT_EQ(elements[2].outline, Rectangle(3, 2, {108.5, 50}));
     ASSERT_EQ(session.drawing.placements.size(), 3u);
     EXPECT_EQ(session.drawing.placements[2].mode, 10);
     EXPECT_EQ(session.drawing.placements[2].at, (Point{108.5, 50}));
@@ -256,88 +235,75 @@ TEST_F(UnattendedPlacing, SingleRoomsStandOneBesideTheOther) {
 
 TEST_F(UnattendedPlacing, ALaterExportGoesOnBehindTheRow) {
     for (int run = 0; run < 2; ++run) {
-        DrawingService service(session);
-        service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
-        service.Apply();
+        DrawingService another(session);
+        another.Place({NewRoom(4)}, PlaceAtCrossHair);
+        another.Apply();
     }
-    EXPECT_EQ(session.drawing.elements[1].outline, Rectangle(4, 2, {105, 50}));
+    EXPECT_EQ(elements[1].outline, Rectangle(4, 2, {105, 50}));
     session.placing.At({0, 0});
-    DrawingService service(session);
-    service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
+    service.Place({NewRoom(4)}, PlaceAtCrossHair);
     service.Apply();
-    EXPECT_EQ(session.drawing.elements[2].outline, Rectangle(4, 2));
+    EXPECT_EQ(elements[2].outline, Rectangle(4, 2));
 }
 
 TEST_F(UnattendedPlacing, RoomsThatWereNotAppliedLeaveNoGap) {
-    {
-        DrawingService service(session);
-        service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
-    }
-    DrawingService service(session);
-    service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
+    DrawingService(session).Place({NewRoom(4)}, PlaceAtCrossHair);
+    service.Place({NewRoom(4)}, PlaceAtCrossHair);
     service.Apply();
-    EXPECT_EQ(session.drawing.elements[0].outline, Rectangle(4, 2, {100, 50}));
+    EXPECT_EQ(elements[0].outline, Rectangle(4, 2, {100, 50}));
 }
 
 TEST_F(UnattendedPlacing, ABlockIsShiftedAsAWhole) {
-    DrawingService service(session);
-    service.Place({NewRoom(service, 4)}, PlaceAtCrossHair);
-    service.Place({NewRoom(service, 4, {0, 0.5}), NewRoom(service, 3, {5, 0.5}),
-                   NewRoom(service, 3, {0, -2.5})},
+    service.Place({NewRoom(4)}, PlaceAtCrossHair);
+    service.Place({NewRoom(4, {0, 0.5}), NewRoom(3, {5, 0.5}), NewRoom(3, {0, -2.5})},
                   PlaceAtCrossHair);
     service.Apply();
-    EXPECT_EQ(session.drawing.elements[1].outline, Rectangle(4, 2, {100, 50.5}));
-    EXPECT_EQ(session.drawing.elements[2].outline, Rectangle(3, 2, {105, 50.5}));
-    EXPECT_EQ(session.drawing.elements[3].outline, Rectangle(3, 2, {100, 47.5}));
+    EXPECT_EQ(elements[1].outline, Rectangle(4, 2, {100, 50.5}));
+    EXPECT_EQ(elements[2].outline, Rectangle(3, 2, {105, 50.5}));
+    EXPECT_EQ(elements[3].outline, Rectangle(3, 2, {100, 47.5}));
     ASSERT_EQ(session.drawing.placements.size(), 2u);
     EXPECT_EQ(session.drawing.placements[1].at, (Point{100, 50}));
     EXPECT_THAT(session.drawing.placements[1].componentIds, ElementsAre(2, 3, 4));
 }
 
-TEST_F(UnattendedPlacing, AnEmptyListIsSetDownWithoutATrace) {
-    DrawingService service(session);
+TEST_F(UnattendedPlacing, AnEmptyListIsPlacedWithoutATrace) {
     service.Place({}, PlaceAtCrossHair);
     service.Apply();
     EXPECT_TRUE(session.drawing.placements.empty());
 }
 
 TEST_F(UnattendedPlacing, OnlyTheCrossHairIsKnown) {
-    DrawingService service(session);
-    EXPECT_THROW(service.Place({NewRoom(service, 4)}, 9), HostError);
+    EXPECT_THROW(service.Place({NewRoom(4)}, 9), HostError);
 }
 
-TEST(AttendedPlacing, TheClickSaysWhere) {
-    DrawingSession session;
+using AttendedPlacing = DrawingServices;
+
+TEST_F(AttendedPlacing, TheClickSaysWhere) {
     std::vector<Outline> seen;
     session.placing.OnClick([&](const std::vector<Outline>& outlines) {
         seen = outlines;
         return Point{7, 8};
     });
-    DrawingService service(session);
     const WorkingElementPtr room = service.NewElement();
     room->element.outline = Rectangle(4, 2);
     service.Place({room}, PlaceAtCrossHair);
     service.Apply();
     EXPECT_THAT(seen, ElementsAre(Rectangle(4, 2)));
-    EXPECT_EQ(session.drawing.elements[0].outline, Rectangle(4, 2, {7, 8}));
+    EXPECT_EQ(elements[0].outline, Rectangle(4, 2, {7, 8}));
     EXPECT_EQ(session.drawing.placements[0].at, (Point{7, 8}));
 }
 
-TEST(AttendedPlacing, CancellingQueuesNothing) {
-    DrawingSession session;
+TEST_F(AttendedPlacing, CancellingQueuesNothing) {
     session.placing.OnClick(
         [](const std::vector<Outline>&) -> Point { throw HostError(L"cancelled"); });
-    DrawingService service(session);
     EXPECT_THROW(service.Place({service.NewElement()}, PlaceAtCrossHair), HostError);
     service.Apply();
-    EXPECT_TRUE(session.drawing.elements.empty());
+    EXPECT_TRUE(elements.empty());
 }
 
-TEST(AttendedPlacing, WithoutAWindowNothingCanBeSetDown) {
-    DrawingSession session;
-    DrawingService service(session);
+TEST_F(AttendedPlacing, WithoutAWindowNothingCanBePlaced) {
     EXPECT_THROW(service.Place({service.NewElement()}, PlaceAtCrossHair), HostError);
 }
 
 } // namespace
-} // namespace kalvrooms::practice
+} // namespace kalvrooms::testing

@@ -7,17 +7,17 @@
 #include <cmath>
 #include <utility>
 
-namespace kalvrooms::practice {
+namespace kalvrooms::testing {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 Element Room(const std::wstring& name, const std::wstring& storey, Outline outline) {
     Element element;
-    element.componentId = 1;
-    element.fileNumber = 1;
+    element.identity.ComponentID = 1;
+    element.identity.FileNumber = 1;
     element.name = name;
     element.storey = storey;
     element.outline = std::move(outline);
@@ -163,6 +163,32 @@ TEST(DrawingScene, ALabelKeepsOutOfANotch) {
     EXPECT_GT(label.fontSize, 5);
 }
 
+TEST(DrawingScene, NoWallRunsThroughALabel) {
+    for (int seed = 1; seed <= 200; ++seed) {
+        // Stars of all sorts, from slim to round.
+        Outline star;
+        const int corners = 3 + seed % 9;
+        for (int i = 0; i < corners; ++i) {
+            const double angle = 2 * 3.14159265358979 * i / corners + seed;
+            const double reach = 20 + (seed * 37 + i * i * 53) % 80;
+            star.push_back({100 + reach * std::cos(angle), 100 + reach * std::sin(angle)});
+        }
+        const SceneLabel label = FitLabel(star, L"Raum", 12.5, AnySize);
+        ASSERT_FALSE(label.lines.empty());
+        const double halfWidth = label.fontSize * 0.56 * 8 / 2;
+        const double halfHeight = label.fontSize * LineHeight;
+        for (int i = 0; i < corners; ++i) {
+            const Point& a = star[static_cast<std::size_t>(i)];
+            const Point& b = star[static_cast<std::size_t>((i + 1) % corners)];
+            for (double part = 0; part <= 1; part += 0.01) {
+                const double x = a.x + part * (b.x - a.x) - label.centre.x;
+                const double y = a.y + part * (b.y - a.y) - label.centre.y;
+                ASSERT_FALSE(std::abs(x) < halfWidth && std::abs(y) < halfHeight) << seed;
+            }
+        }
+    }
+}
+
 TEST(DrawingScene, ARoomOfManyCornersIsLabelledAtOnce) {
     Outline round;
     constexpr int corners = 33000;
@@ -232,4 +258,4 @@ TEST(DrawingSvg, TextsAreEscapedAndWhatXmlLacksIsReplaced) {
 }
 
 } // namespace
-} // namespace kalvrooms::practice
+} // namespace kalvrooms::testing

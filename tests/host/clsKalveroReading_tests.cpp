@@ -20,24 +20,24 @@ class Reading : public ::testing::Test {
         // The separator is a backslash on every system; elsewhere than on Windows the file name
         // simply contains it.
         std::filesystem::create_directories(folder_ / "p");
-        context_.host.projectFolder = (folder_ / "p").wstring();
+        context_.host.drawing.project.folder = (folder_ / "p").wstring();
         bridge_ = context_.bridge();
         bridge_->GetProjectName();
     }
     ~Reading() override { std::filesystem::remove_all(folder_); }
 
-    ScriptedElement& stand(std::int32_t id, std::int32_t fileNumber, const std::wstring& name,
-                           const std::wstring& storey = L"EG") {
-        ScriptedElement element;
+    Element& stand(std::int32_t id, std::int32_t fileNumber, const std::wstring& name,
+                   const std::wstring& storey = L"EG") {
+        Element element;
         element.identity = {id, fileNumber, L"K" + std::to_wstring(fileNumber)};
         element.name = name;
         element.storey = storey;
         element.outline = {{0, 0}, {12.5, 0}, {12.5, -3}};
-        context_.host.drawing.push_back(element);
-        return context_.host.drawing.back();
+        context_.host.elements.push_back(element);
+        return context_.host.elements.back();
     }
     std::wstring pathOf(const std::wstring& file) const {
-        return context_.host.projectFolder + L"\\" + file;
+        return context_.host.drawing.project.folder + L"\\" + file;
     }
     std::string contents(const std::wstring& file) const {
         std::ifstream stream(std::filesystem::path(pathOf(file)), std::ios::binary);
@@ -65,9 +65,9 @@ TEST_F(Reading, ADrawingWithoutRoomsLeavesTheListAndShowsNothing) {
 TEST_F(Reading, ARoomCarriesIdentityTextsAndAttributes) {
     auto& element = stand(17, 3, L" Raum 7 ");
     element.function = L"Büro";
-    element.attributes = {{L"Bodenfläche", 12.5, L""},  {L"Umschließungsart", 0, L"bc"},
-                          {L"Flächenart 277", 0, L"N"}, {L"Nutzen", 0, L"HNF 2"},
-                          {L"nutzen", 0, L"andere"},    {L"Nutzen", 0, L"HNF 3"}};
+    element.attributes = {{L"Bodenfläche", 12.5},    {L"Umschließungsart", L"bc"},
+                          {L"Flächenart 277", L"N"}, {L"Nutzen", L"HNF 2"},
+                          {L"nutzen", L"andere"},    {L"Nutzen", L"HNF 3"}};
     bridge_->ImportFloorsFromKalvero(floors_);
     ASSERT_EQ(floors_.GetCountOfRooms(), 1);
     const clsRoom read = room(1);
@@ -87,12 +87,10 @@ TEST_F(Reading, ARoomCarriesIdentityTextsAndAttributes) {
 }
 
 TEST_F(Reading, TheHostsOwnAttributeNamesComeFirst) {
-    context_.host.attributeNames = {{293, L"Area"}, {235, L" Nutzen"}};
+    context_.host.drawing.attributeNames = {{293, L"Area"}, {235, L" Nutzen"}};
     auto& element = stand(1, 1, L"r");
-    element.attributes = {{L"Area", 5, L""},
-                          {L"Bodenfläche", 6, L""},
-                          {L" Nutzen", 0, L"VF"},
-                          {L"Umschließungsart", 0, L"a"}};
+    element.attributes = {
+        {L"Area", 5.0}, {L"Bodenfläche", 6.0}, {L" Nutzen", L"VF"}, {L"Umschließungsart", L"a"}};
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(room(1).Geometry->Area(), 5);
     EXPECT_EQ(room(1).Occupancy(), L"VF");
@@ -101,11 +99,11 @@ TEST_F(Reading, TheHostsOwnAttributeNamesComeFirst) {
 }
 
 TEST_F(Reading, BlanksInAttributeNamesCount) {
-    context_.host.attributeNames = {{232, L" Flächenart"}};
-    stand(1, 1, L"r").attributes = {
-        {L" Bodenfläche", 5, L""},       {L"Bodenfläche ", 6, L""}, {L" Umschließungsart", 0, L"a"},
-        {L"Umschließungsart ", 0, L"b"}, {L" Nutzen", 0, L"VF"},    {L"Nutzen ", 0, L"TF"},
-        {L"Flächenart", 0, L"N"}};
+    context_.host.drawing.attributeNames = {{232, L" Flächenart"}};
+    stand(1, 1, L"r").attributes = {{L" Bodenfläche", 5.0},       {L"Bodenfläche ", 6.0},
+                                    {L" Umschließungsart", L"a"}, {L"Umschließungsart ", L"b"},
+                                    {L" Nutzen", L"VF"},          {L"Nutzen ", L"TF"},
+                                    {L"Flächenart", L"N"}};
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(room(1).Geometry->Area(), 0);
     EXPECT_EQ(room(1).Enclosure(), L"");
@@ -115,7 +113,7 @@ TEST_F(Reading, BlanksInAttributeNamesCount) {
 
 TEST_F(Reading, ARoomWithoutFloorAreaHasNone) {
     stand(1, 1, L"ohne alles");
-    stand(2, 1, L"mit anderen").attributes = {{L"Nutzen", 7, L"VF"}};
+    stand(2, 1, L"mit anderen").attributes = {{L"Nutzen", L"VF"}};
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(room(1).Geometry->Area(), 0);
     EXPECT_EQ(room(2).Geometry->Area(), 0);
@@ -123,10 +121,10 @@ TEST_F(Reading, ARoomWithoutFloorAreaHasNone) {
 }
 
 TEST_F(Reading, AttributesThatCannotBeReadLeaveEmptyTextsAndNoArea) {
-    stand(1, 1, L"r").attributes = {{L"Bodenfläche", 12.5, L""},
-                                    {L"Umschließungsart", 0, L"bc"},
-                                    {L"Flächenart 277", 0, L"N"},
-                                    {L"Nutzen", 0, L"HNF 2"}};
+    stand(1, 1, L"r").attributes = {{L"Bodenfläche", 12.5},
+                                    {L"Umschließungsart", L"bc"},
+                                    {L"Flächenart 277", L"N"},
+                                    {L"Nutzen", L"HNF 2"}};
     for (const char* member : {"Attributes", "Values"}) {
         floors_ = clsFloors();
         context_.host.failMember = member;
@@ -181,8 +179,7 @@ TEST_F(Reading, StoreysFollowTheFirstRoomAndSpellingsShareOne) {
 
 TEST_F(Reading, ABlockedHostEndsTheReadingBeforeAnyRoom) {
     stand(1, 1, L"a");
-    context_.host.creationError = L"Please terminate the menue interaction first.";
-    context_.host.onCall = nullptr;
+    context_.host.session.state.CreationError(L"Please terminate the menue interaction first.");
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(floors_.GetCountOfRooms(), 0);
     EXPECT_THAT(context_.tableShown, IsEmpty());
@@ -191,7 +188,7 @@ TEST_F(Reading, ABlockedHostEndsTheReadingBeforeAnyRoom) {
 }
 
 TEST_F(Reading, ThePointerIsFreeDuringTheHostsMessage) {
-    context_.host.creationError = L"Sorry, any Kvd or free plan is open";
+    context_.host.session.state.CreationError(L"Sorry, any Kvd or free plan is open");
     bool asked = false;
     context_.desktop().AnswerNext([&](const Gui::Message&) {
         asked = true;
@@ -203,7 +200,7 @@ TEST_F(Reading, ThePointerIsFreeDuringTheHostsMessage) {
 }
 
 TEST_F(Reading, APointFileThatCannotBeWrittenLeavesTheRoomItsData) {
-    context_.host.projectFolder = (folder_ / "gone" / "deep").wstring();
+    context_.host.drawing.project.folder = (folder_ / "gone" / "deep").wstring();
     bridge_->GetProjectName();
     stand(17, 3, L"a").function = L"Büro";
     stand(18, 3, L"b");
@@ -226,7 +223,7 @@ TEST_F(Reading, AnOutlineThatCannotBeReadLeavesNoOlderOneBehind) {
 
 TEST_F(Reading, WhicheverCallFailsTheWalkGoesOnAndThePointerIsBack) {
     for (int i = 1; i <= 3; ++i)
-        stand(i, 1, L"r").attributes = {{L"Nutzen", 0, L"VF"}};
+        stand(i, 1, L"r").attributes = {{L"Nutzen", L"VF"}};
     context_.host.calls = 0;
     bridge_->ImportFloorsFromKalvero(floors_);
     const int calls = context_.host.calls;
@@ -244,14 +241,14 @@ TEST_F(Reading, WhicheverCallFailsTheWalkGoesOnAndThePointerIsBack) {
         EXPECT_EQ(floors_.GetCountOfRooms(), 3) << n;
     }
     bridge_.reset();
-    EXPECT_EQ(context_.host.liveObjects, 0);
+    EXPECT_EQ(context_.host.LiveObjects(), 0);
 }
 
 TEST_F(Reading, CallsGrowWithElementsOnly) {
     const auto callsOf = [this](int elements) {
-        context_.host.drawing.clear();
+        context_.host.elements.clear();
         for (int i = 1; i <= elements; ++i)
-            stand(i, 1, L"r").attributes = {{L"Nutzen", 0, L"VF"}, {L"a", 0, L""}, {L"b", 0, L""}};
+            stand(i, 1, L"r").attributes = {{L"Nutzen", L"VF"}, {L"a", L""}, {L"b", L""}};
         floors_ = clsFloors();
         context_.host.calls = 0;
         bridge_->ImportFloorsFromKalvero(floors_);
@@ -270,15 +267,15 @@ TEST_F(Reading, WhatWasReadIsRecognisedAndUpdatedByTheNextWriting) {
     floors_.GetRoomByID(L"EG", 2, stored);
     ASSERT_TRUE(stored);
     stored->Name(L"umbenannt");
-    const Outline before = context_.host.drawing[0].outline;
+    const Outline before = context_.host.elements[0].outline;
     std::int32_t placed = 0, updated = 0, setDown = 0;
     bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, setDown);
     EXPECT_EQ(updated, 2);
     EXPECT_EQ(placed, 0);
     EXPECT_EQ(setDown, 0);
-    ASSERT_THAT(context_.host.drawing, SizeIs(2));
-    EXPECT_EQ(context_.host.drawing[0].name, L"umbenannt");
-    EXPECT_EQ(context_.host.drawing[0].outline, before);
+    ASSERT_THAT(context_.host.elements, SizeIs(2));
+    EXPECT_EQ(context_.host.elements[0].name, L"umbenannt");
+    EXPECT_EQ(context_.host.elements[0].outline, before);
 }
 
 TEST_F(Reading, RoomsCreatedByOneWritingAreUpdatedByTheNextOnceTheyWereRead) {
@@ -294,7 +291,7 @@ TEST_F(Reading, RoomsCreatedByOneWritingAreUpdatedByTheNextOnceTheyWereRead) {
     bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, setDown);
     EXPECT_EQ(updated, 3);
     EXPECT_EQ(setDown, 0);
-    EXPECT_THAT(context_.host.drawing, SizeIs(3));
+    EXPECT_THAT(context_.host.elements, SizeIs(3));
 }
 
 class Project : public ::testing::Test {
@@ -303,7 +300,7 @@ class Project : public ::testing::Test {
 };
 
 TEST_F(Project, GivesItsNameTrimmedAndItsFolderOnlyAfterwards) {
-    context_.host.projectName = L"  Schule am Park ";
+    context_.host.drawing.project.name = L"  Schule am Park ";
     const auto bridge = context_.bridge();
     EXPECT_EQ(bridge->GetProjectPath(), L"");
     EXPECT_EQ(bridge->GetProjectName(), L"Schule am Park");
@@ -313,7 +310,7 @@ TEST_F(Project, GivesItsNameTrimmedAndItsFolderOnlyAfterwards) {
 }
 
 TEST_F(Project, WithoutNameItIsRaumProgramm) {
-    context_.host.projectName = L"   ";
+    context_.host.drawing.project.name = L"   ";
     const auto bridge = context_.bridge();
     EXPECT_EQ(bridge->GetProjectName(), L"RaumProgramm");
 }
@@ -330,10 +327,10 @@ TEST_F(Project, HostErrorsAreIgnored) {
 }
 
 TEST_F(Project, AHostThatCannotBeReachedAtStartIsAskedAgainLater) {
-    context_.host.creationError = L"not yet";
+    context_.host.session.state.CreationError(L"not yet");
     const auto bridge = context_.bridge();
     EXPECT_EQ(bridge->GetProjectName(), L"RaumProgramm");
-    context_.host.creationError.clear();
+    context_.host.session.state.CreationError(L"");
     EXPECT_EQ(bridge->GetProjectName(), L"Schule");
 }
 

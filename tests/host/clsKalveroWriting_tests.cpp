@@ -59,19 +59,19 @@ class Writing : public ::testing::Test {
     // Where the rooms of the last block stand in relation to each other.
     std::vector<Point> corners() const {
         std::vector<Point> points;
-        if (!context_.host.placings.empty())
-            for (const ScriptedElement& element : context_.host.placings.back().elements)
+        if (!context_.host.placements.empty())
+            for (const Element& element : context_.host.placed(context_.host.placements.size() - 1))
                 points.push_back(element.outline.at(0));
         return points;
     }
     void stand(std::int32_t id, const std::wstring& fileId, const Outline& outline,
-               std::vector<ScriptedAttribute> attributes = {}) {
-        ScriptedElement element;
+               std::vector<Attribute> attributes = {}) {
+        Element element;
         element.identity = {id, 3, fileId};
         element.name = L"old";
         element.outline = outline;
         element.attributes = std::move(attributes);
-        context_.host.drawing.push_back(element);
+        context_.host.elements.push_back(element);
     }
 
     std::filesystem::path folder_;
@@ -105,38 +105,38 @@ TEST_F(Writing, OneHundredAndFiftyOneRoomsAreRefusedWithAStopMessage) {
         ElementsAre(L" Die Raumliste besteht aus mehr als 150 Räumen. Es können maximal 150 "
                     L"Räume übertragen werden."));
     EXPECT_EQ(context_.desktop().Messages()[0].Symbol, Gui::Message::Icon::Stop);
-    EXPECT_THAT(context_.host.drawing, IsEmpty());
+    EXPECT_THAT(context_.host.elements, IsEmpty());
     EXPECT_THAT(context_.input, IsEmpty());
 }
 
 TEST_F(Writing, AHostInAMenuActionIsNotTouched) {
     addSquare(L"1", 16);
-    context_.host.creationError = L"Please terminate the menue interaction first.";
+    context_.host.session.state.CreationError(L"Please terminate the menue interaction first.");
     write();
     EXPECT_THAT(context_.prompts(), ElementsAre(L" Bitte beenden Sie die Menüaktion."));
     EXPECT_EQ(context_.desktop().Messages()[0].Title, L" Quartino");
-    EXPECT_EQ(context_.host.applies, 0);
+    EXPECT_EQ(context_.host.counts["ApplyChanges"], 0);
     EXPECT_THAT(context_.input, IsEmpty());
     EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
 }
 
 TEST_F(Writing, AHostWithKvdFilesOpenIsNotTouched) {
     addSquare(L"1", 16);
-    context_.host.creationError = L"Sorry, any Kvd or free plan is open";
+    context_.host.session.state.CreationError(L"Sorry, any Kvd or free plan is open");
     write();
     EXPECT_THAT(context_.prompts(),
                 ElementsAre(L" KVD-Dateien können mit dem Quartino nicht bearbeitet werden. Bitte "
                             L"schließen Sie alle KVD-Dateien."));
-    EXPECT_EQ(context_.host.applies, 0);
+    EXPECT_EQ(context_.host.counts["ApplyChanges"], 0);
 }
 
 TEST_F(Writing, AWordAtTheVeryStartOfTheHostsDescriptionCountsAsAbsent) {
     addSquare(L"1", 16);
-    context_.host.creationError = L"any Kvd or free plan is open";
+    context_.host.session.state.CreationError(L"any Kvd or free plan is open");
     EXPECT_EQ(write().setDown, 1);
-    context_.host.creationError = L"menue interaction, please terminate";
+    context_.host.session.state.CreationError(L"menue interaction, please terminate");
     EXPECT_EQ(write().setDown, 1);
-    context_.host.creationError = L"a menue interaction";
+    context_.host.session.state.CreationError(L"a menue interaction");
     EXPECT_EQ(write().setDown, 1);
     EXPECT_THAT(context_.prompts(), IsEmpty());
 }
@@ -148,22 +148,24 @@ TEST_F(Writing, EachOfTheThreeWordsCountsAsAbsentAtTheVeryStart) {
           // Only the first place of a word counts.
           L"interaction, terminate the menue interaction",
           L"terminate: the menue interaction must terminate"}) {
-        context_.host.creationError = description;
+        context_.host.session.state.CreationError(description);
         EXPECT_EQ(write().setDown, 1) << ::testing::PrintToString(description);
     }
     EXPECT_THAT(context_.prompts(), IsEmpty());
-    context_.host.creationError = L"terminate the menue interaction, any Kvd or free plan";
+    context_.host.session.state.CreationError(
+        L"terminate the menue interaction, any Kvd or free plan");
     EXPECT_EQ(write().setDown, 0);
     EXPECT_THAT(context_.prompts(), ElementsAre(::testing::HasSubstr(L"KVD-Dateien")));
 }
 
 TEST_F(Writing, AMenuActionIsNamedBeforeOpenKvdFiles) {
     addSquare(L"1", 16);
-    context_.host.creationError = L"Is any Kvd or free plan open? Please terminate the menue "
-                                  L"interaction.";
+    context_.host.session.state.CreationError(
+        L"Is any Kvd or free plan open? Please terminate the menue "
+        L"interaction.");
     write();
     EXPECT_THAT(context_.prompts(), ElementsAre(L" Bitte beenden Sie die Menüaktion."));
-    EXPECT_EQ(context_.host.applies, 0);
+    EXPECT_EQ(context_.host.counts["ApplyChanges"], 0);
 }
 
 TEST_F(Writing, InputIsOffAndThePointerBusyWhileTheHostIsCalled) {
@@ -235,22 +237,22 @@ TEST_F(Writing, ARoomFoundByItsIdentityIsUpdatedInPlace) {
     EXPECT_EQ(counts.updated, 1);
     EXPECT_EQ(counts.placed, 0);
     EXPECT_EQ(counts.setDown, 0);
-    ASSERT_THAT(context_.host.drawing, SizeIs(2));
-    EXPECT_EQ(context_.host.drawing[0].name, L"old");
-    EXPECT_EQ(context_.host.drawing[1].name, L"neu");
-    EXPECT_EQ(context_.host.drawing[1].outline, outline);
-    EXPECT_EQ(context_.host.drawing[1].colour, context_.colorOld);
-    EXPECT_EQ(context_.host.changeCalls, 1);
-    EXPECT_EQ(context_.host.addCalls, 0);
-    EXPECT_EQ(context_.host.applies, 2);
+    ASSERT_THAT(context_.host.elements, SizeIs(2));
+    EXPECT_EQ(context_.host.elements[0].name, L"old");
+    EXPECT_EQ(context_.host.elements[1].name, L"neu");
+    EXPECT_EQ(context_.host.elements[1].outline, outline);
+    EXPECT_EQ(context_.host.elements[1].colour, context_.colorOld);
+    EXPECT_EQ(context_.host.counts["ChangeElements"], 1);
+    EXPECT_EQ(context_.host.counts["AddElements"], 0);
+    EXPECT_EQ(context_.host.counts["ApplyChanges"], 2);
 }
 
 TEST_F(Writing, TheIdentityOfAnElementIsTrimmedToo) {
     stand(17, L"  K3 ", {{0, 0}, {1, 0}, {1, 1}});
     add(L"neu", CalculationByFile, L"missing.txt", 12, L"EG", L"17-K3");
     EXPECT_EQ(write().updated, 1);
-    ASSERT_THAT(context_.host.drawing, SizeIs(1));
-    EXPECT_EQ(context_.host.drawing[0].name, L"neu");
+    ASSERT_THAT(context_.host.elements, SizeIs(1));
+    EXPECT_EQ(context_.host.elements[0].name, L"neu");
 }
 
 TEST_F(Writing, OfTwoElementsWithOneIdentityTheFirstIsUpdated) {
@@ -261,7 +263,7 @@ TEST_F(Writing, OfTwoElementsWithOneIdentityTheFirstIsUpdated) {
     add(L"neu", CalculationByFile, L"missing.txt", 12, L"EG", L"17-K3");
     EXPECT_EQ(write().updated, 1);
     std::vector<std::wstring> names;
-    for (const ScriptedElement& element : context_.host.drawing)
+    for (const Element& element : context_.host.elements)
         names.push_back(element.name);
     EXPECT_THAT(names, ElementsAre(L"old", L"neu", L"old", L"old"));
 }
@@ -271,8 +273,8 @@ TEST_F(Writing, AnUpdatedRoomWithoutPointsKeepsItsOutline) {
     stand(17, L"K3", outline);
     add(L"neu", CalculationByFile, L"missing.txt", 12, L"EG", L"17-K3");
     EXPECT_EQ(write().updated, 1);
-    EXPECT_EQ(context_.host.drawing[0].outline, outline);
-    EXPECT_EQ(context_.host.drawing[0].name, L"neu");
+    EXPECT_EQ(context_.host.elements[0].outline, outline);
+    EXPECT_EQ(context_.host.elements[0].name, L"neu");
 }
 
 TEST_F(Writing, WithoutPermissionStandingRoomsStayAsTheyAre) {
@@ -281,8 +283,8 @@ TEST_F(Writing, WithoutPermissionStandingRoomsStayAsTheyAre) {
     const Counts counts = write(true, 1, 1, false);
     EXPECT_EQ(counts.updated, 0);
     EXPECT_EQ(counts.setDown, 0);
-    EXPECT_EQ(context_.host.drawing[0].name, L"old");
-    EXPECT_THAT(context_.host.drawing, SizeIs(1));
+    EXPECT_EQ(context_.host.elements[0].name, L"old");
+    EXPECT_THAT(context_.host.elements, SizeIs(1));
 }
 
 TEST_F(Writing, ARoomWithPointsThatTheDrawingLacksIsCreatedWhereTheyAre) {
@@ -292,10 +294,10 @@ TEST_F(Writing, ARoomWithPointsThatTheDrawingLacksIsCreatedWhereTheyAre) {
     EXPECT_EQ(counts.placed, 1);
     EXPECT_EQ(counts.updated, 0);
     EXPECT_EQ(counts.setDown, 0);
-    ASSERT_THAT(context_.host.drawing, SizeIs(1));
-    EXPECT_EQ(context_.host.drawing[0].outline, outline);
-    EXPECT_EQ(context_.host.drawing[0].colour, context_.colorOld);
-    EXPECT_THAT(context_.host.placings, IsEmpty());
+    ASSERT_THAT(context_.host.elements, SizeIs(1));
+    EXPECT_EQ(context_.host.elements[0].outline, outline);
+    EXPECT_EQ(context_.host.elements[0].colour, context_.colorOld);
+    EXPECT_THAT(context_.host.placements, IsEmpty());
 }
 
 TEST_F(Writing, ARoomWhosePointsAreMissingIsSetDownAsASquare) {
@@ -303,11 +305,11 @@ TEST_F(Writing, ARoomWhosePointsAreMissingIsSetDownAsASquare) {
     const Counts counts = write();
     EXPECT_EQ(counts.placed, 0);
     EXPECT_EQ(counts.setDown, 1);
-    ASSERT_THAT(context_.host.placings, SizeIs(1));
-    const Outline& square = context_.host.placings[0].elements[0].outline;
+    ASSERT_THAT(context_.host.placements, SizeIs(1));
+    const Outline square = context_.host.placed(0)[0].outline;
     EXPECT_DOUBLE_EQ(square[1].x - square[0].x, 5);
     EXPECT_DOUBLE_EQ(square[2].y - square[1].y, 5);
-    EXPECT_EQ(context_.host.drawing[0].colour, context_.colorNew);
+    EXPECT_EQ(context_.host.elements[0].colour, context_.colorNew);
 }
 
 // The look-up in the modification list goes by the storey-local ID alone.
@@ -315,7 +317,7 @@ TEST_F(Writing, ARoomOfAnotherStoreyWithTheSameIdIsLaidOutAsASquareToo) {
     add(L"a", CalculationByFile, L"missing.txt", 25, L"EG");
     add(L"b", CalculationByDx, L"2", 16, L"OG");
     EXPECT_EQ(write().setDown, 2);
-    const Outline& second = context_.host.placings[0].elements[1].outline;
+    const Outline second = context_.host.placed(0)[1].outline;
     EXPECT_DOUBLE_EQ(second[1].x - second[0].x, 4);
 }
 
@@ -326,7 +328,7 @@ TEST_F(Writing, AWrittenRoomIsNotDrawnAgainBecauseAnotherStoreysRoomHasItsId) {
     const Counts counts = write();
     EXPECT_EQ(counts.updated, 1);
     EXPECT_EQ(counts.setDown, 1);
-    EXPECT_THAT(context_.host.drawing, SizeIs(2));
+    EXPECT_THAT(context_.host.elements, SizeIs(2));
 }
 
 TEST_F(Writing, RoomsSetDownBeforeTheUserGivesUpStay) {
@@ -339,7 +341,7 @@ TEST_F(Writing, RoomsSetDownBeforeTheUserGivesUpStay) {
             throw RuntimeError(RuntimeError::AutomationError, L"cancelled");
     };
     EXPECT_THROW(write(false), RuntimeError);
-    EXPECT_THAT(context_.host.drawing, SizeIs(2));
+    EXPECT_THAT(context_.host.elements, SizeIs(2));
     EXPECT_TRUE(context_.inputEnabled);
     EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
 }
@@ -347,7 +349,7 @@ TEST_F(Writing, RoomsSetDownBeforeTheUserGivesUpStay) {
 TEST_F(Writing, ARoomWithoutPointsAndAreaIsNotDrawn) {
     add(L"a", CalculationByFile, L"missing.txt", 0);
     EXPECT_EQ(write().setDown, 0);
-    EXPECT_THAT(context_.host.drawing, IsEmpty());
+    EXPECT_THAT(context_.host.elements, IsEmpty());
 }
 
 TEST_F(Writing, ABlockHasTwoRowsWithAFreeStripBetweenThem) {
@@ -355,8 +357,8 @@ TEST_F(Writing, ABlockHasTwoRowsWithAFreeStripBetweenThem) {
         addSquare(L"R", 16);
     const double dx = 2, dy = 3;
     EXPECT_EQ(write(true, dx, dy).setDown, 4);
-    ASSERT_THAT(context_.host.placings, SizeIs(1));
-    EXPECT_EQ(context_.host.placings[0].mode, 10);
+    ASSERT_THAT(context_.host.placements, SizeIs(1));
+    EXPECT_EQ(context_.host.placements[0].mode, 10);
     // Limit: 1.5 gaps of 2 m and half of 16 m = 11 m; the second room ends its row at 6 + 2 <= 11,
     // the third would start at 12.
     EXPECT_THAT(corners(),
@@ -372,7 +374,7 @@ TEST_F(Writing, TheSumOfSidesIsRoundedAfterEachRoomHalfToEven) {
     write(true, 1.0, 1.0);
     restore();
     // Limit = 1 * 1 + 0 / 2 = 1: the first room fits (0 + 1 <= 1), the second does not.
-    const auto& elements = context_.host.placings[0].elements;
+    const auto elements = context_.host.placed(0);
     EXPECT_DOUBLE_EQ(elements[0].outline[0].y, 0.5);
     EXPECT_DOUBLE_EQ(elements[1].outline[0].y, -2.5);
     EXPECT_DOUBLE_EQ(elements[1].outline[0].x, 0);
@@ -414,7 +416,7 @@ TEST_F(Writing, RoomsWithoutPointsCountInTheLimitOfARowWithTheirDefaultSides) {
     // 9 + 4 = 13, the third would at 21.
     EXPECT_THAT(corners(), ElementsAre(Point{0, 2}, Point{9, 2}, Point{0, -6}, Point{8, -4}));
     std::vector<Point> opposite;
-    for (const ScriptedElement& element : context_.host.placings[0].elements)
+    for (const Element& element : context_.host.placed(0))
         opposite.push_back(element.outline.at(2));
     EXPECT_THAT(opposite, ElementsAre(Point{5, 7}, Point{13, 5}, Point{4, -2}, Point{11, -2}));
 }
@@ -441,13 +443,13 @@ TEST_F(Writing, SingleRoomsAreHandedOverOneByOneAtTheOrigin) {
     addSquare(L"1", 16);
     add(L"2", CalculationByDx, L"2", 16);
     EXPECT_EQ(write(false).setDown, 2);
-    ASSERT_THAT(context_.host.placings, SizeIs(2));
-    for (const ScriptedPlacing& placing : context_.host.placings) {
-        EXPECT_EQ(placing.mode, 10);
-        ASSERT_THAT(placing.elements, SizeIs(1));
-        EXPECT_EQ(placing.elements[0].outline[0], (Point{0, 0}));
+    ASSERT_THAT(context_.host.placements, SizeIs(2));
+    for (std::size_t n = 0; n < 2; ++n) {
+        EXPECT_EQ(context_.host.placements[n].mode, 10);
+        ASSERT_THAT(context_.host.placed(n), SizeIs(1));
+        EXPECT_EQ(context_.host.placed(n)[0].outline[0], (Point{0, 0}));
     }
-    EXPECT_EQ(context_.host.placings[1].elements[0].outline[2], (Point{2, 8}));
+    EXPECT_EQ(context_.host.placed(1)[0].outline[2], (Point{2, 8}));
 }
 
 TEST_F(Writing, TextsAreCutAt32CharactersWithOneWarningPerKindAndRun) {
@@ -463,7 +465,7 @@ TEST_F(Writing, TextsAreCutAt32CharactersWithOneWarningPerKindAndRun) {
     EXPECT_THAT(context_.prompts(),
                 ElementsAre(L" Für die Raumbezeichnung können nur 32 Zeichen übernommen werden.",
                             L" Für die Funktion können nur 32 Zeichen übernommen werden."));
-    for (const ScriptedElement& element : context_.host.drawing) {
+    for (const Element& element : context_.host.elements) {
         EXPECT_EQ(element.name, name.substr(0, 32));
         EXPECT_EQ(element.function, std::wstring(32, L'f'));
         EXPECT_EQ(element.storey, std::wstring(32, L's'));
@@ -495,10 +497,10 @@ TEST_F(Writing, EachKindOfTextThatIsCutHasItsOwnWarning) {
         ElementsAre(L" Für die Raumbezeichnung können nur 32 Zeichen übernommen werden.",
                     L" Für die Geschoss Kurzbezeichnung können nur 32 Zeichen übernommen werden.",
                     L" Für die Funktion können nur 32 Zeichen übernommen werden."));
-    ASSERT_THAT(context_.host.drawing, SizeIs(1));
-    EXPECT_EQ(context_.host.drawing[0].name, std::wstring(32, L'n'));
-    EXPECT_EQ(context_.host.drawing[0].storey, std::wstring(32, L's'));
-    EXPECT_EQ(context_.host.drawing[0].function, std::wstring(32, L'f'));
+    ASSERT_THAT(context_.host.elements, SizeIs(1));
+    EXPECT_EQ(context_.host.elements[0].name, std::wstring(32, L'n'));
+    EXPECT_EQ(context_.host.elements[0].storey, std::wstring(32, L's'));
+    EXPECT_EQ(context_.host.elements[0].function, std::wstring(32, L'f'));
     clsRoom kept;
     floors_.GetRoomByIndex(1, kept);
     EXPECT_EQ(kept.StoryCode(), std::wstring(33, L's'));
@@ -535,29 +537,43 @@ TEST_F(Writing, AWarningThatWasShownKeepsTheOthersToCome) {
 }
 
 TEST_F(Writing, AttributesAreMatchedByTheTextTablesNames) {
-    context_.host.newElementAttributes = {
-        {L" Umschließungsart", 0, L""},  {L" Nutzen", 0, L""},
-        {L" Flächenart_DIN277", 0, L""}, {L"Nutzen", 0, L""},
-        {L"nutzen", 0, L"bleibt"},       {L"Flächenart 277", 0, L"bleibt"}};
+    stand(17, L"K3", {},
+          {{L" Umschließungsart", L""},
+           {L" Nutzen", L""},
+           {L" Flächenart_DIN277", L""},
+           {L"Nutzen", L""},
+           {L"nutzen", L"bleibt"},
+           {L"Flächenart 277", L"bleibt"}});
     clsRoom room;
+    room.SetRoomID(L"17-K3");
+    room.Geometry->SetTypeAndValue(CalculationByFile, L"missing.txt");
     room.Enclosure(L"a");
     room.Occupancy(L"HNF 3");
     room.AreaType(L"N");
     floors_.AddRooms(room, 1);
+    EXPECT_EQ(write().updated, 1);
+    std::vector<std::wstring> texts;
+    for (const Attribute& attribute : context_.host.elements[0].attributes)
+        texts.push_back(attribute.TextValue());
+    EXPECT_THAT(texts, ElementsAre(L"a", L"HNF 3", L"N", L"HNF 3", L"bleibt", L"bleibt"));
+}
+
+TEST_F(Writing, NewElementsGetTheirAttributes) {
+    clsRoom room;
+    room.Occupancy(L"HNF 3");
+    floors_.AddRooms(room, 1);
     write();
-    const auto& attributes = context_.host.drawing[0].attributes;
-    EXPECT_EQ(attributes[0].text, L"a");
-    EXPECT_EQ(attributes[1].text, L"HNF 3");
-    EXPECT_EQ(attributes[2].text, L"N");
-    EXPECT_EQ(attributes[3].text, L"HNF 3");
-    EXPECT_EQ(attributes[4].text, L"bleibt");
-    EXPECT_EQ(attributes[5].text, L"bleibt");
+    std::map<std::wstring, std::wstring> texts;
+    for (const Attribute& attribute : context_.host.elements[0].attributes)
+        texts[attribute.name] = attribute.TextValue();
+    EXPECT_EQ(texts[L"Nutzen"], L"HNF 3");
 }
 
 TEST_F(Writing, AttributesThatCannotBeWrittenDoNotStopTheWriting) {
-    context_.host.newElementAttributes = {{L" Nutzen", 0, L"alt"}};
-    addSquare(L"1", 16);
-    for (const char* member : {"Attributes", "Values", "Item", "TextValue="}) {
+    clsRoom room;
+    room.Occupancy(L"HNF 3");
+    floors_.AddRooms(room, 1);
+    for (const char* member : {"Attributes", "Values", "Item", "TextValue"}) {
         context_.host.failMember = member;
         EXPECT_EQ(write().setDown, 1) << member;
     }
@@ -569,38 +585,38 @@ TEST_F(Writing, NothingOfAnEarlierWritingAffectsTheNext) {
     floors_ = clsFloors();
     add(L"b", CalculationByDx, L"2", 16, L"OG");
     write();
-    const Outline& outline = context_.host.placings[1].elements[0].outline;
+    const Outline outline = context_.host.placed(1)[0].outline;
     EXPECT_DOUBLE_EQ(outline[1].x - outline[0].x, 2);
 }
 
 TEST_F(Writing, WhicheverCallFailsTheWindowIsBackAndTheNextWritingWorks) {
-    context_.host.newElementAttributes = {{L" Nutzen", 0, L""}};
-    stand(17, L"K3", {{0, 0}, {1, 0}, {1, 1}}, {{L" Nutzen", 0, L""}});
+    context_.host.drawing.newElementAttributes = {L" Nutzen"};
+    stand(17, L"K3", {{0, 0}, {1, 0}, {1, 1}}, {{L" Nutzen", L""}});
     add(L"neu", CalculationByFile, pointFile("p.txt", {{1, 1}, {2, 1}, {2, 2}}), 12, L"EG",
         L"17-K3");
     add(L"da", CalculationByFile, pointFile("q.txt", {{5, 5}, {6, 5}, {6, 6}}), 1);
     addSquare(L"1", 16);
     addSquare(L"2", 9);
-    const auto standing = context_.host.drawing;
+    const auto standing = context_.host.elements;
     for (const bool block : {true, false}) {
         context_.host.calls = 0;
         write(block);
         const int calls = context_.host.calls;
         ASSERT_GT(calls, 20);
         for (int n = 1; n <= calls; ++n) {
-            context_.host.drawing = standing;
+            context_.host.elements = standing;
             context_.host.calls = 0;
             context_.host.failAt = n;
             try {
                 write(block);
             } catch (const RuntimeError& error) {
-                EXPECT_EQ(error.description(), L"scripted failure");
+                EXPECT_EQ(error.description(), L"failure of a test");
             }
             EXPECT_TRUE(context_.inputEnabled) << n;
             EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer) << n;
             EXPECT_EQ(floors_.GetCountOfRooms(), 4);
             context_.host.failAt = 0;
-            context_.host.drawing = standing;
+            context_.host.elements = standing;
             const Counts counts = write(block);
             EXPECT_EQ(counts.updated, 1) << n;
             EXPECT_EQ(counts.placed, 1) << n;
@@ -608,7 +624,7 @@ TEST_F(Writing, WhicheverCallFailsTheWindowIsBackAndTheNextWritingWorks) {
         }
     }
     bridge_.reset();
-    EXPECT_EQ(context_.host.liveObjects, 0);
+    EXPECT_EQ(context_.host.LiveObjects(), 0);
 }
 
 TEST_F(Writing, AHostThatWasStartedAgainIsReachedByTheNextWriting) {
@@ -622,7 +638,7 @@ TEST_F(Writing, AHostThatWasStartedAgainIsReachedByTheNextWriting) {
 TEST_F(Writing, CallsGrowWithRoomsAndElementsNeverWithTheirProduct) {
     const auto callsOf = [this](int rooms, int elements, bool polygonal) {
         floors_ = clsFloors();
-        context_.host.drawing.clear();
+        context_.host.elements.clear();
         for (int i = 1; i <= elements; ++i)
             stand(i, L"K3", {{0, 0}, {1, 0}, {1, 1}});
         const std::wstring path = pointFile("p.txt", {{1, 1}, {2, 1}, {2, 2}});

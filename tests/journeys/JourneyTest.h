@@ -111,7 +111,7 @@ class JourneyTest : public ::testing::Test {
         loadDrawing({});
     }
 
-    void loadDrawing(std::vector<practice::Element> elements) const {
+    void loadDrawing(std::vector<Element> elements) const {
         practiceHost().load(drawingOf(std::move(elements), folder.path().wstring()));
     }
     void loadTwoRooms() const {

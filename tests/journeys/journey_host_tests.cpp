@@ -41,8 +41,7 @@ TEST_F(JourneyTest, RoomsAreReadFromTheDrawingChangedAndWrittenBack) {
         EXPECT_EQ(quartino.text(report, ID_REPORT_LBLTEXT3), L" neuer Raum abgesetzt");
         ui::typeKey(VK_RETURN);
     });
-    using practice::Element;
-    const practice::Drawing drawing = practiceHost().drawing();
+    const Drawing drawing = practiceHost().drawing();
     EXPECT_THAT(drawing.elements,
                 ElementsAre(Field(&Element::name, L"Flur 17"), Field(&Element::name, L"Halle"),
                             Field(&Element::name, L"Neu")))

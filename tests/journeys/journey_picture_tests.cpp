@@ -63,7 +63,7 @@ class Pictures : public JourneyTest, public ::testing::WithParamInterface<Show> 
         const std::filesystem::path rooms = file(L"Raumliste.txt");
         writeBytes(rooms, replaceAll(readBytes(rooms), R"(C:\Projekte\Schule)", place));
         // The drawing's own folder is not asked for.
-        practiceHost().load(practice::LoadDrawing(file(L"Teilbild.json")));
+        practiceHost().load(LoadDrawing(file(L"Teilbild.json")));
         return rooms;
     }
     void take(QuartinoProcess& quartino, HWND window, const char* name) {

@@ -9,13 +9,13 @@
 
 namespace kalvrooms::testing {
 
-inline practice::Element roomElement(std::int32_t id, std::int32_t fileNumber,
-                                     const std::wstring& name, const std::wstring& storey = L"EG",
-                                     double x = 0, int moreAttributes = 0) {
-    practice::Element element;
-    element.componentId = id;
-    element.fileNumber = fileNumber;
-    element.fileId = L"K" + std::to_wstring(fileNumber);
+inline Element roomElement(std::int32_t id, std::int32_t fileNumber, const std::wstring& name,
+                           const std::wstring& storey = L"EG", double x = 0,
+                           int moreAttributes = 0) {
+    Element element;
+    element.identity.ComponentID = id;
+    element.identity.FileNumber = fileNumber;
+    element.identity.FileID = L"K" + std::to_wstring(fileNumber);
     element.name = name;
     element.function = L"Büro";
     element.storey = storey;
@@ -27,9 +27,8 @@ inline practice::Element roomElement(std::int32_t id, std::int32_t fileNumber,
     return element;
 }
 
-inline practice::Drawing drawingOf(std::vector<practice::Element> elements,
-                                   const std::wstring& folder = L"") {
-    practice::Drawing drawing;
+inline Drawing drawingOf(std::vector<Element> elements, const std::wstring& folder = L"") {
+    Drawing drawing;
     drawing.project.name = L"Schule";
     drawing.project.folder = folder;
     drawing.project.number = 4711;

@@ -17,7 +17,7 @@ inline constexpr const wchar_t* practiceHostProgram = L"KalveroPractice.exe";
 class PracticeHostProcess {
   public:
     // More arguments as the host's command line takes them.
-    explicit PracticeHostProcess(const practice::Drawing& drawing = {},
+    explicit PracticeHostProcess(const Drawing& drawing = {},
                                  const std::wstring& arguments = L"--hidden --place 0,0") {
         static const bool registered = [] {
             if (driver::runToItsEnd(practiceHostProgram, L"--register") != 0)
@@ -62,13 +62,11 @@ class PracticeHostProcess {
     }
     void clearFaults() { control_.call(L"ClearFaults"); }
     void state(const std::wstring& state) { control_.call(L"SetState", state); }
-    void load(const practice::Drawing& drawing) { control_.call(L"LoadDrawing", saved(drawing)); }
+    void load(const Drawing& drawing) { control_.call(L"LoadDrawing", saved(drawing)); }
     int calls() const { return control_.number(L"CallCount"); }
     void resetCalls() { control_.call(L"ResetCallCount"); }
     int liveObjects() const { return control_.number(L"LiveObjects"); }
-    practice::Drawing drawing() const {
-        return practice::ReadDrawing(practice::ToUtf8(control_.text(L"DrawingText")));
-    }
+    Drawing drawing() const { return ReadDrawing(ToUtf8(control_.text(L"DrawingText"))); }
 
     // A host that has gone has gone: the system must not start one by itself when a client asks, or
     // a test would talk to a host that it did not start.
@@ -90,9 +88,9 @@ class PracticeHostProcess {
   private:
     static constexpr const wchar_t* controlClass = L"KALVCOMSERVERLib.PracticeControl";
 
-    static std::wstring saved(const practice::Drawing& drawing) {
+    static std::wstring saved(const Drawing& drawing) {
         const auto file = std::filesystem::temp_directory_path() / L"practice-drawing.json";
-        practice::SaveDrawing(drawing, file);
+        SaveDrawing(drawing, file);
         return file.wstring();
     }
 

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sstream>
+
 namespace kalvrooms::practice {
 namespace {
 
@@ -86,20 +88,28 @@ TEST(Fault, UnreadableFaultsAreRefused) {
 
 TEST(HostState, DescriptionsHaveTheirWordsBehindTheBeginning) {
     HostState state;
-    EXPECT_EQ(state.Refusal(), L"");
+    const auto refusal = [&state] {
+        try {
+            state.CheckAccess();
+        } catch (const HostError& error) {
+            return error.description();
+        }
+        return std::wstring();
+    };
+    EXPECT_EQ(refusal(), L"");
     state.Set(L"menu");
     for (const wchar_t* word : {L"interaction", L"menue", L"terminate"}) {
-        EXPECT_NE(state.Refusal().find(word), std::wstring::npos);
-        EXPECT_NE(state.Refusal().find(word), 0u);
+        EXPECT_NE(refusal().find(word), std::wstring::npos);
+        EXPECT_NE(refusal().find(word), 0u);
     }
     state.Set(L"kvd");
-    EXPECT_NE(state.Refusal().find(L"any Kvd or free plan"), std::wstring::npos);
-    EXPECT_NE(state.Refusal().find(L"any Kvd or free plan"), 0u);
+    EXPECT_NE(refusal().find(L"any Kvd or free plan"), std::wstring::npos);
+    EXPECT_NE(refusal().find(L"any Kvd or free plan"), 0u);
     state.CreationError(L"any Kvd or free plan");
-    EXPECT_EQ(state.Refusal(), L"any Kvd or free plan");
+    EXPECT_EQ(refusal(), L"any Kvd or free plan");
     state.CreationError(L"");
     state.Set(L"");
-    EXPECT_EQ(state.Refusal(), L"");
+    EXPECT_EQ(refusal(), L"");
     EXPECT_THROW(state.Set(L"moon"), HostError);
 }
 
@@ -111,31 +121,20 @@ TEST(HandOver, HasFourLinesAndTheHostsEndingOfTheHelpFile) {
               L"Kalvero practice host\r\nC:\\x.y\\quartino.kalvhelp\r\n\r\nxxx\r\n");
 }
 
+// The words stand between bars.
+CommandLine Read(const std::wstring& words) {
+    std::vector<std::wstring> arguments;
+    std::wistringstream stream(words);
+    for (std::wstring word; std::getline(stream, word, L'|');)
+        arguments.push_back(word);
+    return CommandLine::From(arguments);
+}
+
 TEST(CommandLine, ReadsEveryOption) {
-    const CommandLine line = CommandLine::From({L"--drawing",
-                                                L"a.json",
-                                                L"--save",
-                                                L"b.json",
-                                                L"--svg",
-                                                L"c.svg",
-                                                L"--place",
-                                                L"1.5,-2",
-                                                L"--state",
-                                                L"kvd",
-                                                L"--hidden",
-                                                L"--fail-at",
-                                                L"3:fail:so: nicht",
-                                                L"--fail-at",
-                                                L"4:exit",
-                                                L"--start",
-                                                L"Q.exe",
-                                                L"--language",
-                                                L"eng",
-                                                L"--settings-key",
-                                                L"Software\\Test",
-                                                L"--help-file",
-                                                L"h.chm",
-                                                L"--quit-with-client"});
+    const CommandLine line =
+        Read(L"--drawing|a.json|--save|b.json|--svg|c.svg|--place|1.5,-2|--state|kvd|--hidden|"
+             L"--fail-at|3:fail:so: nicht|--fail-at|4:exit|--start|Q.exe|--language|eng|"
+             L"--settings-key|Software\\Test|--help-file|h.chm|--quit-with-client");
     EXPECT_EQ(line.drawing, L"a.json");
     EXPECT_EQ(line.save, L"b.json");
     EXPECT_EQ(line.svg, L"c.svg");
@@ -154,26 +153,18 @@ TEST(CommandLine, ReadsEveryOption) {
 }
 
 TEST(CommandLine, KnowsTheSystemsOwnSwitch) {
-    EXPECT_TRUE(CommandLine::From({L"-Embedding"}).embedding);
-    EXPECT_TRUE(CommandLine::From({L"/embedding"}).embedding);
-    EXPECT_FALSE(CommandLine::From({}).embedding);
-    EXPECT_EQ(CommandLine::From({}).handOver.language, L"xxx");
-    EXPECT_EQ(CommandLine::From({}).handOver.settingsKey, L"Software\\Quartino");
+    EXPECT_TRUE(Read(L"-Embedding").embedding);
+    EXPECT_TRUE(Read(L"/embedding").embedding);
+    EXPECT_FALSE(Read(L"").embedding);
+    EXPECT_EQ(Read(L"").handOver.language, L"xxx");
+    EXPECT_EQ(Read(L"").handOver.settingsKey, L"Software\\Quartino");
 }
 
 TEST(CommandLine, RefusesWhatItCannotRead) {
-    for (const std::vector<std::wstring>& wrong :
-         std::vector<std::vector<std::wstring>>{{L"--moon"},
-                                                {L"--drawing"},
-                                                {L"--place", L"1"},
-                                                {L"--place", L"1,x"},
-                                                {L"--state", L"moon"},
-                                                {L"--fail-at", L"3"},
-                                                {L"--fail-at", L"0:fail"},
-                                                {L"--fail-at", L"x:fail"},
-                                                {L"--fail-at", L"1:explode"},
-                                                {L"--quit-with-client"}})
-        EXPECT_THROW(CommandLine::From(wrong), HostError) << ToUtf8(wrong[0]);
+    for (const wchar_t* wrong :
+         {L"--moon", L"--drawing", L"--place|1", L"--place|1,x", L"--state|moon", L"--fail-at|3",
+          L"--fail-at|0:fail", L"--fail-at|x:fail", L"--fail-at|1:explode", L"--quit-with-client"})
+        EXPECT_THROW(Read(wrong), HostError) << ToUtf8(wrong);
 }
 
 } // namespace

@@ -23,7 +23,6 @@ namespace kalvrooms::testing {
 namespace {
 
 namespace ui = kalvrooms::driver;
-using practice::Drawing;
 using practice::ServerClass;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -40,7 +39,7 @@ CallFailed failureOf(const std::function<void()>& action) {
 }
 
 std::string refusalOf(const std::function<void()>& action) {
-    return practice::ToUtf8(failureOf(action).description);
+    return ToUtf8(failureOf(action).description);
 }
 
 _variant_t cell(const _variant_t& array, std::vector<LONG> index) {
@@ -172,9 +171,9 @@ TEST_F(PracticeHost, PlacesUnattendedAndWritesItsFilesAtEveryApply) {
             drawing.call(L"PlaceElements", newRoom(drawing), 10);
         drawing.call(L"ApplyChanges");
     }
-    const Drawing placed = practice::LoadDrawing(saved);
+    const Drawing placed = LoadDrawing(saved);
     ASSERT_EQ(placed.placements.size(), 2u);
-    EXPECT_EQ(placed.placements[0].at, (practice::Point{100.5, -20}));
+    EXPECT_EQ(placed.placements[0].at, (Point{100.5, -20}));
     EXPECT_EQ(placed.elements[3].outline[0], placed.placements[1].at);
     EXPECT_THAT(bytes(svg), HasSubstr("</svg>"));
 
@@ -182,7 +181,7 @@ TEST_F(PracticeHost, PlacesUnattendedAndWritesItsFilesAtEveryApply) {
     control.call(L"Quit");
     control = {};
     EXPECT_EQ(host->process().waitForEnd(), 0u);
-    EXPECT_EQ(practice::LoadDrawing(saved).elements.size(), 4u);
+    EXPECT_EQ(LoadDrawing(saved).elements.size(), 4u);
 }
 
 // --- its objects --------------------------------------------------------------------------------
@@ -275,14 +274,14 @@ TEST_F(PracticeHost, TheControlLoadsSavesAndPlaces) {
     control.call(L"PlaceAt", 1.5, 2);
     drawing.call(L"PlaceElements", list, 10);
     drawing.call(L"ApplyChanges");
-    EXPECT_EQ(host->drawing().placements.at(0).at, (practice::Point{1.5, 2}));
+    EXPECT_EQ(host->drawing().placements.at(0).at, (Point{1.5, 2}));
     control.call(L"PlaceByClick");
     EXPECT_THAT(refusalOf([&] { drawing.call(L"PlaceElements", newRoom(drawing), 10); }),
                 HasSubstr("no window"));
 
     const auto copy = folder() / L"kopie.json", svg = folder() / L"kopie.svg";
     control.call(L"SaveDrawing", copy.wstring());
-    EXPECT_EQ(practice::LoadDrawing(copy).elements.size(), 1u);
+    EXPECT_EQ(LoadDrawing(copy).elements.size(), 1u);
     control.call(L"ExportSvg", svg.wstring());
     EXPECT_THAT(bytes(svg), HasSubstr("<polygon"));
 }
@@ -398,13 +397,13 @@ TEST_F(PracticeHostWindow, EscapeCancels) {
     const CallFailed failure =
         placeWhile([this] { PostMessageW(window, WM_KEYDOWN, VK_ESCAPE, 0); });
     EXPECT_EQ(failure.result, DISP_E_EXCEPTION);
-    EXPECT_THAT(practice::ToUtf8(failure.description), HasSubstr("cancelled"));
+    EXPECT_THAT(ToUtf8(failure.description), HasSubstr("cancelled"));
     EXPECT_EQ(host->drawing().elements.size(), 2u);
 }
 
 TEST_F(PracticeHostWindow, ClosingCancelsAndEndsTheHost) {
     const CallFailed failure = placeWhile([this] { PostMessageW(window, WM_CLOSE, 0, 0); });
-    EXPECT_THAT(practice::ToUtf8(failure.description), HasSubstr("cancelled"));
+    EXPECT_THAT(ToUtf8(failure.description), HasSubstr("cancelled"));
     EXPECT_EQ(host->process().waitForEnd(), 0u);
 }
 

@@ -7,7 +7,7 @@
 
 #include "host/clsKalvero.h"
 #include "support/FileLayer.h"
-#include "support/ScriptedHost.h"
+#include "support/TestHost.h"
 
 namespace kalvrooms::testing {
 
@@ -17,7 +17,7 @@ class BridgeContext : public ExportWindow {
     // With another host than the one in memory.
     explicit BridgeContext(HostServer& other) : server(other) {}
 
-    ScriptedHost host;
+    TestHost host;
     HostServer& server;
     FileLayer files;
     std::int32_t colorOld = 0x112233;

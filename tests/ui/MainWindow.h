@@ -9,8 +9,8 @@
 
 #include "headless/AbsentServers.h"
 #include "headless/HeadlessPlatform.h"
-#include "support/ScriptedHost.h"
 #include "support/TemporaryFolder.h"
+#include "support/TestHost.h"
 #include "ui/frmMain.h"
 
 namespace kalvrooms::testing {
@@ -79,7 +79,7 @@ class MainWindow : public ::testing::Test {
 
     std::filesystem::path folder_;
     AbsentSpreadsheetServer spreadsheets_;
-    ScriptedHost host_;
+    TestHost host_;
     HeadlessPlatform platform_;
     std::unique_ptr<frmMain> main_;
 };

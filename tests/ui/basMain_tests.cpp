@@ -25,24 +25,24 @@ TEST_F(StartUp, ShowsTheMainWindowWhenTheHostAnswers) {
     RunProgram(platform_.Bundle(), host_, spreadsheets_);
     EXPECT_TRUE(ran);
     EXPECT_THAT(prompts(), IsEmpty());
-    EXPECT_EQ(host_.liveObjects, 0);
+    EXPECT_EQ(host_.LiveObjects(), 0);
 }
 
 TEST_F(StartUp, EndsAfterTheMessageWhenTheHostCannotBeReachedTwice) {
-    host_.creationError = L"nobody there";
+    host_.session.state.CreationError(L"nobody there");
     desktop().OnRun([&] { ADD_FAILURE() << "nothing to run"; });
     RunProgram(platform_.Bundle(), host_, spreadsheets_);
     EXPECT_THAT(prompts(), ElementsAre(kvdPrompt));
     EXPECT_EQ(desktop().Messages()[0].Title, L" Quartino");
     EXPECT_EQ(desktop().Messages()[0].Symbol, Gui::Message::Icon::None);
-    EXPECT_EQ(host_.created, 2);
+    EXPECT_EQ(host_.counts["CreateHostApplication"], 2);
     EXPECT_FALSE(desktop().IsLoaded(L"frmMain"));
 }
 
 TEST_F(StartUp, ShowsTheMainWindowWhenTheHostAnswersAfterTheMessage) {
-    host_.creationError = L"KVD open";
+    host_.session.state.CreationError(L"KVD open");
     desktop().AnswerNext([&](const Gui::Message&) {
-        host_.creationError.clear();
+        host_.session.state.CreationError(L"");
         return Gui::Answer::Ok;
     });
     bool ran = false;
@@ -58,7 +58,7 @@ TEST_F(StartUp, ShowsTheMainWindowWhenTheHostAnswersAfterTheMessage) {
 TEST_F(StartUp, BlankTextsOfALanguageAreReplacedByLiterals) {
     platform_.environment.Folder = folder_.wstring();
     platform_.libraries.Put(folder_.wstring() + L"\\zorvinta_eng.dll", {{101, L"  "}, {176, L" "}});
-    host_.creationError = L"nobody there";
+    host_.session.state.CreationError(L"nobody there");
     frmMain main(platform_.Bundle(), host_, spreadsheets_);
     main.SetLang(L"eng");
     EXPECT_FALSE(ProbeHostServer(host_, desktop(), main));
@@ -69,7 +69,7 @@ TEST_F(StartUp, BlankTextsOfALanguageAreReplacedByLiterals) {
 
 TEST_F(StartUp, TheProbeKeepsNoObject) {
     EXPECT_TRUE(CanCreateHostServer(host_));
-    EXPECT_EQ(host_.liveObjects, 0);
+    EXPECT_EQ(host_.LiveObjects(), 0);
 }
 
 } // namespace

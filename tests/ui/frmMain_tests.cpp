@@ -63,7 +63,7 @@ TEST_F(MainWindow, EveryChangeOfTheLanguageStartsFromTheGermanTexts) {
 TEST_F(MainWindow, CarriesTheProjectInItsCaption) {
     show();
     EXPECT_EQ(form().Text(), L" Quartino - Schule");
-    host_.projectName = L"RaumProgramm";
+    host_.drawing.project.name = L"RaumProgramm";
     form().ChooseMenu(L"mnuNew");
     EXPECT_EQ(form().Text(), L" Quartino");
 }
@@ -108,13 +108,13 @@ TEST_F(MainWindow, ARoomFillsItsRow) {
 }
 
 TEST_F(MainWindow, RoomsFromTheDrawingHaveTheColourOfExistingRooms) {
-    host_.projectFolder = folder_.wstring();
-    ScriptedElement element;
+    host_.drawing.project.folder = folder_.wstring();
+    Element element;
     element.identity = {17, 3, L"K3"};
     element.name = L"a";
     element.storey = L"EG";
     element.outline = {{0, 0}, {1, 0}, {1, 1}};
-    host_.drawing.push_back(element);
+    host_.elements.push_back(element);
     show();
     form().ChooseMenu(L"mnuImport");
     EXPECT_EQ(cell(1, 0), L"a");
@@ -490,7 +490,7 @@ TEST_F(MainWindow, DeletingTakesTheSelectedRoomWithoutAsking) {
 }
 
 TEST_F(MainWindow, OpeningAsksForAFileInTheProjectFolderAndShowsItsRooms) {
-    host_.projectFolder = L"C:\\Projekte";
+    host_.drawing.project.folder = L"C:\\Projekte";
     show();
     desktop().ChooseFile(writeList("Liste.txt", 2), 1);
     form().ChooseMenu(L"mnuOpen");
@@ -972,8 +972,8 @@ TEST_F(MainWindow, WritingToTheDrawingEndsWithTheReport) {
     });
     form().ChooseMenu(L"mnuExport");
     EXPECT_TRUE(shown);
-    EXPECT_THAT(host_.drawing, SizeIs(3));
-    EXPECT_EQ(host_.drawing[0].colour, 255);
+    EXPECT_THAT(host_.elements, SizeIs(3));
+    EXPECT_EQ(host_.elements[0].colour, 255);
     // Without the report, and with nothing written, no dialog comes up.
     main_->SetWithoutReport();
     form().ChooseMenu(L"mnuExport");
@@ -990,31 +990,31 @@ TEST_F(MainWindow, WritingArrangesNewRoomsByTheOptions) {
     addRooms(L"a", L"4");
     main_->SetPlace({6, 2, true, 0, 255});
     form().ChooseMenu(L"mnuExport");
-    ASSERT_THAT(host_.placings, SizeIs(1));
+    ASSERT_THAT(host_.placements, SizeIs(1));
     std::vector<Point> corners;
-    for (const ScriptedElement& element : host_.placings[0].elements)
+    for (const Element& element : host_.placed(0))
         corners.push_back(element.outline.at(0));
     EXPECT_THAT(corners, ElementsAre(Point{0, 1}, Point{10, 1}, Point{0, -5}, Point{10, -5}));
-    host_.placings.clear();
+    host_.placements.clear();
     main_->SetPlace({6, 2, false, 0, 255});
     form().ChooseMenu(L"mnuExport");
-    ASSERT_THAT(host_.placings, SizeIs(4));
-    for (const ScriptedPlacing& placing : host_.placings) {
-        ASSERT_THAT(placing.elements, SizeIs(1));
-        EXPECT_EQ(placing.elements[0].outline.at(0), (Point{0, 0}));
+    ASSERT_THAT(host_.placements, SizeIs(4));
+    for (std::size_t n = 0; n < 4; ++n) {
+        ASSERT_THAT(host_.placed(n), SizeIs(1));
+        EXPECT_EQ(host_.placed(n)[0].outline.at(0), (Point{0, 0}));
     }
 }
 
 TEST_F(MainWindow, TheReportCountsUpdatedRoomsRoomsAtTheirPositionAndRoomsSetDown) {
     std::filesystem::create_directories(folder_ / "p");
-    host_.projectFolder = (folder_ / "p").wstring();
+    host_.drawing.project.folder = (folder_ / "p").wstring();
     for (std::int32_t id = 17; id <= 19; ++id) {
-        ScriptedElement element;
+        Element element;
         element.identity = {id, 3, L"K3"};
         element.name = L"alt";
         element.storey = L"EG";
         element.outline = {{0, 0}, {1, 0}, {1, 1}};
-        host_.drawing.push_back(element);
+        host_.elements.push_back(element);
     }
     show();
     form().ChooseMenu(L"mnuImport");
@@ -1025,7 +1025,7 @@ TEST_F(MainWindow, TheReportCountsUpdatedRoomsRoomsAtTheirPositionAndRoomsSetDow
     form().ChooseMenu(L"mnuModifyRoom");
     addRooms(L"neu", L"3");
     // Two rooms have gone from the drawing since; their coordinates are known all the same.
-    host_.drawing.resize(1);
+    host_.elements.resize(1);
     std::vector<std::wstring> shown;
     desktop().OnModal(L"frmReport", [&](HeadlessForm& report) {
         for (const wchar_t* label : {L"lblNum1", L"lblNum2", L"lblNum3"})
@@ -1034,8 +1034,8 @@ TEST_F(MainWindow, TheReportCountsUpdatedRoomsRoomsAtTheirPositionAndRoomsSetDow
     });
     form().ChooseMenu(L"mnuExport");
     EXPECT_THAT(shown, ElementsAre(L"1", L"2", L"3"));
-    ASSERT_THAT(host_.drawing, SizeIs(6));
-    EXPECT_EQ(host_.drawing[0].name, L"umbenannt");
+    ASSERT_THAT(host_.elements, SizeIs(6));
+    EXPECT_EQ(host_.elements[0].name, L"umbenannt");
 }
 
 TEST_F(MainWindow, AnErrorOfTheHostIsShownAndTheProgramGoesOn) {
@@ -1045,14 +1045,14 @@ TEST_F(MainWindow, AnErrorOfTheHostIsShownAndTheProgramGoesOn) {
     form().ChooseMenu(L"mnuExport");
     ASSERT_THAT(prompts(), SizeIs(1));
     EXPECT_THAT(prompts()[0], ::testing::HasSubstr(L"440"));
-    EXPECT_THAT(prompts()[0], ::testing::HasSubstr(L"scripted failure"));
+    EXPECT_THAT(prompts()[0], ::testing::HasSubstr(L"failure of a test"));
     EXPECT_EQ(desktop().Messages()[0].Title, L" Quartino");
     EXPECT_TRUE(form().Enabled());
     EXPECT_EQ(cell(3, 0), L"a2");
     host_.failMember.clear();
     desktop().OnModal(L"frmReport", [](HeadlessForm& report) { report.Click(L"cmdOk"); });
     form().ChooseMenu(L"mnuExport");
-    EXPECT_THAT(host_.drawing, SizeIs(3));
+    EXPECT_THAT(host_.elements, SizeIs(3));
 }
 
 TEST_F(MainWindow, NoSecondCommandStartsAndNoClosingHappensWhileTheHostIsCalled) {
@@ -1077,10 +1077,10 @@ TEST_F(MainWindow, NoSecondCommandStartsAndNoClosingHappensWhileTheHostIsCalled)
 TEST_F(MainWindow, ImportReplacesTheListAndMakesItDirty) {
     show();
     addRooms(L"a", L"1");
-    ScriptedElement element;
+    Element element;
     element.identity = {17, 3, L"K3"};
     element.name = L"aus dem Teilbild";
-    host_.drawing.push_back(element);
+    host_.elements.push_back(element);
     form().ChooseMenu(L"mnuImport");
     EXPECT_THAT(prompts(), ElementsAre(savePrompt));
     EXPECT_EQ(cell(1, 0), L"aus dem Teilbild");

@@ -25,14 +25,14 @@ const std::filesystem::path& projectFolder() {
 }
 
 // The rooms of a drawing whose project folder is there, and empty.
-practice::Drawing schoolOf(std::vector<practice::Element> elements) {
+Drawing schoolOf(std::vector<Element> elements) {
     std::filesystem::remove_all(projectFolder());
     std::filesystem::create_directories(projectFolder());
     return drawingOf(std::move(elements), projectFolder().wstring());
 }
 
-practice::Drawing schoolOf(int elements, int moreAttributes = 0) {
-    std::vector<practice::Element> standing;
+Drawing schoolOf(int elements, int moreAttributes = 0) {
+    std::vector<Element> standing;
     for (int i = 1; i <= elements; ++i)
         standing.push_back(roomElement(i, 3, L"A", L"EG", 0, moreAttributes));
     return schoolOf(std::move(standing));

@@ -18,7 +18,7 @@ namespace {
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-using practice::FromUtf8;
+using kalvrooms::FromUtf8;
 using sheets::XmlElement;
 
 // Names that other programs like to take for something else.

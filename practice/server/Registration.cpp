@@ -1,8 +1,6 @@
-#include "practice/host/Registration.h"
+#include "practice/server/Registration.h"
 
 #include "drawing/HostError.h"
-#include "practice/host/ClassIds.h"
-#include "practice/server/Files.h"
 
 #include <objbase.h>
 
@@ -14,6 +12,13 @@ namespace kalvrooms::practice {
 namespace {
 
 const std::wstring Classes = L"Software\\Classes\\";
+
+std::wstring OwnPath() {
+    constexpr DWORD longest = 32768;
+    std::wstring path(longest, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), longest));
+    return path;
+}
 
 std::wstring GuidText(const GUID& id) {
     std::array<wchar_t, 40> text{};
@@ -29,10 +34,9 @@ void SetDefault(HKEY root, const std::wstring& key, const std::wstring& text) {
         throw HostError(L"The registry refuses the key " + key + L".");
 }
 
-void WriteEntries(HKEY root) {
-    const std::wstring program = ExecutablePath();
-    const std::wstring library = GuidText(TypeLibraryId);
-    for (const ServerClass* serverClass : ServerClasses) {
+void WriteEntries(HKEY root, std::span<const ServerClass* const> classes) {
+    const std::wstring program = OwnPath();
+    for (const ServerClass* serverClass : classes) {
         const std::wstring id = GuidText(serverClass->id);
         const std::wstring classKey = L"CLSID\\" + id;
         SetDefault(root, serverClass->programId, serverClass->description);
@@ -40,48 +44,45 @@ void WriteEntries(HKEY root) {
         SetDefault(root, classKey, serverClass->description);
         SetDefault(root, classKey + L"\\ProgID", serverClass->programId);
         SetDefault(root, classKey + L"\\LocalServer32", L"\"" + program + L"\"");
-        SetDefault(root, classKey + L"\\TypeLib", library);
-        SetDefault(root, classKey + L"\\Version", TypeLibraryVersion);
     }
-    const std::wstring libraryKey = L"TypeLib\\" + library + L"\\" + TypeLibraryVersion;
-    SetDefault(root, libraryKey, L"Kalvero practice host");
-    SetDefault(root, libraryKey + L"\\0\\win64", program);
-    SetDefault(root, libraryKey + L"\\FLAGS", L"0");
-    SetDefault(root, libraryKey + L"\\HELPDIR", program.substr(0, program.find_last_of(L'\\')));
 }
 
-void DeleteEntries(HKEY root) {
+void DeleteEntries(HKEY root, std::span<const ServerClass* const> classes) {
     const auto remove = [&](const std::wstring& key) {
         const LSTATUS status = RegDeleteTreeW(root, (Classes + key).c_str());
         if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)
             throw HostError(L"The registry does not let go of the key " + key + L".");
     };
-    for (const ServerClass* serverClass : ServerClasses) {
+    for (const ServerClass* serverClass : classes) {
         remove(serverClass->programId);
         remove(L"CLSID\\" + GuidText(serverClass->id));
     }
-    remove(L"TypeLib\\" + GuidText(TypeLibraryId));
 }
 
-bool Effective() {
-    CLSID id{};
-    return SUCCEEDED(CLSIDFromProgID(ControlClass.programId, &id)) &&
-           IsEqualCLSID(id, ControlClass.id);
+bool Effective(std::span<const ServerClass* const> classes) {
+    return WhoIs(*classes.back()) == Registered::Ours;
 }
 
 } // namespace
 
-void RegisterServer() {
-    WriteEntries(HKEY_CURRENT_USER);
-    // Wine's COM looks at the machine's classes alone.
-    if (!Effective())
-        WriteEntries(HKEY_LOCAL_MACHINE);
+Registered WhoIs(const ServerClass& serverClass) {
+    CLSID id{};
+    if (FAILED(CLSIDFromProgID(serverClass.programId, &id)))
+        return Registered::Nobody;
+    return IsEqualCLSID(id, serverClass.id) ? Registered::Ours : Registered::Another;
 }
 
-void UnregisterServer() {
-    DeleteEntries(HKEY_CURRENT_USER);
-    if (Effective())
-        DeleteEntries(HKEY_LOCAL_MACHINE);
+void RegisterClasses(std::span<const ServerClass* const> classes) {
+    WriteEntries(HKEY_CURRENT_USER, classes);
+    // Wine's COM looks at the machine's classes alone.
+    if (!Effective(classes))
+        WriteEntries(HKEY_LOCAL_MACHINE, classes);
+}
+
+void UnregisterClasses(std::span<const ServerClass* const> classes) {
+    DeleteEntries(HKEY_CURRENT_USER, classes);
+    if (Effective(classes))
+        DeleteEntries(HKEY_LOCAL_MACHINE, classes);
 }
 
 } // namespace kalvrooms::practice

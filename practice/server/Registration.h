@@ -1,0 +1,25 @@
+#pragma once
+// The entries of a server's classes in the registry: programmatic identifiers, classes, program.
+
+#include <windows.h>
+
+#include <span>
+
+namespace kalvrooms::practice {
+
+struct ServerClass {
+    const wchar_t* programId;
+    const wchar_t* description;
+    CLSID id;
+};
+
+enum class Registered { Nobody, Ours, Another };
+// Who answers to the class's programmatic identifier.
+Registered WhoIs(const ServerClass& serverClass);
+
+// This program for the current user, or for the machine where COM looks at its classes alone. Both
+// raise a HostError when the registry refuses.
+void RegisterClasses(std::span<const ServerClass* const> classes);
+void UnregisterClasses(std::span<const ServerClass* const> classes);
+
+} // namespace kalvrooms::practice
