@@ -49,9 +49,9 @@ class WorkbookJourney : public SpreadsheetTest {
         clsFloors floors;
         for (const std::wstring& words : names) {
             RoomForTest room;
-            room.name = words;
-            room.area = 12.5;
-            room.addTo(floors);
+            room.Name = words;
+            room.Area = 12.5;
+            room.AddTo(floors);
         }
         return floors;
     }

@@ -19,6 +19,7 @@
 #include "model/clsFloors.h"
 #include "practice/workbook/WorkbookFile.h"
 #include "support/FileLayer.h"
+#include "support/RoomForTest.h"
 #include "win32/ComSpreadsheet.h"
 #include "win32/PracticeSpreadsheetProcess.h"
 #include "win32/Win32AnsiCodec.h"
@@ -46,22 +47,6 @@ class SpreadsheetContext final {
     RecordedTable table_;
     Win32AnsiCodec ansi_;
 };
-
-// All that a list says, room by room.
-inline std::vector<std::wstring> contentsOf(const clsFloors& floors) {
-    std::vector<std::wstring> contents;
-    for (std::int32_t index = 1; index <= floors.GetCountOfRooms(); ++index) {
-        clsRoom room;
-        floors.GetRoomByIndex(index, room);
-        const clsGeometry& geometry = *room.Geometry;
-        contents.push_back(room.Name() + L"|" + room.FunctionName() + L"|" +
-                           FromDoubleInvariant(geometry.Area()) + L"|" + room.StoryCode() + L"|" +
-                           room.Enclosure() + L"|" + room.Occupancy() + L"|" + room.AreaType() +
-                           L"|" + geometry.CalculationType() + L"|" + geometry.CalculationValue() +
-                           L"|" + room.GetRoomID());
-    }
-    return contents;
-}
 
 class SpreadsheetTest : public ::testing::Test {
   protected:
@@ -150,52 +135,24 @@ class SpreadsheetTest : public ::testing::Test {
                                     (L"R\u00E4ume " + std::to_wstring(GetCurrentProcessId()));
 };
 
-// A room of a test, ready for adding.
-struct RoomForTest {
-    std::wstring name = L"B\u00FCro";
-    std::wstring function = L"Arbeiten";
-    double area = 20.0;
-    std::wstring story = L"EG";
-    std::wstring enclosure = L"a";
-    std::wstring occupancy = L"HNF 2";
-    std::wstring areaType = L"N";
-    std::wstring type = CalculationByRatio;
-    std::wstring value = L"1";
-    std::wstring roomID;
-
-    void addTo(clsFloors& floors) const {
-        clsRoom room;
-        room.Name(name);
-        room.FunctionName(function);
-        room.Geometry->Area(area);
-        room.StoryCode(story);
-        room.Enclosure(enclosure);
-        room.Occupancy(occupancy);
-        room.AreaType(areaType);
-        room.Geometry->SetTypeAndValue(type, value);
-        room.SetRoomID(roomID);
-        floors.AddRooms(room, 1);
-    }
-};
-
 // Rooms of all kinds on several storeys.
 inline clsFloors programme(int rooms) {
     clsFloors floors;
     for (int i = 1; i <= rooms; ++i) {
         RoomForTest room;
-        room.name = L"R" + std::to_wstring(i);
-        room.function = i % 7 == 0 ? L"" : L"Gruppenr\u00E4ume";
-        room.area = 10.0 + i / 7.0;
-        room.story = std::to_wstring(i % 5) + L".OG";
-        room.roomID = i % 3 == 0 ? std::to_wstring(i) + L"-K" + std::to_wstring(i % 4) : L"";
+        room.Name = L"R" + std::to_wstring(i);
+        room.Function = i % 7 == 0 ? L"" : L"Gruppenr\u00E4ume";
+        room.Area = 10.0 + i / 7.0;
+        room.Story = std::to_wstring(i % 5) + L".OG";
+        room.RoomID = i % 3 == 0 ? std::to_wstring(i) + L"-K" + std::to_wstring(i % 4) : L"";
         if (i % 4 == 1) {
-            room.type = CalculationByFile;
-            room.value = L"C:\\Projekte\\Schule\\" + std::to_wstring(i) + L".txt";
+            room.Type = CalculationByFile;
+            room.Value = L"C:\\Projekte\\Schule\\" + std::to_wstring(i) + L".txt";
         } else if (i % 4 == 2) {
-            room.type = CalculationByDx;
-            room.value = L"4";
+            room.Type = CalculationByDx;
+            room.Value = L"4";
         }
-        room.addTo(floors);
+        room.AddTo(floors);
     }
     return floors;
 }

@@ -86,9 +86,9 @@ TEST_F(Workbooks, TextsComeBackAsTypedAndStandInTextCells) {
     clsFloors floors;
     for (const std::wstring& words : texts) {
         RoomForTest room;
-        room.name = room.function = room.enclosure = room.occupancy = room.areaType = words;
-        room.story = words;
-        room.addTo(floors);
+        room.Name = room.Function = room.Enclosure = room.Occupancy = room.AreaType = words;
+        room.Story = words;
+        room.AddTo(floors);
     }
     write(L"texts.xls", floors);
     EXPECT_EQ(readContents(L"texts.xls"), contentsOf(floors));
@@ -108,10 +108,10 @@ TEST_F(Workbooks, TextsComeBackAsTypedAndStandInTextCells) {
 TEST_F(Workbooks, NumbersStandInNumberCellsWhateverTheUsersLanguage) {
     clsFloors floors;
     RoomForTest room;
-    room.area = 12.5;
-    room.type = CalculationByDx;
-    room.value = L"5";
-    room.addTo(floors);
+    room.Area = 12.5;
+    room.Type = CalculationByDx;
+    room.Value = L"5";
+    room.AddTo(floors);
     write(L"numbers.xls", floors);
     const auto sheet = storedSheet(L"numbers.xls");
     EXPECT_EQ(sheet->At(2, 3), Cell{12.5});

@@ -39,19 +39,19 @@ clsFloors rooms() {
     clsFloors floors;
     for (const std::wstring& words : names()) {
         RoomForTest room;
-        room.name = room.function = room.story = room.enclosure = room.occupancy = room.areaType =
+        room.Name = room.Function = room.Story = room.Enclosure = room.Occupancy = room.AreaType =
             words;
-        room.area = 12.5;
-        room.type = CalculationByDx;
-        room.value = L"5";
-        room.addTo(floors);
+        room.Area = 12.5;
+        room.Type = CalculationByDx;
+        room.Value = L"5";
+        room.AddTo(floors);
     }
     RoomForTest polygon;
-    polygon.area = 1.0 / 3.0;
-    polygon.type = CalculationByFile;
-    polygon.value = L"C:\\Projekte\\Schule\\7.txt";
-    polygon.roomID = L"12-K3";
-    polygon.addTo(floors);
+    polygon.Area = 1.0 / 3.0;
+    polygon.Type = CalculationByFile;
+    polygon.Value = L"C:\\Projekte\\Schule\\7.txt";
+    polygon.RoomID = L"12-K3";
+    polygon.AddTo(floors);
     return floors;
 }
 
