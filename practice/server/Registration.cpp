@@ -73,6 +73,8 @@ Registered WhoIs(const ServerClass& serverClass) {
 }
 
 void RegisterClasses(std::span<const ServerClass* const> classes) {
+    // What a run that was cut off has left may name another program file.
+    UnregisterClasses(classes);
     WriteEntries(HKEY_CURRENT_USER, classes);
     // Wine's COM looks at the machine's classes alone.
     if (!Effective(classes))
