@@ -109,6 +109,49 @@ class clsKalvero::Elements {
     std::unordered_map<std::wstring, std::int32_t> indexByIdentity_;
 };
 
+// What the first pass collects: rooms that stand in the drawing, and new ones at their position.
+struct clsKalvero::KnownRooms {
+    KnownRooms(HostServer& server, HostDrawingService& drawingService, bool mayModify,
+               std::int32_t rgb)
+        : service(drawingService), drawing(server, drawingService),
+          changed(drawingService.CreateElementList()), added(drawingService.CreateElementList()),
+          withModify(mayModify), colour(rgb) {}
+
+    HostDrawingService& service;
+    Elements drawing;
+    std::unique_ptr<HostElementList> changed;
+    std::unique_ptr<HostElementList> added;
+    std::int32_t changedCount = 0;
+    std::int32_t addedCount = 0;
+    const bool withModify;
+    const std::int32_t colour;
+};
+
+// The corners of rooms in a block of two rows with a free strip between them.
+class clsKalvero::TwoRows {
+  public:
+    TwoRows(double distanceX, double distanceY, double limit)
+        : distanceX_(distanceX), distanceY_(distanceY), limit_(limit) {}
+
+    // The lower left corner of the next room, which is a wide and b high.
+    Point next(double a, double b) {
+        if (firstRow_ && x_ + distanceX_ > limit_) {
+            x_ = 0.0;
+            firstRow_ = false;
+        }
+        const Point corner{x_, firstRow_ ? distanceY_ / 2.0 : -distanceY_ / 2.0 - b};
+        x_ += a + distanceX_;
+        return corner;
+    }
+
+  private:
+    const double distanceX_;
+    const double distanceY_;
+    const double limit_;
+    double x_ = 0.0;
+    bool firstRow_ = true;
+};
+
 // The host's names of the attributes that are read, as its catalogue gives them.
 struct clsKalvero::AttributeNames {
     std::wstring area = L"Bodenfläche";
@@ -223,67 +266,83 @@ void clsKalvero::ImportFloorsFromKalvero(clsFloors& floors) {
     {
         Busy busy(wait_, desktop_);
         busy->StartWait();
-        std::unique_ptr<HostDrawingService> service;
-        std::unique_ptr<HostRoomSelection> filter;
-        std::unique_ptr<HostElementList> elements;
         std::int32_t projectNumber = 0;
-        attempt([&] { service = getDrawingService(); });
-        attempt([&] { filter = host_.CreateRoomFilter(); });
-        attempt([&] {
-            if (application_)
-                projectNumber = application_->GetProject()->ProjectNumber();
-        });
-        attempt([&] {
-            if (filter)
-                filter->SelectRooms();
-        });
-        attempt([&] {
-            if (service && filter)
-                elements = service->GetElements(*filter);
-        });
+        const auto elements = selectRooms(projectNumber);
         if (!hostForbidsAccess()) {
-            const AttributeNames names(host_);
-            std::int32_t count = 0;
-            attempt([&] {
-                if (elements)
-                    count = elements->Count();
-            });
-            for (std::int32_t index = 1; index <= count; ++index) {
-                std::unique_ptr<HostRoomElement> element;
-                HostRoomRecord record;
-                attempt([&] { element = elements->Item(index); });
-                attempt([&] {
-                    if (element)
-                        record = element->Record();
-                });
-                if (record.Identity.FileNumber <= 0) {
-                    skipped = true;
-                    continue;
-                }
-                clsRoom room;
-                room.ProjectNumber(projectNumber);
-                room.FileNumber(record.Identity.FileNumber);
-                room.ComponentID(record.Identity.ComponentID);
-                room.FileID(record.Identity.FileID);
-                room.FunctionName(record.RoomFunction);
-                room.StoryCode(record.StoreyCode);
-                room.Name(record.RoomName);
-                ReadRoomAttributes(*element, room, names);
-                const std::wstring path = projectPath_ + L"\\" +
-                                          FromLong(record.Identity.FileNumber) + L"-" +
-                                          FromLong(record.Identity.ComponentID) + L".txt";
-                // An older outline would push itself into the drawing with the next writing.
-                if (!attempt([&] { writePoints(path, element->Outline()); }))
-                    removePoints(path);
-                room.Geometry->SetTypeAndValue(CalculationByFile, path);
-                floors.AddRoom(room);
-            }
+            skipped = !readRooms(elements.get(), projectNumber, floors);
             files_.table.UpdateTable(true);
         }
     }
     if (skipped)
         desktop_.ShowMessage(
             {texts_.GetText(TextNumber::NoKvdRooms), texts_.GetText(TextNumber::Title)});
+}
+
+std::unique_ptr<HostElementList> clsKalvero::selectRooms(std::int32_t& projectNumber) {
+    std::unique_ptr<HostDrawingService> service;
+    std::unique_ptr<HostRoomSelection> filter;
+    std::unique_ptr<HostElementList> elements;
+    attempt([&] { service = getDrawingService(); });
+    attempt([&] { filter = host_.CreateRoomFilter(); });
+    attempt([&] {
+        if (application_)
+            projectNumber = application_->GetProject()->ProjectNumber();
+    });
+    attempt([&] {
+        if (filter)
+            filter->SelectRooms();
+    });
+    attempt([&] {
+        if (service && filter)
+            elements = service->GetElements(*filter);
+    });
+    return elements;
+}
+
+bool clsKalvero::readRooms(HostElementList* elements, std::int32_t projectNumber,
+                           clsFloors& floors) {
+    const AttributeNames names(host_);
+    std::int32_t count = 0;
+    attempt([&] {
+        if (elements)
+            count = elements->Count();
+    });
+    bool complete = true;
+    for (std::int32_t index = 1; index <= count; ++index) {
+        std::unique_ptr<HostRoomElement> element;
+        HostRoomRecord record;
+        attempt([&] { element = elements->Item(index); });
+        attempt([&] {
+            if (element)
+                record = element->Record();
+        });
+        if (record.Identity.FileNumber <= 0) {
+            complete = false;
+            continue;
+        }
+        clsRoom room;
+        room.ProjectNumber(projectNumber);
+        readRoom(*element, record, names, room);
+        floors.AddRoom(room);
+    }
+    return complete;
+}
+
+void clsKalvero::readRoom(HostRoomElement& element, const HostRoomRecord& record,
+                          const AttributeNames& names, clsRoom& room) {
+    room.FileNumber(record.Identity.FileNumber);
+    room.ComponentID(record.Identity.ComponentID);
+    room.FileID(record.Identity.FileID);
+    room.FunctionName(record.RoomFunction);
+    room.StoryCode(record.StoreyCode);
+    room.Name(record.RoomName);
+    ReadRoomAttributes(element, room, names);
+    const std::wstring path = projectPath_ + L"\\" + FromLong(record.Identity.FileNumber) + L"-" +
+                              FromLong(record.Identity.ComponentID) + L".txt";
+    // An older outline would push itself into the drawing with the next writing.
+    if (!attempt([&] { writePoints(path, element.Outline()); }))
+        removePoints(path);
+    room.Geometry->SetTypeAndValue(CalculationByFile, path);
 }
 
 void clsKalvero::ReadRoomAttributes(HostRoomElement& element, clsRoom& room,
@@ -357,122 +416,87 @@ void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithM
     if (!service)
         service = getDrawingService();
 
-    std::int32_t roomsToLayOut = 0;
-    std::int32_t sumOfSides = 0;
-    writeRoomsWithCoordinates(*service, qtoFloors, countOfRooms, blnWithModify, roomsToLayOut,
-                              sumOfSides, lngNoWithKoNew, lngNoWithKoOld);
+    LeftRooms left;
+    writeRoomsWithCoordinates(*service, qtoFloors, blnWithModify, left, lngNoWithKoNew,
+                              lngNoWithKoOld);
     service->ApplyChanges();
-    writeRoomsWithoutCoordinates(*service, qtoFloors, countOfRooms, blnRoomsAsBlock, dblDxOfRooms,
-                                 dblDyOfRooms, roomsToLayOut, sumOfSides, lngNoWithoutKo);
+    // Half of one row that would hold all rooms: the block comes out as two rows of about equal
+    // length.
+    const double rowLimit = (left.count - 1) / 2.0 * dblDxOfRooms + left.sumOfSides / 2.0;
+    TwoRows rows(dblDxOfRooms, dblDyOfRooms, rowLimit);
+    lngNoWithoutKo =
+        writeRoomsWithoutCoordinates(*service, qtoFloors, blnRoomsAsBlock ? &rows : nullptr);
     service->ApplyChanges();
     modificationList_.clear();
 }
 
 void clsKalvero::writeRoomsWithCoordinates(HostDrawingService& service, const clsFloors& floors,
-                                           std::int32_t countOfRooms, bool withModify,
-                                           std::int32_t& roomsToLayOut, std::int32_t& sumOfSides,
-                                           std::int32_t& newRooms, std::int32_t& updatedRooms) {
-    const std::int32_t colorOld = window_.GetPlace().colorOld;
-
-    Elements drawing(host_, service);
-    const auto changed = service.CreateElementList();
-    const auto added = service.CreateElementList();
-    const auto layOut = [&](double side) {
-        sumOfSides = RoundToLong(sumOfSides + side);
-        ++roomsToLayOut;
-    };
-    std::int32_t changedCount = 0;
-    std::int32_t addedCount = 0;
+                                           bool withModify, LeftRooms& left, std::int32_t& newRooms,
+                                           std::int32_t& updatedRooms) {
+    KnownRooms known(host_, service, withModify, window_.GetPlace().colorOld);
+    const std::int32_t countOfRooms = floors.GetCountOfRooms();
     for (std::int32_t index = 1; index <= countOfRooms; ++index) {
         clsRoom room;
         floors.GetRoomByIndex(index, room);
-        const double side = room.Geometry->dx();
-        if (side != 0.0) {
-            layOut(side);
-            continue;
-        }
-        PointArray points;
-        const bool hasPoints =
-            clsFileSytem(files_).ReadPointsFromGeometryFile(room.Geometry->FileName(), points) &&
-            points.Count() > 0;
-        Outline outline;
-        if (hasPoints)
-            for (std::int32_t i = 0; i < points.Count(); ++i)
-                outline.push_back({points.X(i), points.Y(i)});
-
-        if (const auto element = drawing.find(room)) {
-            writtenRooms_.insert(index);
-            if (!withModify)
+        double side = room.Geometry->dx();
+        if (side == 0.0) {
+            if (writeKnownRoom(room, known)) {
+                writtenRooms_.insert(index);
                 continue;
-            fillElement(room, *element, colorOld);
-            if (hasPoints)
-                element->Outline(outline);
-            changed->Add(*element);
-            ++changedCount;
-        } else if (hasPoints) {
-            writtenRooms_.insert(index);
-            const auto created = service.CreateRoomElement();
-            fillElement(room, *created, colorOld);
-            created->Outline(outline);
-            added->Add(*created);
-            ++addedCount;
-        } else {
+            }
             modificationList_.push_back(FromLong(room.ID()));
-            double dx = 0.0;
-            double dy = 0.0;
+            double unused = 0.0;
             room.Geometry->Default(true);
-            room.Geometry->getDefaultValues(dx, dy);
-            layOut(dx);
+            room.Geometry->getDefaultValues(side, unused);
         }
+        left.sumOfSides = RoundToLong(left.sumOfSides + side);
+        ++left.count;
     }
-    if (changedCount > 0)
-        service.ChangeElements(*changed);
-    if (addedCount > 0)
-        service.AddElements(*added);
-    updatedRooms = changedCount;
-    newRooms = addedCount;
+    if (known.changedCount > 0)
+        service.ChangeElements(*known.changed);
+    if (known.addedCount > 0)
+        service.AddElements(*known.added);
+    updatedRooms = known.changedCount;
+    newRooms = known.addedCount;
 }
 
-void clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& service, const clsFloors& floors,
-                                              std::int32_t countOfRooms, bool asBlock,
-                                              double distanceX, double distanceY,
-                                              std::int32_t roomsToLayOut, std::int32_t sumOfSides,
-                                              std::int32_t& setDown) {
-    const std::int32_t colorNew = window_.GetPlace().colorNew;
+bool clsKalvero::writeKnownRoom(const clsRoom& room, KnownRooms& known) {
+    const Outline outline = outlineOf(room);
+    if (const auto element = known.drawing.find(room)) {
+        if (!known.withModify)
+            return true;
+        fillElement(room, *element, known.colour);
+        if (!outline.empty())
+            element->Outline(outline);
+        known.changed->Add(*element);
+        ++known.changedCount;
+        return true;
+    }
+    if (outline.empty())
+        return false;
+    const auto created = known.service.CreateRoomElement();
+    fillElement(room, *created, known.colour);
+    created->Outline(outline);
+    known.added->Add(*created);
+    ++known.addedCount;
+    return true;
+}
 
-    // Half of one row that would hold all rooms: the block comes out as two rows of about equal
-    // length.
-    const double limit = (roomsToLayOut - 1) / 2.0 * distanceX + sumOfSides / 2.0;
-    double x = 0.0;
-    double rowStart = distanceY / 2.0;
-    bool firstRow = true;
+Outline clsKalvero::outlineOf(const clsRoom& room) const {
+    PointArray points;
+    Outline outline;
+    if (clsFileSytem(files_).ReadPointsFromGeometryFile(room.Geometry->FileName(), points))
+        for (std::int32_t i = 0; i < points.Count(); ++i)
+            outline.push_back({points.X(i), points.Y(i)});
+    return outline;
+}
+
+std::int32_t clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& service,
+                                                      const clsFloors& floors, TwoRows* rows) {
+    const std::int32_t colour = window_.GetPlace().colorNew;
     std::int32_t placed = 0;
-    std::int32_t setDownSingly = 0;
     std::unique_ptr<HostElementList> block;
-
-    const auto create = [&](const clsRoom& room, double left, double bottom, double a, double b) {
-        auto element = service.CreateRoomElement();
-        fillElement(room, *element, colorNew);
-        element->Outline(
-            {{left, bottom}, {left + a, bottom}, {left + a, bottom + b}, {left, bottom + b}});
-        return element;
-    };
-    const auto place = [&](HostElementList& elements) {
-        // The user works in the drawing now: the pointer must not say that he has to wait.
-        wait_->BreakWait();
-        try {
-            service.PlaceElements(elements, PlaceAtCrossHair);
-        } catch (...) {
-            wait_->ContinueWait();
-            // What the user has set down one by one so far is not lost because he gives up here.
-            if (setDownSingly > 0)
-                attempt([&] { service.ApplyChanges(); });
-            throw;
-        }
-        wait_->ContinueWait();
-        ++setDownSingly;
-    };
-
+    const std::int32_t countOfRooms = floors.GetCountOfRooms();
     for (std::int32_t index = 1; index <= countOfRooms; ++index) {
         clsRoom room;
         floors.GetRoomByIndex(index, room);
@@ -486,29 +510,50 @@ void clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& service, const
         room.Geometry->getDefaultValues(a, b);
         if (a <= 0.0 || b <= 0.0)
             continue;
-        if (!asBlock) {
-            const auto element = create(room, 0.0, 0.0, a, b);
-            ++placed;
+        if (rows) {
+            if (!block)
+                block = service.CreateElementList();
+            block->Add(*createRectangle(service, room, rows->next(a, b), a, b, colour));
+        } else {
+            const auto element = createRectangle(service, room, {}, a, b, colour);
             const auto single = service.CreateElementList();
             single->Add(*element);
-            place(*single);
-            continue;
+            place(service, *single, placed > 0);
+            ++placed;
         }
-        if (firstRow && x + distanceX > limit) {
-            x = 0.0;
-            rowStart = -distanceY / 2.0;
-            firstRow = false;
-        }
-        if (!block)
-            block = service.CreateElementList();
-        block->Add(*create(room, x, firstRow ? rowStart : rowStart - b, a, b));
-        x += a + distanceX;
     }
     if (block) {
         placed = block->Count();
-        place(*block);
+        place(service, *block, false);
     }
-    setDown = placed;
+    return placed;
+}
+
+std::unique_ptr<HostRoomElement> clsKalvero::createRectangle(HostDrawingService& service,
+                                                             const clsRoom& room, Point corner,
+                                                             double a, double b,
+                                                             std::int32_t colour) {
+    auto element = service.CreateRoomElement();
+    fillElement(room, *element, colour);
+    element->Outline(
+        {corner, {corner.x + a, corner.y}, {corner.x + a, corner.y + b}, {corner.x, corner.y + b}});
+    return element;
+}
+
+void clsKalvero::place(HostDrawingService& service, HostElementList& elements,
+                       bool othersArePlaced) {
+    // The user works in the drawing now: the pointer must not say that he has to wait.
+    wait_->BreakWait();
+    try {
+        service.PlaceElements(elements, PlaceAtCrossHair);
+    } catch (...) {
+        wait_->ContinueWait();
+        // What the user has placed one by one so far is not lost because he gives up here.
+        if (othersArePlaced)
+            attempt([&] { service.ApplyChanges(); });
+        throw;
+    }
+    wait_->ContinueWait();
 }
 
 void clsKalvero::fillElement(const clsRoom& room, HostRoomElement& element, std::int32_t colour) {

@@ -58,24 +58,43 @@ class clsKalvero {
   private:
     class Elements;
     struct AttributeNames;
+    struct KnownRooms;
+    class TwoRows;
+    // Rooms that the first pass leaves to the second, and the sum of their sides along X, which is
+    // rounded with every room.
+    struct LeftRooms {
+        std::int32_t count = 0;
+        std::int32_t sumOfSides = 0;
+    };
 
     void connect();
     std::unique_ptr<HostDrawingService> getDrawingService();
     bool hostForbidsAccess();
     void showHostMessage(std::int32_t textNumber);
 
+    std::unique_ptr<HostElementList> selectRooms(std::int32_t& projectNumber);
+    // False when elements were passed over that belong to no file.
+    bool readRooms(HostElementList* elements, std::int32_t projectNumber, clsFloors& floors);
+    void readRoom(HostRoomElement& element, const HostRoomRecord& record,
+                  const AttributeNames& names, clsRoom& room);
     void ReadRoomAttributes(HostRoomElement& element, clsRoom& room, const AttributeNames& names);
     void writePoints(const std::wstring& path, const Outline& outline);
     static void removePoints(const std::wstring& path);
 
     void writeRoomsWithCoordinates(HostDrawingService& service, const clsFloors& floors,
-                                   std::int32_t countOfRooms, bool withModify,
-                                   std::int32_t& roomsToLayOut, std::int32_t& sumOfSides,
-                                   std::int32_t& newRooms, std::int32_t& updatedRooms);
-    void writeRoomsWithoutCoordinates(HostDrawingService& service, const clsFloors& floors,
-                                      std::int32_t countOfRooms, bool asBlock, double distanceX,
-                                      double distanceY, std::int32_t roomsToLayOut,
-                                      std::int32_t sumOfSides, std::int32_t& setDown);
+                                   bool withModify, LeftRooms& left, std::int32_t& newRooms,
+                                   std::int32_t& updatedRooms);
+    // False for a room that has to be laid out like one without coordinates.
+    bool writeKnownRoom(const clsRoom& room, KnownRooms& known);
+    // Without points where the room's file gives none.
+    Outline outlineOf(const clsRoom& room) const;
+    // Singly without rows. The number of rooms that were placed.
+    std::int32_t writeRoomsWithoutCoordinates(HostDrawingService& service, const clsFloors& floors,
+                                              TwoRows* rows);
+    std::unique_ptr<HostRoomElement> createRectangle(HostDrawingService& service,
+                                                     const clsRoom& room, Point corner, double a,
+                                                     double b, std::int32_t colour);
+    void place(HostDrawingService& service, HostElementList& elements, bool othersArePlaced);
     void fillElement(const clsRoom& room, HostRoomElement& element, std::int32_t colour);
     bool isInModificationList(const clsRoom& room) const;
     std::wstring cutForHost(const std::wstring& text, std::int32_t warning, bool& warn);
