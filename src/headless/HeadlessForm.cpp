@@ -223,39 +223,27 @@ Kind& HeadlessForm::existing(const std::wstring& name) {
     return control<Kind>(name);
 }
 
-Gui::Label& HeadlessForm::LabelNamed(const std::wstring& name) {
-    return control<HeadlessLabel>(name);
-}
-
-Gui::Frame& HeadlessForm::FrameNamed(const std::wstring& name) {
-    return control<HeadlessFrame>(name);
-}
-
-Gui::Button& HeadlessForm::ButtonNamed(const std::wstring& name) {
-    return control<HeadlessButton>(name);
-}
-
-Gui::OptionButton& HeadlessForm::OptionNamed(const std::wstring& name) {
-    return control<HeadlessOption>(name);
-}
-
-Gui::CheckBox& HeadlessForm::CheckNamed(const std::wstring& name) {
-    return control<HeadlessCheck>(name);
-}
-
-Gui::TextField& HeadlessForm::FieldNamed(const std::wstring& name) {
-    return control<HeadlessField>(name);
-}
-
-Gui::DropDown& HeadlessForm::DropDownNamed(const std::wstring& name) {
-    return control<HeadlessDropDown>(name);
-}
-
-Gui::TabStrip& HeadlessForm::TabsNamed(const std::wstring& name) {
-    return control<HeadlessTabs>(name);
-}
-
-Gui::Grid& HeadlessForm::GridNamed(const std::wstring& name) {
+Gui::Control& HeadlessForm::Find(const std::wstring& name, Gui::ControlKind kind) {
+    switch (kind) {
+    case Gui::ControlKind::Label:
+        return control<HeadlessLabel>(name);
+    case Gui::ControlKind::Frame:
+        return control<HeadlessFrame>(name);
+    case Gui::ControlKind::Button:
+        return control<HeadlessButton>(name);
+    case Gui::ControlKind::Option:
+        return control<HeadlessOption>(name);
+    case Gui::ControlKind::Check:
+        return control<HeadlessCheck>(name);
+    case Gui::ControlKind::Field:
+        return control<HeadlessField>(name);
+    case Gui::ControlKind::DropDown:
+        return control<HeadlessDropDown>(name);
+    case Gui::ControlKind::Tabs:
+        return control<HeadlessTabs>(name);
+    case Gui::ControlKind::Grid:
+        break;
+    }
     return control<HeadlessGrid>(name);
 }
 

@@ -214,15 +214,7 @@ class HeadlessForm final : public Gui::Form, public HeadlessControl {
     HeadlessForm(HeadlessDesktop& desktop, const std::wstring& name);
     ~HeadlessForm() override;
 
-    Gui::Label& LabelNamed(const std::wstring& name) override;
-    Gui::Frame& FrameNamed(const std::wstring& name) override;
-    Gui::Button& ButtonNamed(const std::wstring& name) override;
-    Gui::OptionButton& OptionNamed(const std::wstring& name) override;
-    Gui::CheckBox& CheckNamed(const std::wstring& name) override;
-    Gui::TextField& FieldNamed(const std::wstring& name) override;
-    Gui::DropDown& DropDownNamed(const std::wstring& name) override;
-    Gui::TabStrip& TabsNamed(const std::wstring& name) override;
-    Gui::Grid& GridNamed(const std::wstring& name) override;
+    Gui::Control& Find(const std::wstring& name, Gui::ControlKind kind) override;
     Gui::MenuItem& Menu(const std::wstring& name) override;
     void PopupMenu(Gui::MenuItem& menu) override;
     void Show() override;

@@ -3,8 +3,7 @@
 // per desktop realises it, and the headless one serves the tests.
 //
 // Lengths are twips (1/1440 inch) whatever the monitor's DPI, as single-precision numbers. Captions
-// use "&" for access keys. Every event comes in through
-// Desktop::Dispatch.
+// use "&" for access keys. Every event comes in through Desktop::Dispatch.
 
 #include <cstdint>
 #include <functional>
@@ -26,6 +25,9 @@ inline constexpr std::int16_t HourglassPointer = 11;
 inline constexpr int KeyEnter = 13;
 inline constexpr int KeyEscape = 27;
 inline constexpr int KeyF1 = 112;
+
+// What a layout says that a control is.
+enum class ControlKind { Label, Frame, Button, Option, Check, Field, DropDown, Tabs, Grid };
 
 enum class MouseButton { Left = 1, Right = 2, Middle = 4 };
 enum class ScrollBars { None, Vertical, Both };
@@ -56,16 +58,25 @@ class Control {
     virtual void SetFocus() = 0;
 };
 
-class Label : public virtual Control {};
-class Frame : public virtual Control {};
+class Label : public virtual Control {
+  public:
+    static constexpr ControlKind Kind = ControlKind::Label;
+};
+
+class Frame : public virtual Control {
+  public:
+    static constexpr ControlKind Kind = ControlKind::Frame;
+};
 
 class Button : public virtual Control {
   public:
+    static constexpr ControlKind Kind = ControlKind::Button;
     std::function<void()> Click;
 };
 
 class OptionButton : public virtual Control {
   public:
+    static constexpr ControlKind Kind = ControlKind::Option;
     virtual bool Value() const = 0;
     // Setting true clears the other options of the group and runs Click, as a user's click would.
     virtual void Value(bool value) = 0;
@@ -74,12 +85,14 @@ class OptionButton : public virtual Control {
 
 class CheckBox : public virtual Control {
   public:
+    static constexpr ControlKind Kind = ControlKind::Check;
     virtual bool Value() const = 0;
     virtual void Value(bool value) = 0;
 };
 
 class TextField : public virtual Control {
   public:
+    static constexpr ControlKind Kind = ControlKind::Field;
     virtual void Select(int start, int length) = 0;
     std::function<void()> GotFocus;
     std::function<void()> LostFocus;
@@ -90,6 +103,7 @@ class TextField : public virtual Control {
 // A list that drops down. Its text may be one that is not in the list.
 class DropDown : public virtual Control {
   public:
+    static constexpr ControlKind Kind = ControlKind::DropDown;
     virtual void AddItem(const std::wstring& text) = 0;
     virtual int ItemCount() const = 0;
     virtual std::wstring Item(int index) const = 0; // from 0
@@ -98,6 +112,7 @@ class DropDown : public virtual Control {
 // Tabs are numbered from 0; which controls stand on which tab is a matter of the layout.
 class TabStrip : public virtual Control {
   public:
+    static constexpr ControlKind Kind = ControlKind::Tabs;
     virtual int Tab() const = 0;
     virtual void Tab(int index) = 0;
     virtual std::wstring TabCaption(int index) const = 0;
@@ -107,6 +122,7 @@ class TabStrip : public virtual Control {
 // A read-only table: row 0 is the fixed header; the current cell is what commands act on.
 class Grid : public virtual Control {
   public:
+    static constexpr ControlKind Kind = ControlKind::Grid;
     // Reading and filling; what was changed shows when Redraw is on.
     GridCells& Cells() { return cells_; }
     const GridCells& Cells() const { return cells_; }
@@ -143,15 +159,11 @@ class MenuItem {
 // layout's is a programming error (std::logic_error).
 class Form : public virtual Control {
   public:
-    virtual Label& LabelNamed(const std::wstring& name) = 0;
-    virtual Frame& FrameNamed(const std::wstring& name) = 0;
-    virtual Button& ButtonNamed(const std::wstring& name) = 0;
-    virtual OptionButton& OptionNamed(const std::wstring& name) = 0;
-    virtual CheckBox& CheckNamed(const std::wstring& name) = 0;
-    virtual TextField& FieldNamed(const std::wstring& name) = 0;
-    virtual DropDown& DropDownNamed(const std::wstring& name) = 0;
-    virtual TabStrip& TabsNamed(const std::wstring& name) = 0;
-    virtual Grid& GridNamed(const std::wstring& name) = 0;
+    template <typename Type>
+    Type& Named(const std::wstring& name) {
+        return dynamic_cast<Type&>(Find(name, Type::Kind));
+    }
+    virtual Control& Find(const std::wstring& name, ControlKind kind) = 0;
     // A menu of the menu bar; made when first asked for.
     virtual MenuItem& Menu(const std::wstring& name) = 0;
     // Opens a menu of the bar as context menu at the mouse.
@@ -182,13 +194,19 @@ struct Message {
 };
 enum class Answer { Ok, Yes, No };
 
+// Flags of the file dialogs, as the system numbers them.
+inline constexpr std::uint32_t OverwritePrompt = 0x0002;
+inline constexpr std::uint32_t HideReadOnly = 0x0004;
+inline constexpr std::uint32_t FileMustExist = 0x1000;
+inline constexpr std::uint32_t CreatePrompt = 0x2000;
+
 struct FileDialog {
     std::wstring FileName;  // in: proposed; out: chosen, full path
     std::wstring FileTitle; // out: chosen name without folder
     std::wstring Filter;    // description|pattern|description|pattern
     int FilterIndex = 0;    // in and out, from 1; 0 takes the first
     std::wstring DefaultExtension;
-    std::uint32_t Flags = 0; // OFN_ values of the common dialogs
+    std::uint32_t Flags = 0;
 };
 
 class Desktop {

@@ -6,19 +6,17 @@
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
 #include "model/basValidation.h"
-#include "ui/FieldHandlers.h"
 
 namespace kalvrooms {
 namespace {
 
-// The help file treats both editing dialogs under one number.
+// The help file treats the two dialogs of a room under one number.
 constexpr std::uint32_t helpContext = 7;
 
 constexpr std::size_t longestCaption = 55;
 
 constexpr const wchar_t* fileFilter =
     L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls";
-constexpr std::uint32_t openFlags = 0x3004; // create prompt, file must exist, hide read-only box
 
 // A path is no caption: its "&" is a letter, not the mark of an access key.
 std::wstring asCaption(const std::wstring& path) {
@@ -34,49 +32,31 @@ std::wstring asCaption(const std::wstring& path) {
 } // namespace
 
 frmGeometry::frmGeometry(const DialogServices& services, std::shared_ptr<clsGeometry> geometry)
-    : services_(services), desktop_(services.desktop), geometry_(std::move(geometry)),
-      form_(desktop_.CreateForm(L"frmGeometry")), fraGeo(form_->FrameNamed(L"fraGeo")),
-      optXDirection(form_->OptionNamed(L"optXDirection")), lblDx(form_->LabelNamed(L"lblDx")),
-      txtDx(form_->FieldNamed(L"txtDx")), optYDirection(form_->OptionNamed(L"optYDirection")),
-      lblDy(form_->LabelNamed(L"lblDy")), txtDy(form_->FieldNamed(L"txtDy")),
-      optRatio(form_->OptionNamed(L"optRatio")), lblRatio(form_->LabelNamed(L"lblRatio")),
-      txtRatio(form_->FieldNamed(L"txtRatio")), optExcelFile(form_->OptionNamed(L"optExcelFile")),
-      cmdExcelFile(form_->ButtonNamed(L"cmdExcelFile")), cmdOk(form_->ButtonNamed(L"cmdOk")),
-      cmdCancel(form_->ButtonNamed(L"cmdCancel")) {
-    for (Gui::TextField* field : {&txtDx, &txtDy, &txtRatio}) {
-        SelectAllOnEntry(*field);
-        FilterKeys(*field, IsNumberKey);
-    }
-    NormalizeOnLeaving(txtDx, NormalizeThreeDecimals);
-    NormalizeOnLeaving(txtDy, NormalizeThreeDecimals);
-    NormalizeOnLeaving(txtRatio, NormalizeTwoDecimals);
+    : Dialog(services, L"frmGeometry", helpContext), geometry_(std::move(geometry)) {
+    prepare(txtDx, IsNumberKey, NormalizeThreeDecimals);
+    prepare(txtDy, IsNumberKey, NormalizeThreeDecimals);
+    prepare(txtRatio, IsNumberKey, NormalizeTwoDecimals);
     for (Gui::OptionButton* option : {&optXDirection, &optYDirection, &optRatio})
         option->Click = [this] { showFilePath(std::wstring()); };
     optExcelFile.Click = [this] { optExcelFile_Click(); };
-    form_->KeyUp = [this](int key) { onKeyUp(key); };
     cmdExcelFile.Click = [this] { cmdExcelFile_Click(); };
-    cmdOk.Click = [this] { cmdOk_Click(); };
-    cmdCancel.Click = [this] { cmdCancel_Click(); };
+    cancelWith(cmdCancel);
 }
 
-void frmGeometry::ShowModal() {
+void frmGeometry::load() {
     if (!geometry_)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
-    setCaptions();
-    fillFields();
-    form_->ShowModal();
-}
-
-void frmGeometry::setCaptions() {
-    const std::pair<Gui::Control&, std::int32_t> captions[] = {
-        {*form_, 30},        {fraGeo, 30}, {optXDirection, 40}, {lblDx, 43},
-        {optYDirection, 41}, {lblDy, 44},  {optRatio, 42},      {lblRatio, 45},
-        {optExcelFile, 46},  {cmdOk, 2},   {cmdCancel, 3}};
-    for (const auto& [control, number] : captions)
-        control.Text(services_.texts.GetText(number));
-}
-
-void frmGeometry::fillFields() {
+    setCaptions({{*form_, 30},
+                 {form_->Named<Gui::Frame>(L"fraGeo"), 30},
+                 {optXDirection, 40},
+                 {label(L"lblDx"), 43},
+                 {optYDirection, 41},
+                 {label(L"lblDy"), 44},
+                 {optRatio, 42},
+                 {label(L"lblRatio"), 45},
+                 {optExcelFile, 46},
+                 {cmdOk, 2},
+                 {cmdCancel, 3}});
     std::wstring type;
     std::wstring value;
     geometry_->GetTypeAndValue(type, value);
@@ -105,25 +85,6 @@ void frmGeometry::showFilePath(const std::wstring& path) {
     cmdExcelFile.Text(asCaption(shown));
 }
 
-void frmGeometry::onKeyUp(int key) {
-    switch (key) {
-    case Gui::KeyF1:
-        desktop_.OpenHelp(*form_, services_.helpFile, helpContext);
-        break;
-    case Gui::KeyEnter:
-        NormalizeField(txtDx, NormalizeThreeDecimals);
-        NormalizeField(txtDy, NormalizeThreeDecimals);
-        NormalizeField(txtRatio, NormalizeTwoDecimals);
-        cmdOk_Click();
-        break;
-    case Gui::KeyEscape:
-        cmdCancel_Click();
-        break;
-    default:
-        break;
-    }
-}
-
 void frmGeometry::optExcelFile_Click() {
     txtDx.Text(std::wstring());
     txtDy.Text(std::wstring());
@@ -135,7 +96,7 @@ void frmGeometry::cmdExcelFile_Click() {
     dialog.FileName = filePath_;
     dialog.Filter = fileFilter;
     dialog.DefaultExtension = L"xls";
-    dialog.Flags = openFlags;
+    dialog.Flags = Gui::CreatePrompt | Gui::FileMustExist | Gui::HideReadOnly;
     try {
         desktop_.ShowOpen(dialog);
     } catch (const RuntimeError& error) {
@@ -166,10 +127,6 @@ void frmGeometry::cmdOk_Click() {
         geometry_->SetTypeAndValue(CalculationByFile, filePath_);
         form_->Unload();
     }
-}
-
-void frmGeometry::cmdCancel_Click() {
-    form_->Unload();
 }
 
 } // namespace kalvrooms

@@ -6,55 +6,37 @@
 #include <string>
 
 #include "model/clsGeometry.h"
-#include "platform/Gui.h"
-#include "ui/DialogServices.h"
+#include "ui/Dialog.h"
 
 namespace kalvrooms {
 
-class frmGeometry {
+class frmGeometry final : public Dialog {
   public:
+    // Showing it without a geometry is an error: ObjectVariableNotSet.
     frmGeometry(const DialogServices& services, std::shared_ptr<clsGeometry> geometry);
-    frmGeometry(const frmGeometry&) = delete;
-    frmGeometry& operator=(const frmGeometry&) = delete;
-
-    // Returns when the dialog is closed. Error: ObjectVariableNotSet without a geometry.
-    void ShowModal();
 
   private:
-    void setCaptions();
-    void fillFields();
+    void load() override;
     void showFilePath(const std::wstring& path);
     // Stores the field's text as it stands; a side or ratio must be a number above 0.
     void storeNumber(const std::wstring& type, const Gui::TextField& field);
-
-    void onKeyUp(int key);
     void optExcelFile_Click();
     void cmdExcelFile_Click();
-    void cmdOk_Click();
-    void cmdCancel_Click();
+    void cmdOk_Click() override;
 
-    const DialogServices services_;
-    Gui::Desktop& desktop_;
     std::shared_ptr<clsGeometry> geometry_;
-    std::unique_ptr<Gui::Form> form_;
-
-    Gui::Frame& fraGeo;
-    Gui::OptionButton& optXDirection;
-    Gui::Label& lblDx;
-    Gui::TextField& txtDx;
-    Gui::OptionButton& optYDirection;
-    Gui::Label& lblDy;
-    Gui::TextField& txtDy;
-    Gui::OptionButton& optRatio;
-    Gui::Label& lblRatio;
-    Gui::TextField& txtRatio;
-    Gui::OptionButton& optExcelFile;
-    Gui::Button& cmdExcelFile;
-    Gui::Button& cmdOk;
-    Gui::Button& cmdCancel;
-
     // The chosen point file; the button may show only its end.
     std::wstring filePath_;
+
+    Gui::OptionButton& optXDirection = named(L"optXDirection");
+    Gui::TextField& txtDx = named(L"txtDx");
+    Gui::OptionButton& optYDirection = named(L"optYDirection");
+    Gui::TextField& txtDy = named(L"txtDy");
+    Gui::OptionButton& optRatio = named(L"optRatio");
+    Gui::TextField& txtRatio = named(L"txtRatio");
+    Gui::OptionButton& optExcelFile = named(L"optExcelFile");
+    Gui::Button& cmdExcelFile = named(L"cmdExcelFile");
+    Gui::Button& cmdCancel = named(L"cmdCancel");
 };
 
 } // namespace kalvrooms

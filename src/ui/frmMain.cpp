@@ -45,8 +45,8 @@ constexpr Gui::Twips aboveTable = 825;
 
 constexpr const wchar_t* fileFilter =
     L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls";
-constexpr std::uint32_t openFlags = 0x3004; // create prompt, file must exist, hide read-only box
-constexpr std::uint32_t saveFlags = 6;      // overwrite prompt, hide read-only box
+constexpr std::uint32_t openFlags = Gui::CreatePrompt | Gui::FileMustExist | Gui::HideReadOnly;
+constexpr std::uint32_t saveFlags = Gui::OverwritePrompt | Gui::HideReadOnly;
 
 bool isPattern(const std::wstring& fileName) {
     return fileName.ends_with(L"*.xls") || fileName.ends_with(L"*.txt");
@@ -87,7 +87,7 @@ frmMain::~frmMain() {
 
 void frmMain::Show() {
     form_ = desktop_.CreateForm(L"frmMain");
-    grdRooms_ = &form_->GridNamed(L"grdRooms");
+    grdRooms_ = &form_->Named<Gui::Grid>(L"grdRooms");
     form_->Resize = [this] { onResize(); };
     form_->KeyUp = [this](int key) {
         if (key == Gui::KeyF1)

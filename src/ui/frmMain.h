@@ -15,7 +15,7 @@
 #include "model/clsFloors.h"
 #include "platform/Gui.h"
 #include "platform/Platform.h"
-#include "ui/DialogServices.h"
+#include "ui/Dialog.h"
 #include "ui/RoomEditing.h"
 #include "ui/frmReport.h"
 

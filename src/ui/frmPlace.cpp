@@ -1,11 +1,9 @@
 #include "ui/frmPlace.h"
 
 #include <cstdint>
-#include <utility>
 
 #include "model/NumberText.h"
 #include "model/basValidation.h"
-#include "ui/FieldHandlers.h"
 
 namespace kalvrooms {
 namespace {
@@ -24,49 +22,33 @@ constexpr int displayTab = 1;
 } // namespace
 
 frmPlace::frmPlace(const DialogServices& services, Options& options)
-    : services_(services), desktop_(services.desktop), options_(options),
-      form_(desktop_.CreateForm(L"frmPlace")), SSTab1(form_->TabsNamed(L"SSTab1")),
-      fraAnordnung(form_->FrameNamed(L"fraAnordnung")), optSingle(form_->OptionNamed(L"optSingle")),
-      optBlock(form_->OptionNamed(L"optBlock")), lblDisX(form_->LabelNamed(L"lblDisX")),
-      txtDx(form_->FieldNamed(L"txtDx")), lblDisY(form_->LabelNamed(L"lblDisY")),
-      txtDy(form_->FieldNamed(L"txtDy")), fraColor(form_->FrameNamed(L"fraColor")),
-      lblcolold(form_->LabelNamed(L"lblcolold")),
-      cmdWithCoordinates(form_->ButtonNamed(L"cmdWithCoordinates")),
-      lblcolnew(form_->LabelNamed(L"lblcolnew")),
-      cmdWithoutCoordinates(form_->ButtonNamed(L"cmdWithoutCoordinates")),
-      chkUpdate(form_->CheckNamed(L"chkUpdate")), cmdOk(form_->ButtonNamed(L"cmdOk")),
-      cmdCancel(form_->ButtonNamed(L"cmdCancel")) {
-    for (Gui::TextField* field : {&txtDx, &txtDy}) {
-        SelectAllOnEntry(*field);
-        FilterKeys(*field, IsNumberKey);
-        NormalizeOnLeaving(*field, NormalizeThreeDecimals);
-    }
-    form_->KeyUp = [this](int key) { onKeyUp(key); };
-    cmdWithCoordinates.Click = [this] { chooseColour(cmdWithCoordinates); };
-    cmdWithoutCoordinates.Click = [this] { chooseColour(cmdWithoutCoordinates); };
-    cmdOk.Click = [this] { cmdOk_Click(); };
-    cmdCancel.Click = [this] { cmdCancel_Click(); };
+    : Dialog(services, L"frmPlace", helpContext), options_(options) {
+    for (Gui::TextField* field : {&txtDx, &txtDy})
+        prepare(*field, IsNumberKey, NormalizeThreeDecimals);
+    for (Gui::Button* button : {&cmdWithCoordinates, &cmdWithoutCoordinates})
+        button->Click = [this, button] { chooseColour(*button); };
+    cancelWith(cmdCancel);
 }
 
-void frmPlace::ShowModal() {
-    setCaptions();
-    fillFields();
-    form_->ShowModal();
-}
-
-void frmPlace::setCaptions() {
+void frmPlace::load() {
     form_->Text(services_.texts.GetTextWithoutDot(textOptions));
-    const std::pair<Gui::Control&, std::int32_t> captions[] = {
-        {fraAnordnung, 48},      {optSingle, 49}, {optBlock, 50},  {lblDisX, 51},   {lblDisY, 52},
-        {fraColor, textDisplay}, {lblcolold, 54}, {lblcolnew, 55}, {chkUpdate, 56}, {cmdOk, 2},
-        {cmdCancel, 3}};
-    for (const auto& [control, number] : captions)
-        control.Text(services_.texts.GetText(number));
+    setCaptions({{form_->Named<Gui::Frame>(L"fraAnordnung"), 48},
+                 {optSingle, 49},
+                 {optBlock, 50},
+                 {label(L"lblDisX"), 51},
+                 {label(L"lblDisY"), 52},
+                 {form_->Named<Gui::Frame>(L"fraColor"), textDisplay},
+                 {label(L"lblcolold"), 54},
+                 {label(L"lblcolnew"), 55},
+                 {chkUpdate, 56},
+                 {cmdOk, 2},
+                 {cmdCancel, 3}});
     // The tab selected last is the one that the dialog opens on.
     SSTab1.Tab(displayTab);
-    SSTab1.TabCaption(displayTab, services_.texts.GetText(textDisplay));
+    SSTab1.TabCaption(displayTab, text(textDisplay));
     SSTab1.Tab(arrangementTab);
-    SSTab1.TabCaption(arrangementTab, services_.texts.GetText(textArrangement));
+    SSTab1.TabCaption(arrangementTab, text(textArrangement));
+    fillFields();
 }
 
 void frmPlace::fillFields() {
@@ -84,32 +66,13 @@ void frmPlace::fillFields() {
 }
 
 double frmPlace::distance(const Gui::TextField& field) {
-    const std::wstring text = field.Text();
-    const std::wstring trimmed = Trim(text);
-    return trimmed.empty() || trimmed == L"0" ? 0.0 : TextToNumber(text);
+    const std::wstring trimmed = Trim(field.Text());
+    return trimmed.empty() || trimmed == L"0" ? 0.0 : TextToNumber(field.Text());
 }
 
 void frmPlace::chooseColour(Gui::Button& button) {
     desktop_.ShowColour(cdColor);
     button.BackColour(cdColor);
-}
-
-void frmPlace::onKeyUp(int key) {
-    switch (key) {
-    case Gui::KeyF1:
-        desktop_.OpenHelp(*form_, services_.helpFile, helpContext);
-        break;
-    case Gui::KeyEnter:
-        NormalizeField(txtDx, NormalizeThreeDecimals);
-        NormalizeField(txtDy, NormalizeThreeDecimals);
-        cmdOk_Click();
-        break;
-    case Gui::KeyEscape:
-        cmdCancel_Click();
-        break;
-    default:
-        break;
-    }
 }
 
 void frmPlace::cmdOk_Click() {
@@ -128,15 +91,11 @@ void frmPlace::cmdOk_Click() {
     else
         options_.SetWithoutReport();
     if (refused) {
-        desktop_.ShowMessage({services_.texts.GetText(textDistancesTooSmall), applicationTitle});
+        desktop_.ShowMessage({text(textDistancesTooSmall), applicationTitle});
         return;
     }
     options_.SetPlace({distanceX, distanceY, block, cmdWithCoordinates.BackColour(),
                        cmdWithoutCoordinates.BackColour()});
-    form_->Unload();
-}
-
-void frmPlace::cmdCancel_Click() {
     form_->Unload();
 }
 

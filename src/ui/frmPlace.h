@@ -1,57 +1,35 @@
 #pragma once
-// The options dialog: how new rooms are set down, the two room colours and whether the report is
+// The options dialog: how new rooms are placed, the two room colours and whether the report is
 // shown. It keeps nothing itself; everything lives in the main window.
 
-#include <memory>
-#include <string>
-
 #include "app/Options.h"
-#include "platform/Gui.h"
-#include "ui/DialogServices.h"
+#include "ui/Dialog.h"
 
 namespace kalvrooms {
 
-class frmPlace {
+class frmPlace final : public Dialog {
   public:
     frmPlace(const DialogServices& services, Options& options);
-    frmPlace(const frmPlace&) = delete;
-    frmPlace& operator=(const frmPlace&) = delete;
-
-    // Returns when the dialog is closed.
-    void ShowModal();
 
   private:
-    void setCaptions();
+    void load() override;
     void fillFields();
     // Metres; 0 for a distance that is missing.
     static double distance(const Gui::TextField& field);
     void chooseColour(Gui::Button& button);
+    void cmdOk_Click() override;
 
-    void onKeyUp(int key);
-    void cmdOk_Click();
-    void cmdCancel_Click();
-
-    const DialogServices services_;
-    Gui::Desktop& desktop_;
     Options& options_;
-    std::unique_ptr<Gui::Form> form_;
 
-    Gui::TabStrip& SSTab1;
-    Gui::Frame& fraAnordnung;
-    Gui::OptionButton& optSingle;
-    Gui::OptionButton& optBlock;
-    Gui::Label& lblDisX;
-    Gui::TextField& txtDx;
-    Gui::Label& lblDisY;
-    Gui::TextField& txtDy;
-    Gui::Frame& fraColor;
-    Gui::Label& lblcolold;
-    Gui::Button& cmdWithCoordinates;
-    Gui::Label& lblcolnew;
-    Gui::Button& cmdWithoutCoordinates;
-    Gui::CheckBox& chkUpdate;
-    Gui::Button& cmdOk;
-    Gui::Button& cmdCancel;
+    Gui::TabStrip& SSTab1 = named(L"SSTab1");
+    Gui::OptionButton& optSingle = named(L"optSingle");
+    Gui::OptionButton& optBlock = named(L"optBlock");
+    Gui::TextField& txtDx = named(L"txtDx");
+    Gui::TextField& txtDy = named(L"txtDy");
+    Gui::Button& cmdWithCoordinates = named(L"cmdWithCoordinates");
+    Gui::Button& cmdWithoutCoordinates = named(L"cmdWithoutCoordinates");
+    Gui::CheckBox& chkUpdate = named(L"chkUpdate");
+    Gui::Button& cmdCancel = named(L"cmdCancel");
 
     // What the colour dialog reported last; a cancelled one reports the same again.
     Gui::Colour cdColor = 0;

@@ -1,13 +1,12 @@
 #pragma once
 // The update report: how many rooms the last writing to the drawing updated, created at their known
-// position and set down. Rows without rooms are left out and close up.
+// position and placed at the
+// cross-hair. Rows without rooms are left out and close up.
 
 #include <cstdint>
-#include <memory>
 
 #include "app/Options.h"
-#include "platform/Gui.h"
-#include "ui/DialogServices.h"
+#include "ui/Dialog.h"
 
 namespace kalvrooms {
 
@@ -17,14 +16,10 @@ struct ReportCounts {
     std::int32_t setDown = 0;
 };
 
-class frmReport {
+class frmReport final : public Dialog {
   public:
+    // Showing it with counts that add up beyond 32 bits is an error: Overflow.
     frmReport(const DialogServices& services, Options& options, const ReportCounts& counts);
-    frmReport(const frmReport&) = delete;
-    frmReport& operator=(const frmReport&) = delete;
-
-    // Returns when the dialog is closed. Error: Overflow when the counts add up beyond 32 bits.
-    void ShowModal();
 
   private:
     struct Row {
@@ -32,28 +27,22 @@ class frmReport {
         Gui::Label& text;
     };
 
-    void setCaptions();
-    void fillRows();
+    void load() override;
     // False when there is nothing to show; the row is hidden then.
     bool fillRow(const Row& row, std::int32_t count, std::int32_t textForOne, Gui::Colour colour);
-    static void moveUp(const Row& row);
-    void cmdOk_Click();
+    static void place(const Row& row, Gui::Twips top);
+    void moveLowerPartUp(Gui::Twips distance);
+    void cmdOk_Click() override;
 
-    const DialogServices services_;
     Options& options_;
     const ReportCounts counts_;
-    std::unique_ptr<Gui::Form> form_;
 
-    Gui::Label& lblTop;
-    Gui::Label& lblNum1;
-    Gui::Label& lblText1;
-    Gui::Label& lblNum2;
-    Gui::Label& lblText2;
-    Gui::Label& lblNum3;
-    Gui::Label& lblText3;
-    Gui::CheckBox& chkNoReport;
-    Gui::Label& lblOption;
-    Gui::Button& cmdOk;
+    Gui::Label& lblTop = named(L"lblTop");
+    const Row rows_[3] = {{named(L"lblNum1"), named(L"lblText1")},
+                          {named(L"lblNum2"), named(L"lblText2")},
+                          {named(L"lblNum3"), named(L"lblText3")}};
+    Gui::CheckBox& chkNoReport = named(L"chkNoReport");
+    Gui::Label& lblOption = named(L"lblOption");
 };
 
 } // namespace kalvrooms

@@ -5,7 +5,6 @@
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
 #include "model/basValidation.h"
-#include "ui/FieldHandlers.h"
 #include "ui/frmGeometry.h"
 
 namespace kalvrooms {
@@ -27,50 +26,36 @@ constexpr int hnfGroups = 6;
 } // namespace
 
 frmRoom::frmRoom(const DialogServices& services, RoomEditing& editing)
-    : services_(services), desktop_(services.desktop), editing_(editing),
-      form_(desktop_.CreateForm(L"frmRoom")), frmAttrib(form_->FrameNamed(L"frmAttrib")),
-      lblGeschoss(form_->LabelNamed(L"lblGeschoss")), lblBez(form_->LabelNamed(L"lblBez")),
-      lblFkt(form_->LabelNamed(L"lblFkt")), lblFlaeche(form_->LabelNamed(L"lblFlaeche")),
-      lblGFlaeche(form_->LabelNamed(L"lblGFlaeche")),
-      cmdGeometry(form_->ButtonNamed(L"cmdGeometry")), lblUm(form_->LabelNamed(L"lblUm")),
-      lblNutz(form_->LabelNamed(L"lblNutz")), lblFlArt(form_->LabelNamed(L"lblFlArt")),
-      lblAnz(form_->LabelNamed(L"lblAnz")), cmdOk(form_->ButtonNamed(L"cmdOk")),
-      cmdCancel(form_->ButtonNamed(L"cmdCancel")), txtStoryCode(form_->FieldNamed(L"txtStoryCode")),
-      txtName(form_->FieldNamed(L"txtName")), txtFunction(form_->FieldNamed(L"txtFunction")),
-      txtArea(form_->FieldNamed(L"txtArea")), txtQuantity(form_->FieldNamed(L"txtQuantity")),
-      cboAreaType(form_->DropDownNamed(L"cboAreaType")),
-      cboEnclosureType(form_->DropDownNamed(L"cboEnclosureType")),
-      cboOccupancy(form_->DropDownNamed(L"cboOccupancy")) {
-    for (Gui::TextField* field : {&txtStoryCode, &txtName, &txtFunction, &txtArea, &txtQuantity})
-        SelectAllOnEntry(*field);
-    FilterKeys(txtArea, IsNumberKey);
-    FilterKeys(txtQuantity, IsDigitKey);
-    NormalizeOnLeaving(txtArea, NormalizeThreeDecimals);
-    form_->KeyUp = [this](int key) { onKeyUp(key); };
-    cmdGeometry.Click = [this] { cmdGeometry_Click(); };
-    cmdOk.Click = [this] { cmdOk_Click(); };
-    cmdCancel.Click = [this] { cmdCancel_Click(); };
+    : Dialog(services, L"frmRoom", helpContext), editing_(editing) {
+    for (Gui::TextField* field : {&txtStoryCode, &txtName, &txtFunction})
+        prepare(*field);
+    prepare(txtArea, IsNumberKey, NormalizeThreeDecimals);
+    prepare(txtQuantity, IsDigitKey);
+    cmdGeometry.Click = [this] { frmGeometry(services_, room_->Geometry).ShowModal(); };
+    cancelWith(cmdCancel);
 }
 
-void frmRoom::ShowModal() {
-    setCaptions();
+void frmRoom::load() {
+    setCaptions({{form_->Named<Gui::Frame>(L"frmAttrib"), 27},
+                 {label(L"lblGeschoss"), 28},
+                 {label(L"lblBez"), 31},
+                 {label(L"lblFkt"), 32},
+                 {label(L"lblFlaeche"), 33},
+                 {label(L"lblGFlaeche"), 34},
+                 {cmdGeometry, 35},
+                 {label(L"lblUm"), 36},
+                 {label(L"lblNutz"), 37},
+                 {label(L"lblFlArt"), 87},
+                 {label(L"lblAnz"), 39},
+                 {cmdOk, 2},
+                 {cmdCancel, 3}});
     fillLists();
     fillFields();
-    form_->ShowModal();
-}
-
-void frmRoom::setCaptions() {
-    const std::pair<Gui::Control&, std::int32_t> captions[] = {
-        {frmAttrib, 27},   {lblGeschoss, 28}, {lblBez, 31},  {lblFkt, 32},  {lblFlaeche, 33},
-        {lblGFlaeche, 34}, {cmdGeometry, 35}, {lblUm, 36},   {lblNutz, 37}, {lblFlArt, 87},
-        {lblAnz, 39},      {cmdOk, 2},        {cmdCancel, 3}};
-    for (const auto& [control, number] : captions)
-        control.Text(services_.texts.GetText(number));
 }
 
 void frmRoom::fillLists() {
     const auto addText = [this](Gui::DropDown& list, std::int32_t number) {
-        list.AddItem(services_.texts.GetText(number));
+        list.AddItem(text(number));
     };
     for (const std::int32_t number : {textNoEntry, 88, 89, 90})
         addText(cboAreaType, number);
@@ -80,7 +65,7 @@ void frmRoom::fillLists() {
     for (const std::int32_t number : {textNoEntry, 86, 81, 82})
         addText(cboOccupancy, number);
     for (int group = 1; group <= hnfGroups; ++group)
-        cboOccupancy.AddItem(services_.texts.GetText(textHnf) + L" " + std::to_wstring(group));
+        cboOccupancy.AddItem(text(textHnf) + L" " + std::to_wstring(group));
     for (const std::int32_t number : {84, 85})
         addText(cboOccupancy, number);
 }
@@ -89,7 +74,7 @@ void frmRoom::fillFields() {
     room_ = editing_.GetCurrentRoom();
     if (!room_ || !room_->Geometry)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
-    form_->Text(services_.texts.GetText(room_->IsNew() ? textAddRoom : textModifyRoom));
+    form_->Text(text(room_->IsNew() ? textAddRoom : textModifyRoom));
     txtQuantity.Text(L"1");
     txtStoryCode.Text(room_->StoryCode());
     txtFunction.Text(room_->FunctionName());
@@ -107,33 +92,12 @@ void frmRoom::fillFields() {
 }
 
 void frmRoom::showEntry(Gui::DropDown& list, const std::wstring& value) const {
-    list.Text(Trim(value).empty() ? services_.texts.GetText(textNoEntry) : value);
+    list.Text(Trim(value).empty() ? text(textNoEntry) : value);
 }
 
 std::wstring frmRoom::chosenEntry(const Gui::DropDown& list) const {
-    const std::wstring text = list.Text();
-    return text == services_.texts.GetText(textNoEntry) ? std::wstring() : text;
-}
-
-void frmRoom::onKeyUp(int key) {
-    switch (key) {
-    case Gui::KeyF1:
-        desktop_.OpenHelp(*form_, services_.helpFile, helpContext);
-        break;
-    case Gui::KeyEnter:
-        NormalizeField(txtArea, NormalizeThreeDecimals);
-        cmdOk_Click();
-        break;
-    case Gui::KeyEscape:
-        cmdCancel_Click();
-        break;
-    default:
-        break;
-    }
-}
-
-void frmRoom::cmdGeometry_Click() {
-    frmGeometry(services_, room_->Geometry).ShowModal();
+    const std::wstring chosen = list.Text();
+    return chosen == text(textNoEntry) ? std::wstring() : chosen;
 }
 
 void frmRoom::cmdOk_Click() {
@@ -143,8 +107,7 @@ void frmRoom::cmdOk_Click() {
         txtQuantity.Text(L"1");
     const std::wstring storyCode = txtStoryCode.Text();
     if (storyCode.empty() || storyCode.size() > longestStoryCode) {
-        desktop_.ShowMessage(
-            {services_.texts.GetText(textStoryCodeMissing), services_.texts.GetText(textTitle)});
+        desktop_.ShowMessage({text(textStoryCodeMissing), text(textTitle)});
         return;
     }
     room_->StoryCode(storyCode);
@@ -158,10 +121,6 @@ void frmRoom::cmdOk_Click() {
         editing_.AddCurrentRoomsToListOfFloors(ToLong(txtQuantity.Text()));
     else
         editing_.UpdateTable(false);
-    form_->Unload();
-}
-
-void frmRoom::cmdCancel_Click() {
     form_->Unload();
 }
 

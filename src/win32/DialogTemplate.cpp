@@ -2,49 +2,19 @@
 
 #include "win32/Dpi.h"
 
-#include <cstdint>
 #include <cstring>
 #include <stdexcept>
 
 namespace kalvrooms::Gui {
 namespace {
 
-// Reads on through a template; every step stays inside it.
-class Reader {
-  public:
-    Reader(const std::byte* data, std::size_t size) : data_(data), size_(size) {}
-    std::size_t Position() const { return position_; }
-    void Skip(std::size_t bytes) { position_ += bytes; }
-    bool Good() const { return position_ <= size_; }
-    std::uint16_t Word() {
-        std::uint16_t word = 0;
-        if (position_ + sizeof word <= size_)
-            std::memcpy(&word, data_ + position_, sizeof word);
-        position_ += sizeof word;
-        return word;
-    }
-    std::uint32_t Long() {
-        const std::uint32_t low = Word();
-        return low | static_cast<std::uint32_t>(Word()) << 16;
-    }
-    void SkipText() {
-        while (Good() && Word() != 0) {
-        }
-    }
-    // A resource's name: nothing, a number or a text.
-    void SkipName() {
-        const std::uint16_t first = Word();
-        if (first == 0xFFFF)
-            Word();
-        else if (first != 0)
-            SkipText();
-    }
-
-  private:
-    const std::byte* data_;
-    std::size_t size_;
-    std::size_t position_ = 0;
-};
+// An extended template: version and signature, help number, styles, number of controls, place and
+// size, then as texts the menu, the window class and the title, which ours do not have.
+constexpr std::size_t styleAt = 12;
+constexpr std::size_t textsAt = 26;
+constexpr std::size_t fontAt = textsAt + 3 * sizeof(WORD);
+constexpr BYTE start[] = {1, 0, 0xFF, 0xFF};
+constexpr BYTE noTexts[3 * sizeof(WORD)] = {};
 
 std::size_t aligned(std::size_t position) {
     return (position + 3) & ~std::size_t{3};
@@ -59,24 +29,21 @@ void append(std::vector<std::byte>& bytes, const void* data, std::size_t size) {
 
 std::vector<std::byte> WithFont(const std::byte* data, std::size_t size, const std::wstring& face,
                                 WORD points, WORD weight, bool italic) {
-    Reader reader(data, size);
-    const std::uint16_t version = reader.Word();
-    const std::uint16_t signature = reader.Word();
-    if (version != 1 || signature != 0xFFFF)
+    const auto is = [&](std::size_t at, const auto& bytes) {
+        return at + sizeof bytes <= size && std::memcmp(data + at, bytes, sizeof bytes) == 0;
+    };
+    if (!is(0, start) || !is(textsAt, noTexts) ||
+        !(std::to_integer<int>(data[styleAt]) & DS_SETFONT))
         return {};
-    reader.Skip(2 * sizeof(std::uint32_t)); // help number, extended style
-    const std::uint32_t style = reader.Long();
-    if (!(style & DS_SETFONT))
-        return {};
-    reader.Skip(5 * sizeof(std::uint16_t)); // number of controls, place and size
-    reader.SkipName();                      // menu
-    reader.SkipName();                      // window class
-    reader.SkipText();                      // title
-    const std::size_t fontAt = reader.Position();
-    reader.Skip(2 * sizeof(std::uint16_t) + 2); // points, weight, italic and character set
-    reader.SkipText();
-    const std::size_t controlsAt = aligned(reader.Position());
-    if (!reader.Good() || controlsAt > size)
+    // Points, weight, italic and character set, then the face.
+    std::size_t controlsAt = fontAt + 3 * sizeof(WORD);
+    WORD character = 1;
+    while (character && controlsAt + sizeof character <= size) {
+        std::memcpy(&character, data + controlsAt, sizeof character);
+        controlsAt += sizeof character;
+    }
+    controlsAt = aligned(controlsAt);
+    if (character || controlsAt > size)
         return {};
 
     std::vector<std::byte> result(data, data + fontAt);
@@ -91,14 +58,13 @@ std::vector<std::byte> WithFont(const std::byte* data, std::size_t size, const s
 }
 
 std::vector<std::byte> LoadDialogTemplate(int id) {
-    const HMODULE module = GetModuleHandleW(nullptr);
-    const HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(id), RT_DIALOG);
-    const HGLOBAL loaded = found ? LoadResource(module, found) : nullptr;
+    const HRSRC found = FindResourceW(nullptr, MAKEINTRESOURCEW(id), RT_DIALOG);
+    const HGLOBAL loaded = found ? LoadResource(nullptr, found) : nullptr;
     const auto* data = static_cast<const std::byte*>(loaded ? LockResource(loaded) : nullptr);
     if (!data)
         throw std::logic_error("a dialog template is missing in the executable");
-    const LOGFONTW font = MessageFont(SystemDpi());
-    auto bytes = WithFont(data, SizeofResource(module, found), font.lfFaceName,
+    const LOGFONTW font = MessageFont(GetDpiForSystem());
+    auto bytes = WithFont(data, SizeofResource(nullptr, found), font.lfFaceName,
                           static_cast<WORD>(MessageFontPoints()), static_cast<WORD>(font.lfWeight),
                           font.lfItalic != FALSE);
     if (bytes.empty())

@@ -10,7 +10,8 @@
 
 namespace kalvrooms::Gui {
 
-// A template with another font. Empty for bytes that are no extended template with a font.
+// A template with another font. Empty for bytes that are no extended template with a font and
+// without menu, window class and title.
 std::vector<std::byte> WithFont(const std::byte* data, std::size_t size, const std::wstring& face,
                                 WORD points, WORD weight, bool italic);
 

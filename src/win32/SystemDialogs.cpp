@@ -18,7 +18,7 @@ void htmlHelp(HWND owner, const char* file, UINT command, DWORD_PTR data) {
     using Call = HWND(WINAPI*)(HWND, LPCSTR, UINT, DWORD_PTR);
     // Loaded when first needed and kept: help windows live in it.
     static const HMODULE control = LoadLibraryW(L"hhctrl.ocx");
-    static const auto call = OptionalFunction<Call>(control, "HtmlHelpA");
+    static const auto call = FunctionIn<Call>(control, "HtmlHelpA");
     if (call)
         call(owner, file, command, data);
 }

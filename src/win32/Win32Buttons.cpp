@@ -1,5 +1,6 @@
 #include "win32/Win32Buttons.h"
 
+#include "win32/Dpi.h"
 #include "win32/Win32Desktop.h"
 #include "win32/Win32Form.h"
 
@@ -50,11 +51,11 @@ bool Win32Button::OnDrawItem(const DRAWITEMSTRUCT& item) {
     } else {
         DrawEdge(item.hDC, &rectangle, pressed ? EDGE_SUNKEN : EDGE_RAISED, BF_RECT | BF_ADJUST);
     }
-    const int gap = MulDiv(3, static_cast<int>(Owner().Dpi()), USER_DEFAULT_SCREEN_DPI);
+    const int gap = Scaled(3, Owner().Dpi());
     RECT field = rectangle;
     InflateRect(&field, -gap, -gap);
-    GdiObject brush(CreateSolidBrush(static_cast<COLORREF>(*backColour_)));
-    FillRect(item.hDC, &field, static_cast<HBRUSH>(brush.get()));
+    SetDCBrushColor(item.hDC, static_cast<COLORREF>(*backColour_));
+    FillRect(item.hDC, &field, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
     // A line in the theme's text colour, so that the field stands out whatever its colour is.
     FrameRect(item.hDC, &field, GetSysColorBrush(COLOR_BTNTEXT));
     if ((item.itemState & ODS_FOCUS) && !(item.itemState & ODS_NOFOCUSRECT)) {

@@ -52,22 +52,12 @@ LRESULT Win32Control::procedure(HWND window, UINT message, WPARAM word, LPARAM d
 }
 
 LRESULT Win32Control::HandleMessage(UINT message, WPARAM word, LPARAM data) {
-    const HWND window = window_;
-    switch (message) {
-    case WM_SETCURSOR:
-        if (form_.Desktop().ShowPointer())
-            return TRUE;
-        break;
-    case WM_SETFOCUS: {
-        const LRESULT result = CallOwnProcedure(window, message, word, data);
-        if (window_)
-            form_.FocusArrived(*this);
-        return result;
-    }
-    default:
-        break;
-    }
-    return CallOwnProcedure(window, message, word, data);
+    if (message == WM_SETCURSOR && form_.Desktop().ShowPointer())
+        return TRUE;
+    const LRESULT result = CallOwnProcedure(window_, message, word, data);
+    if (message == WM_SETFOCUS && window_)
+        form_.FocusArrived(*this);
+    return result;
 }
 
 bool Win32Control::OnCommand(WORD) {
@@ -91,7 +81,7 @@ HBRUSH Win32Control::OnColour(HDC context, HBRUSH standard) {
             backColour_ ? static_cast<COLORREF>(*backColour_) : GetSysColor(COLOR_3DFACE);
         SetTextColor(context, LegibleColour(*foreColour_, background, COLOR_BTNTEXT));
     }
-    return backColour_ ? static_cast<HBRUSH>(backBrush_.get()) : standard;
+    return backColour_ ? backBrush_.get() : standard;
 }
 
 std::wstring Win32Control::Text() const {

@@ -45,7 +45,7 @@ class Win32Control : public virtual Control {
     Win32Form& Owner() const { return form_; }
 
     // Takes a window over: its messages come to HandleMessage first.
-    void Attach(HWND window);
+    virtual void Attach(HWND window);
 
     // What the parent window is told about the control. True: handled, with the result.
     virtual bool OnCommand(WORD code);
@@ -87,7 +87,7 @@ class Win32Control : public virtual Control {
 
     Win32Form& form_;
     HWND window_ = nullptr;
-    GdiObject backBrush_;
+    GdiObject<HBRUSH> backBrush_;
     std::array<std::optional<Stored>, 4> stored_;
 };
 

@@ -1,7 +1,7 @@
 #include "win32/Win32Dialog.h"
 
 #include "win32/DialogTemplate.h"
-#include "win32/Dpi.h"
+#include "win32/Handles.h"
 #include "win32/MessageHook.h"
 #include "win32/Win32Desktop.h"
 #include "win32/Win32TabStrip.h"
@@ -19,14 +19,13 @@ INT_PTR CALLBACK nothingLeft(HWND, UINT, WPARAM, LPARAM) {
     return FALSE;
 }
 
-// The form follows a change of DPI itself, because code may have moved its controls.
+// The form follows a change of DPI itself, because code may have moved its controls. (Asked for by
+// name: Wine does not have the function.)
 void followDpiOurselves(HWND dialog) {
-    using Call = BOOL(WINAPI*)(HWND, int, int);
-    static const auto call =
-        OptionalFunction<Call>(GetModuleHandleW(L"user32.dll"), "SetDialogDpiChangeBehavior");
-    constexpr int disableAll = 1;
+    static const auto call = FunctionIn<decltype(&SetDialogDpiChangeBehavior)>(
+        GetModuleHandleW(L"user32.dll"), "SetDialogDpiChangeBehavior");
     if (call)
-        call(dialog, disableAll, disableAll);
+        call(dialog, DDC_DISABLE_ALL, DDC_DISABLE_ALL);
 }
 
 HWND create(int id, HWND parent) {
@@ -48,9 +47,10 @@ Win32Dialog::Win32Dialog(Win32Desktop& desktop, const FormEntry& entry)
     Attach(window);
     addPages();
     for (const ControlEntry& control : entry.controls) {
-        const HWND parent =
-            control.page < 0 ? window : pages_.at(static_cast<std::size_t>(control.page));
-        AttachControl(control, GetDlgItem(parent, control.id));
+        HWND child = GetDlgItem(window, control.id);
+        for (const HWND page : pages_)
+            child = child ? child : GetDlgItem(page, control.id);
+        AttachControl(control, child);
         if (control.kind == ControlKind::Tabs)
             tabs_ = dynamic_cast<Win32TabStrip*>(ControlById(control.id));
     }
@@ -59,8 +59,6 @@ Win32Dialog::Win32Dialog(Win32Desktop& desktop, const FormEntry& entry)
             tabs_->AddPage(page);
     }
     centreDropDowns();
-    if (entry.dialog == IDD_REPORT)
-        stackReportRows();
 }
 
 Win32Dialog::~Win32Dialog() = default;
@@ -81,49 +79,11 @@ LRESULT Win32Dialog::pageProcedure(HWND window, UINT message, WPARAM word, LPARA
                                    void* reference) {
     auto& dialog = *static_cast<Win32Dialog*>(reference);
     LRESULT result = 0;
-    switch (message) {
-    case WM_SETCURSOR:
-        if (dialog.Desktop().ShowPointer())
-            return TRUE;
-        break;
-    default:
-        if (dialog.Reflect(window, message, word, data, result))
-            return result;
-        break;
-    }
+    if (message == WM_SETCURSOR && dialog.Desktop().ShowPointer())
+        return TRUE;
+    if (dialog.Reflect(window, message, word, data, result))
+        return result;
     return CallOwnProcedure(window, message, word, data);
-}
-
-// The report's rows stand a quarter of an inch apart, whatever the font is; what follows them
-// stands below the last one.
-void Win32Dialog::stackReportRows() {
-    constexpr Twips pitch = 360;
-    constexpr Twips gap = 150;
-    static constexpr struct {
-        int number, text;
-    } rows[] = {{ID_REPORT_LBLNUM1, ID_REPORT_LBLTEXT1},
-                {ID_REPORT_LBLNUM2, ID_REPORT_LBLTEXT2},
-                {ID_REPORT_LBLNUM3, ID_REPORT_LBLTEXT3}};
-    const auto below = [](const Win32Control& control) { return control.Top() + control.Height(); };
-    Twips top = below(*ControlById(ID_REPORT_LBLTOP)) + gap;
-    for (const auto& row : rows) {
-        for (const int id : {row.number, row.text}) {
-            ControlById(id)->Top(top);
-            ControlById(id)->Height(pitch);
-        }
-        top += pitch;
-    }
-    top += gap;
-    const Win32Control* last = nullptr;
-    for (const int id : {ID_REPORT_CHKNOREPORT, ID_REPORT_LBLOPTION, ID_REPORT_CMDOK}) {
-        Win32Control& control = *ControlById(id);
-        control.Top(top);
-        top = below(control) + gap;
-        last = &control;
-    }
-    RECT client{};
-    GetClientRect(Window(), &client);
-    Height(Height() + below(*last) + gap - ToTwips(static_cast<int>(client.bottom), Dpi()));
 }
 
 // A drop-down takes its height from the font; the template gives it the row of a text field.

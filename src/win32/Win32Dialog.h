@@ -19,7 +19,6 @@ class Win32Dialog : public Win32Form {
 
   private:
     void addPages();
-    void stackReportRows();
     void centreDropDowns();
     static LRESULT pageProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
                                  void* reference);

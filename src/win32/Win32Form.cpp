@@ -1,11 +1,12 @@
 #include "win32/Win32Form.h"
 
-#include "win32/ControlFactory.h"
 #include "win32/Dpi.h"
 #include "win32/MessageHook.h"
 #include "win32/Win32Buttons.h"
 #include "win32/Win32Desktop.h"
 #include "win32/Win32Fields.h"
+#include "win32/Win32Grid.h"
+#include "win32/Win32TabStrip.h"
 
 #include <dwmapi.h>
 
@@ -16,13 +17,35 @@
 namespace kalvrooms::Gui {
 namespace {
 
+std::unique_ptr<Win32Control> makeControl(Win32Form& form, ControlKind kind) {
+    switch (kind) {
+    case ControlKind::Label:
+        return std::make_unique<Win32Label>(form);
+    case ControlKind::Frame:
+        return std::make_unique<Win32Frame>(form);
+    case ControlKind::Button:
+        return std::make_unique<Win32Button>(form);
+    case ControlKind::Option:
+        return std::make_unique<Win32OptionButton>(form);
+    case ControlKind::Check:
+        return std::make_unique<Win32CheckBox>(form);
+    case ControlKind::Field:
+        return std::make_unique<Win32TextField>(form);
+    case ControlKind::DropDown:
+        return std::make_unique<Win32DropDown>(form);
+    case ControlKind::Tabs:
+        return std::make_unique<Win32TabStrip>(form);
+    case ControlKind::Grid:
+        break;
+    }
+    return std::make_unique<Win32Grid>(form);
+}
+
 // Sent to a form by itself: events that wait until the window system is done with the focus.
 constexpr UINT runFocusEvents = WM_APP + 1;
-// Older headers do not know this message.
-constexpr UINT dpiChanged = 0x02E0;
 constexpr LPARAM wasDownBefore = LPARAM{1} << 30;
 
-std::string narrow(const std::wstring& name) {
+std::string narrow(std::wstring_view name) {
     std::string text;
     for (const wchar_t character : name)
         text += character < 128 ? static_cast<char>(character) : '?';
@@ -44,49 +67,24 @@ Win32Form::~Win32Form() {
 
 void Win32Form::Attach(HWND window) {
     Win32Control::Attach(window);
-    dpi_ = DpiOfWindow(window);
+    dpi_ = GetDpiForWindow(window);
 }
 
 void Win32Form::AttachControl(const ControlEntry& entry, HWND window) {
-    controls_.emplace_back(&entry, MakeControl(*this, entry, window));
+    if (!window)
+        throw std::logic_error("a control of the layout is missing in the dialog template");
+    auto control = makeControl(*this, entry.kind);
+    control->Attach(window);
+    controls_.emplace_back(&entry, std::move(control));
 }
 
-template <typename Kind>
-Kind& Win32Form::named(const std::wstring& name, ControlKind kind) const {
+Control& Win32Form::Find(const std::wstring& name, ControlKind kind) {
     for (const auto& [entry, control] : controls_) {
         if (entry->name == name && entry->kind == kind)
-            return dynamic_cast<Kind&>(*control);
+            return *control;
     }
-    throw std::logic_error(narrow(std::wstring(entry_.name)) +
-                           " has no control of that kind named " + narrow(name));
-}
-
-Label& Win32Form::LabelNamed(const std::wstring& name) {
-    return named<Label>(name, ControlKind::Label);
-}
-Frame& Win32Form::FrameNamed(const std::wstring& name) {
-    return named<Frame>(name, ControlKind::Frame);
-}
-Button& Win32Form::ButtonNamed(const std::wstring& name) {
-    return named<Button>(name, ControlKind::Button);
-}
-OptionButton& Win32Form::OptionNamed(const std::wstring& name) {
-    return named<OptionButton>(name, ControlKind::Option);
-}
-CheckBox& Win32Form::CheckNamed(const std::wstring& name) {
-    return named<CheckBox>(name, ControlKind::Check);
-}
-TextField& Win32Form::FieldNamed(const std::wstring& name) {
-    return named<TextField>(name, ControlKind::Field);
-}
-DropDown& Win32Form::DropDownNamed(const std::wstring& name) {
-    return named<DropDown>(name, ControlKind::DropDown);
-}
-TabStrip& Win32Form::TabsNamed(const std::wstring& name) {
-    return named<TabStrip>(name, ControlKind::Tabs);
-}
-Grid& Win32Form::GridNamed(const std::wstring& name) {
-    return named<Grid>(name, ControlKind::Grid);
+    throw std::logic_error(narrow(entry_.name) + " has no control of that kind named " +
+                           narrow(name));
 }
 
 Win32Control* Win32Form::ControlById(int id) const {
@@ -209,30 +207,30 @@ bool Win32Form::PreDispatch(MSG& message) {
         // A key that was down before this window saw it belongs to the window that closed under it.
         if (!(message.lParam & wasDownBefore))
             pressed_.insert(message.wParam);
-        if (message.message == WM_KEYDOWN &&
-            (message.wParam == VK_RETURN || message.wParam == VK_ESCAPE)) {
-            // These keys act when they are released, and never through a default button; only an
-            // open list still gets them, to close.
-            if (openDropDown())
-                DispatchMessageW(&message);
-            return true;
-        }
-        if (message.message == WM_KEYDOWN && moveInOptions(message))
+        if (message.message == WM_KEYDOWN && keyDown(message))
             return true;
         break;
     case WM_KEYUP:
     case WM_SYSKEYUP:
-        if (pressed_.erase(message.wParam) && KeyUp) {
-            const auto key = static_cast<int>(message.wParam);
-            // Without the form there is nobody left to dispatch to.
-            if (!Raise([handler = KeyUp, key] { handler(key); }))
-                return true;
-        }
+        // Without the form there is nobody left to dispatch to.
+        if (pressed_.erase(message.wParam) && KeyUp &&
+            !Raise([handler = KeyUp, key = static_cast<int>(message.wParam)] { handler(key); }))
+            return true;
         break;
     default:
         break;
     }
     return HandleDialogKeys(message);
+}
+
+bool Win32Form::keyDown(const MSG& message) {
+    if (message.wParam != VK_RETURN && message.wParam != VK_ESCAPE)
+        return moveInOptions(message);
+    // These keys act when they are released, and never through a default button; only an open list
+    // still gets them, to close.
+    if (openDropDown())
+        DispatchMessageW(&message);
+    return true;
 }
 
 bool Win32Form::moveInOptions(const MSG& message) {
@@ -268,16 +266,11 @@ void Win32Form::SelectOption(Win32OptionButton& chosen) {
 
 // --- Showing and closing --------------------------------------------------------------------
 
-void Win32Form::firstShow() {
-    shown_ = true;
-    loaded_ = true;
-}
-
 void Win32Form::Show() {
     if (!Window())
         return;
     const bool first = !shown_;
-    firstShow();
+    shown_ = loaded_ = true;
     if (first)
         Arrange(desktop_.ActiveForm(this));
     ShowWindow(Window(), SW_SHOWNORMAL);
@@ -301,14 +294,14 @@ void Win32Form::ShowModal() {
     const HWND ownerWindow = owner ? owner->Window() : nullptr;
     SetWindowLongPtrW(Window(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(ownerWindow));
     Arrange(owner);
-    firstShow();
+    shown_ = loaded_ = true;
     if (ownerWindow && IsWindowEnabled(ownerWindow)) {
         disabledOwner_ = ownerWindow;
         EnableWindow(ownerWindow, FALSE);
     }
     ShowWindow(Window(), SW_SHOWNORMAL);
     SetActiveWindow(Window());
-    // The user may come from the drawing, where he has set down rooms.
+    // The user may come from the drawing, where he has placed rooms.
     SetForegroundWindow(Window());
     FocusFirst();
     while (!alive.expired() && Window()) {
@@ -376,17 +369,10 @@ void Win32Form::destroy() {
 bool Win32Form::Reflect(HWND parent, UINT message, WPARAM word, LPARAM data, LRESULT& result) {
     switch (message) {
     case WM_COMMAND:
-        if (data) {
-            Win32Control* control = ControlById(LOWORD(word));
-            return control && control->OnCommand(HIWORD(word));
-        }
-        if (HIWORD(word) == 0) {
-            if (Win32MenuItem* item = menuBar_.ItemById(LOWORD(word))) {
-                if (Raise(item->Click))
-                    countCommand();
-                return true;
-            }
-        }
+        if (!data)
+            return HIWORD(word) == 0 && chooseMenu(LOWORD(word));
+        if (Win32Control* control = ControlById(LOWORD(word)))
+            return control->OnCommand(HIWORD(word));
         return false;
     case WM_NOTIFY: {
         auto& header = *reinterpret_cast<NMHDR*>(data);
@@ -395,10 +381,8 @@ bool Win32Form::Reflect(HWND parent, UINT message, WPARAM word, LPARAM data, LRE
     }
     case WM_DRAWITEM: {
         Win32Control* control = ControlById(static_cast<int>(word));
-        if (!control || !control->OnDrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(data)))
-            return false;
         result = TRUE;
-        return true;
+        return control && control->OnDrawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(data));
     }
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN:
@@ -415,6 +399,13 @@ bool Win32Form::Reflect(HWND parent, UINT message, WPARAM word, LPARAM data, LRE
     default:
         return false;
     }
+}
+
+bool Win32Form::chooseMenu(UINT id) {
+    Win32MenuItem* item = menuBar_.ItemById(id);
+    if (item && Raise(item->Click))
+        countCommand();
+    return item != nullptr;
 }
 
 LRESULT Win32Form::HandleMessage(UINT message, WPARAM word, LPARAM data) {
@@ -445,7 +436,7 @@ LRESULT Win32Form::HandleMessage(UINT message, WPARAM word, LPARAM data) {
             Raise(Resize);
         return result;
     }
-    case dpiChanged:
+    case WM_DPICHANGED:
         changeDpi(HIWORD(word), *reinterpret_cast<const RECT*>(data));
         return 0;
     case WM_DESTROY:
@@ -453,8 +444,6 @@ LRESULT Win32Form::HandleMessage(UINT message, WPARAM word, LPARAM data) {
         closing_ = true;
         menuBar_.WindowGone();
         break;
-    case WM_SETFOCUS:
-        return CallOwnProcedure(window, message, word, data);
     default:
         if (Reflect(window, message, word, data, result))
             return result;
@@ -465,7 +454,7 @@ LRESULT Win32Form::HandleMessage(UINT message, WPARAM word, LPARAM data) {
 
 void Win32Form::ApplyFont() {
     const LOGFONTW description = MessageFont(dpi_);
-    GdiObject font(CreateFontIndirectW(&description));
+    GdiObject<HFONT> font(CreateFontIndirectW(&description));
     const auto handle = reinterpret_cast<WPARAM>(font.get());
     SendMessageW(Window(), WM_SETFONT, handle, FALSE);
     EnumChildWindows(
@@ -529,7 +518,7 @@ void Win32Form::Bounds(const Box& box) {
 
 UINT Win32Form::DpiOf(Edge edge) const {
     // Places on the desktop are counted in one DPI, so that a stored place finds the monitor again.
-    return edge == Edge::Left || edge == Edge::Top ? SystemDpi() : dpi_;
+    return edge == Edge::Left || edge == Edge::Top ? GetDpiForSystem() : dpi_;
 }
 
 } // namespace kalvrooms::Gui

@@ -24,15 +24,7 @@ class Win32Form : public Form, public Win32Control {
     Win32Form(Win32Desktop& desktop, const FormEntry& entry);
     ~Win32Form() override;
 
-    Label& LabelNamed(const std::wstring& name) override;
-    Frame& FrameNamed(const std::wstring& name) override;
-    Button& ButtonNamed(const std::wstring& name) override;
-    OptionButton& OptionNamed(const std::wstring& name) override;
-    CheckBox& CheckNamed(const std::wstring& name) override;
-    TextField& FieldNamed(const std::wstring& name) override;
-    DropDown& DropDownNamed(const std::wstring& name) override;
-    TabStrip& TabsNamed(const std::wstring& name) override;
-    Grid& GridNamed(const std::wstring& name) override;
+    Control& Find(const std::wstring& name, ControlKind kind) override;
     MenuItem& Menu(const std::wstring& name) override;
     void PopupMenu(MenuItem& menu) override;
     void Show() override;
@@ -62,7 +54,7 @@ class Win32Form : public Form, public Win32Control {
 
   protected:
     // The window is there: take it over and its controls.
-    void Attach(HWND window);
+    void Attach(HWND window) override;
     void AttachControl(const ControlEntry& entry, HWND window);
     Box Bounds() const override;
     void Bounds(const Box& box) override;
@@ -72,20 +64,13 @@ class Win32Form : public Form, public Win32Control {
     bool Reflect(HWND parent, UINT message, WPARAM word, LPARAM data, LRESULT& result);
     // Takes over what an event may have changed without telling.
     virtual void AfterEvent() {}
-    virtual void ApplyFont();
+    void ApplyFont();
     virtual void FocusFirst() = 0;
     // Sets the focus that was asked for before the form was shown; false without one.
     bool FocusAsked();
     // Before the first showing.
     virtual void Arrange(Win32Form* /*owner*/) {}
     virtual bool HandleDialogKeys(MSG& /*message*/) { return false; }
-
-    template <typename Visitor>
-    void ForEachControl(Visitor visit) {
-        for (const auto& control : controls_)
-            visit(*control.second);
-    }
-    GdiObject font_;
 
   private:
     struct FocusEvent {
@@ -96,8 +81,6 @@ class Win32Form : public Form, public Win32Control {
         int left, top, right, bottom;
     };
 
-    template <typename Kind>
-    Kind& named(const std::wstring& name, ControlKind kind) const;
     FrameMargins margins() const;
     void changeDpi(UINT dpi, const RECT& suggested);
     bool flushFocusEvents();
@@ -107,7 +90,8 @@ class Win32Form : public Form, public Win32Control {
     void countCommand();
     void destroy();
     void releaseOwner();
-    void firstShow();
+    bool chooseMenu(UINT id);
+    bool keyDown(const MSG& message);
     bool openDropDown() const;
     bool moveInOptions(const MSG& message);
 
@@ -121,6 +105,7 @@ class Win32Form : public Form, public Win32Control {
     // Expires with the form: an event may end the form that it belongs to.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     std::vector<std::pair<const ControlEntry*, std::unique_ptr<Win32Control>>> controls_;
+    GdiObject<HFONT> font_;
     Win32MenuBar menuBar_;
     std::set<WPARAM> pressed_;
     Win32Control* focused_ = nullptr;

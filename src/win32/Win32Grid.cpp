@@ -1,6 +1,7 @@
 #include "win32/Win32Grid.h"
 
 #include "win32/Dpi.h"
+#include "win32/MessageHook.h"
 #include "win32/Win32Desktop.h"
 #include "win32/Win32Form.h"
 
@@ -12,7 +13,6 @@
 namespace kalvrooms::Gui {
 namespace {
 
-constexpr UINT_PTR headerIdentity = 2;
 constexpr Twips usualColumnWidth = 960;
 // Room above, below and beside a cell's text; pixels at 96 DPI.
 constexpr int rowPadding = 3;
@@ -50,6 +50,10 @@ COLORREF currentRowColour(bool focused) {
                mix(GetBValue(window), GetBValue(highlight)));
 }
 
+HGDIOBJ fontOf(HWND window) {
+    return reinterpret_cast<HGDIOBJ>(SendMessageW(window, WM_GETFONT, 0, 0));
+}
+
 POINT pointOf(LPARAM data) {
     return {GET_X_LPARAM(data), GET_Y_LPARAM(data)};
 }
@@ -68,14 +72,14 @@ HWND Win32Grid::Create(HWND parent, int id) {
     return window;
 }
 
-void Win32Grid::Prepare() {
-    SetWindowSubclass(header(), headerProcedure, headerIdentity, reinterpret_cast<DWORD_PTR>(this));
-    fitRowHeight();
+void Win32Grid::Attach(HWND window) {
+    Win32Control::Attach(window);
+    HookMessages(header(), headerProcedure, this);
 }
 
 Win32Grid::~Win32Grid() {
     if (Window())
-        RemoveWindowSubclass(header(), headerProcedure, headerIdentity);
+        UnhookMessages(header());
     if (rowHeight_)
         ImageList_Destroy(rowHeight_);
 }
@@ -90,15 +94,14 @@ int Win32Grid::itemCount() const {
 
 // --- Columns and rows -----------------------------------------------------------------------
 
-void Win32Grid::fitRowHeight() {
-    HDC context = GetDC(Window());
-    const HGDIOBJ old =
-        SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(Window(), WM_GETFONT, 0, 0)));
+void Win32Grid::FitRowHeight() {
     TEXTMETRICW metrics{};
-    GetTextMetricsW(context, &metrics);
-    SelectObject(context, old);
-    ReleaseDC(Window(), context);
-    const int padding = MulDiv(rowPadding, static_cast<int>(Owner().Dpi()), 96);
+    {
+        const WindowContext context(Window());
+        const Selected font(context, fontOf(Window()));
+        GetTextMetricsW(context, &metrics);
+    }
+    const int padding = Scaled(rowPadding, Owner().Dpi());
     HIMAGELIST images =
         ImageList_Create(1, static_cast<int>(metrics.tmHeight) + 2 * padding, ILC_COLOR, 0, 1);
     ListView_SetImageList(Window(), images, LVSIL_SMALL);
@@ -229,7 +232,7 @@ void Win32Grid::Rescale(UINT from, UINT to) {
     Win32Control::Rescale(from, to);
     if (!Window())
         return;
-    fitRowHeight();
+    FitRowHeight();
     for (std::size_t column = 0; column < widths_.size(); ++column) {
         Width& width = widths_[column];
         const int shown = pixelsOf(static_cast<int>(column));
@@ -281,9 +284,9 @@ void Win32Grid::showCurrent() {
     settingRow_ = false;
 }
 
-void Win32Grid::moveTo(int row, int column) {
-    row_ = row;
-    col_ = column;
+void Win32Grid::moveTo(CellPosition cell) {
+    row_ = cell.row;
+    col_ = cell.column;
     showCurrent();
 }
 
@@ -311,38 +314,37 @@ int Win32Grid::nextColumn(int from, int step) const {
 bool Win32Grid::navigate(WPARAM key) {
     const int last = itemCount();
     const int page = std::max(ListView_GetCountPerPage(Window()) - 1, 1);
-    int row = row_;
-    int column = col_;
+    CellPosition to{row_, col_};
     switch (key) {
     case VK_UP:
-        row -= 1;
+        to.row -= 1;
         break;
     case VK_DOWN:
-        row += 1;
+        to.row += 1;
         break;
     case VK_PRIOR:
-        row -= page;
+        to.row -= page;
         break;
     case VK_NEXT:
-        row += page;
+        to.row += page;
         break;
     case VK_HOME:
-        row = 1;
+        to.row = 1;
         break;
     case VK_END:
-        row = last;
+        to.row = last;
         break;
     case VK_LEFT:
-        column = nextColumn(column, -1);
+        to.column = nextColumn(to.column, -1);
         break;
     case VK_RIGHT:
-        column = nextColumn(column, 1);
+        to.column = nextColumn(to.column, 1);
         break;
     default:
         return false;
     }
     if (last > 0)
-        moveTo(std::clamp(row, 1, last), column);
+        moveTo({std::clamp(to.row, 1, last), to.column});
     return true;
 }
 
@@ -397,63 +399,76 @@ Win32Grid::CellPosition Win32Grid::cellAt(POINT point) const {
 
 // --- Mouse and keys -------------------------------------------------------------------------
 
-void Win32Grid::mouseUp(MouseButton button, CellPosition cell) {
-    Owner().Raise([handler = MouseUp, button, cell] {
+bool Win32Grid::mouseUp(MouseButton button, CellPosition cell) {
+    return Owner().Raise([handler = MouseUp, button, cell] {
         if (handler)
             handler(button, cell.row, cell.column);
     });
 }
 
-LRESULT Win32Grid::HandleMessage(UINT message, WPARAM word, LPARAM data) {
-    LRESULT result = 0;
+// The list view's own handling of the buttons runs a loop of its own that swallows releases, so
+// that clicks are handled here altogether. A button counts where it went down: showing the cell
+// that is meant whole may scroll another one under the mouse before the button comes up.
+void Win32Grid::mouse(UINT message, POINT point) {
+    const MouseButton button = message <= WM_LBUTTONDBLCLK   ? MouseButton::Left
+                               : message <= WM_RBUTTONDBLCLK ? MouseButton::Right
+                                                             : MouseButton::Middle;
     switch (message) {
-    // The list view's own handling of the buttons runs a loop of its own that swallows releases,
-    // so that clicks are handled here altogether.
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
     case WM_MBUTTONDOWN: {
         if (GetFocus() != Window())
             ::SetFocus(Window());
-        const CellPosition cell = cellAt(pointOf(data));
-        // The cell that was pressed is the one that is meant: showing it whole may scroll another
-        // one under the mouse before the button comes up.
-        (message == WM_LBUTTONDOWN   ? leftDown_
-         : message == WM_RBUTTONDOWN ? rightDown_
-                                     : middleDown_) = cell;
+        const CellPosition cell = pressed_[button] = cellAt(point);
         if (cell.row > 0)
-            moveTo(cell.row, cell.column);
-        return 0;
+            moveTo(cell);
+        break;
     }
-    case WM_LBUTTONUP:
-        if (const auto cell = std::exchange(leftDown_, std::nullopt))
-            mouseUp(MouseButton::Left, *cell);
-        return 0;
-    case WM_RBUTTONUP:
-        if (const auto cell = std::exchange(rightDown_, std::nullopt))
-            mouseUp(MouseButton::Right, *cell);
-        return 0;
-    case WM_MBUTTONUP:
-        if (const auto cell = std::exchange(middleDown_, std::nullopt))
-            mouseUp(MouseButton::Middle, *cell);
-        return 0;
     case WM_LBUTTONDBLCLK:
         Owner().Raise(DoubleClick);
-        return 0;
+        break;
     case WM_RBUTTONDBLCLK:
-        rightDown_ = cellAt(pointOf(data));
+        pressed_[button] = cellAt(point);
+        break;
+    case WM_LBUTTONUP:
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP:
+        if (const auto press = pressed_.extract(button))
+            mouseUp(button, press.mapped());
+        break;
+    default:
+        break;
+    }
+}
+
+// The menu opens at the current cell.
+void Win32Grid::contextKey() {
+    Win32Form& form = Owner();
+    form.PopupPoint(CurrentCellPoint());
+    if (mouseUp(MouseButton::Right, {row_, col_}))
+        form.PopupPoint(std::nullopt);
+}
+
+// Just before the list view finds out how much room it has: takes away what it added by itself.
+void Win32Grid::removeUnwantedBars() {
+    const LONG_PTR style = GetWindowLongPtrW(Window(), GWL_STYLE);
+    const LONG_PTR unwanted = bars_ == ScrollBars::None       ? WS_HSCROLL | WS_VSCROLL
+                              : bars_ == ScrollBars::Vertical ? WS_HSCROLL
+                                                              : 0;
+    if (style & unwanted)
+        SetWindowLongPtrW(Window(), GWL_STYLE, style & ~unwanted);
+}
+
+LRESULT Win32Grid::HandleMessage(UINT message, WPARAM word, LPARAM data) {
+    LRESULT result = 0;
+    if (message >= WM_LBUTTONDOWN && message <= WM_MBUTTONDBLCLK) {
+        mouse(message, pointOf(data));
         return 0;
-    case WM_MBUTTONDBLCLK:
-        return 0;
+    }
+    switch (message) {
     case WM_CONTEXTMENU:
-        if (data == -1) {
-            Win32Form& form = Owner();
-            form.PopupPoint(CurrentCellPoint());
-            if (form.Raise([handler = MouseUp, row = row_, column = col_] {
-                    if (handler)
-                        handler(MouseButton::Right, row, column);
-                }))
-                form.PopupPoint(std::nullopt);
-        }
+        if (data == -1)
+            contextKey();
         return 0;
     case WM_KEYDOWN:
         if (navigate(word) || word == VK_SPACE)
@@ -465,20 +480,14 @@ LRESULT Win32Grid::HandleMessage(UINT message, WPARAM word, LPARAM data) {
     case WM_CHAR:
         return 0;
     case WM_KILLFOCUS:
-        leftDown_ = rightDown_ = middleDown_ = std::nullopt;
+        pressed_.clear();
         [[fallthrough]];
     case WM_SETFOCUS:
         repaintRow(row_);
         break;
-    case WM_NCCALCSIZE: {
-        const LONG_PTR style = GetWindowLongPtrW(Window(), GWL_STYLE);
-        const LONG_PTR unwanted = bars_ == ScrollBars::None       ? WS_HSCROLL | WS_VSCROLL
-                                  : bars_ == ScrollBars::Vertical ? WS_HSCROLL
-                                                                  : 0;
-        if (style & unwanted)
-            SetWindowLongPtrW(Window(), GWL_STYLE, style & ~unwanted);
+    case WM_NCCALCSIZE:
+        removeUnwantedBars();
         break;
-    }
     case WM_NOTIFY: {
         const auto& notification = *reinterpret_cast<const NMHDR*>(data);
         if (notification.hwndFrom == header() && headerNotification(notification, result))
@@ -522,34 +531,30 @@ int Win32Grid::headerColumnAt(POINT point) const {
     return column >= 0 ? column : cellAt(point).column;
 }
 
-LRESULT CALLBACK Win32Grid::headerProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
-                                            UINT_PTR identity, DWORD_PTR reference) {
-    auto& grid = *reinterpret_cast<Win32Grid*>(reference);
+LRESULT Win32Grid::headerProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
+                                   void* reference) {
+    auto& grid = *static_cast<Win32Grid*>(reference);
     switch (message) {
-    case WM_NCDESTROY:
-        RemoveWindowSubclass(window, headerProcedure, identity);
-        break;
     case WM_SETCURSOR:
         if (grid.Owner().Desktop().ShowPointer())
             return TRUE;
         break;
-    case WM_RBUTTONDOWN:
-        return 0;
     case WM_RBUTTONUP:
         grid.mouseUp(MouseButton::Right, {0, grid.headerColumnAt(pointOf(data))});
         return 0;
+    case WM_RBUTTONDOWN:
     case WM_CONTEXTMENU:
         return 0;
     default:
         break;
     }
-    return DefSubclassProc(window, message, word, data);
+    return CallOwnProcedure(window, message, word, data);
 }
 
 bool Win32Grid::OnNotify(NMHDR& notification, LRESULT& result) {
     switch (notification.code) {
     case LVN_GETDISPINFOW:
-        supplyText(reinterpret_cast<NMLVDISPINFOW&>(notification));
+        supplyText(reinterpret_cast<const NMLVDISPINFOW&>(notification).item);
         return true;
     case NM_CUSTOMDRAW:
         result = paint(reinterpret_cast<const NMLVCUSTOMDRAW&>(notification));
@@ -573,14 +578,12 @@ bool Win32Grid::OnNotify(NMHDR& notification, LRESULT& result) {
     }
 }
 
-void Win32Grid::supplyText(NMLVDISPINFOW& info) const {
-    LVITEMW& item = info.item;
+void Win32Grid::supplyText(const LVITEMW& item) const {
     if (!(item.mask & LVIF_TEXT) || !item.pszText || item.cchTextMax <= 0)
         return;
     const int row = item.iItem + 1;
     const bool known = row < cells_.Rows() && item.iSubItem < cells_.Columns();
-    const std::wstring text = known ? cells_.Text(row, item.iSubItem) : std::wstring();
-    lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
+    lstrcpynW(item.pszText, known ? cells_.Text(row, item.iSubItem).c_str() : L"", item.cchTextMax);
 }
 
 // --- Painting -------------------------------------------------------------------------------
@@ -604,41 +607,42 @@ void Win32Grid::paintRow(HDC context, int row) const {
         return;
     RECT client{};
     GetClientRect(Window(), &client);
-    const bool current = row == row_;
-    const bool focused = current && GetFocus() == Window();
-    const COLORREF background = current ? currentRowColour(focused) : GetSysColor(COLOR_WINDOW);
-    const int padding = MulDiv(cellPadding, static_cast<int>(Owner().Dpi()), 96);
+    const bool focused = row == row_ && GetFocus() == Window();
+    const COLORREF background = row == row_ ? currentRowColour(focused) : GetSysColor(COLOR_WINDOW);
     const int savedState = SaveDC(context);
-    SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(Window(), WM_GETFONT, 0, 0)));
+    SelectObject(context, fontOf(Window()));
     SetBkMode(context, TRANSPARENT);
-
     SetDCBrushColor(context, background);
     FillRect(context, &line, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-    LONG left = line.left;
+    RECT cell{line.left, line.top, line.left, line.bottom};
     for (int column = 0; column < cells_.Columns(); ++column) {
-        const int width = pixelsOf(column);
-        const RECT cell{left, line.top, left + width, line.bottom};
-        left += width;
-        if (width == 0 || cell.right <= 0 || cell.left >= client.right)
-            continue;
-        const std::optional<Colour> colour = cells_.TextColour(row, column);
-        SetTextColor(context, colour ? LegibleColour(*colour, background, COLOR_WINDOWTEXT)
-                                     : GetSysColor(COLOR_WINDOWTEXT));
-        const RECT inside{cell.left + padding, cell.top, cell.right - padding, cell.bottom - 1};
-        paintText(context, inside, cells_.Text(row, column),
-                  cells_.CellAlignment(row, column) == Alignment::Centre);
-        const RECT edge{cell.right - 1, cell.top, cell.right, cell.bottom};
-        FillRect(context, &edge, GetSysColorBrush(COLOR_3DLIGHT));
-        if (current && column == col_) {
-            const RECT frame{cell.left, cell.top, cell.right - 1, cell.bottom - 1};
-            SetTextColor(context, GetSysColor(COLOR_WINDOWTEXT));
-            SetBkColor(context, background);
-            DrawFocusRect(context, &frame);
-        }
+        cell.left = cell.right;
+        cell.right += pixelsOf(column);
+        if (cell.right > std::max(cell.left, LONG{0}) && cell.left < client.right)
+            paintCell(context, cell, row, column, background);
     }
-    const RECT edge{line.left, line.bottom - 1, left, line.bottom};
+    const RECT edge{line.left, line.bottom - 1, cell.right, line.bottom};
     FillRect(context, &edge, GetSysColorBrush(COLOR_3DLIGHT));
     RestoreDC(context, savedState);
+}
+
+void Win32Grid::paintCell(HDC context, const RECT& cell, int row, int column,
+                          COLORREF background) const {
+    const int padding = Scaled(cellPadding, Owner().Dpi());
+    const std::optional<Colour> colour = cells_.TextColour(row, column);
+    SetTextColor(context, colour ? LegibleColour(*colour, background, COLOR_WINDOWTEXT)
+                                 : GetSysColor(COLOR_WINDOWTEXT));
+    const RECT inside{cell.left + padding, cell.top, cell.right - padding, cell.bottom - 1};
+    paintText(context, inside, cells_.Text(row, column),
+              cells_.CellAlignment(row, column) == Alignment::Centre);
+    const RECT edge{cell.right - 1, cell.top, cell.right, cell.bottom};
+    FillRect(context, &edge, GetSysColorBrush(COLOR_3DLIGHT));
+    if (row != row_ || column != col_)
+        return;
+    const RECT frame{cell.left, cell.top, cell.right - 1, cell.bottom - 1};
+    SetTextColor(context, GetSysColor(COLOR_WINDOWTEXT));
+    SetBkColor(context, background);
+    DrawFocusRect(context, &frame);
 }
 
 } // namespace kalvrooms::Gui

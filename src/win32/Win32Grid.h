@@ -6,6 +6,7 @@
 
 #include "win32/Win32Control.h"
 
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -35,8 +36,9 @@ class Win32Grid : public Grid, public Win32Control {
 
     bool OnNotify(NMHDR& header, LRESULT& result) override;
     void Rescale(UINT from, UINT to) override;
-    // Prepares a window that was attached.
-    void Prepare();
+    void Attach(HWND window) override;
+    // Gives the rows the height of the window's font.
+    void FitRowHeight();
 
   protected:
     LRESULT HandleMessage(UINT message, WPARAM word, LPARAM data) override;
@@ -54,24 +56,28 @@ class Win32Grid : public Grid, public Win32Control {
     int pixelsOf(int column) const;
     int itemCount() const;
     void fitColumns();
-    void fitRowHeight();
     void setPixels(int column, int pixels);
     void showHeader();
     void showCurrent();
-    void moveTo(int row, int column);
+    void moveTo(CellPosition cell);
     void repaintRow(int row);
     int nextColumn(int from, int step) const;
     bool navigate(WPARAM key);
     CellPosition cellAt(POINT point) const;
     int headerColumnAt(POINT point) const;
     RECT cellRectangle(int row, int column) const;
-    void mouseUp(MouseButton button, CellPosition cell);
-    void supplyText(NMLVDISPINFOW& info) const;
+    // False when the event ended the form.
+    bool mouseUp(MouseButton button, CellPosition cell);
+    void mouse(UINT message, POINT point);
+    void contextKey();
+    void removeUnwantedBars();
+    void supplyText(const LVITEMW& item) const;
     LRESULT paint(const NMLVCUSTOMDRAW& draw) const;
     void paintRow(HDC context, int row) const;
+    void paintCell(HDC context, const RECT& cell, int row, int column, COLORREF background) const;
     bool headerNotification(const NMHDR& notification, LRESULT& result) const;
-    static LRESULT CALLBACK headerProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
-                                            UINT_PTR identity, DWORD_PTR reference);
+    static LRESULT headerProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
+                                   void* reference);
 
     int row_ = 0;
     int shownRow_ = 0; // the row that was shown as the current one last
@@ -90,10 +96,8 @@ class Win32Grid : public Grid, public Win32Control {
     std::vector<HeaderCell> shownHeader_;
     // Gives the rows their height.
     HIMAGELIST rowHeight_ = nullptr;
-    // A button counts where it went down.
-    std::optional<CellPosition> leftDown_;
-    std::optional<CellPosition> rightDown_;
-    std::optional<CellPosition> middleDown_;
+    // The cells in which buttons went down.
+    std::map<MouseButton, CellPosition> pressed_;
 };
 
 } // namespace kalvrooms::Gui

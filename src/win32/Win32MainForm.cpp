@@ -1,5 +1,6 @@
 #include "win32/Win32MainForm.h"
 
+#include "win32/ControlIds.h"
 #include "win32/Win32Desktop.h"
 #include "win32/Win32Grid.h"
 
@@ -56,7 +57,7 @@ Win32MainForm::Win32MainForm(Win32Desktop& desktop, const FormEntry& entry)
     }
     ApplyFont();
     grid_ = dynamic_cast<Win32Grid*>(ControlById(ID_MAIN_GRDROOMS));
-    grid_->Prepare();
+    grid_->FitRowHeight();
     Width(designedWidth);
     Height(designedHeight);
 }

@@ -12,33 +12,13 @@
 #include "win32/Win32Registry.h"
 #include "win32/Win32ResourceLibraries.h"
 
-#include <objbase.h>
-
-namespace {
-
-// The apartment in which host and spreadsheet application are called.
-class Apartment {
-  public:
-    Apartment() : result_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
-    ~Apartment() {
-        if (SUCCEEDED(result_))
-            CoUninitialize();
-    }
-    Apartment(const Apartment&) = delete;
-    Apartment& operator=(const Apartment&) = delete;
-
-  private:
-    HRESULT result_;
-};
-
-} // namespace
-
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     using namespace kalvrooms;
     // No library may come from the folder that the program happens to be started in.
     SetDllDirectoryW(L"");
-    const Apartment apartment;
     const auto program = [] {
+        // Host and spreadsheet application are called from here.
+        const ComApartment apartment;
         HandInUserLocale(Win32UserLocale);
         Gui::Win32Desktop desktop;
         Win32AnsiCodec ansi;

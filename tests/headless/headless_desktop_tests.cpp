@@ -37,17 +37,17 @@ class HeadlessDesktopTest : public testing::Test {
 
 TEST_F(HeadlessDesktopTest, MakesAControlOnFirstRequestAndFindsItAgain) {
     HeadlessForm& form = create(L"frmRoom");
-    Gui::TextField& field = form.FieldNamed(L"txtName");
+    Gui::TextField& field = form.Named<Gui::TextField>(L"txtName");
     field.Text(L"Büro");
-    EXPECT_EQ(&form.FieldNamed(L"txtName"), &field);
+    EXPECT_EQ(&form.Named<Gui::TextField>(L"txtName"), &field);
     EXPECT_EQ(form.Field(L"txtName").Text(), L"Büro");
     EXPECT_EQ(form.ControlNamed(L"txtName").Name(), L"txtName");
 }
 
 TEST_F(HeadlessDesktopTest, RefusesANameOfAnotherKind) {
     HeadlessForm& form = create(L"frmRoom");
-    form.FieldNamed(L"txtName");
-    EXPECT_THROW(form.LabelNamed(L"txtName"), std::logic_error);
+    form.Named<Gui::TextField>(L"txtName");
+    EXPECT_THROW(form.Named<Gui::Label>(L"txtName"), std::logic_error);
     EXPECT_THROW(form.List(L"txtName"), std::logic_error);
     EXPECT_THROW(form.ControlNamed(L"txtNone"), std::logic_error);
     EXPECT_THROW(form.Field(L"txtNone"), std::logic_error);
@@ -56,7 +56,7 @@ TEST_F(HeadlessDesktopTest, RefusesANameOfAnotherKind) {
 
 TEST_F(HeadlessDesktopTest, KeepsTheProperties) {
     HeadlessForm& form = create(L"frmRoom");
-    Gui::Label& label = form.LabelNamed(L"lblTop");
+    Gui::Label& label = form.Named<Gui::Label>(L"lblTop");
     label.Left(1);
     label.Top(2);
     label.Width(3);
@@ -80,11 +80,11 @@ TEST_F(HeadlessDesktopTest, KeepsTheProperties) {
 }
 
 TEST_F(HeadlessDesktopTest, LaysOutAFormBeforeTheProgramGetsIt) {
-    desktop.Design(L"frmReport", [](HeadlessForm& form) { form.LabelNamed(L"lblTop").Top(300); });
+    desktop.Design(L"frmReport", [](HeadlessForm& form) { form.Named<Gui::Label>(L"lblTop").Top(300); });
     HeadlessForm& form = create(L"frmReport");
-    EXPECT_EQ(form.LabelNamed(L"lblTop").Top(), 300);
+    EXPECT_EQ(form.Named<Gui::Label>(L"lblTop").Top(), 300);
     EXPECT_THAT(form.Journal(), IsEmpty());
-    EXPECT_EQ(create(L"frmRoom").LabelNamed(L"lblTop").Top(), 0);
+    EXPECT_EQ(create(L"frmRoom").Named<Gui::Label>(L"lblTop").Top(), 0);
 }
 
 TEST_F(HeadlessDesktopTest, IsNotShownBeforeItIsAskedTo) {
@@ -108,15 +108,15 @@ TEST_F(HeadlessDesktopTest, FindsALoadedFormByName) {
 TEST_F(HeadlessDesktopTest, SelectsOneOptionOfTheForm) {
     HeadlessForm& form = shown();
     int clicks = 0;
-    form.OptionNamed(L"optA").Click = [&] { ++clicks; };
-    form.OptionNamed(L"optB").Click = [&] { clicks += 10; };
-    form.OptionNamed(L"optA").Value(true);
+    form.Named<Gui::OptionButton>(L"optA").Click = [&] { ++clicks; };
+    form.Named<Gui::OptionButton>(L"optB").Click = [&] { clicks += 10; };
+    form.Named<Gui::OptionButton>(L"optA").Value(true);
     EXPECT_EQ(clicks, 1);
     form.Click(L"optB");
     EXPECT_EQ(clicks, 11);
     EXPECT_FALSE(form.Option(L"optA").Value());
     EXPECT_TRUE(form.Option(L"optB").Value());
-    form.OptionNamed(L"optB").Value(false);
+    form.Named<Gui::OptionButton>(L"optB").Value(false);
     EXPECT_EQ(clicks, 11);
 }
 
@@ -138,15 +138,15 @@ TEST_F(HeadlessDesktopTest, TellsFieldsOfTheFocusInOrder) {
     Names events;
     for (const wchar_t* name : {L"txtA", L"txtB"}) {
         const std::wstring field = name;
-        form.FieldNamed(field).GotFocus = [&events, field] { events.push_back(L"got " + field); };
-        form.FieldNamed(field).LostFocus = [&events, field] { events.push_back(L"lost " + field); };
+        form.Named<Gui::TextField>(field).GotFocus = [&events, field] { events.push_back(L"got " + field); };
+        form.Named<Gui::TextField>(field).LostFocus = [&events, field] { events.push_back(L"lost " + field); };
     }
-    form.ButtonNamed(L"cmdOk").Click = [&] { events.push_back(L"click"); };
+    form.Named<Gui::Button>(L"cmdOk").Click = [&] { events.push_back(L"click"); };
     form.Focus(L"txtA");
     form.Focus(L"txtA");
     form.Focus(L"txtB");
     form.Click(L"cmdOk");
-    form.FieldNamed(L"txtA").SetFocus();
+    form.Named<Gui::TextField>(L"txtA").SetFocus();
     form.LeaveField();
     EXPECT_THAT(events, ElementsAre(L"got txtA", L"lost txtA", L"got txtB", L"lost txtB", L"click",
                                     L"got txtA", L"lost txtA"));
@@ -155,18 +155,18 @@ TEST_F(HeadlessDesktopTest, TellsFieldsOfTheFocusInOrder) {
 
 TEST_F(HeadlessDesktopTest, LetsNoFocusOntoWhatIsDisabledOrHidden) {
     HeadlessForm& form = shown();
-    form.FieldNamed(L"txtA").Enabled(false);
-    form.FieldNamed(L"txtB").Visible(false);
+    form.Named<Gui::TextField>(L"txtA").Enabled(false);
+    form.Named<Gui::TextField>(L"txtB").Visible(false);
     EXPECT_FALSE(form.Focus(L"txtA"));
     EXPECT_FALSE(form.Type(L"txtB", L"x"));
-    form.FieldNamed(L"txtA").SetFocus();
+    form.Named<Gui::TextField>(L"txtA").SetFocus();
     EXPECT_EQ(form.Focused(), L"");
     EXPECT_EQ(form.Field(L"txtB").Text(), L"");
 }
 
 TEST_F(HeadlessDesktopTest, TypesAtTheSelection) {
     HeadlessForm& form = shown();
-    Gui::TextField& field = form.FieldNamed(L"txtA");
+    Gui::TextField& field = form.Named<Gui::TextField>(L"txtA");
     field.Text(L"abc");
     form.Type(L"txtA", L"x");
     EXPECT_EQ(field.Text(), L"xabc");
@@ -187,7 +187,7 @@ TEST_F(HeadlessDesktopTest, TypesAtTheSelection) {
 
 TEST_F(HeadlessDesktopTest, AsksTheFilterForTypedKeysOnly) {
     HeadlessForm& form = shown();
-    Gui::TextField& field = form.FieldNamed(L"txtA");
+    Gui::TextField& field = form.Named<Gui::TextField>(L"txtA");
     field.KeyPress = [](std::int16_t& key) {
         if (key == L'x')
             key = 0;
@@ -202,7 +202,7 @@ TEST_F(HeadlessDesktopTest, AsksTheFilterForTypedKeysOnly) {
 
 TEST_F(HeadlessDesktopTest, LosesTheSelectionWithANewText) {
     HeadlessForm& form = shown();
-    Gui::TextField& field = form.FieldNamed(L"txtA");
+    Gui::TextField& field = form.Named<Gui::TextField>(L"txtA");
     field.Text(L"abc");
     field.Select(0, 3);
     field.Text(L"neu");
@@ -213,8 +213,8 @@ TEST_F(HeadlessDesktopTest, MovesTheFocusEvenWhenLeavingFails) {
     HeadlessForm& form = shown();
     long reported = 0;
     desktop.RuntimeErrorHandler = [&](const RuntimeError& error) { reported = error.number(); };
-    form.FieldNamed(L"txtA").LostFocus = [] { throw RuntimeError(RuntimeError::TypeMismatch); };
-    form.FieldNamed(L"txtB");
+    form.Named<Gui::TextField>(L"txtA").LostFocus = [] { throw RuntimeError(RuntimeError::TypeMismatch); };
+    form.Named<Gui::TextField>(L"txtB");
     form.Focus(L"txtA");
     EXPECT_TRUE(form.Focus(L"txtB"));
     EXPECT_EQ(reported, RuntimeError::TypeMismatch);
@@ -226,13 +226,13 @@ TEST_F(HeadlessDesktopTest, MovesTheFocusEvenWhenLeavingFails) {
 TEST_F(HeadlessDesktopTest, ClicksOnlyWhatIsEnabled) {
     HeadlessForm& form = shown();
     int clicks = 0;
-    form.ButtonNamed(L"cmdOk").Click = [&] { ++clicks; };
+    form.Named<Gui::Button>(L"cmdOk").Click = [&] { ++clicks; };
     EXPECT_TRUE(form.Click(L"cmdOk"));
-    form.ButtonNamed(L"cmdOk").Enabled(false);
+    form.Named<Gui::Button>(L"cmdOk").Enabled(false);
     EXPECT_FALSE(form.Click(L"cmdOk"));
     EXPECT_EQ(clicks, 1);
     form.Enabled(false);
-    form.ButtonNamed(L"cmdOk").Enabled(true);
+    form.Named<Gui::Button>(L"cmdOk").Enabled(true);
     EXPECT_FALSE(form.Click(L"cmdOk"));
     EXPECT_FALSE(form.Close());
     EXPECT_EQ(clicks, 1);
@@ -240,18 +240,18 @@ TEST_F(HeadlessDesktopTest, ClicksOnlyWhatIsEnabled) {
 
 TEST_F(HeadlessDesktopTest, TurnsCheckBoxesOver) {
     HeadlessForm& form = shown();
-    form.CheckNamed(L"chkA");
+    form.Named<Gui::CheckBox>(L"chkA");
     form.Click(L"chkA");
     EXPECT_TRUE(form.Check(L"chkA").Value());
     form.Click(L"chkA");
     EXPECT_FALSE(form.Check(L"chkA").Value());
-    form.LabelNamed(L"lblA");
+    form.Named<Gui::Label>(L"lblA");
     EXPECT_THROW(form.Click(L"lblA"), std::logic_error);
 }
 
 TEST_F(HeadlessDesktopTest, ShowsATextInADropDownThatIsNotInItsList) {
     HeadlessForm& form = shown();
-    Gui::DropDown& list = form.DropDownNamed(L"cboA");
+    Gui::DropDown& list = form.Named<Gui::DropDown>(L"cboA");
     list.AddItem(L"a");
     list.AddItem(L"b");
     list.Text(L"z");
@@ -264,7 +264,7 @@ TEST_F(HeadlessDesktopTest, ShowsATextInADropDownThatIsNotInItsList) {
 
 TEST_F(HeadlessDesktopTest, KeepsTabsAndTheirCaptions) {
     HeadlessForm& form = shown();
-    Gui::TabStrip& tabs = form.TabsNamed(L"SSTab1");
+    Gui::TabStrip& tabs = form.Named<Gui::TabStrip>(L"SSTab1");
     EXPECT_EQ(tabs.Tab(), 0);
     tabs.TabCaption(1, L"Zwei");
     EXPECT_EQ(tabs.TabCaption(1), L"Zwei");
@@ -275,7 +275,7 @@ TEST_F(HeadlessDesktopTest, KeepsTabsAndTheirCaptions) {
 
 TEST_F(HeadlessDesktopTest, ReportsClicksOnTheTable) {
     HeadlessForm& form = shown();
-    Gui::Grid& grid = form.GridNamed(L"grdRooms");
+    Gui::Grid& grid = form.Named<Gui::Grid>(L"grdRooms");
     Names events;
     grid.MouseUp = [&](Gui::MouseButton button, int row, int column) {
         events.push_back((button == Gui::MouseButton::Right ? L"right " : L"left ") +
@@ -290,7 +290,7 @@ TEST_F(HeadlessDesktopTest, ReportsClicksOnTheTable) {
 
 TEST_F(HeadlessDesktopTest, KeepsTheShapeOfTheTable) {
     HeadlessForm& form = shown();
-    Gui::Grid& grid = form.GridNamed(L"grdRooms");
+    Gui::Grid& grid = form.Named<Gui::Grid>(L"grdRooms");
     grid.Cells().Resize(2, 2);
     grid.Row(1);
     grid.Col(1);
@@ -345,7 +345,7 @@ TEST_F(HeadlessDesktopTest, OpensAMenuAtTheMouse) {
 
 TEST_F(HeadlessDesktopTest, ShowsAModalFormUntilItsScriptUnloadsIt) {
     HeadlessForm& main = shown();
-    main.ButtonNamed(L"cmdOk");
+    main.Named<Gui::Button>(L"cmdOk");
     HeadlessForm& form = create(L"frmRoom");
     Names events;
     form.MayUnload = [&] {
@@ -402,7 +402,7 @@ TEST_F(HeadlessDesktopTest, UsesScriptsOfAFormInTheirOrder) {
 
 TEST_F(HeadlessDesktopTest, StacksModalForms) {
     HeadlessForm& room = create(L"frmRoom");
-    room.ButtonNamed(L"cmdOk");
+    room.Named<Gui::Button>(L"cmdOk");
     HeadlessForm& geometry = create(L"frmGeometry");
     desktop.OnModal(L"frmGeometry", [&](HeadlessForm& modal) {
         EXPECT_EQ(modal.OwnerName(), L"frmRoom");
@@ -420,7 +420,7 @@ TEST_F(HeadlessDesktopTest, StacksModalForms) {
 
 TEST_F(HeadlessDesktopTest, KeepsTheErrorOfAScriptThatAnEventSwallows) {
     HeadlessForm& main = shown();
-    main.ButtonNamed(L"cmdOk").Click = [&] { create(L"frmRoom").ShowModal(); };
+    main.Named<Gui::Button>(L"cmdOk").Click = [&] { create(L"frmRoom").ShowModal(); };
     desktop.OnModal(L"frmRoom", [](HeadlessForm& modal) { modal.Field(L"txtNone"); });
     EXPECT_TRUE(main.Click(L"cmdOk"));
     EXPECT_THAT(desktop.ProgrammingErrors(),

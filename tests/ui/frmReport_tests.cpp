@@ -24,13 +24,13 @@ class frmReportTest : public DialogTest {
             for (int row = 1; row <= 3; ++row) {
                 const std::wstring number = std::to_wstring(row);
                 const Gui::Twips top = firstRow + static_cast<Gui::Twips>(row - 1) * pitch;
-                form.LabelNamed(L"lblNum" + number).Top(top);
+                form.Named<Gui::Label>(L"lblNum" + number).Top(top);
                 // Not quite on the line of its count, as a layout may have it.
-                form.LabelNamed(L"lblText" + number).Top(top + 15);
+                form.Named<Gui::Label>(L"lblText" + number).Top(top + 15);
             }
-            form.CheckNamed(L"chkNoReport").Top(checkTop);
-            form.LabelNamed(L"lblOption").Top(hintTop);
-            form.ButtonNamed(L"cmdOk").Top(okTop);
+            form.Named<Gui::CheckBox>(L"chkNoReport").Top(checkTop);
+            form.Named<Gui::Label>(L"lblOption").Top(hintTop);
+            form.Named<Gui::Button>(L"cmdOk").Top(okTop);
         });
         context.placement.colorOld = 0x010203;
         context.placement.colorNew = 0x040506;

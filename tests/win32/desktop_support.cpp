@@ -1,7 +1,5 @@
 #include "desktop_support.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 
 namespace kalvrooms::Gui {
@@ -39,78 +37,6 @@ void sendMouse(DWORD flags, POINT point) {
 }
 
 } // namespace
-
-void FillCaptions(Form& form, const std::wstring& name, const Texts& text) {
-    const auto set = [&](const wchar_t* control, std::int32_t number) {
-        Named(form, control).Text(text(number));
-    };
-    if (name == L"frmRoom") {
-        form.Text(text(97));
-        const std::pair<const wchar_t*, std::int32_t> captions[] = {
-            {L"frmAttrib", 27},  {L"lblGeschoss", 28}, {L"lblBez", 31},      {L"lblFkt", 32},
-            {L"lblFlaeche", 33}, {L"lblGFlaeche", 34}, {L"cmdGeometry", 35}, {L"lblUm", 36},
-            {L"lblNutz", 37},    {L"lblFlArt", 87},    {L"lblAnz", 39},      {L"cmdOk", 2},
-            {L"cmdCancel", 3}};
-        for (const auto& [control, number] : captions)
-            set(control, number);
-        for (const std::int32_t number : {91, 88, 89, 90})
-            form.DropDownNamed(L"cboAreaType").AddItem(text(number));
-        for (const wchar_t* item : {L"a", L"b", L"c", L"bc"})
-            form.DropDownNamed(L"cboEnclosureType").AddItem(item);
-        for (const std::int32_t number : {91, 86, 81, 82, 84, 85})
-            form.DropDownNamed(L"cboOccupancy").AddItem(text(number));
-        form.DropDownNamed(L"cboAreaType").Text(text(91));
-        form.DropDownNamed(L"cboEnclosureType").Text(L"bc");
-        form.DropDownNamed(L"cboOccupancy").Text(L" HNF 3");
-        form.FieldNamed(L"txtStoryCode").Text(L"EG");
-        form.FieldNamed(L"txtName").Text(L"Klassenzimmer 1");
-        form.FieldNamed(L"txtFunction").Text(L"Unterricht");
-        form.FieldNamed(L"txtArea").Text(L"64,500");
-        form.FieldNamed(L"txtQuantity").Text(L"1");
-    } else if (name == L"frmGeometry") {
-        form.Text(text(30));
-        const std::pair<const wchar_t*, std::int32_t> captions[] = {
-            {L"fraGeo", 30}, {L"optXDirection", 40}, {L"lblDx", 43},    {L"optYDirection", 41},
-            {L"lblDy", 44},  {L"optRatio", 42},      {L"lblRatio", 45}, {L"optExcelFile", 46},
-            {L"cmdOk", 2},   {L"cmdCancel", 3}};
-        for (const auto& [control, number] : captions)
-            set(control, number);
-        form.ButtonNamed(L"cmdExcelFile")
-            .Text(L"jekte\\Schulzentrum Musterstadt\\Raumbuch\\Aula_Nord.xls");
-        form.OptionNamed(L"optRatio").Value(true);
-        form.FieldNamed(L"txtRatio").Text(L"1,00");
-    } else if (name == L"frmPlace") {
-        form.Text(text(19).substr(0, text(19).find(L"...")));
-        TabStrip& tabs = form.TabsNamed(L"SSTab1");
-        tabs.Tab(1);
-        tabs.TabCaption(1, text(53));
-        tabs.Tab(0);
-        tabs.TabCaption(0, text(47));
-        const std::pair<const wchar_t*, std::int32_t> captions[] = {
-            {L"fraAnordnung", 48}, {L"optSingle", 49}, {L"optBlock", 50},  {L"lblDisX", 51},
-            {L"lblDisY", 52},      {L"fraColor", 53},  {L"lblcolold", 54}, {L"lblcolnew", 55},
-            {L"chkUpdate", 56},    {L"cmdOk", 2},      {L"cmdCancel", 3}};
-        for (const auto& [control, number] : captions)
-            set(control, number);
-        form.ButtonNamed(L"cmdWithCoordinates").BackColour(0);
-        form.ButtonNamed(L"cmdWithoutCoordinates").BackColour(255);
-        form.OptionNamed(L"optBlock").Value(true);
-        form.FieldNamed(L"txtDx").Text(L"1,000");
-        form.FieldNamed(L"txtDy").Text(L"1,000");
-        form.CheckNamed(L"chkUpdate").Value(true);
-    } else if (name == L"frmReport") {
-        form.Text(text(1));
-        const std::pair<const wchar_t*, std::int32_t> captions[] = {
-            {L"lblTop", 57},      {L"lblText1", 59},  {L"lblText2", 61}, {L"lblText3", 63},
-            {L"chkNoReport", 64}, {L"lblOption", 65}, {L"cmdOk", 2}};
-        for (const auto& [control, number] : captions)
-            set(control, number);
-        for (const wchar_t* number : {L"lblNum1", L"lblNum2", L"lblNum3"})
-            form.LabelNamed(number).Text(L"2147483647");
-        for (const wchar_t* row : {L"lblNum3", L"lblText3"})
-            form.LabelNamed(row).ForeColour(255);
-    }
-}
 
 // --- Journey --------------------------------------------------------------------------------
 
@@ -284,45 +210,27 @@ void TakePicture(Win32Desktop& desktop, HWND window, const std::string& name) {
     })) << file;
 }
 
-void FillTable(Grid& grid, int rooms, const Texts& text) {
-    static constexpr const wchar_t* names[] = {L"Klassenzimmer", L"Lehrerzimmer", L"Flur", L"Aula",
-                                               L"Fachraum Chemie"};
-    static constexpr const wchar_t* uses[] = {L"Unterricht", L"Verwaltung", L"Erschließung",
-                                              L"Versammlung", L"Unterricht Naturwissenschaften"};
-    GridCells& cells = grid.Cells();
-    grid.Redraw(false);
-    const int rows = rooms > 99 ? rooms + 1 : 100;
-    cells.Resize(rows, 11);
-    cells.Clear();
-    static constexpr std::int32_t headers[] = {20, 21, 22, 23, 24, 25, 26, 30};
-    for (int column = 0; column < 8; ++column) {
-        cells.Text(0, column, text(headers[column]));
-        if (column < 7)
-            cells.CellAlignment(0, column, Alignment::Centre);
-    }
-    cells.Text(0, 8, L"ID");
-    for (int row = 1; row < rows; ++row) {
-        for (int column = 0; column < 7; ++column) {
-            cells.CellAlignment(row, column, Alignment::Centre);
-            if (row <= rooms)
-                cells.TextColour(row, column, row % 3 ? 0 : 255);
-        }
-        if (row > rooms)
-            continue;
-        const int kind = row % 5;
-        cells.Text(row, 0, names[kind] + std::wstring(L" ") + std::to_wstring(row));
-        cells.Text(row, 1, uses[kind]);
-        cells.Text(row, 2, std::to_wstring(20 + row % 60) + L",5");
-        cells.Text(row, 3, row < rooms / 2 ? L"EG" : L"1.OG");
-        cells.Text(row, 4, L"a");
-        cells.Text(row, 5, L" HNF 5");
-        cells.Text(row, 6, L" N");
-        cells.Text(row, 7, row % 3 ? L"polygonal" : L"dx = 5,000");
-        cells.Text(row, 8, std::to_wstring(row));
-    }
-    grid.Row(1);
-    grid.Col(0);
-    grid.Redraw(true);
+// --- The program ------------------------------------------------------------------------------
+
+bool InputIsDone() {
+    return !(GetQueueStatus(QS_INPUT | QS_POSTMESSAGE) >> 16);
+}
+
+void ProgramOnDesktop::SetUp() {
+    main_.Show();
+    form_ = &Top();
+    grid_ = &form_->Named<Grid>(L"grdRooms");
+    list_ = WindowOf(*form_, L"grdRooms");
+    ASSERT_TRUE(PumpUntil(desktop_, [this] { return Focused() == list_; }));
+}
+
+bool ProgramOnDesktop::DialogIsActive() {
+    return &Top() != form_ && GetForegroundWindow() == Top().Window() && Focused();
+}
+
+void ProgramOnDesktop::CloseDialog() {
+    if (&Top() != form_)
+        Top().Unload();
 }
 
 } // namespace kalvrooms::Gui

@@ -2,10 +2,13 @@
 
 #include "desktop_support.h"
 
+#include "win32/ControlIds.h"
 #include "win32/DialogTemplate.h"
 #include "win32/Win32AnsiCodec.h"
+#include "win32/Win32Environment.h"
 #include "win32/Win32Locale.h"
 #include "win32/Win32Registry.h"
+#include "win32/Win32ResourceLibraries.h"
 
 #include <gmock/gmock.h>
 
