@@ -79,13 +79,13 @@ void GridCells::Resize(int rows, int columns) {
     ++changes_;
     columns_ = columns;
     rows_.resize(static_cast<std::size_t>(rows));
-    for (Row& row : rows_)
+    for (std::vector<Cell>& row : rows_)
         row.resize(static_cast<std::size_t>(columns));
 }
 
 void GridCells::Clear() {
     ++changes_;
-    for (Row& row : rows_)
+    for (std::vector<Cell>& row : rows_)
         std::fill(row.begin(), row.end(), Cell());
 }
 
@@ -98,6 +98,13 @@ const GridCells::Cell& GridCells::at(int row, int column) const {
 GridCells::Cell& GridCells::at(int row, int column) {
     ++changes_;
     return const_cast<Cell&>(std::as_const(*this).at(row, column));
+}
+
+std::vector<GridCells::Cell>& GridCells::Row(int row) {
+    if (row < 0 || row >= Rows())
+        outside();
+    ++changes_;
+    return rows_[static_cast<std::size_t>(row)];
 }
 
 const std::wstring& GridCells::Text(int row, int column) const {
@@ -139,7 +146,7 @@ void GridCells::Sort(int firstRow, int lastRow, int column, SortOrder order) {
     std::stable_sort(keys.begin(), keys.end(), standsBefore);
     if (order == SortOrder::Descending)
         std::reverse(keys.begin(), keys.end());
-    std::vector<Row> sorted;
+    std::vector<std::vector<Cell>> sorted;
     sorted.reserve(keys.size());
     for (const SortKey& key : keys)
         sorted.push_back(std::move(rows_[key.row]));

@@ -17,6 +17,12 @@ enum class SortOrder { Ascending, Descending };
 
 class GridCells {
   public:
+    struct Cell {
+        std::wstring text;
+        std::optional<Colour> colour;
+        Alignment alignment = Alignment::Left;
+    };
+
     // Keeps what fits, fills the rest with empty cells.
     void Resize(int rows, int columns);
     int Rows() const { return static_cast<int>(rows_.size()); }
@@ -34,24 +40,21 @@ class GridCells {
     Alignment CellAlignment(int row, int column) const;
     void CellAlignment(int row, int column, Alignment alignment);
 
+    // All cells of a row, to fill it in one go. Error: SubscriptOutOfRange outside the shape.
+    std::vector<Cell>& Row(int row);
+
     // Sorts the rows firstRow to lastRow (both included) by one column: two numbers (under the
     // user's locale) compare as numbers, numbers stand before texts, texts compare as texts without
     // regard to case, empty cells stand last ascending. Descending is the exact reverse.
     void Sort(int firstRow, int lastRow, int column, SortOrder order);
 
   private:
-    struct Cell {
-        std::wstring text;
-        std::optional<Colour> colour;
-        Alignment alignment = Alignment::Left;
-    };
-    using Row = std::vector<Cell>;
     const Cell& at(int row, int column) const;
     Cell& at(int row, int column);
 
     int columns_ = 0;
     std::uint64_t changes_ = 0;
-    std::vector<Row> rows_;
+    std::vector<std::vector<Cell>> rows_;
 };
 
 } // namespace kalvrooms::Gui

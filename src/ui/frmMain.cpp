@@ -31,7 +31,6 @@ constexpr int storyColumn = 3;
 constexpr int visibleColumns = 7;
 constexpr int geometryColumn = 7;
 constexpr int idColumn = 8;
-constexpr int filledColumns = 9;
 constexpr int leastRows = 100; // header included
 constexpr std::int32_t headerTexts[] = {20, 21, 22, 23, 24, 25, 26, 30};
 
@@ -500,6 +499,27 @@ void frmMain::initTable() {
     cells.Text(0, idColumn, L"ID");
 }
 
+void frmMain::fillRow(std::vector<Gui::GridCells::Cell>& cells, const clsRoom& room,
+                      const NumberLocale& locale) const {
+    cells[0].text = room.Name();
+    cells[1].text = room.FunctionName();
+    cells[storyColumn].text = room.StoryCode();
+    cells[4].text = room.Enclosure();
+    cells[5].text = room.Occupancy();
+    cells[6].text = room.AreaType();
+    cells[idColumn].text = FromLong(room.ID());
+    if (!room.Geometry)
+        return;
+    cells[2].text = FromDouble(room.Geometry->Area(), locale);
+    cells[geometryColumn].text = room.Geometry->Info(locale);
+    const bool polygon = cells[geometryColumn].text == L"polygonal";
+    for (int column = 0; column < visibleColumns; ++column) {
+        Gui::GridCells::Cell& cell = cells[static_cast<std::size_t>(column)];
+        cell.colour = polygon ? placement_.colorOld : placement_.colorNew;
+        cell.alignment = Gui::Alignment::Centre;
+    }
+}
+
 void frmMain::UpdateTable(bool warn) {
     Gui::GridCells& cells = grdRooms_->Cells();
     const RedrawingOff redrawing(*grdRooms_);
@@ -509,31 +529,12 @@ void frmMain::UpdateTable(bool warn) {
     if (roomCount_ > roomLimit && warn)
         showRoomLimitWarning();
     initTable();
+    // Asked once: it is the same for all rows.
     const NumberLocale locale = UserLocale();
+    clsRoom room;
     for (std::int32_t row = 1; row <= roomCount_; ++row) {
-        clsRoom room;
         floors_->GetRoomByIndex(row, room);
-        const std::wstring shape = room.Geometry ? room.Geometry->Info() : std::wstring();
-        if (room.Geometry) {
-            const Gui::Colour colour =
-                shape == L"polygonal" ? placement_.colorOld : placement_.colorNew;
-            for (int column = 0; column < visibleColumns; ++column) {
-                cells.TextColour(row, column, colour);
-                cells.CellAlignment(row, column, Gui::Alignment::Centre);
-            }
-        }
-        const std::wstring texts[filledColumns] = {
-            room.Name(),
-            room.FunctionName(),
-            room.Geometry ? FromDouble(room.Geometry->Area(), locale) : std::wstring(),
-            room.StoryCode(),
-            room.Enclosure(),
-            room.Occupancy(),
-            room.AreaType(),
-            shape,
-            FromLong(room.ID())};
-        for (int column = 0; column < filledColumns; ++column)
-            cells.Text(row, column, texts[column]);
+        fillRow(cells.Row(row), room, locale);
     }
     for (int row = roomCount_ + 1; row < leastRows; ++row)
         for (int column = 0; column < visibleColumns; ++column)

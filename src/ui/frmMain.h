@@ -88,6 +88,8 @@ class frmMain final : public Texts,
     void showRoomDialog(bool isNew);
 
     void initTable();
+    void fillRow(std::vector<Gui::GridCells::Cell>& cells, const clsRoom& room,
+                 const NumberLocale& locale) const;
     void sortTable(Gui::SortOrder order);
     void onTableMouseUp(Gui::MouseButton button, int row, int column);
     void onTableDoubleClick();

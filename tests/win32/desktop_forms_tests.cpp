@@ -2,10 +2,6 @@
 
 #include "desktop_support.h"
 
-#include "ui/frmGeometry.h"
-#include "ui/frmPlace.h"
-#include "ui/frmReport.h"
-#include "ui/frmRoom.h"
 #include "win32/Dpi.h"
 
 #include <gmock/gmock.h>
@@ -150,16 +146,16 @@ TEST_F(Forms, HaveRoomForTheirTextsAtEveryScale) {
             expectNothingOverlaps(form);
         };
         look();
-        TakePicture(desktop_, form.Window(), name);
+        TakePicture(form.Window(), name);
         if (name == "frmPlace") {
             form.Named<TabStrip>(L"SSTab1").Tab(1);
-            TakePicture(desktop_, form.Window(), name + "2");
+            TakePicture(form.Window(), name + "2");
         }
         for (const UINT dpi : {120U, 192U, 144U}) {
             ChangeDpi(form, dpi);
             look();
         }
-        TakePicture(desktop_, form.Window(), name + "-144");
+        TakePicture(form.Window(), name + "-144");
     });
 }
 
@@ -196,7 +192,7 @@ TEST_F(Forms, HaveRoomForTheirTextsInALargeFont) {
         if (form.Entry().name == L"frmRoom") {
             EXPECT_GT(width(form), usual * 5 / 4);
         }
-        TakePicture(desktop_, form.Window(), narrow(form.Entry().name) + "-large");
+        TakePicture(form.Window(), narrow(form.Entry().name) + "-large");
     });
 }
 
@@ -306,7 +302,7 @@ TEST_F(Forms, ReportRowsStandAtTheirPitchAndCloseUp) {
                                 top + 360.0F * static_cast<float>(row - 1));
         }
     });
-    main_.counts[0] = main_.counts[1] = 0;
+    counts_ = {0, 0, 1};
     LookAt<frmReport>([&](Win32Form& form) {
         EXPECT_FLOAT_EQ(form.Named<Label>(L"lblNum3").Top(), top);
         // In pixels: what was not placed in twips is read from the window.
@@ -314,7 +310,7 @@ TEST_F(Forms, ReportRowsStandAtTheirPitchAndCloseUp) {
         EXPECT_NEAR(form.Named<Button>(L"cmdOk").Top(), button - 720, pixel);
         EXPECT_NEAR(form.Height(), height - 720, pixel);
         expectNothingOverlaps(form);
-        TakePicture(desktop_, form.Window(), "frmReport1");
+        TakePicture(form.Window(), "frmReport1");
     });
 }
 

@@ -50,7 +50,7 @@ TEST_F(MainWindow, TheTableFitsBesideTheFrame) {
     EXPECT_EQ(table.top, 0);
     EXPECT_LE(table.right, client.right);
     EXPECT_LE(table.bottom, client.bottom);
-    TakePicture(desktop_, form_->Window(), "main");
+    TakePicture(form_->Window(), "main");
 }
 
 struct CellEvent {
@@ -115,7 +115,7 @@ TEST_F(MainWindow, ADoubleClickCountsInTheTableOnly) {
 
 TEST_F(MainWindow, KeysMoveTheCurrentCell) {
     const auto after = [&](WORD key, int row, int column) {
-        TypeKey(key);
+        typeKey(key);
         EXPECT_TRUE(
             PumpUntil(desktop_, [&] { return grid_->Row() == row && grid_->Col() == column; }))
             << key << " leads to " << grid_->Row() << "/" << grid_->Col();
@@ -157,9 +157,9 @@ TEST_F(MainWindow, TheContextKeyOpensAtTheCurrentCell) {
             GetWindowRect(FindWindowW(L"#32768", nullptr), &menu);
             menuAt = {menu.left, menu.top};
             menuSeen = true;
-            TypeKey(VK_ESCAPE);
+            typeKey(VK_ESCAPE);
         });
-    TypeKey(VK_APPS);
+    typeKey(VK_APPS);
     journey.Run(desktop_);
     ASSERT_TRUE(PumpUntil(desktop_, [&] { return !FindWindowW(L"#32768", nullptr); }));
     ASSERT_EQ(events.size(), 1U);
@@ -197,9 +197,9 @@ TEST_F(MainWindow, HiddenColumnsStayHidden) {
     }
     ListView_SetColumnWidth(list_, 8, 100);
     EXPECT_EQ(ListView_GetColumnWidth(list_, 8), 0);
-    PressKey(VK_CONTROL);
-    TypeKey(VK_ADD);
-    ReleaseKey(VK_CONTROL);
+    pressKey(VK_CONTROL);
+    typeKey(VK_ADD);
+    releaseKey(VK_CONTROL);
     ASSERT_TRUE(PumpUntil(desktop_, InputIsDone));
     for (int column = 7; column < 11; ++column)
         EXPECT_EQ(grid_->ColWidth(column), 0.0F) << column;
@@ -361,11 +361,11 @@ TEST_F(MainWindow, NothingShowsBeforeRedrawIsOn) {
 TEST_F(MainWindow, F1CountsWhenItIsReleased) {
     std::vector<int> keys;
     form_->KeyUp = [&](int key) { keys.push_back(key); };
-    PressKey(VK_F1);
-    PressKey(VK_F1);
+    pressKey(VK_F1);
+    pressKey(VK_F1);
     EXPECT_TRUE(PumpUntil(desktop_, InputIsDone));
     EXPECT_TRUE(keys.empty());
-    ReleaseKey(VK_F1);
+    releaseKey(VK_F1);
     EXPECT_TRUE(PumpUntil(desktop_, [&] { return !keys.empty(); }));
     EXPECT_EQ(keys, std::vector<int>{KeyF1});
 }
@@ -379,16 +379,16 @@ TEST_F(MainWindow, AMenuEntryIsChosenByAccessKeyAndEnter) {
     journey
         .When(
             "open menu", [] { return FindWindowW(L"#32768", nullptr) != nullptr; },
-            [] { TypeKey(VK_RETURN); }) // the first entry is selected already
+            [] { typeKey(VK_RETURN); }) // the first entry is selected already
         .When(
             "options", [this] { return DialogIsActive(); },
             [&] {
                 opened = true;
                 CloseDialog();
             });
-    PressKey(VK_MENU);
-    TypeKey('X');
-    ReleaseKey(VK_MENU);
+    pressKey(VK_MENU);
+    typeKey('X');
+    releaseKey(VK_MENU);
     journey.Run(desktop_);
     ASSERT_TRUE(PumpUntil(desktop_, InputIsDone));
     EXPECT_TRUE(opened);

@@ -2,10 +2,6 @@
 
 #include "desktop_support.h"
 
-#include "ui/frmGeometry.h"
-#include "ui/frmPlace.h"
-#include "ui/frmReport.h"
-#include "ui/frmRoom.h"
 #include "win32/Win32Environment.h"
 
 #include <gmock/gmock.h>
@@ -62,15 +58,15 @@ void pressKeysEverywhere(Journey& journey, Win32Form& form, std::vector<int>& ke
                 "focused", [&control] { return Focused() == control.Window(); },
                 [&keys] {
                     keys.clear();
-                    PressKey(VK_RETURN);
+                    pressKey(VK_RETURN);
                 })
             .When("pressed", InputIsDone,
                   [&keys] {
                       EXPECT_THAT(keys, IsEmpty());
-                      ReleaseKey(VK_RETURN);
+                      releaseKey(VK_RETURN);
                   })
             .When(
-                "released", [&keys] { return !keys.empty(); }, [] { TypeKey(VK_ESCAPE); })
+                "released", [&keys] { return !keys.empty(); }, [] { typeKey(VK_ESCAPE); })
             .When(
                 "escaped", [&keys] { return keys.size() > 1; },
                 [&keys] { EXPECT_THAT(keys, ElementsAre(KeyEnter, KeyEscape)); });
@@ -100,30 +96,30 @@ TEST_F(Dialogs, SpacePressesTheButtonThatHasTheFocus) {
     OpenUntilItCloses<frmRoom>([this](Journey& journey) {
         journey.When("focus", always, [this] { Control<Button>(L"cmdCancel").SetFocus(); })
             .When(
-                "focused", [this] { return HasFocus(L"cmdCancel"); }, [] { TypeKey(VK_SPACE); });
+                "focused", [this] { return HasFocus(L"cmdCancel"); }, [] { typeKey(VK_SPACE); });
     });
 }
 
 TEST_F(Dialogs, TheEnterThatClosesAMessageDoesNotCount) {
     main_.GetCurrentRoom()->StoryCode(L"");
     Open<frmRoom>([this](Journey& journey) {
-        journey.When("enter", always, [] { TypeKey(VK_RETURN); })
+        journey.When("enter", always, [] { typeKey(VK_RETURN); })
             .When("message", message,
                   [] {
                       // Held down, it repeats into the dialog behind.
-                      PressKey(VK_RETURN);
-                      PressKey(VK_RETURN);
-                      PressKey(VK_RETURN);
+                      pressKey(VK_RETURN);
+                      pressKey(VK_RETURN);
+                      pressKey(VK_RETURN);
                   })
             .When(
                 "closed", [this] { return !SystemDialog() && HasFocus(L"txtStoryCode"); },
-                [] { ReleaseKey(VK_RETURN); })
+                [] { releaseKey(VK_RETURN); })
             .When("quiet", InputIsDone,
                   [this] {
                       EXPECT_EQ(messages_.size(), 1U);
-                      TypeKey(VK_RETURN);
+                      typeKey(VK_RETURN);
                   })
-            .When("counts", message, [] { TypeKey(VK_RETURN); })
+            .When("counts", message, [] { typeKey(VK_RETURN); })
             .When(
                 "closed", [] { return !SystemDialog(); }, [] {});
     });
@@ -131,10 +127,10 @@ TEST_F(Dialogs, TheEnterThatClosesAMessageDoesNotCount) {
 }
 
 TEST_F(Dialogs, AReleaseWithoutItsPressDoesNotCount) {
-    PressKey(VK_RETURN);
+    pressKey(VK_RETURN);
     ASSERT_TRUE(PumpUntil(desktop_, InputIsDone));
     Open<frmRoom>([this](Journey& journey) {
-        journey.When("release", always, [] { ReleaseKey(VK_RETURN); })
+        journey.When("release", always, [] { releaseKey(VK_RETURN); })
             .When("quiet", InputIsDone, [this] { EXPECT_TRUE(DialogIsActive()); });
     });
 }
@@ -144,14 +140,14 @@ TEST_F(Dialogs, ARepeatedKeyCountsOnce) {
     desktop_.System().HelpCall = [&](HWND, const char*, UINT, DWORD_PTR context) {
         contexts.push_back(context);
     };
-    main_.HelpFile(Win32Environment().ExecutableFolder() + L"\\zorvinta_tst.dll");
+    helpFile_ = Win32Environment().ExecutableFolder() + L"\\zorvinta_tst.dll";
     Open<frmGeometry>([&](Journey& journey) {
         journey
             .When("hold", always,
                   [] {
                       for (int repeat = 0; repeat < 5; ++repeat)
-                          PressKey(VK_F1);
-                      ReleaseKey(VK_F1);
+                          pressKey(VK_F1);
+                      releaseKey(VK_F1);
                   })
             .When(
                 "released", [&] { return !contexts.empty(); }, [] {});
@@ -172,10 +168,10 @@ TEST_F(Dialogs, AnOpenListShowsAllItsItemsAndGetsEnterToClose) {
                       Control<DropDown>(L"cboAreaType").SetFocus();
                   })
             .When(
-                "focused", [this] { return HasFocus(L"cboAreaType"); }, [] { TypeKey(VK_F4); })
+                "focused", [this] { return HasFocus(L"cboAreaType"); }, [] { typeKey(VK_F4); })
             .When("open", open,
                   [&] {
-                      TakePicture(desktop_, Top().Window(), "frmRoom-list");
+                      TakePicture(Top().Window(), "frmRoom-list");
                       COMBOBOXINFO info{};
                       info.cbSize = sizeof info;
                       GetComboBoxInfo(list, &info);
@@ -184,10 +180,10 @@ TEST_F(Dialogs, AnOpenListShowsAllItsItemsAndGetsEnterToClose) {
                       const LRESULT height = SendMessageW(list, CB_GETITEMHEIGHT, 0, 0);
                       EXPECT_EQ(SendMessageW(list, CB_GETCOUNT, 0, 0), 5);
                       EXPECT_EQ(area.bottom / height, 5);
-                      PressKey(VK_RETURN);
+                      pressKey(VK_RETURN);
                   })
             .When(
-                "closed", [open] { return !open(); }, [] { ReleaseKey(VK_RETURN); })
+                "closed", [open] { return !open(); }, [] { releaseKey(VK_RETURN); })
             .When("quiet", InputIsDone, [] {});
     });
     EXPECT_EQ(std::count(keys_.begin(), keys_.end(), KeyEnter), 1);
@@ -206,7 +202,7 @@ TEST_F(Dialogs, EnteringAFieldSelectsAndLeavingItTells) {
                     Control<TextField>(L"txtName").Text(L"Klassenzimmer 1");
                     for (const wchar_t* name : {L"txtStoryCode", L"txtName"})
                         Control<TextField>(name).LostFocus = [&, name] { left.push_back(name); };
-                    TypeKey(VK_TAB);
+                    typeKey(VK_TAB);
                 })
             .When(
                 "next", [&] { return selection(L"txtName") == MAKELONG(0, 15); },
@@ -214,7 +210,7 @@ TEST_F(Dialogs, EnteringAFieldSelectsAndLeavingItTells) {
                     // Another window in between is no leaving.
                     desktop_.ShowMessage({L"dazwischen", L""});
                 })
-            .When("message", message, [] { TypeKey(VK_RETURN); })
+            .When("message", message, [] { typeKey(VK_RETURN); })
             .When(
                 "back", [this] { return !SystemDialog() && HasFocus(L"txtName"); },
                 [&] {
@@ -223,7 +219,7 @@ TEST_F(Dialogs, EnteringAFieldSelectsAndLeavingItTells) {
                 })
             .When(
                 "clicked", [&] { return left.size() == 2 && HasFocus(L"txtArea"); },
-                [&] { EXPECT_EQ(HIWORD(selection(L"txtArea")), 5); });
+                [&] { EXPECT_EQ(HIWORD(selection(L"txtArea")), 6); });
     });
     EXPECT_THAT(left, ElementsAre(L"txtStoryCode", L"txtName"));
 }
@@ -239,9 +235,9 @@ TEST_F(Dialogs, AFieldIsLeftBeforeTheAccessKeyOfAButtonCounts) {
                       };
                       Control<Button>(L"cmdOk").Text(L" &OK");
                       Control<Button>(L"cmdOk").Click = [&] { events.emplace_back(L"click"); };
-                      PressKey(VK_MENU);
-                      TypeKey('O');
-                      ReleaseKey(VK_MENU);
+                      pressKey(VK_MENU);
+                      typeKey('O');
+                      releaseKey(VK_MENU);
                   })
             .When(
                 "clicked", [&] { return events.size() == 2; }, [] {});
@@ -258,9 +254,9 @@ TEST_F(Dialogs, AnErrorWhileLeavingAFieldIsShownAndHarmless) {
                       Control<TextField>(L"txtStoryCode").LostFocus = [] {
                           throw RuntimeError(RuntimeError::TypeMismatch);
                       };
-                      TypeKey(VK_TAB);
+                      typeKey(VK_TAB);
                   })
-            .When("message", message, [] { TypeKey(VK_RETURN); })
+            .When("message", message, [] { typeKey(VK_RETURN); })
             .When(
                 "back", [this] { return !SystemDialog() && HasFocus(L"txtName"); },
                 [this] { EXPECT_TRUE(Top().Enabled()); })
@@ -274,7 +270,7 @@ TEST_F(Dialogs, AFieldMayUnloadItsFormWhenItIsLeft) {
     OpenUntilItCloses<frmRoom>([this](Journey& journey) {
         journey.When("tab", always, [this] {
             Control<TextField>(L"txtStoryCode").LostFocus = [this] { CloseDialog(); };
-            TypeKey(VK_TAB);
+            typeKey(VK_TAB);
         });
     });
 }
@@ -286,7 +282,7 @@ TEST_F(Dialogs, ARejectedCharacterDoesNotReachTheField) {
                 "focused", [this] { return HasFocus(L"txtQuantity"); },
                 [] {
                     for (const char key : std::string("1X2Y3"))
-                        TypeKey(static_cast<WORD>(key));
+                        typeKey(static_cast<WORD>(key));
                 })
             .When(
                 "typed", [this] { return Control<TextField>(L"txtQuantity").Text() == L"123"; },
@@ -306,11 +302,11 @@ TEST_F(Dialogs, ArrowsChooseTheNextOption) {
                       Control<OptionButton>(L"optRatio").SetFocus();
                   })
             .When(
-                "focused", [this] { return HasFocus(L"optRatio"); }, [] { TypeKey(VK_DOWN); })
+                "focused", [this] { return HasFocus(L"optRatio"); }, [] { typeKey(VK_DOWN); })
             .When(
-                "down", [this] { return HasFocus(L"optExcelFile"); }, [] { TypeKey(VK_DOWN); })
+                "down", [this] { return HasFocus(L"optExcelFile"); }, [] { typeKey(VK_DOWN); })
             .When(
-                "around", [this] { return HasFocus(L"optXDirection"); }, [] { TypeKey(VK_UP); })
+                "around", [this] { return HasFocus(L"optXDirection"); }, [] { typeKey(VK_UP); })
             .When(
                 "up", [this] { return HasFocus(L"optExcelFile"); },
                 [this] { ClickMiddle(WindowOf(Top(), L"optYDirection")); })
@@ -334,9 +330,9 @@ TEST_F(Dialogs, TabKeysSwitchTheTabs) {
         journey
             .When("ctrl+tab", always,
                   [] {
-                      PressKey(VK_CONTROL);
-                      TypeKey(VK_TAB);
-                      ReleaseKey(VK_CONTROL);
+                      pressKey(VK_CONTROL);
+                      typeKey(VK_TAB);
+                      releaseKey(VK_CONTROL);
                   })
             .When(
                 "second", [&] { return tab() == 1; },
@@ -355,29 +351,9 @@ TEST_F(Dialogs, TabKeysSwitchTheTabs) {
 }
 
 TEST_F(Dialogs, TheOwnerWaitsAndGetsTheFocusBack) {
-    Win32Form* room = nullptr;
-    Open<frmRoom>([&](Journey& journey) {
-        journey
-            .When("room", always,
-                  [&] {
-                      room = &Top();
-                      EXPECT_FALSE(form_->Enabled());
-                      EXPECT_EQ(GetWindow(room->Window(), GW_OWNER), form_->Window());
-                      ClickMiddle(WindowOf(*room, L"cmdGeometry"));
-                  })
-            .When(
-                "geometry", [&] { return &Top() != room && DialogIsActive(); },
-                [&] {
-                    EXPECT_FALSE(room->Enabled());
-                    EXPECT_EQ(GetWindow(Top().Window(), GW_OWNER), room->Window());
-                    ClickMiddle(WindowOf(Top(), L"cmdCancel"));
-                })
-            .When(
-                "back", [&] { return &Top() == room && DialogIsActive(); },
-                [&] {
-                    EXPECT_TRUE(room->Enabled());
-                    EXPECT_FALSE(form_->Enabled());
-                });
+    LookAt<frmRoom>([this](Win32Form& room) {
+        EXPECT_FALSE(form_->Enabled());
+        EXPECT_EQ(GetWindow(room.Window(), GW_OWNER), form_->Window());
     });
     EXPECT_TRUE(form_->Enabled());
     EXPECT_TRUE(PumpUntil(desktop_, [this] { return Focused() == list_; }));

@@ -9,33 +9,6 @@ constexpr UINT tickMilliseconds = 10;
 constexpr ULONGLONG patience = 60000;
 Journey* travelling = nullptr;
 
-void send(const INPUT& input) {
-    INPUT copy = input;
-    SendInput(1, &copy, sizeof copy);
-}
-
-void sendKey(WORD key, DWORD flags) {
-    INPUT input{};
-    input.type = INPUT_KEYBOARD;
-    input.ki.wVk = key;
-    input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
-    input.ki.dwFlags = flags;
-    send(input);
-}
-
-// Carries its place, so that nothing that moves the pointer meanwhile gets between.
-void sendMouse(DWORD flags, POINT point) {
-    const auto scaled = [](LONG at, int size) {
-        return static_cast<LONG>(static_cast<LONGLONG>(at) * 65536 / GetSystemMetrics(size)) + 1;
-    };
-    INPUT input{};
-    input.type = INPUT_MOUSE;
-    input.mi.dx = scaled(point.x, SM_CXSCREEN);
-    input.mi.dy = scaled(point.y, SM_CYSCREEN);
-    input.mi.dwFlags = static_cast<DWORD>(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE) | flags;
-    send(input);
-}
-
 } // namespace
 
 // --- Journey --------------------------------------------------------------------------------
@@ -102,24 +75,9 @@ bool PumpUntil(Win32Desktop& desktop, const std::function<bool()>& state) {
 
 // --- Keys and mouse -------------------------------------------------------------------------
 
-void PressKey(WORD key) {
-    sendKey(key, 0);
-}
-
-void ReleaseKey(WORD key) {
-    sendKey(key, KEYEVENTF_KEYUP);
-}
-
-void TypeKey(WORD key) {
-    PressKey(key);
-    ReleaseKey(key);
-}
-
 void Click(HWND window, POINT point, MouseButton button) {
-    ClientToScreen(window, &point);
-    const bool right = button == MouseButton::Right;
-    sendMouse(right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN, point);
-    sendMouse(right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP, point);
+    driver::clickAt(window, static_cast<int>(point.x), static_cast<int>(point.y),
+                    button == MouseButton::Right);
 }
 
 void ClickMiddle(HWND window) {
@@ -170,44 +128,9 @@ HWND WindowOf(Form& form, const std::wstring& name) {
 
 // --- Pictures -------------------------------------------------------------------------------
 
-void TakePicture(Win32Desktop& desktop, HWND window, const std::string& name) {
-    const char* folder = std::getenv("QUARTINO_PICTURES");
-    if (!folder || !*folder)
-        return;
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-    GdiFlush();
-    RECT frame{};
-    GetWindowRect(window, &frame);
-    const std::string file = std::string(folder) + "/" + name;
-    const std::string window_area = std::to_string(frame.right - frame.left) + "x" +
-                                    std::to_string(frame.bottom - frame.top) + "+" +
-                                    std::to_string(frame.left) + "+" + std::to_string(frame.top);
-    // The screen's own picture taker runs outside of the Windows world; it is done when the window
-    // manager and the painting are, that is when two pictures in a row are the same.
-    const std::string take = "import -window root -crop " + window_area + " +repage ";
-    const std::string command =
-        "/bin/sh -c \"rm -f F.png; T F.1.ppm; while :; do sleep 0.2; T F.2.ppm; "
-        "if cmp -s F.1.ppm F.2.ppm; then convert F.2.ppm -strip F.3.png; mv F.3.png F.png; rm "
-        "F.1.ppm F.2.ppm; exit; fi; "
-        "mv F.2.ppm F.1.ppm; done\"";
-    std::string shell = command;
-    for (const auto& [sign, meaning] :
-         {std::pair<std::string, std::string>{"T ", take}, {"F.", file + "."}}) {
-        for (std::size_t at = shell.find(sign); at != std::string::npos;
-             at = shell.find(sign, at + meaning.size()))
-            shell.replace(at, sign.size(), meaning);
-    }
-    const std::wstring unixFile = L"\\\\?\\unix" + std::wstring(file.begin(), file.end()) + L".png";
-    DeleteFileW(unixFile.c_str());
-    std::wstring line(shell.begin(), shell.end());
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    ASSERT_TRUE(CreateProcessW(L"\\\\?\\unix/bin/sh", line.data(), nullptr, nullptr, FALSE, 0,
-                               nullptr, nullptr, &startup, &process));
-    EXPECT_TRUE(PumpUntil(desktop, [&] {
-        return GetFileAttributesW(unixFile.c_str()) != INVALID_FILE_ATTRIBUTES;
-    })) << file;
+void TakePicture(HWND window, const std::string& name) {
+    if (const char* folder = std::getenv("QUARTINO_PICTURES"))
+        driver::Picture::ofWindow(window).save(std::filesystem::path(folder) / (name + ".bmp"));
 }
 
 // --- The program ------------------------------------------------------------------------------
@@ -217,7 +140,9 @@ bool InputIsDone() {
 }
 
 void ProgramOnDesktop::SetUp() {
+    main_.SetLang(L"");
     main_.Show();
+    main_.GetCurrentRoom()->IsNew(true);
     form_ = &Top();
     grid_ = &form_->Named<Grid>(L"grdRooms");
     list_ = WindowOf(*form_, L"grdRooms");

@@ -4,13 +4,19 @@
 #include <deque>
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "files/SpreadsheetApplication.h"
+#include "headless/AbsentServers.h"
 #include "headless/HeadlessPlatform.h"
+#include "practice/driver/UiDriver.h"
+#include "ui/frmGeometry.h"
 #include "ui/frmMain.h"
+#include "ui/frmPlace.h"
+#include "ui/frmReport.h"
+#include "ui/frmRoom.h"
 #include "win32/Win32Desktop.h"
 #include "win32/Win32Form.h"
 
@@ -50,9 +56,9 @@ class Journey {
 // Runs the message loop until the state is reached; false after a minute.
 bool PumpUntil(Win32Desktop& desktop, const std::function<bool()>& state);
 
-void PressKey(WORD key);
-void ReleaseKey(WORD key);
-void TypeKey(WORD key);
+using driver::pressKey;
+using driver::releaseKey;
+using driver::typeKey;
 // A click at a point of a window's client area.
 void Click(HWND window, POINT point, MouseButton button = MouseButton::Left);
 void ClickMiddle(HWND window);
@@ -68,31 +74,10 @@ HWND WindowOf(Form& form);
 HWND WindowOf(Form& form, const std::wstring& name);
 
 // Saves what the screen shows of a window, if the environment names a folder for pictures.
-void TakePicture(Win32Desktop& desktop, HWND window, const std::string& name);
+void TakePicture(HWND window, const std::string& name);
 
 // No key, click or posted message is under way any more.
 bool InputIsDone();
-
-class NoSpreadsheets : public SpreadsheetServer {
-  public:
-    std::unique_ptr<SpreadsheetApplication> AttachRunning() override { return nullptr; }
-    std::unique_ptr<SpreadsheetApplication> CreateInstance() override { return nullptr; }
-};
-
-// The main window with the counts of a report that a test chooses.
-class Program : public frmMain {
-  public:
-    explicit Program(Platform& platform) : frmMain(platform) { SetLang(L""); }
-    void GetReport(std::int32_t& colorOld, std::int32_t& colorNew, std::int32_t& updated,
-                   std::int32_t& newAtPosition, std::int32_t& setDown,
-                   bool& noReport) const override {
-        frmMain::GetReport(colorOld, colorNew, updated, newAtPosition, setDown, noReport);
-        updated = counts[0];
-        newAtPosition = counts[1];
-        setDown = counts[2];
-    }
-    std::int32_t counts[3] = {700000000, 700000000, 700000000};
-};
 
 // The program's own forms on the real desktop, without a host, a registry or files.
 class ProgramOnDesktop : public testing::Test {
@@ -107,7 +92,7 @@ class ProgramOnDesktop : public testing::Test {
             "dialog", [this] { return DialogIsActive(); }, [] {});
         steps(journey);
         journey.When("end", InputIsDone, [this] { CloseDialog(); });
-        Dialog(main_).ShowModal();
+        showDialog<Dialog>();
     }
     // The same for steps that close the dialog themselves.
     template <typename Dialog>
@@ -116,7 +101,7 @@ class ProgramOnDesktop : public testing::Test {
         journey.When(
             "dialog", [this] { return DialogIsActive(); }, [] {});
         steps(journey);
-        Dialog(main_).ShowModal();
+        showDialog<Dialog>();
         EXPECT_TRUE(form_->Enabled());
     }
     // Opens a dialog and looks at it; looking may run the message loop.
@@ -133,7 +118,7 @@ class ProgramOnDesktop : public testing::Test {
                 })
             .When(
                 "end", [&] { return looked; }, [this] { CloseDialog(); });
-        Dialog(main_).ShowModal();
+        showDialog<Dialog>();
     }
     // The form on top.
     Win32Form& Top() { return *desktop_.ActiveForm(); }
@@ -142,19 +127,29 @@ class ProgramOnDesktop : public testing::Test {
     bool HasFocus(const wchar_t* control) { return Focused() == WindowOf(Top(), control); }
 
     Win32Desktop desktop_;
-    NoSpreadsheets spreadsheets_;
-    HeadlessPlatform headless_{spreadsheets_};
-    Platform platform_{desktop_,
-                       headless_.ansi,
-                       headless_.registry,
-                       headless_.libraries,
-                       headless_.environment,
-                       headless_.Bundle().host,
-                       spreadsheets_};
-    Program main_{platform_};
+    AbsentHostServer host_;
+    AbsentSpreadsheetServer spreadsheets_;
+    HeadlessPlatform headless_;
+    Platform platform_{desktop_, headless_.ansi, headless_.registry, headless_.libraries,
+                       headless_.environment};
+    frmMain main_{platform_, host_, spreadsheets_};
+    std::wstring helpFile_;
+    ReportCounts counts_{700000000, 700000000, 700000000};
     Win32Form* form_ = nullptr; // the main window
     Grid* grid_ = nullptr;
     HWND list_ = nullptr;
+
+  private:
+    template <typename Dialog>
+    void showDialog() {
+        const DialogServices services{desktop_, main_, helpFile_};
+        if constexpr (std::is_same_v<Dialog, frmGeometry>)
+            frmGeometry(services, main_.GetCurrentRoom()->Geometry).ShowModal();
+        else if constexpr (std::is_same_v<Dialog, frmReport>)
+            frmReport(services, main_, counts_).ShowModal();
+        else
+            Dialog(services, main_).ShowModal();
+    }
 };
 
 } // namespace kalvrooms::Gui

@@ -439,7 +439,7 @@ TEST_F(RealDialogs, AMessageShowsItsTextsOverTheActiveWindow) {
             text = buffer;
             owner = GetWindow(SystemDialog(), GW_OWNER);
             EXPECT_FALSE(main_->Enabled());
-            TypeKey(VK_RETURN);
+            typeKey(VK_RETURN);
         });
     EXPECT_EQ(desktop_.ShowMessage({L" Räume & mehr", L" Quartino"}), Answer::Ok);
     EXPECT_EQ(title, L" Quartino");
@@ -460,11 +460,11 @@ TEST_F(RealDialogs, APatternWithItsFolderCanBeProposed) {
         "dialog", [] { return SystemDialog() && GetForegroundWindow() == SystemDialog(); },
         [] {
             for (const char key : std::string("LISTE"))
-                TypeKey(static_cast<WORD>(key));
-            TypeKey(VK_OEM_PERIOD);
+                typeKey(static_cast<WORD>(key));
+            typeKey(VK_OEM_PERIOD);
             for (const char key : std::string("TXT"))
-                TypeKey(static_cast<WORD>(key));
-            TypeKey(VK_RETURN);
+                typeKey(static_cast<WORD>(key));
+            typeKey(VK_RETURN);
         });
     desktop_.ShowOpen(dialog);
     EXPECT_EQ(dialog.FileName, folder_ + L"\\liste.txt");
@@ -481,7 +481,7 @@ TEST_F(RealDialogs, EscapeGivesUp) {
         Journey journey;
         journey.When(
             "dialog", [] { return SystemDialog() && GetForegroundWindow() == SystemDialog(); },
-            [] { TypeKey(VK_ESCAPE); });
+            [] { typeKey(VK_ESCAPE); });
         EXPECT_THROW(desktop_.ShowSave(dialog), RuntimeError);
         EXPECT_TRUE(journey.Done());
         EXPECT_EQ(dialog.FileName, name);
