@@ -80,7 +80,8 @@ TEST_F(HeadlessDesktopTest, KeepsTheProperties) {
 }
 
 TEST_F(HeadlessDesktopTest, LaysOutAFormBeforeTheProgramGetsIt) {
-    desktop.Design(L"frmReport", [](HeadlessForm& form) { form.Named<Gui::Label>(L"lblTop").Top(300); });
+    desktop.Design(L"frmReport",
+                   [](HeadlessForm& form) { form.Named<Gui::Label>(L"lblTop").Top(300); });
     HeadlessForm& form = create(L"frmReport");
     EXPECT_EQ(form.Named<Gui::Label>(L"lblTop").Top(), 300);
     EXPECT_THAT(form.Journal(), IsEmpty());
@@ -138,8 +139,12 @@ TEST_F(HeadlessDesktopTest, TellsFieldsOfTheFocusInOrder) {
     Names events;
     for (const wchar_t* name : {L"txtA", L"txtB"}) {
         const std::wstring field = name;
-        form.Named<Gui::TextField>(field).GotFocus = [&events, field] { events.push_back(L"got " + field); };
-        form.Named<Gui::TextField>(field).LostFocus = [&events, field] { events.push_back(L"lost " + field); };
+        form.Named<Gui::TextField>(field).GotFocus = [&events, field] {
+            events.push_back(L"got " + field);
+        };
+        form.Named<Gui::TextField>(field).LostFocus = [&events, field] {
+            events.push_back(L"lost " + field);
+        };
     }
     form.Named<Gui::Button>(L"cmdOk").Click = [&] { events.push_back(L"click"); };
     form.Focus(L"txtA");
@@ -213,7 +218,9 @@ TEST_F(HeadlessDesktopTest, MovesTheFocusEvenWhenLeavingFails) {
     HeadlessForm& form = shown();
     long reported = 0;
     desktop.RuntimeErrorHandler = [&](const RuntimeError& error) { reported = error.number(); };
-    form.Named<Gui::TextField>(L"txtA").LostFocus = [] { throw RuntimeError(RuntimeError::TypeMismatch); };
+    form.Named<Gui::TextField>(L"txtA").LostFocus = [] {
+        throw RuntimeError(RuntimeError::TypeMismatch);
+    };
     form.Named<Gui::TextField>(L"txtB");
     form.Focus(L"txtA");
     EXPECT_TRUE(form.Focus(L"txtB"));
