@@ -3,17 +3,14 @@
 # own: the system's include folder must never reach the cross compiler.
 set(GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH "Source of GoogleTest")
 set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
-set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
 if(NOT EXISTS ${GOOGLETEST_SOURCE}/CMakeLists.txt)
   message(FATAL_ERROR "GoogleTest's source is missing in ${GOOGLETEST_SOURCE}; run setup/install")
 endif()
 add_subdirectory(${GOOGLETEST_SOURCE} ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
 # It is compiled for every preset and hardly runs.
-if(NOT MSVC)
-  foreach(library gtest gmock)
-    target_compile_options(${library} PRIVATE -O0)
-  endforeach()
-endif()
+foreach(library gtest gmock)
+  target_compile_options(${library} PRIVATE -O0)
+endforeach()
 
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/third_party)
 set(NLOHMANN_INCLUDE /usr/include/nlohmann CACHE PATH "Folder of nlohmann/json's headers")

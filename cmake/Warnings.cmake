@@ -1,19 +1,13 @@
-# One set of warnings for all our targets; they are errors on every compiler.
+# One set of warnings for all our targets; they are errors.
 add_library(quartino_options INTERFACE)
-if(MSVC)
-  target_compile_options(quartino_options INTERFACE /W4 /WX /utf-8 /permissive-)
-else()
-  target_compile_options(quartino_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow
-                         -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
-endif()
+target_compile_options(quartino_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow
+                       -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
 target_include_directories(quartino_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 
 if(WIN32)
   target_compile_definitions(quartino_options INTERFACE UNICODE _UNICODE NOMINMAX
                              WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00 WINVER=0x0A00)
-  if(MINGW)
-    target_link_options(quartino_options INTERFACE -static -municode)
-  endif()
+  target_link_options(quartino_options INTERFACE -static -municode)
 endif()
 
 if(QUARTINO_SANITIZE)

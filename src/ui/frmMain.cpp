@@ -1,5 +1,7 @@
 #include "ui/frmMain.h"
 
+#include "app/TextNumbers.h"
+
 #include <algorithm>
 #include <exception>
 #include <utility>
@@ -14,10 +16,6 @@
 namespace kalvrooms {
 namespace {
 
-constexpr std::int32_t textTitle = 1;
-constexpr std::int32_t textSaveChanges = 66;
-constexpr std::int32_t textRoomLimit = 67;
-constexpr std::int32_t textRoomLimitRest = 68;
 constexpr std::uint32_t helpContext = 20;
 
 // The host answers with this name when its project has none.
@@ -76,7 +74,7 @@ frmMain::frmMain(Platform& platform, HostServer& host, SpreadsheetServer& spread
     desktop_.RuntimeErrorHandler = [this](const RuntimeError& error) {
         desktop_.ShowMessage(
             {L"Laufzeitfehler " + std::to_wstring(error.number()) + L":\r" + error.description(),
-             text_ ? GetText(textTitle) : std::wstring(L"Quartino")});
+             text_ ? GetText(TextNumber::Title) : std::wstring(L"Quartino")});
     };
 }
 
@@ -112,7 +110,7 @@ void frmMain::load() {
     addTemplate_ = std::make_shared<clsRoom>();
     currentRoom_ = addTemplate_;
     kalvero_ = std::make_unique<clsKalvero>(host_, files(), *this);
-    form_->Text(GetText(textTitle));
+    form_->Text(GetText(TextNumber::Title));
     buildMenus();
     grdRooms_->Cells().Resize(leastRows, columnCount);
     grdRooms_->Cells().Clear();
@@ -329,7 +327,7 @@ frmMain::ChosenFile frmMain::askForFile(bool save) {
 void frmMain::useFile(const ChosenFile& file) {
     fileName_ = file.name;
     fileTitle_ = file.title;
-    form_->Text(GetText(textTitle) + L" - " + fileTitle_);
+    form_->Text(GetText(TextNumber::Title) + L" - " + fileTitle_);
 }
 
 void frmMain::openList() {
@@ -394,7 +392,7 @@ bool frmMain::hasUnsavedRooms() const {
 }
 
 void frmMain::SaveChangesPrompt() {
-    if (desktop_.ShowMessage({GetText(textSaveChanges), GetText(textTitle),
+    if (desktop_.ShowMessage({GetText(TextNumber::SaveChanges), GetText(TextNumber::Title),
                               Gui::Message::Buttons::YesNo}) == Gui::Answer::Yes)
         saveListAs();
 }
@@ -402,9 +400,9 @@ void frmMain::SaveChangesPrompt() {
 void frmMain::readProjectName() {
     projectName_ = Trim(kalvero_->GetProjectName());
     if (!projectName_.empty() && projectName_ != projectWithoutName)
-        form_->Text(GetText(textTitle) + L" - " + projectName_);
+        form_->Text(GetText(TextNumber::Title) + L" - " + projectName_);
     else
-        form_->Text(GetText(textTitle));
+        form_->Text(GetText(TextNumber::Title));
 }
 
 void frmMain::setDefaultFileName() {
@@ -481,9 +479,9 @@ void frmMain::showOptions() {
 }
 
 void frmMain::showRoomLimitWarning() {
-    desktop_.ShowMessage({GetText(textRoomLimit) + L"\r" + GetText(textRoomLimitRest),
-                          GetText(textTitle), Gui::Message::Buttons::Ok,
-                          Gui::Message::Icon::Exclamation});
+    desktop_.ShowMessage(
+        {GetText(TextNumber::RoomLimit) + L"\r" + GetText(TextNumber::RoomLimitRest),
+         GetText(TextNumber::Title), Gui::Message::Buttons::Ok, Gui::Message::Icon::Exclamation});
 }
 
 // ------------------------------------------------------------------------- the room table

@@ -1,5 +1,7 @@
 #include "ui/frmPlace.h"
 
+#include "app/TextNumbers.h"
+
 #include <cstdint>
 
 #include "model/NumberText.h"
@@ -8,10 +10,6 @@
 namespace kalvrooms {
 namespace {
 
-constexpr std::int32_t textOptions = 19;
-constexpr std::int32_t textArrangement = 47;
-constexpr std::int32_t textDisplay = 53;
-constexpr std::int32_t textDistancesTooSmall = 74;
 // This one message bears the application's name and not the text of the table.
 constexpr const wchar_t* applicationTitle = L"Quartino";
 constexpr std::uint32_t helpContext = 11;
@@ -31,13 +29,13 @@ frmPlace::frmPlace(const DialogServices& services, Options& options)
 }
 
 void frmPlace::load() {
-    form_->Text(services_.texts.GetTextWithoutDot(textOptions));
+    form_->Text(services_.texts.GetTextWithoutDot(TextNumber::Options));
     setCaptions({{form_->Named<Gui::Frame>(L"fraAnordnung"), 48},
                  {optSingle, 49},
                  {optBlock, 50},
                  {label(L"lblDisX"), 51},
                  {label(L"lblDisY"), 52},
-                 {form_->Named<Gui::Frame>(L"fraColor"), textDisplay},
+                 {form_->Named<Gui::Frame>(L"fraColor"), TextNumber::Display},
                  {label(L"lblcolold"), 54},
                  {label(L"lblcolnew"), 55},
                  {chkUpdate, 56},
@@ -45,9 +43,9 @@ void frmPlace::load() {
                  {cmdCancel, 3}});
     // The tab selected last is the one that the dialog opens on.
     SSTab1.Tab(displayTab);
-    SSTab1.TabCaption(displayTab, text(textDisplay));
+    SSTab1.TabCaption(displayTab, text(TextNumber::Display));
     SSTab1.Tab(arrangementTab);
-    SSTab1.TabCaption(arrangementTab, text(textArrangement));
+    SSTab1.TabCaption(arrangementTab, text(TextNumber::Arrangement));
     fillFields();
 }
 
@@ -91,7 +89,7 @@ void frmPlace::cmdOk_Click() {
     else
         options_.SetWithoutReport();
     if (refused) {
-        desktop_.ShowMessage({text(textDistancesTooSmall), applicationTitle});
+        desktop_.ShowMessage({text(TextNumber::DistancesTooSmall), applicationTitle});
         return;
     }
     options_.SetPlace({distanceX, distanceY, block, cmdWithCoordinates.BackColour(),

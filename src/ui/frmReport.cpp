@@ -1,15 +1,11 @@
 #include "ui/frmReport.h"
 
+#include "app/TextNumbers.h"
+
 #include "model/NumberText.h"
 
 namespace kalvrooms {
 namespace {
-
-constexpr std::int32_t textOneRoomWas = 29;
-constexpr std::int32_t textRoomsWere = 57;
-constexpr std::int32_t textOneUpdated = 58;
-constexpr std::int32_t textOneAtPosition = 60;
-constexpr std::int32_t textOneSetDown = 62;
 
 constexpr Gui::Twips rowPitch = 360;
 
@@ -20,7 +16,7 @@ frmReport::frmReport(const DialogServices& services, Options& options, const Rep
 
 void frmReport::load() {
     setCaptions({{*form_, 1},
-                 {lblTop, textRoomsWere},
+                 {lblTop, TextNumber::RoomsWere},
                  {chkNoReport, 64},
                  {lblOption, 65},
                  {rows_[0].text, 59},
@@ -29,7 +25,7 @@ void frmReport::load() {
                  {cmdOk, 2}});
     const auto& [updated, newAtPosition, setDown] = counts_;
     if (AddLong(AddLong(updated, newAtPosition), setDown) == 1)
-        lblTop.Text(text(textOneRoomWas));
+        lblTop.Text(text(TextNumber::OneRoomWas));
 
     const Placement placement = options_.GetPlace();
     const Gui::Twips designedEnd = rows_[2].count.Top() + rowPitch;
@@ -42,9 +38,9 @@ void frmReport::load() {
         place(row, top);
         top += rowPitch;
     };
-    show(rows_[0], updated, textOneUpdated, placement.colorOld);
-    show(rows_[1], newAtPosition, textOneAtPosition, placement.colorOld);
-    show(rows_[2], setDown, textOneSetDown, placement.colorNew);
+    show(rows_[0], updated, TextNumber::OneUpdated, placement.colorOld);
+    show(rows_[1], newAtPosition, TextNumber::OneAtPosition, placement.colorOld);
+    show(rows_[2], setDown, TextNumber::OneSetDown, placement.colorNew);
     moveLowerPartUp(designedEnd - top);
 }
 

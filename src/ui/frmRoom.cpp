@@ -1,5 +1,7 @@
 #include "ui/frmRoom.h"
 
+#include "app/TextNumbers.h"
+
 #include <utility>
 
 #include "model/NumberText.h"
@@ -10,12 +12,6 @@
 namespace kalvrooms {
 namespace {
 
-constexpr std::int32_t textTitle = 1;
-constexpr std::int32_t textStoryCodeMissing = 69;
-constexpr std::int32_t textHnf = 83;
-constexpr std::int32_t textNoEntry = 91;
-constexpr std::int32_t textAddRoom = 97;
-constexpr std::int32_t textModifyRoom = 98;
 constexpr std::uint32_t helpContext = 7;
 
 // Stricter than what the host accepts.
@@ -57,15 +53,15 @@ void frmRoom::fillLists() {
     const auto addText = [this](Gui::DropDown& list, std::int32_t number) {
         list.AddItem(text(number));
     };
-    for (const std::int32_t number : {textNoEntry, 88, 89, 90})
+    for (const std::int32_t number : {TextNumber::NoEntry, 88, 89, 90})
         addText(cboAreaType, number);
-    addText(cboEnclosureType, textNoEntry);
+    addText(cboEnclosureType, TextNumber::NoEntry);
     for (const wchar_t* category : {L"a", L"b", L"c", L"bc"})
         cboEnclosureType.AddItem(category);
-    for (const std::int32_t number : {textNoEntry, 86, 81, 82})
+    for (const std::int32_t number : {TextNumber::NoEntry, 86, 81, 82})
         addText(cboOccupancy, number);
     for (int group = 1; group <= hnfGroups; ++group)
-        cboOccupancy.AddItem(text(textHnf) + L" " + std::to_wstring(group));
+        cboOccupancy.AddItem(text(TextNumber::Hnf) + L" " + std::to_wstring(group));
     for (const std::int32_t number : {84, 85})
         addText(cboOccupancy, number);
 }
@@ -74,7 +70,7 @@ void frmRoom::fillFields() {
     room_ = editing_.GetCurrentRoom();
     if (!room_ || !room_->Geometry)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
-    form_->Text(text(room_->IsNew() ? textAddRoom : textModifyRoom));
+    form_->Text(text(room_->IsNew() ? TextNumber::AddRoom : TextNumber::ModifyRoom));
     txtQuantity.Text(L"1");
     txtStoryCode.Text(room_->StoryCode());
     txtFunction.Text(room_->FunctionName());
@@ -92,12 +88,12 @@ void frmRoom::fillFields() {
 }
 
 void frmRoom::showEntry(Gui::DropDown& list, const std::wstring& value) const {
-    list.Text(Trim(value).empty() ? text(textNoEntry) : value);
+    list.Text(Trim(value).empty() ? text(TextNumber::NoEntry) : value);
 }
 
 std::wstring frmRoom::chosenEntry(const Gui::DropDown& list) const {
     const std::wstring chosen = list.Text();
-    return chosen == text(textNoEntry) ? std::wstring() : chosen;
+    return chosen == text(TextNumber::NoEntry) ? std::wstring() : chosen;
 }
 
 void frmRoom::cmdOk_Click() {
@@ -107,7 +103,7 @@ void frmRoom::cmdOk_Click() {
         txtQuantity.Text(L"1");
     const std::wstring storyCode = txtStoryCode.Text();
     if (storyCode.empty() || storyCode.size() > longestStoryCode) {
-        desktop_.ShowMessage({text(textStoryCodeMissing), text(textTitle)});
+        desktop_.ShowMessage({text(TextNumber::StoryCodeMissing), text(TextNumber::Title)});
         return;
     }
     room_->StoryCode(storyCode);
