@@ -129,9 +129,16 @@ void splitLinesAndTabs(benchmark::State& state) {
     report(state);
 }
 
-BENCHMARK(splitLinesAndTabs)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(readList)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(writeList)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(splitLinesAndTabs)
+    ->Arg(1'000)
+    ->Arg(10'000)
+    ->Arg(100'000)
+    ->Arg(1'000'000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(readList)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Unit(
+    benchmark::kMillisecond);
+BENCHMARK(writeList)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Unit(
+    benchmark::kMillisecond);
 
 } // namespace
 } // namespace kalvrooms

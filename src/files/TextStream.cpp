@@ -78,7 +78,9 @@ void openFile(std::filebuf& file, const std::wstring& fileName, std::ios::openmo
 
 } // namespace
 
-TextReader::TextReader(const std::wstring& fileName, const AnsiCodec& codec) : codec_(codec) {
+TextReader::TextReader(const std::wstring& fileName, const AnsiCodec& codec,
+                       std::size_t longestLine)
+    : codec_(codec), longestLine_(longestLine) {
     openFile(file_, fileName, std::ios::in);
 }
 
@@ -107,7 +109,7 @@ void TextReader::fill() {
         const std::size_t before = bytes_.size();
         exhausted_ = !readMore();
         const std::string_view fresh = std::string_view(bytes_).substr(before);
-        if (before + std::min(fresh.find('\n'), fresh.size()) > LongestLine) {
+        if (before + std::min(fresh.find('\n'), fresh.size()) > longestLine_) {
             throw RuntimeError(RuntimeError::OutOfMemory);
         }
         const std::size_t end = fresh.rfind('\n');

@@ -18,7 +18,8 @@ namespace kalvrooms {
 
 class TextReader {
   public:
-    TextReader(const std::wstring& fileName, const AnsiCodec& codec);
+    TextReader(const std::wstring& fileName, const AnsiCodec& codec,
+               std::size_t longestLine = LongestLine);
 
     bool AtEnd();
     // A line without its end, which is LF or CR LF. Errors: InputPastEndOfFile at the end,
@@ -35,6 +36,7 @@ class TextReader {
     bool readMore();
 
     const AnsiCodec& codec_;
+    const std::size_t longestLine_;
     std::filebuf file_;
     std::string bytes_;    // read, but not decoded: the beginning of a line
     std::wstring lines_;   // decoded, as whole lines up to the end of the file

@@ -15,9 +15,7 @@
 namespace kalvrooms {
 namespace {
 
-constexpr std::int32_t mostRooms = 150;
 constexpr std::size_t longestHostText = 32;
-constexpr const wchar_t* projectWithoutName = L"RaumProgramm";
 
 // Runs a step whose failure leaves its result as it was; tells whether it went well.
 bool attempt(const std::function<void()>& step) {
@@ -223,7 +221,7 @@ std::wstring clsKalvero::GetProjectName() {
         attempt([&] { name = Trim(application_->GetProject()->ProjectName()); });
         attempt([&] { projectPath_ = application_->GetProject()->ProjectFolder(); });
     }
-    return name.empty() ? projectWithoutName : name;
+    return name.empty() ? ProjectWithoutName : name;
 }
 
 std::wstring clsKalvero::GetProjectPath() const {
@@ -398,7 +396,7 @@ void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithM
             {texts_.GetText(TextNumber::NoRooms), texts_.GetText(TextNumber::Title)});
         return;
     }
-    if (countOfRooms > mostRooms) {
+    if (countOfRooms > MostRooms) {
         desktop_.ShowMessage({texts_.GetText(TextNumber::TooManyRooms),
                               texts_.GetText(TextNumber::Title), Gui::Message::Buttons::Ok,
                               Gui::Message::Icon::Stop});

@@ -29,6 +29,10 @@ class ExportWindow {
 
 class clsKalvero {
   public:
+    // What the drawing takes in one go.
+    static constexpr std::int32_t MostRooms = 150;
+    static constexpr const wchar_t* ProjectWithoutName = L"RaumProgramm";
+
     // Connects to the host; a connection that fails is tried again when it is needed.
     clsKalvero(HostServer& host, const FileServices& files, ExportWindow& window);
 

@@ -6,6 +6,7 @@
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
 #include "model/basValidation.h"
+#include "ui/ListFileDialog.h"
 
 namespace kalvrooms {
 namespace {
@@ -14,9 +15,6 @@ namespace {
 constexpr std::uint32_t helpContext = 7;
 
 constexpr std::size_t longestCaption = 55;
-
-constexpr const wchar_t* fileFilter =
-    L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls";
 
 // A path is no caption: its "&" is a letter, not the mark of an access key.
 std::wstring asCaption(const std::wstring& path) {
@@ -92,11 +90,7 @@ void frmGeometry::optExcelFile_Click() {
 }
 
 void frmGeometry::cmdExcelFile_Click() {
-    Gui::FileDialog dialog;
-    dialog.FileName = filePath_;
-    dialog.Filter = fileFilter;
-    dialog.DefaultExtension = L"xls";
-    dialog.Flags = Gui::CreatePrompt | Gui::FileMustExist | Gui::HideReadOnly;
+    Gui::FileDialog dialog = ListFileDialog(filePath_);
     try {
         desktop_.ShowOpen(dialog);
     } catch (const RuntimeError& error) {

@@ -10,6 +10,7 @@
 #include "files/clsFileSytem.h"
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
+#include "ui/ListFileDialog.h"
 #include "ui/frmPlace.h"
 #include "ui/frmRoom.h"
 
@@ -17,11 +18,6 @@ namespace kalvrooms {
 namespace {
 
 constexpr std::uint32_t helpContext = 20;
-
-// The host answers with this name when its project has none.
-constexpr const wchar_t* projectWithoutName = L"RaumProgramm";
-
-constexpr std::int32_t roomLimit = 150;
 
 // The room table. The geometry and the identifier are kept in hidden columns.
 constexpr int columnCount = 11;
@@ -40,9 +36,6 @@ constexpr Gui::Twips widestSurplus = 32767;
 constexpr Gui::Twips besideTable = 135;
 constexpr Gui::Twips aboveTable = 825;
 
-constexpr const wchar_t* fileFilter =
-    L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls";
-constexpr std::uint32_t openFlags = Gui::CreatePrompt | Gui::FileMustExist | Gui::HideReadOnly;
 constexpr std::uint32_t saveFlags = Gui::OverwritePrompt | Gui::HideReadOnly;
 
 bool isPattern(const std::wstring& fileName) {
@@ -311,12 +304,10 @@ void frmMain::command(const std::function<void()>& body) {
 }
 
 frmMain::ChosenFile frmMain::askForFile(bool save) {
-    Gui::FileDialog dialog;
-    dialog.FileName = fileName_;
-    dialog.Filter = fileFilter;
+    Gui::FileDialog dialog = ListFileDialog(fileName_);
     dialog.FilterIndex = fileKind_;
-    dialog.DefaultExtension = L"xls";
-    dialog.Flags = save ? saveFlags : openFlags;
+    if (save)
+        dialog.Flags = saveFlags;
     if (save)
         desktop_.ShowSave(dialog);
     else
@@ -399,7 +390,7 @@ void frmMain::SaveChangesPrompt() {
 
 void frmMain::readProjectName() {
     projectName_ = Trim(kalvero_->GetProjectName());
-    if (!projectName_.empty() && projectName_ != projectWithoutName)
+    if (!projectName_.empty() && projectName_ != clsKalvero::ProjectWithoutName)
         form_->Text(GetText(TextNumber::Title) + L" - " + projectName_);
     else
         form_->Text(GetText(TextNumber::Title));
@@ -439,7 +430,7 @@ void frmMain::showRoomDialog(bool isNew) {
 void frmMain::addRoom() {
     currentRoom_ = addTemplate_;
     showRoomDialog(true);
-    if (floors_->GetCountOfRooms() > roomLimit)
+    if (floors_->GetCountOfRooms() > clsKalvero::MostRooms)
         showRoomLimitWarning();
 }
 
@@ -524,7 +515,7 @@ void frmMain::UpdateTable(bool warn) {
     cells.Clear();
     roomCount_ = floors_->GetCountOfRooms();
     cells.Resize(roomCount_ >= leastRows ? roomCount_ + 1 : leastRows, columnCount);
-    if (roomCount_ > roomLimit && warn)
+    if (roomCount_ > clsKalvero::MostRooms && warn)
         showRoomLimitWarning();
     initTable();
     // Asked once: it is the same for all rows.

@@ -8,7 +8,7 @@ namespace {
 class TextReaderTest : public testing::Test {
   protected:
     std::vector<std::wstring> linesOf(const std::string& bytes) {
-        TextReader reader(folder.Write(L"a.txt", bytes), codec);
+        TextReader reader(folder.Write(L"a.txt", bytes), codec, longestLine);
         std::vector<std::wstring> lines;
         while (!reader.AtEnd()) {
             lines.emplace_back(reader.ReadLine());
@@ -20,6 +20,7 @@ class TextReaderTest : public testing::Test {
     }
 
     using Lines = std::vector<std::wstring>;
+    static constexpr std::size_t longestLine = 200'000;
     HeadlessAnsiCodec codec;
     TemporaryFolder folder;
 };
@@ -76,15 +77,15 @@ TEST_F(TextReaderTest, FindsLinesOfAnyLengthAcrossTheBuffer) {
 }
 
 TEST_F(TextReaderTest, RefusesALineThatNeverEnds) {
-    const std::string tooLong(TextReader::LongestLine + 1, '\0');
+    const std::string tooLong(longestLine + 1, '\0');
     EXPECT_EQ(errorOf([&] { linesOf(tooLong); }), RuntimeError::OutOfMemory);
 }
 
 TEST_F(TextReaderTest, TakesTheLongestLine) {
-    const std::string longest(TextReader::LongestLine, 'x');
+    const std::string longest(longestLine, 'x');
     const Lines lines = linesOf(longest + "\nz");
     ASSERT_EQ(lines.size(), 2U);
-    EXPECT_EQ(lines[0].size(), TextReader::LongestLine);
+    EXPECT_EQ(lines[0].size(), longestLine);
 }
 
 TEST_F(TextReaderTest, TellsWhyAFileCannotBeOpened) {
