@@ -85,7 +85,7 @@ void Drawing::UpdateFloorArea(Element& element) const {
         return;
     for (Attribute& attribute : element.attributes) {
         if (IsFloorArea(attribute))
-            attribute.value = Area(element.outline);
+            attribute.value = floorArea ? floorArea(element) : Area(element.outline);
     }
 }
 
@@ -104,6 +104,13 @@ void Drawing::Replace(const Element& element, std::size_t hint) {
 }
 
 std::size_t Drawing::Insert(Element element) {
+    element.identity = newIdentity ? newIdentity(*this) : NextIdentity();
+    UpdateFloorArea(element);
+    elements.push_back(std::move(element));
+    return elements.size() - 1;
+}
+
+HostIdentity Drawing::NextIdentity() const {
     std::int32_t highest = 0;
     const HostIdentity* current = nullptr;
     for (const Element& other : elements) {
@@ -114,11 +121,9 @@ std::size_t Drawing::Insert(Element element) {
     }
     if (highest == std::numeric_limits<std::int32_t>::max())
         throw HostError(L"The drawing has no component number left.");
-    element.identity = current ? *current : HostIdentity{0, 1, L"K1"};
-    element.identity.ComponentID = highest + 1;
-    UpdateFloorArea(element);
-    elements.push_back(std::move(element));
-    return elements.size() - 1;
+    HostIdentity identity = current ? *current : HostIdentity{0, 1, L"K1"};
+    identity.ComponentID = highest + 1;
+    return identity;
 }
 
 std::size_t ItemPlace(std::int32_t index, std::size_t count) {

@@ -6,6 +6,7 @@
 #include "host/HostApplication.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -72,6 +73,12 @@ struct Drawing {
     std::vector<PlacementRecord> placements;
     UnknownKeys unknown{};
 
+    // Rules of drawings that are kept in models of another kind. The identity of an element that is
+    // taken in; without it, the next component of the current numbered file.
+    std::function<HostIdentity(const Drawing&)> newIdentity;
+    // The floor area of an element with an outline; without it, that of the outline.
+    std::function<double(const Element&)> floorArea;
+
     static std::map<std::int32_t, std::wstring> DefaultAttributeNames();
 
     // Raises a HostError for a number that has no name.
@@ -92,6 +99,8 @@ struct Drawing {
     std::size_t Insert(Element element);
 
   private:
+    // The next component of the current numbered file.
+    HostIdentity NextIdentity() const;
     bool IsFloorArea(const Attribute& attribute) const;
     // Does nothing for an element without outline: the figure is all that is known of it.
     void UpdateFloorArea(Element& element) const;

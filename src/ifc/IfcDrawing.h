@@ -1,0 +1,42 @@
+#pragma once
+// A model as a drawing of the host: its rooms are the elements, and what becomes of them in the
+// drawing goes back into the model's file.
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "drawing/Drawing.h"
+#include "ifc/Building.h"
+
+namespace kalvrooms::ifc {
+
+class IfcDrawing {
+  public:
+    // Raises a HostError that names line and instance where the file is no model.
+    explicit IfcDrawing(const std::filesystem::path& path);
+
+    // FileID is the space's GlobalId. Every room has the three attributes that a writer looks for,
+    // under the names by which it does. The drawing holds on to this object: it gives new rooms a
+    // GlobalId.
+    Drawing Read() const;
+
+    // The file with the drawing's changes, byte for byte where there are none. Raises a HostError.
+    std::string Write(const Drawing& drawing) const;
+    // The same, put in the place of the file.
+    void Save(const std::filesystem::path& path, const Drawing& drawing) const;
+
+    // What of the model was passed over.
+    const std::vector<std::string>& Troubles() const { return building_->Troubles(); }
+    const Building& Model() const { return *building_; }
+
+  private:
+    Element elementOf(const Room& room) const;
+
+    std::filesystem::path path_;
+    std::unique_ptr<const StepFile> file_;
+    std::unique_ptr<const Building> building_;
+};
+
+} // namespace kalvrooms::ifc

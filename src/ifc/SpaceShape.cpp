@@ -1,0 +1,73 @@
+#include "ifc/SpaceShape.h"
+
+#include <algorithm>
+
+#include "ifc/Names.h"
+#include "ifc/Placements.h"
+
+namespace kalvrooms::ifc {
+namespace {
+
+constexpr int bodyRank = 1;
+
+// Less is better. A footprint says what we want to know; a box says it only roughly.
+int rankOf(const Instance& representation) {
+    const std::wstring name =
+        representation[1].IsText() ? PlainName(representation[1].Text()) : std::wstring();
+    if (name == L"footprint")
+        return 0;
+    if (name == L"body")
+        return bodyRank;
+    if (name == L"box")
+        return 4;
+    return name == L"axis" || name == L"cog" || name == L"annotation" ? 3 : 2;
+}
+
+std::vector<Instance> representationsOf(const Instance& space) {
+    std::vector<Instance> representations;
+    if (space[6].IsNull())
+        return representations;
+    for (const Value member : space.Follow(6)[2])
+        representations.push_back(space.Arguments().File().Get(member));
+    std::stable_sort(representations.begin(), representations.end(),
+                     [](const Instance& a, const Instance& b) { return rankOf(a) < rankOf(b); });
+    return representations;
+}
+
+} // namespace
+
+std::optional<Ground> ReadSpaceShape(Geometry& geometry, const Instance& space,
+                                     std::vector<std::string>& troubles) {
+    try {
+        const Transform place = ReadPlacement(geometry, space[5]);
+        for (const Instance& representation : representationsOf(space)) {
+            try {
+                geometry.StartShape();
+                if (auto ground = GroundOutline(ReadShape(geometry, representation, place)))
+                    return ground;
+            } catch (const StepError& error) {
+                troubles.push_back(error.what());
+            }
+        }
+    } catch (const StepError& error) {
+        troubles.push_back(error.what());
+    }
+    return std::nullopt;
+}
+
+std::optional<Ground> ReadSpaceBody(Geometry& geometry, const Instance& space) {
+    try {
+        for (const Instance& representation : representationsOf(space)) {
+            if (rankOf(representation) == bodyRank) {
+                geometry.StartShape();
+                return GroundOutline(
+                    ReadShape(geometry, representation, ReadPlacement(geometry, space[5])));
+            }
+        }
+    } catch (const StepError&) {
+        // A body that cannot be read says nothing about its height.
+    }
+    return std::nullopt;
+}
+
+} // namespace kalvrooms::ifc
