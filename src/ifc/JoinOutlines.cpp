@@ -95,9 +95,10 @@ class Network {
             neighbours_[from].push_back(to);
             neighbours_[to].push_back(from);
         }
-        for (auto& [vertex, neighbours] : neighbours_) {
-            std::sort(neighbours.begin(), neighbours.end(),
-                      [&](Vertex a, Vertex b) { return angle(vertex, a) < angle(vertex, b); });
+        for (auto& around : neighbours_) {
+            const Vertex centre = around.first;
+            std::sort(around.second.begin(), around.second.end(),
+                      [&](Vertex a, Vertex b) { return angle(centre, a) < angle(centre, b); });
         }
         std::vector<Outline> borders;
         for (const Vertex start : leftmostOfEachPiece())

@@ -348,7 +348,9 @@ std::vector<InstanceId> RoomWriter::staying(const Instance& relation) const {
 
 // A relation without members is none: it goes along with those that left it.
 bool RoomWriter::followMembers() {
-    for (const auto& [id, leaving] : leaving_) {
+    for (const auto& left : leaving_) {
+        const InstanceId id = left.first;
+        const std::set<InstanceId>& leaving = left.second;
         const Instance relation = file_.Get(id);
         const Places places = placesIn(relation);
         const InstanceId whole = relation[places.whole].Reference();

@@ -236,7 +236,7 @@ std::unique_ptr<const StepFile> StepFile::Load(const std::filesystem::path& path
 
 void StepFile::sort() {
     const auto byId = [](const Entry& a, const Entry& b) { return a.id < b.id; };
-    if (!std::is_sorted(entries_.begin(), entries_.end(), byId))
+    if (!std::is_sorted(entries_.begin(), entries_.end(), byId) && !sortByPlaces())
         std::stable_sort(entries_.begin(), entries_.end(), byId);
     const auto twice =
         std::adjacent_find(entries_.begin(), entries_.end(),
@@ -244,6 +244,24 @@ void StepFile::sort() {
     if (twice != entries_.end())
         throw StepError("the instance stands there twice",
                         LineAt(text_.data() + std::next(twice)->begin), twice->id);
+}
+
+// Most files use their numbers one after the other: then every entry knows its place.
+bool StepFile::sortByPlaces() {
+    InstanceId highest = 0;
+    for (const Entry& entry : entries_)
+        highest = std::max(highest, entry.id);
+    if (highest > 2 * entries_.size())
+        return false;
+    std::vector<Entry> places(highest + std::size_t{1});
+    for (const Entry& entry : entries_) {
+        if (places[entry.id].id != 0)
+            return false;
+        places[entry.id] = entry;
+    }
+    std::copy_if(places.begin(), places.end(), entries_.begin(),
+                 [](const Entry& entry) { return entry.id != 0; });
+    return true;
 }
 
 const StepFile::Entry* StepFile::find(InstanceId id) const {

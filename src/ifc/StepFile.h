@@ -76,6 +76,7 @@ class StepFile {
     const Entry* find(InstanceId id) const;
     Instance at(const Entry& entry) const;
     void sort();
+    bool sortByPlaces();
     void countUses() const;
 
     std::string text_;
