@@ -35,7 +35,7 @@ std::string InstanceWriter::Text(std::wstring_view text) {
 std::string InstanceWriter::List(const std::vector<InstanceId>& ids) {
     std::string list;
     for (const InstanceId id : ids)
-        list += (list.empty() ? "(" : ",") + Reference(id);
+        list.append(1, list.empty() ? '(' : ',').append(Reference(id));
     return list + ")";
 }
 
@@ -89,9 +89,12 @@ InstanceId InstanceWriter::Placement(const std::string& relativeTo, const Transf
 // Closed by its first point.
 InstanceId InstanceWriter::polyline(const std::vector<Vector>& points, bool flat) {
     std::vector<InstanceId> ids;
-    for (const Vector& point : points)
-        ids.push_back(changes_.Add("IFCCARTESIANPOINT((" + Length(point.x) + "," + Length(point.y) +
-                                   (flat ? "" : "," + Length(point.z)) + "))"));
+    for (const Vector& point : points) {
+        std::string coordinates = Length(point.x) + "," + Length(point.y);
+        if (!flat)
+            coordinates.append(1, ',').append(Length(point.z));
+        ids.push_back(changes_.Add("IFCCARTESIANPOINT((" + coordinates + "))"));
+    }
     ids.push_back(ids.front());
     return changes_.Add("IFCPOLYLINE(" + List(ids) + ")");
 }

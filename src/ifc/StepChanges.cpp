@@ -8,7 +8,8 @@
 namespace kalvrooms::ifc {
 
 std::string Reference(InstanceId id) {
-    return "#" + std::to_string(id);
+    std::string reference = "#";
+    return reference.append(std::to_string(id));
 }
 
 void StepChanges::Set(InstanceId instance, std::size_t argument, std::string text) {

@@ -12,11 +12,16 @@ const std::string degrees =
     "#92=IFCDIMENSIONALEXPONENTS(0,0,0,0,0,0,0);\n"
     "#93=IFCCONVERSIONBASEDUNIT(#92,.PLANEANGLEUNIT.,'DEGREE',#91);\n";
 
+std::string name(int number) {
+    std::string text = "#";
+    return text.append(std::to_string(number));
+}
+
 // #from=IFCCARTESIANPOINT(...) and so on.
 std::string points(int from, const std::vector<std::string>& coordinates) {
     std::string lines;
     for (const std::string& point : coordinates)
-        lines += "#" + std::to_string(from++) + "=IFCCARTESIANPOINT((" + point + "));\n";
+        lines += name(from++) + "=IFCCARTESIANPOINT((" + point + "));\n";
     return lines;
 }
 
@@ -70,7 +75,6 @@ std::string bodyFaces(int from, const std::string& bound) {
     std::string lines = points(201, bodyPoints);
     for (std::size_t i = 0; i < loops.size(); ++i) {
         const int id = from + 3 * static_cast<int>(i);
-        const auto name = [](int number) { return "#" + std::to_string(number); };
         lines += name(id) + "=IFCFACE((" + name(id + 1) + "));\n" + name(id + 1) + "=" + bound +
                  "(" + name(id + 2) + ",.T.);\n" + name(id + 2) + "=IFCPOLYLOOP((" + loops[i] +
                  "));\n";
