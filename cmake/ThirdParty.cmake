@@ -21,3 +21,8 @@ set(RAPIDXML_INCLUDE /usr/include/rapidxml CACHE PATH "Folder of RapidXml's head
 file(CREATE_LINK ${RAPIDXML_INCLUDE} ${CMAKE_BINARY_DIR}/third_party/rapidxml SYMBOLIC)
 add_library(rapidxml INTERFACE)
 target_include_directories(rapidxml SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/third_party)
+
+set(CLI11_INCLUDE /usr/include/CLI CACHE PATH "Folder of CLI11's headers")
+file(CREATE_LINK ${CLI11_INCLUDE} ${CMAKE_BINARY_DIR}/third_party/CLI SYMBOLIC)
+add_library(cli11 INTERFACE)
+target_include_directories(cli11 SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/third_party)

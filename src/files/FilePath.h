@@ -17,4 +17,17 @@ inline std::filesystem::path FilePath(const std::wstring& name) {
     }
 }
 
+// The other way: the name of a path as the program keeps it.
+inline std::wstring FileName(const std::filesystem::path& path) {
+    if constexpr (sizeof(wchar_t) == sizeof(char32_t)) {
+        const std::u32string name = path.u32string();
+        return std::wstring(name.begin(), name.end());
+    } else {
+        return path.wstring();
+    }
+}
+
+// What the system puts between a folder and a name in it.
+inline constexpr wchar_t PathSeparator = std::filesystem::path::preferred_separator;
+
 } // namespace kalvrooms

@@ -335,8 +335,8 @@ void clsKalvero::readRoom(HostRoomElement& element, const HostRoomRecord& record
     room.StoryCode(record.StoreyCode);
     room.Name(record.RoomName);
     ReadRoomAttributes(element, room, names);
-    const std::wstring path = projectPath_ + L"\\" + FromLong(record.Identity.FileNumber) + L"-" +
-                              FromLong(record.Identity.ComponentID) + L".txt";
+    const std::wstring path = projectPath_ + PathSeparator + FromLong(record.Identity.FileNumber) +
+                              L"-" + FromLong(record.Identity.ComponentID) + L".txt";
     // An older outline would push itself into the drawing with the next writing.
     if (!attempt([&] { writePoints(path, element.Outline()); }))
         removePoints(path);

@@ -118,6 +118,15 @@ IfcDrawing::IfcDrawing(const std::filesystem::path& path) : path_(path) {
     }
 }
 
+IfcDrawing::IfcDrawing(ModelBytes text) {
+    try {
+        file_ = std::make_unique<const StepFile>(std::move(text.bytes));
+        building_ = std::make_unique<const Building>(*file_);
+    } catch (const std::exception& error) {
+        refuse(error);
+    }
+}
+
 Element IfcDrawing::elementOf(const Room& room) const {
     Element element;
     element.identity = {room.componentId, 1, room.globalId};

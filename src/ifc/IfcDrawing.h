@@ -12,10 +12,16 @@
 
 namespace kalvrooms::ifc {
 
+// A model that is in memory already.
+struct ModelBytes {
+    std::string bytes;
+};
+
 class IfcDrawing {
   public:
     // Raises a HostError that names line and instance where the file is no model.
     explicit IfcDrawing(const std::filesystem::path& path);
+    explicit IfcDrawing(ModelBytes text);
 
     // FileID is the space's GlobalId. Every room has the three attributes that a writer looks for,
     // under the names by which it does. The drawing holds on to this object: it gives new rooms a

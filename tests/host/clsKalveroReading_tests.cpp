@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "files/FilePath.h"
 #include "host/clsKalvero.h"
 #include "support/BridgeContext.h"
 #include "support/TemporaryFolder.h"
@@ -37,7 +38,7 @@ class Reading : public ::testing::Test {
         return context_.host.elements.back();
     }
     std::wstring pathOf(const std::wstring& file) const {
-        return context_.host.drawing.project.folder + L"\\" + file;
+        return context_.host.drawing.project.folder + PathSeparator + file;
     }
     std::string contents(const std::wstring& file) const {
         std::ifstream stream(std::filesystem::path(pathOf(file)), std::ios::binary);

@@ -1,0 +1,13 @@
+#pragma once
+// Number and area of rooms by storey, by DIN 277 use and by function.
+
+#include "console/ConsoleRoom.h"
+#include "console/Table.h"
+
+namespace kalvrooms {
+
+// Columns by, group, count, area (target of a list, actual of a drawing), share of all area in per
+// cent. Sums of the norm stand behind the uses that they are made of.
+Table SumsOf(const ConsoleRooms& rooms, const Speech& say);
+
+} // namespace kalvrooms
