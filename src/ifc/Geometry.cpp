@@ -7,6 +7,7 @@ namespace {
 
 constexpr int deepest = 40;
 constexpr std::size_t mostPoints = 1'000'000;
+constexpr std::size_t mostPointsInAll = 20'000'000;
 
 Vector numbers(const Value& list) {
     double coordinates[3] = {0.0, 0.0, 0.0};
@@ -73,8 +74,11 @@ Geometry::Level::~Level() {
 
 void Geometry::Spend(const Value& place, std::size_t points) {
     spent_ += points;
+    spentInAll_ += points;
     if (spent_ > mostPoints)
         place.Refuse("the shape has too many points");
+    if (spentInAll_ > mostPointsInAll + file.Text().size())
+        place.Refuse("the shapes of the model have too many points");
 }
 
 } // namespace kalvrooms::ifc

@@ -51,6 +51,7 @@ class Geometry {
     double scale_ = 1.0;
     int depth_ = 0;
     std::size_t spent_ = 0;
+    std::size_t spentInAll_ = 0;
 };
 
 } // namespace kalvrooms::ifc

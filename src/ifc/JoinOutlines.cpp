@@ -16,6 +16,7 @@ constexpr double near = 2e-4;
 constexpr double leastArea = 1e-4;
 // Beyond that crossings are not looked for: it would take too long.
 constexpr std::size_t mostCrossingEdges = 6000;
+constexpr std::size_t mostBorders = 200;
 
 using Vertex = std::uint32_t;
 using Edge = std::pair<Vertex, Vertex>;
@@ -92,14 +93,11 @@ class Network {
     std::vector<Outline> Borders() {
         cut();
         for (const auto& [from, to] : edges_) {
-            neighbours_[from].push_back(to);
-            neighbours_[to].push_back(from);
+            neighbours_[from].emplace_back(angle(from, to), to);
+            neighbours_[to].emplace_back(angle(to, from), from);
         }
-        for (auto& around : neighbours_) {
-            const Vertex centre = around.first;
-            std::sort(around.second.begin(), around.second.end(),
-                      [&](Vertex a, Vertex b) { return angle(centre, a) < angle(centre, b); });
-        }
+        for (auto& [vertex, neighbours] : neighbours_)
+            std::sort(neighbours.begin(), neighbours.end());
         std::vector<Outline> borders;
         for (const Vertex start : leftmostOfEachPiece())
             addLoops(walkAround(start), borders);
@@ -109,6 +107,8 @@ class Network {
   private:
     // Where an edge is cut, by the part of its way.
     using Cuts = std::map<double, Vertex>;
+    // By the angle at which it is seen.
+    using Neighbour = std::pair<double, Vertex>;
 
     double angle(Vertex from, Vertex to) const {
         return std::atan2(vertices_[to].y - vertices_[from].y, vertices_[to].x - vertices_[from].x);
@@ -198,7 +198,7 @@ class Network {
                 if (std::pair(vertices_[vertex].x, vertices_[vertex].y) <
                     std::pair(vertices_[leftmost].x, vertices_[leftmost].y))
                     leftmost = vertex;
-                for (const Vertex next : neighbours_.at(vertex)) {
+                for (const auto& [direction, next] : neighbours_.at(vertex)) {
                     if (!seen[next])
                         open.push_back(next);
                     seen[next] = true;
@@ -211,15 +211,15 @@ class Network {
 
     // The neighbour behind another one, counter-clockwise: what lies outside stays on the right.
     Vertex turn(Vertex at, Vertex from) const {
-        const std::vector<Vertex>& neighbours = neighbours_.at(at);
-        const auto found = std::find(neighbours.begin(), neighbours.end(), from);
-        const auto next = std::next(found);
-        return next == neighbours.end() ? neighbours.front() : *next;
+        const std::vector<Neighbour>& neighbours = neighbours_.at(at);
+        const auto next = std::upper_bound(neighbours.begin(), neighbours.end(),
+                                           Neighbour(angle(at, from), from));
+        return next == neighbours.end() ? neighbours.front().second : next->second;
     }
 
     std::vector<Vertex> walkAround(Vertex start) const {
         // All neighbours of the leftmost vertex lie to its right; the first one is the lowest.
-        const Vertex second = neighbours_.at(start).front();
+        const Vertex second = neighbours_.at(start).front().second;
         std::vector<Vertex> way;
         Vertex from = start;
         Vertex to = second;
@@ -261,7 +261,8 @@ class Network {
 
     Vertices vertices_;
     std::set<Edge> edges_;
-    std::map<Vertex, std::vector<Vertex>> neighbours_;
+    // Counter-clockwise.
+    std::map<Vertex, std::vector<Neighbour>> neighbours_;
 };
 
 bool contains(const Outline& outline, const Point& point) {
@@ -323,6 +324,8 @@ std::vector<Outline> JoinOutlines(const std::vector<Outline>& polygons,
     std::stable_sort(borders.begin(), borders.end(), [](const Outline& a, const Outline& b) {
         return SignedArea(a) > SignedArea(b);
     });
+    // Crumbs beside the largest ones are no ground.
+    borders.resize(std::min(borders.size(), mostBorders));
     std::vector<Outline> outlines;
     for (const Outline& border : borders) {
         const bool within =

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace kalvrooms::ifc {
 namespace {
 
@@ -65,6 +67,18 @@ TEST(JoinOutlines, LinesEncloseTogetherAndLooseEndsAreCut) {
     ASSERT_EQ(joined.size(), 1u);
     EXPECT_EQ(joined[0], rectangle(0, 0, 2, 2));
     EXPECT_TRUE(JoinOutlines({}, {{{0, 0}, {2, 0}, {2, 2}}}).empty());
+}
+
+TEST(JoinOutlines, TakesAnyNumberOfLoopsAtOnePoint) {
+    std::vector<Outline> petals;
+    for (int i = 0; i < 20'000; ++i) {
+        const double angle = i * 3e-4;
+        petals.push_back({{0, 0},
+                          {100 * std::cos(angle), 100 * std::sin(angle)},
+                          {100 * std::cos(angle + 1e-4), 100 * std::sin(angle + 1e-4)},
+                          {0, 0}});
+    }
+    EXPECT_FALSE(JoinOutlines({}, petals).empty());
 }
 
 TEST(JoinOutlines, FarFromTheOriginAndWithPointsMirroredAboutIt) {
