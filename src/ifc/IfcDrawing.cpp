@@ -52,11 +52,25 @@ bool isSame(const std::wstring& was, const std::wstring& is) {
     return equal(whole) || equal(cut);
 }
 
+// A point file loses the sign in front of a whole part of 0.
+bool isSame(double was, double is) {
+    return std::abs(was - is) < samePlace ||
+           (was < 0.0 && was > -1.0 && std::abs(was + is) < samePlace);
+}
+
 bool isSame(const Outline& was, const Outline& is) {
-    return std::equal(was.begin(), was.end(), is.begin(), is.end(),
-                      [](const Point& a, const Point& b) {
-                          return std::abs(a.x - b.x) < samePlace && std::abs(a.y - b.y) < samePlace;
-                      });
+    return std::equal(
+        was.begin(), was.end(), is.begin(), is.end(),
+        [](const Point& a, const Point& b) { return isSame(a.x, b.x) && isSame(a.y, b.y); });
+}
+
+// Point files cannot hold the numbers that are written with an exponent: they are nothing here.
+Outline shown(Outline outline) {
+    for (Point& point : outline) {
+        point.x = std::abs(point.x) < samePlace ? 0.0 : point.x;
+        point.y = std::abs(point.y) < samePlace ? 0.0 : point.y;
+    }
+    return outline;
 }
 
 std::wstring textOf(const Element& element, const wchar_t* name) {
@@ -133,7 +147,7 @@ Element IfcDrawing::elementOf(const Room& room) const {
     element.name = shown(room.name);
     element.function = shown(room.function);
     element.storey = shown(room.storeyName);
-    element.outline = room.outline;
+    element.outline = shown(room.outline);
     element.attributes = {{areaName, room.squareMetres},
                           {enclosureName, shown(room.properties.enclosure.text)},
                           {occupancyName, shown(room.properties.occupancy.text)},
