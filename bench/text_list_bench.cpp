@@ -87,9 +87,8 @@ void readList(benchmark::State& state) {
         auto floors = std::make_unique<clsFloors>();
         clsFileSytem(layer.services).ReadListFromFile(file.name, *floors);
         state.PauseTiming();
-        if (floors->GetCountOfRooms() != rooms) {
+        if (floors->GetCountOfRooms() != rooms)
             state.SkipWithError("not all rooms were read");
-        }
         floors.reset();
         state.ResumeTiming();
     }
@@ -100,9 +99,8 @@ void writeList(benchmark::State& state) {
     const clsFloors floors = listOf(static_cast<int>(state.range(0)));
     const File file(floors);
     FileLayer layer;
-    for (auto _ : state) {
+    for (auto _ : state)
         clsFileSytem(layer.services).WriteListToFile(file.name, floors);
-    }
     report(state, "writeList");
 }
 

@@ -60,10 +60,10 @@ void measure() {
     floors = clsFloors();
     clsRoom room;
     floors.AddRooms(room, 150);
-    std::int32_t placed = 0, updated = 0, setDown = 0;
+    std::int32_t atPosition = 0, updated = 0, placed = 0;
     inCalls("writing 150 rooms, outside the host's calls", [&] {
         host.load(drawingOf({}, folder.wstring()));
-        bridge->ExportFloorsToKalvero(floors, true, true, 1, 1, placed, updated, setDown);
+        bridge->ExportFloorsToKalvero(floors, true, true, 1, 1, atPosition, updated, placed);
     });
     std::filesystem::remove_all(folder);
 }

@@ -36,10 +36,12 @@ void measure() {
     const std::wstring file =
         (std::filesystem::temp_directory_path() / L"quartino-bench.xls").wstring();
     const clsFloors floors = programme(rooms);
-    beside("writing 1500 rooms as a new workbook", context, [&] {
-        std::filesystem::remove(file);
-        clsFileSytem(context).WriteListToFile(file, floors);
-    });
+    beside(
+        "writing 1500 rooms as a new workbook", context,
+        [&] {
+            std::filesystem::remove(file);
+            clsFileSytem(context).WriteListToFile(file, floors);
+        });
     beside("writing 1500 rooms over a workbook", context,
            [&] { clsFileSytem(context).WriteListToFile(file, floors); });
     clsFloors back;

@@ -155,7 +155,8 @@ HWND findWindow(DWORD processId, const std::function<bool(HWND)>& meant) {
 }
 
 HWND windowOfClass(DWORD processId, const wchar_t* className) {
-    return findWindow(processId, [&](HWND window) { return classOf(window) == className; });
+    return findWindow(
+        processId, [&](HWND window) { return classOf(window) == className; });
 }
 
 HWND waitForWindow(const std::string& what, const Process& process,
@@ -171,7 +172,8 @@ HWND waitForWindow(const std::string& what, const Process& process,
 }
 
 void waitUntilGone(HWND window) {
-    waitFor("a window to go", [&] { return !IsWindow(window) || !IsWindowVisible(window); });
+    waitFor(
+        "a window to go", [&] { return !IsWindow(window) || !IsWindowVisible(window); });
 }
 
 HWND control(HWND dialog, int id) {

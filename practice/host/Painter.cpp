@@ -64,10 +64,9 @@ void Shape(HDC dc, const Outline& outline) {
 // 1, 2 or 5 with zeros, as long as it fits.
 double RoundLength(double longest) {
     const double power = std::pow(10.0, std::floor(std::log10(longest)));
-    for (const double factor : {5.0, 2.0}) {
+    for (const double factor : {5.0, 2.0})
         if (factor * power <= longest)
             return factor * power;
-    }
     return power;
 }
 

@@ -46,15 +46,18 @@ Variant Arguments::Value(UINT index) const {
 }
 
 std::int32_t Arguments::Long(UINT index) const {
-    return Converted(index, [](const Variant& value) { return value.ToLong(); });
+    return Converted(
+        index, [](const Variant& value) { return value.ToLong(); });
 }
 
 double Arguments::Number(UINT index) const {
-    return Converted(index, [](const Variant& value) { return value.ToNumber(); });
+    return Converted(
+        index, [](const Variant& value) { return value.ToNumber(); });
 }
 
 std::wstring Arguments::Text(UINT index) const {
-    return Converted(index, [](const Variant& value) { return value.ToText(); });
+    return Converted(
+        index, [](const Variant& value) { return value.ToText(); });
 }
 
 ComPtr<DispatchObject> Arguments::OwnObject(UINT index) const {

@@ -102,7 +102,8 @@ class Automation : public DispatchObject {
     // Does its work with so many arguments; what it returns is the result.
     template <class Work>
     static Member<Object> Method(const wchar_t* name, UINT count, Work work) {
-        return {name, count, [work](Object& self, const Arguments& arguments) {
+        return {name, count,
+                [work](Object& self, const Arguments& arguments) {
                     if constexpr (std::is_void_v<decltype(work(self, arguments))>) {
                         work(self, arguments);
                         return Variant();

@@ -70,10 +70,9 @@ Variant errorOf(const std::wstring& shown) {
     Variant error;
     error.get()->vt = VT_ERROR;
     unsigned long code = errors.back().code;
-    for (const NamedError& known : errors) {
+    for (const NamedError& known : errors)
         if (shown == known.shown)
             code = known.code;
-    }
     error.get()->scode = static_cast<SCODE>(errorFacility | code);
     return error;
 }
@@ -137,10 +136,9 @@ void Enter(Sheet& sheet, const CellRange& range, const Variant& value) {
     }
     Elements elements(value);
     CellBlock block(elements.rows, elements.columns);
-    for (int row = 0; row < block.Rows(); ++row) {
+    for (int row = 0; row < block.Rows(); ++row)
         for (int column = 0; column < block.Columns(); ++column)
             block.At(row, column) = valueOf(elements.at(row, column));
-    }
     sheet.Put(range, block);
 }
 

@@ -88,10 +88,18 @@ class InProcessSpreadsheets::SheetObject final : public Worksheet, private Objec
           sheet_(std::move(sheet)) {}
 
     CellValue Value(int row, int column) override {
-        return call("Value", [&] { return sheet_->Values({row, column, 1, 1}).At(0, 0); });
+        return call(
+            "Value",
+            [&] {
+                return sheet_->Values({row, column, 1, 1}).At(0, 0);
+            });
     }
     void Value(int row, int column, const CellValue& value) override {
-        change("Value=", [&] { sheet_->Fill({row, column, 1, 1}, value); });
+        change(
+            "Value=",
+            [&] {
+                sheet_->Fill({row, column, 1, 1}, value);
+            });
     }
     CellBlock Values(const CellRange& range) override {
         CellBlock values(range.Rows, range.Columns);
@@ -99,25 +107,31 @@ class InProcessSpreadsheets::SheetObject final : public Worksheet, private Objec
         return values;
     }
     void Values(const CellRange& range, const CellBlock& values) override {
-        change("Values=", [&] { sheet_->Put(range, values); });
+        change(
+            "Values=", [&] { sheet_->Put(range, values); });
     }
     void Fill(const CellRange& range, const CellValue& value) override {
-        change("Fill", [&] { sheet_->Fill(range, value); });
+        change(
+            "Fill", [&] { sheet_->Fill(range, value); });
     }
     void NumberFormat(const CellRange& range, const std::wstring& format) override {
-        change("NumberFormat", [&] { sheet_->Format(range, format); });
+        change(
+            "NumberFormat", [&] { sheet_->Format(range, format); });
     }
     void SaveAs(const std::wstring& fileName) override {
-        call("SaveAs", [&] { instance_->application.SaveAs(*workbook_, fileName, exchangeForm); });
+        call(
+            "SaveAs", [&] { instance_->application.SaveAs(*workbook_, fileName, exchangeForm); });
     }
 
   private:
     template <class Step>
     void change(const char* name, Step step) {
-        call(name, [&] {
-            step();
-            workbook_->saved = false;
-        });
+        call(
+            name,
+            [&] {
+                step();
+                workbook_->saved = false;
+            });
     }
 
     WorkbookPointer workbook_;
@@ -131,16 +145,20 @@ class InProcessSpreadsheets::WorkbookObject final : public SpreadsheetWorkbook, 
         : Object(server, std::move(instance)), workbook_(std::move(workbook)) {}
 
     std::unique_ptr<Worksheet> ActiveSheet() override {
-        return call("ActiveSheet", [&] { return sheet(); });
+        return call(
+            "ActiveSheet", [&] { return sheet(); });
     }
     std::unique_ptr<Worksheet> AddWorksheet() override {
-        return call("AddWorksheet", [&] {
-            workbook_->book.AddSheet();
-            return sheet();
-        });
+        return call(
+            "AddWorksheet",
+            [&] {
+                workbook_->book.AddSheet();
+                return sheet();
+            });
     }
     void Save() override {
-        call("Save", [&] { instance_->application.Save(*workbook_); });
+        call(
+            "Save", [&] { instance_->application.Save(*workbook_); });
     }
 
   private:
@@ -159,22 +177,28 @@ class InProcessSpreadsheets::ApplicationObject final : public SpreadsheetApplica
     using Object::Object;
 
     void DisplayAlerts(bool on) override {
-        call("DisplayAlerts", [&] { instance_->application.displayAlerts = on; });
+        call(
+            "DisplayAlerts", [&] { instance_->application.displayAlerts = on; });
     }
     std::unique_ptr<SpreadsheetWorkbook> OpenWorkbook(const std::wstring& fileName) override {
-        return call("OpenWorkbook", [&] { return handed(instance_->application.Open(fileName)); });
+        return call(
+            "OpenWorkbook", [&] { return handed(instance_->application.Open(fileName)); });
     }
     std::unique_ptr<SpreadsheetWorkbook> AddWorkbook() override {
-        return call("AddWorkbook", [&] { return handed(instance_->application.Add()); });
+        return call(
+            "AddWorkbook", [&] { return handed(instance_->application.Add()); });
     }
     void CloseWorkbooks() override {
-        call("CloseWorkbooks", [&] { instance_->application.CloseAll(); });
+        call(
+            "CloseWorkbooks", [&] { instance_->application.CloseAll(); });
     }
     void Quit() override {
-        call("Quit", [&] {
-            server_.objectsAtQuit_ = server_.openObjects_;
-            instance_->ended = instance_->application.CloseAll();
-        });
+        call(
+            "Quit",
+            [&] {
+                server_.objectsAtQuit_ = server_.openObjects_;
+                instance_->ended = instance_->application.CloseAll();
+            });
     }
 
   private:
@@ -205,8 +229,8 @@ void InProcessSpreadsheets::ForgetCalls() {
 }
 
 int InProcessSpreadsheets::LeftBehind() const {
-    return static_cast<int>(std::count_if(created_.begin(), created_.end(),
-                                          [](const auto& instance) { return !instance->ended; }));
+    return static_cast<int>(std::count_if(
+        created_.begin(), created_.end(), [](const auto& instance) { return !instance->ended; }));
 }
 
 bool InProcessSpreadsheets::enter(const char* name, Instance* instance) {

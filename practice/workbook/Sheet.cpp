@@ -22,10 +22,9 @@ CellValue asText(const CellValue& value) {
 
 template <class Step>
 void forEach(const CellRange& range, Step step) {
-    for (int row = 0; row < range.Rows; ++row) {
+    for (int row = 0; row < range.Rows; ++row)
         for (int column = 0; column < range.Columns; ++column)
             step(row, column);
-    }
 }
 
 } // namespace
@@ -46,11 +45,13 @@ void Sheet::Put(const CellRange& range, const CellBlock& values) {
     Check(range);
     if (values.Rows() != range.Rows || values.Columns() != range.Columns)
         throw SheetError(L"The block has another size than the range.");
-    forEach(range, [&](int row, int column) {
-        const auto* text = std::get_if<std::wstring>(&values.At(row, column));
-        if (text && text->size() > LongestTextInBlock)
-            throw SheetError(L"A text is too long for a block of cells.");
-    });
+    forEach(
+        range,
+        [&](int row, int column) {
+            const auto* text = std::get_if<std::wstring>(&values.At(row, column));
+            if (text && text->size() > LongestTextInBlock)
+                throw SheetError(L"A text is too long for a block of cells.");
+        });
     forEach(range, [&](int row, int column) {
         enter(range.Row + row, range.Column + column, values.At(row, column));
     });

@@ -134,7 +134,7 @@ CellValue Typed(const std::wstring& text) {
         if (auto time = asTime(core))
             return *time;
     }
-    // Whoever begins with a sign means to calculate.
+    // A text that begins with a sign is a formula.
     if (text.size() > 1 && std::wstring(L"=+-").find(text.front()) != std::wstring::npos)
         return CellError{L"#NAME?"};
     if (EqualsIgnoringCase(core, L"TRUE") || EqualsIgnoringCase(core, L"FALSE"))

@@ -33,10 +33,9 @@ inline const XmlElement* NextOf(const XmlElement* element) {
 
 inline std::optional<std::string> AttributeOf(const XmlElement* element, std::string_view name) {
     for (const auto* attribute = element ? element->first_attribute() : nullptr; attribute;
-         attribute = attribute->next_attribute()) {
+         attribute = attribute->next_attribute())
         if (NameOf(*attribute) == name)
             return std::string(attribute->value(), attribute->value_size());
-    }
     return std::nullopt;
 }
 

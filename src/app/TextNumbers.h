@@ -30,7 +30,7 @@ inline constexpr std::int32_t OneRoomWas = 29;
 inline constexpr std::int32_t RoomsWere = 57;
 inline constexpr std::int32_t OneUpdated = 58;
 inline constexpr std::int32_t OneAtPosition = 60;
-inline constexpr std::int32_t OneSetDown = 62;
+inline constexpr std::int32_t OnePlaced = 62;
 
 // Questions, warnings and refusals.
 inline constexpr std::int32_t SaveChanges = 66;

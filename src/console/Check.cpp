@@ -9,14 +9,13 @@
 #include "console/ListRooms.h"
 #include "files/FilePath.h"
 #include "files/clsFileSytem.h"
+#include "host/clsKalvero.h"
 #include "model/Utf8.h"
 
 namespace kalvrooms {
 namespace {
 
-constexpr std::size_t longestCode = 8;      // that the room's dialog takes
-constexpr std::size_t longestHostText = 32; // that the drawing takes
-constexpr std::size_t mostRooms = 150;      // that go into a drawing at once
+constexpr std::size_t longestCode = 8; // that the room's dialog takes
 // A side that comes out otherwise by less than this is the same side.
 constexpr double sameSide = 0.01; // m
 
@@ -34,7 +33,7 @@ class Checker {
         checkArea();
         checkPointFile();
         checkWords();
-        if (++count_ == mostRooms + 1)
+        if (++count_ == clsKalvero::MostRooms + 1)
             find("count", say_("mehr als 150 Räume gehen nicht auf einmal in die Zeichnung",
                                "more than 150 rooms do not go into a drawing at once"));
     }
@@ -42,30 +41,28 @@ class Checker {
     std::vector<Finding> findings;
 
   private:
-    enum Column { Name, Function, Area, Storey, Enclosure, Occupancy, AreaType, PointFile, Dx, Dy };
-
     void find(const char* kind, const std::string& text) {
-        findings.push_back({row_->line, ToUtf8(fields_[Name]), kind, text});
+        findings.push_back({row_->line, ToUtf8(fields_[NameColumn]), kind, text});
     }
-    std::optional<double> number(Column column) const {
+    std::optional<double> number(RoomColumn column) const {
         if (!IsNumeric(fields_[column], locale_))
             return std::nullopt;
         return ToDouble(fields_[column], locale_);
     }
 
     void checkTexts() {
-        if (fields_[Storey].size() > longestCode)
+        if (fields_[StoryColumn].size() > longestCode)
             find("storey", say_("der Geschosscode hat mehr als 8 Zeichen",
                                 "the storey code has more than 8 characters"));
-        const std::pair<Column, const char*> texts[] = {
-            {Name, say_("die Bezeichnung", "the designation")},
-            {Function, say_("die Funktion", "the function")}};
+        const std::pair<RoomColumn, const char*> texts[] = {
+            {NameColumn, say_("die Bezeichnung", "the designation")},
+            {FunctionColumn, say_("die Funktion", "the function")}};
         for (const auto& [column, what] : texts)
-            if (fields_[column].size() > longestHostText)
+            if (fields_[column].size() > clsKalvero::LongestText)
                 find("length", std::string(what) + say_(" hat mehr als 32 Zeichen",
                                                         " has more than 32 characters"));
         const auto [first, isNew] =
-            lines_.try_emplace({fields_[Storey], fields_[Name]}, row_->line);
+            lines_.try_emplace({fields_[StoryColumn], fields_[NameColumn]}, row_->line);
         if (!isNew)
             find("twice", say_("dieselbe Bezeichnung im selben Geschoss wie in Zeile ",
                                "the same designation in the same storey as in line ") +
@@ -73,16 +70,16 @@ class Checker {
     }
 
     void checkArea() {
-        const std::optional<double> area = number(Area);
+        const std::optional<double> area = number(AreaColumn);
         if (!area)
             return find("area", say_("die Fläche ist keine Zahl", "the area is no number"));
         if (*area < 0.0)
             return find("area", say_("die Fläche ist negativ", "the area is negative"));
-        if (!fields_[PointFile].empty())
+        if (!fields_[FileColumn].empty())
             return;
-        const std::optional<double> dx = number(Dx);
-        const std::optional<double> dy = number(Dy);
-        if ((!dx && !fields_[Dx].empty()) || (!dy && !fields_[Dy].empty()))
+        const std::optional<double> dx = number(DxColumn);
+        const std::optional<double> dy = number(DyColumn);
+        if ((!dx && !fields_[DxColumn].empty()) || (!dy && !fields_[DyColumn].empty()))
             return find("sides", say_("eine Seite ist keine Zahl", "a side is no number"));
         // A side of 0 is one that the list leaves to the area.
         if (!dx || !dy || *dx == 0.0 || *dy == 0.0)
@@ -95,9 +92,9 @@ class Checker {
     }
 
     void checkPointFile() {
-        if (fields_[PointFile].empty())
+        if (fields_[FileColumn].empty())
             return;
-        const std::wstring path = PointFileFor(fields_[PointFile], folder_);
+        const std::wstring path = PointFileFor(fields_[FileColumn], folder_);
         std::error_code ignored;
         if (!std::filesystem::is_regular_file(FilePath(path), ignored))
             return find("pointFile", say_("die Punktdatei fehlt: ", "the point file is missing: ") +
@@ -112,14 +109,14 @@ class Checker {
     }
 
     void checkWords() {
-        const auto unknown = [&](Column column, bool (*isKnown)(std::string_view)) {
+        const auto unknown = [&](RoomColumn column, bool (*isKnown)(std::string_view)) {
             const std::string word = ToUtf8(fields_[column]);
             if (!word.empty() && !isKnown(word))
                 find("din277", say_("kein Wort der DIN 277: ", "no word of DIN 277: ") + word);
         };
-        unknown(Occupancy, Din277::IsUse);
-        unknown(Enclosure, Din277::IsEnclosure);
-        unknown(AreaType, Din277::IsAreaType);
+        unknown(OccupancyColumn, Din277::IsUse);
+        unknown(EnclosureColumn, Din277::IsEnclosure);
+        unknown(AreaTypeColumn, Din277::IsAreaType);
     }
 
     const NumberLocale& locale_;
@@ -129,7 +126,7 @@ class Checker {
     const RoomRows::Row* row_ = nullptr;
     std::array<std::wstring, RoomColumnCount> fields_;
     std::map<std::pair<std::wstring, std::wstring>, int> lines_;
-    std::size_t count_ = 0;
+    std::int32_t count_ = 0;
 };
 
 } // namespace

@@ -20,13 +20,12 @@
 #include "console/Sums.h"
 #include "files/FilePath.h"
 #include "files/clsFileSytem.h"
+#include "host/clsKalvero.h"
 #include "model/RuntimeError.h"
 #include "model/Utf8.h"
 
 namespace kalvrooms {
 namespace {
-
-constexpr std::int32_t mostRooms = 150; // that go into a drawing at once
 
 // The language is needed before the options are described in it.
 bool isGerman(const std::vector<std::string>& arguments, const Console& console) {
@@ -158,6 +157,10 @@ class Qto {
         drawingArgument(compare);
         toleranceOption(compare);
         table(compare);
+        describeTransfers();
+    }
+
+    void describeTransfers() {
         CLI::App* read = add("read",
                              say_("liest die Räume der Zeichnung in eine Liste",
                                   "reads the rooms of the drawing into a list"),
@@ -414,7 +417,8 @@ class Qto {
         clsFloors floors;
         FillFloors(floors, rows, localeOf(rows), folderOf(list_));
         const WrittenRooms written = WriteIntoDrawing(host, services.Files(), floors, placement_);
-        const bool refused = floors.GetCountOfRooms() == 0 || floors.GetCountOfRooms() > mostRooms;
+        const bool refused =
+            floors.GetCountOfRooms() == 0 || floors.GetCountOfRooms() > clsKalvero::MostRooms;
         if (complained(services) && refused)
             return ExitCode::Cannot;
         drawing.drawing = host.session.drawing;

@@ -10,8 +10,8 @@ namespace {
 
 // Code points, as a terminal shows one column for each of those that room lists hold.
 std::size_t width(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
 }
 
 std::string cellText(const nlohmann::ordered_json& cell, int decimals, const Speech& say) {

@@ -56,10 +56,9 @@ Element Drawing::NewElement() const {
         for (const wchar_t* name : {L"Umschließungsart", L"Nutzen", L"Flächenart_DIN277"})
             carry(name);
     }
-    for (Attribute& attribute : element.attributes) {
+    for (Attribute& attribute : element.attributes)
         if (IsFloorArea(attribute))
             attribute.value = 0.0;
-    }
     return element;
 }
 
@@ -83,10 +82,9 @@ void Drawing::SetText(Attribute& attribute, std::wstring text) const {
 void Drawing::UpdateFloorArea(Element& element) const {
     if (element.outline.empty())
         return;
-    for (Attribute& attribute : element.attributes) {
+    for (Attribute& attribute : element.attributes)
         if (IsFloorArea(attribute))
             attribute.value = floorArea ? floorArea(element) : Area(element.outline);
-    }
 }
 
 void Drawing::Replace(const Element& element, std::size_t hint) {
@@ -164,10 +162,9 @@ void Shift(Outline& outline, const Point& by) {
 }
 
 void CloseOutline(Outline& outline) {
-    for (const Point& point : outline) {
+    for (const Point& point : outline)
         if (!std::isfinite(point.x) || !std::isfinite(point.y))
             throw HostError(L"The ground plan has a point that is no number.");
-    }
     if (outline.size() > 1 && outline.front() == outline.back())
         outline.pop_back();
 }

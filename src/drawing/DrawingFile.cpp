@@ -116,10 +116,9 @@ class Reader {
     }
     UnknownKeys Unknown() const {
         UnknownKeys unknown;
-        for (const auto& [key, value] : json_.items()) {
+        for (const auto& [key, value] : json_.items())
             if (std::find(known_.begin(), known_.end(), key) == known_.end())
                 unknown.emplace_back(key, value.dump());
-        }
         return unknown;
     }
 

@@ -99,10 +99,9 @@ std::vector<Point> Middles(const Outline& outline) {
     for (const double part : {0.5, 1.0 / 6, 5.0 / 6}) {
         const double y = box.bottom + (box.top - box.bottom) * part;
         std::pair<double, double> widest;
-        for (const auto& stretch : InsideAt(outline, y)) {
+        for (const auto& stretch : InsideAt(outline, y))
             if (stretch.second - stretch.first > widest.second - widest.first)
                 widest = stretch;
-        }
         if (widest.second > widest.first)
             middles.push_back({widest.first + (widest.second - widest.first) / 2, y});
     }
@@ -144,12 +143,11 @@ std::vector<std::wstring> Words(const std::wstring& text) {
 // The words in lines of at most `width` letters, except for a word that is longer by itself.
 std::vector<std::wstring> Wrap(const std::vector<std::wstring>& words, std::size_t width) {
     std::vector<std::wstring> lines;
-    for (const std::wstring& word : words) {
+    for (const std::wstring& word : words)
         if (!lines.empty() && lines.back().size() + 1 + word.size() <= width)
             lines.back() += L" " + word;
         else
             lines.push_back(word);
-    }
     return lines;
 }
 

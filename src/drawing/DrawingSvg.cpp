@@ -55,11 +55,10 @@ std::string Escape(const std::wstring& text) {
         }
     }
     // U+FFFE and U+FFFF are no characters to XML either.
-    for (const char* bytes : {"\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
+    for (const char* bytes : {"\xEF\xBF\xBE", "\xEF\xBF\xBF"})
         for (std::size_t at = escaped.find(bytes); at != std::string::npos;
              at = escaped.find(bytes, at))
             escaped.replace(at, 3, "\xEF\xBF\xBD");
-    }
     return escaped;
 }
 
@@ -134,10 +133,9 @@ std::string DrawingSvg(const Drawing& drawing) {
                Escape(scene.storeys[storey].name) + "\" fill=\"" +
                Colour(scene.storeys[storey].tint) +
                "\" fill-opacity=\"0.85\" stroke-width=\"1.5\" stroke-linejoin=\"round\">\n";
-        for (std::size_t room = 0; room < scene.rooms.size(); ++room) {
+        for (std::size_t room = 0; room < scene.rooms.size(); ++room)
             if (scene.rooms[room].storey == storey)
                 svg += RoomSvg(scene.rooms[room], drawing.elements[room]);
-        }
         svg += "</g>\n";
     }
     svg += LegendSvg(scene);

@@ -10,11 +10,10 @@ namespace kalvrooms {
 
 // Error: std::system_error for a text that is no Unicode.
 inline std::filesystem::path FilePath(const std::wstring& name) {
-    if constexpr (sizeof(wchar_t) == sizeof(char32_t)) {
+    if constexpr (sizeof(wchar_t) == sizeof(char32_t))
         return std::filesystem::path(std::u32string(name.begin(), name.end()));
-    } else {
+    else
         return std::filesystem::path(name);
-    }
 }
 
 // The other way: the name of a path as the program keeps it.

@@ -5,21 +5,18 @@
 namespace kalvrooms {
 
 void PointArray::Dimension(std::int32_t count) {
-    if (count < 1) {
+    if (count < 1)
         throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    }
-    if (count > MostPoints) {
+    if (count > MostPoints)
         throw RuntimeError(RuntimeError::OutOfMemory);
-    }
     points_.clear();
     count_ = count;
     set_ = true;
 }
 
 void PointArray::Add(double x, double y) {
-    if (count_ == MostPoints) {
+    if (count_ == MostPoints)
         throw RuntimeError(RuntimeError::OutOfMemory);
-    }
     ++count_;
     set_ = true;
     Set(count_ - 1, x, y);
@@ -27,9 +24,8 @@ void PointArray::Add(double x, double y) {
 
 void PointArray::Set(std::int32_t index, double x, double y) {
     const std::size_t at = checked(index);
-    if (at >= points_.size()) {
+    if (at >= points_.size())
         points_.resize(at + 1);
-    }
     points_[at] = {x, y};
 }
 
@@ -42,9 +38,8 @@ double PointArray::Y(std::int32_t index) const {
 }
 
 std::size_t PointArray::checked(std::int32_t index) const {
-    if (index < 0 || index >= count_) {
+    if (index < 0 || index >= count_)
         throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    }
     return static_cast<std::size_t>(index);
 }
 

@@ -34,10 +34,6 @@ inline constexpr std::array<std::int32_t, RoomColumnCount> RoomColumnTitles = {
     TextNumber::Enclosure, TextNumber::Occupancy, TextNumber::AreaType, TextNumber::Geometry,
     TextNumber::Dx,        TextNumber::Dy,        TextNumber::RoomID};
 
-constexpr bool HoldsNumber(std::size_t column) {
-    return column == AreaColumn || column == DxColumn || column == DyColumn;
-}
-
 // Numbers in the columns of numbers, texts in all others. Errors: those of the room's sides.
 using RoomRow = std::array<std::variant<std::wstring, double>, RoomColumnCount>;
 void ToRow(clsRoom& room, const NumberLocale& locale, RoomRow& row);

@@ -16,13 +16,11 @@ namespace {
 constexpr std::size_t bufferSize = 64U * 1024;
 
 std::filesystem::path pathOf(const std::wstring& fileName) {
-    if (fileName.empty()) {
+    if (fileName.empty())
         throw RuntimeError(RuntimeError::InvalidProcedureCall);
-    }
     // The system would take such a name as one that ends there, and open another file.
-    if (fileName.find(L'\0') != std::wstring::npos) {
+    if (fileName.find(L'\0') != std::wstring::npos)
         throw RuntimeError(RuntimeError::BadFileName);
-    }
     try {
         return FilePath(fileName);
     } catch (const std::exception&) {
@@ -37,9 +35,8 @@ bool folderIsThere(const std::filesystem::path& path) {
 }
 
 RuntimeError openError(const std::filesystem::path& path, int systemError, bool reading) {
-    if (!folderIsThere(path)) {
+    if (!folderIsThere(path))
         return RuntimeError(RuntimeError::PathNotFound);
-    }
     switch (systemError) {
     case EACCES:
     case EPERM:
@@ -71,9 +68,8 @@ void openFile(std::filebuf& file, const std::wstring& fileName, std::ios::openmo
             throw RuntimeError(RuntimeError::PermissionDenied);
         }
     }
-    if (!opened) {
+    if (!opened)
         throw openError(path, systemError, reading);
-    }
 }
 
 } // namespace
@@ -99,9 +95,8 @@ bool TextReader::readMore() {
 }
 
 void TextReader::fill() {
-    if (exhausted_ || next_ < lines_.size()) {
+    if (exhausted_ || next_ < lines_.size())
         return;
-    }
     lines_.clear();
     next_ = 0;
     std::size_t whole = 0;
@@ -109,9 +104,8 @@ void TextReader::fill() {
         const std::size_t before = bytes_.size();
         exhausted_ = !readMore();
         const std::string_view fresh = std::string_view(bytes_).substr(before);
-        if (before + std::min(fresh.find('\n'), fresh.size()) > longestLine_) {
+        if (before + std::min(fresh.find('\n'), fresh.size()) > longestLine_)
             throw RuntimeError(RuntimeError::OutOfMemory);
-        }
         const std::size_t end = fresh.rfind('\n');
         if (exhausted_) {
             whole = bytes_.size();
@@ -132,16 +126,14 @@ bool TextReader::AtEnd() {
 }
 
 std::wstring_view TextReader::ReadLine() {
-    if (AtEnd()) {
+    if (AtEnd())
         throw RuntimeError(RuntimeError::InputPastEndOfFile);
-    }
     const std::wstring_view rest = std::wstring_view(lines_).substr(next_);
     std::wstring_view line = rest.substr(0, rest.find(L'\n'));
     next_ += std::min(line.size() + 1, rest.size());
     // A file that was cut off between CR and LF loses nothing of its last line either.
-    if (line.ends_with(L'\r')) {
+    if (line.ends_with(L'\r'))
         line.remove_suffix(1);
-    }
     return line;
 }
 
@@ -151,9 +143,8 @@ TextWriter::TextWriter(const std::wstring& fileName, const AnsiCodec& codec) : c
 }
 
 TextWriter::~TextWriter() {
-    if (!file_.is_open()) {
+    if (!file_.is_open())
         return;
-    }
     try {
         flush();
     } catch (const std::exception&) {
@@ -163,9 +154,8 @@ TextWriter::~TextWriter() {
 
 void TextWriter::WriteLine(std::wstring_view line) {
     buffer_.append(line).append(L"\r\n");
-    if (buffer_.size() >= bufferSize) {
+    if (buffer_.size() >= bufferSize)
         flush();
-    }
 }
 
 void TextWriter::Close() {
@@ -176,9 +166,8 @@ void TextWriter::Close() {
     } catch (const std::ios_base::failure&) {
         closed = false;
     }
-    if (!closed) {
+    if (!closed)
         throw RuntimeError(RuntimeError::DeviceError);
-    }
 }
 
 void TextWriter::flush() {
@@ -191,9 +180,8 @@ void TextWriter::flush() {
         written = -1;
     }
     buffer_.clear();
-    if (written != size) {
+    if (written != size)
         throw RuntimeError(RuntimeError::DeviceError);
-    }
 }
 
 } // namespace kalvrooms

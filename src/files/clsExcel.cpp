@@ -38,37 +38,31 @@ constexpr std::size_t longestTextInBlock = 900;
 // say that there is no application.
 template <typename Object>
 std::unique_ptr<Object> existing(std::unique_ptr<Object> object) {
-    if (!object) {
+    if (!object)
         throw RuntimeError(RuntimeError::AutomationError);
-    }
     return object;
 }
 
 // A room list's and a point list's cells, read as texts.
 std::wstring textOf(const CellValue& value, const NumberLocale& locale) {
-    if (const auto* text = std::get_if<std::wstring>(&value)) {
+    if (const auto* text = std::get_if<std::wstring>(&value))
         return *text;
-    }
-    if (const auto* number = std::get_if<double>(&value)) {
+    if (const auto* number = std::get_if<double>(&value))
         return FromDouble(*number, locale);
-    }
-    if (const auto* truth = std::get_if<bool>(&value)) {
+    if (const auto* truth = std::get_if<bool>(&value))
         return *truth ? L"True" : L"False";
-    }
     if (const auto* error = std::get_if<CellError>(&value)) {
         // The room keeps what the user sees in the sheet.
         return error->Shown;
     }
-    if (const auto* date = std::get_if<CellDate>(&value)) {
+    if (const auto* date = std::get_if<CellDate>(&value))
         return date->Shown;
-    }
     return {};
 }
 
 double numberOrZero(const CellValue& value, const NumberLocale& locale) {
-    if (const auto* number = std::get_if<double>(&value)) {
+    if (const auto* number = std::get_if<double>(&value))
         return *number;
-    }
     return std::holds_alternative<CellDate>(value) ? 0.0
                                                    : NumberOrZero(textOf(value, locale), locale);
 }
@@ -85,9 +79,8 @@ void clsExcel::OpenWorkbookForReading(const std::wstring& fileName) {
     SpreadsheetServer& server = services_.spreadsheets;
     try {
         application_ = server.AttachRunning();
-        if (application_) {
+        if (application_)
             application_->DisplayAlerts(false);
-        }
     } catch (const RuntimeError&) {
         // One that cannot be talked to is as good as none.
         application_.reset();
@@ -96,16 +89,14 @@ void clsExcel::OpenWorkbookForReading(const std::wstring& fileName) {
         try {
             application_ = server.CreateInstance();
             // Nobody could answer the questions of an application without a window.
-            if (application_) {
+            if (application_)
                 application_->DisplayAlerts(false);
-            }
         } catch (const RuntimeError&) {
             // Told by the opening below.
         }
     }
-    if (!application_) {
+    if (!application_)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
-    }
     workbook_ = existing(application_->OpenWorkbook(fileName));
     sheet_ = existing(workbook_->ActiveSheet());
 }
@@ -115,14 +106,12 @@ void clsExcel::PrepareWorkbookForWriting(const std::wstring& fileName, bool& isN
         application_ = services_.spreadsheets.CreateInstance();
     } catch (const RuntimeError& error) {
         // Too busy to answer is not missing: a text file must not replace the workbook then.
-        if (error.number() == RuntimeError::AutomationError) {
+        if (error.number() == RuntimeError::AutomationError)
             throw;
-        }
         application_.reset();
     }
-    if (!application_) {
+    if (!application_)
         throw RuntimeError(RuntimeError::CannotCreateObject);
-    }
     application_->DisplayAlerts(false);
 
     bool failed = false;
@@ -149,11 +138,10 @@ void clsExcel::TryOpenWorkbook(const std::wstring& fileName, bool& failed) {
 
 void clsExcel::SaveWorkbook(const std::wstring& fileName, bool isNewFile) {
     try {
-        if (isNewFile) {
+        if (isNewFile)
             sheet_->SaveAs(fileName);
-        } else {
+        else
             workbook_->Save();
-        }
     } catch (const RuntimeError&) {
         // The application is closed all the same, or it would stay behind with the workbook.
     }
@@ -187,9 +175,8 @@ void clsExcel::readRooms(clsFloors& floors) {
         const int rows = rowsPerBlock - (row - 1) % rowsPerBlock;
         const CellBlock block = sheet_->Values({row, 1, rows, columnCount});
         for (int i = 0; i < rows; ++i) {
-            if (textOf(block.At(i, NameColumn), locale).empty()) {
+            if (textOf(block.At(i, NameColumn), locale).empty())
                 return;
-            }
             addRoom(block, i, locale, floors);
         }
         row += rows;
@@ -199,9 +186,8 @@ void clsExcel::readRooms(clsFloors& floors) {
 void clsExcel::addRoom(const CellBlock& rows, int row, const NumberLocale& locale,
                        clsFloors& floors) {
     std::array<std::wstring, RoomColumnCount> texts;
-    for (int column = 0; column < columnCount; ++column) {
+    for (int column = 0; column < columnCount; ++column)
         texts[static_cast<std::size_t>(column)] = textOf(rows.At(row, column), locale);
-    }
     RoomTexts views;
     std::copy(texts.begin(), texts.end(), views.begin());
     clsRoom room;
@@ -215,9 +201,8 @@ void clsExcel::WriteListToFile(const std::wstring& fileName, const clsFloors& fl
     clsWait wait(services_.desktop);
     wait.StartWait();
     const std::int32_t count = floors.GetCountOfRooms();
-    if (count == 0) {
+    if (count == 0)
         return;
-    }
     bool isNewFile = false;
     PrepareWorkbookForWriting(fileName, isNewFile);
     formatColumns(count);
@@ -262,26 +247,23 @@ void clsExcel::writeRooms(const clsFloors& floors, std::int32_t countOfRooms) {
             // Rooms of a list have an ID of 2 or more, so this tells whether one came back.
             room.ID(0);
             floors.GetRoomByIndex(first + i, room);
-            if (room.ID() == 0) {
+            if (room.ID() == 0)
                 continue;
-            }
             ToRow(room, locale, row);
             for (int column = 0; column < columnCount; ++column) {
                 const auto& value = row[static_cast<std::size_t>(column)];
                 const auto* const text = std::get_if<std::wstring>(&value);
-                if (text == nullptr) {
+                if (text == nullptr)
                     block.At(i, column) = std::get<double>(value);
-                } else if (text->size() > longestTextInBlock) {
+                else if (text->size() > longestTextInBlock)
                     longTexts.push_back({topRow + i, column + 1, *text});
-                } else {
+                else
                     block.At(i, column) = *text;
-                }
             }
         }
         sheet_->Values({topRow, 1, rows, columnCount}, block);
-        for (const LongText& longText : longTexts) {
+        for (const LongText& longText : longTexts)
             sheet_->Value(longText.row, longText.column, longText.text);
-        }
     }
 }
 
@@ -293,9 +275,8 @@ void clsExcel::ReadPointsFromGeometryFile(const std::wstring& fileName, PointArr
     OpenWorkbookForReading(fileName);
     const NumberLocale locale = UserLocale();
     const std::wstring count = textOf(sheet_->Value(1, 1), locale);
-    if (IsNumeric(count, locale)) {
+    if (IsNumeric(count, locale))
         ReadPointsFromSheet(ToLong(count, locale), points);
-    }
     CloseSpreadsheetApplication();
 }
 
@@ -310,11 +291,10 @@ void clsExcel::ReadPointsFromSheet(std::int32_t count, PointArray& points) {
         for (int i = 0; i < rows; ++i, ++index) {
             const std::wstring x = textOf(block.At(i, 0), locale);
             const std::wstring y = textOf(block.At(i, 1), locale);
-            if (IsNumeric(x, locale) && IsNumeric(y, locale)) {
+            if (IsNumeric(x, locale) && IsNumeric(y, locale))
                 points.Set(index, ToDouble(x, locale), ToDouble(y, locale));
-            } else {
+            else
                 points.Set(index, points.X(0), points.Y(0));
-            }
         }
     }
 }

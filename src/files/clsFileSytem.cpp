@@ -25,9 +25,8 @@ RoomTexts split(std::wstring_view line) {
         const std::size_t tab = line.find(L'\t');
         // Blanks at both ends only: a tab has split the line before.
         field = TrimmedView(line.substr(0, tab));
-        if (tab == std::wstring_view::npos) {
+        if (tab == std::wstring_view::npos)
             break;
-        }
         line.remove_prefix(tab + 1);
     }
     return fields;
@@ -37,9 +36,8 @@ RoomTexts split(std::wstring_view line) {
 std::int32_t wholeNumber(std::wstring_view text) {
     const NumberLocale locale = UserLocale();
     const double number = ToDouble(text, locale);
-    if (number != std::floor(number)) {
+    if (number != std::floor(number))
         throw RuntimeError(RuntimeError::TypeMismatch);
-    }
     return RoundToLong(number);
 }
 
@@ -55,26 +53,23 @@ void clsFileSytem::WriteListToFile(const std::wstring& fileName, const clsFloors
     const bool isWorkbook = IsExcelFile(fileName);
     bool withoutApplication = false;
     try {
-        if (isWorkbook) {
+        if (isWorkbook)
             WriteListToExcel(fileName, floors);
-        } else {
+        else
             WriteListToTextFile(fileName, floors);
-        }
     } catch (const RuntimeError& error) {
         withoutApplication = isWorkbook && error.number() == RuntimeError::CannotCreateObject;
     } catch (const std::exception&) {
         // Ends like every other failure: what was written stays.
     }
-    if (withoutApplication) {
+    if (withoutApplication)
         WriteListAsTextIgnoringErrors(fileName, floors);
-    }
 }
 
 void clsFileSytem::WriteListToTextFile(const std::wstring& fileName, const clsFloors& floors) {
     const std::int32_t count = floors.GetCountOfRooms();
-    if (count == 0) {
+    if (count == 0)
         return;
-    }
     TextWriter file(fileName, services_.ansi);
     file.WriteLine(BuildHeaderLine());
     const NumberLocale locale = UserLocale();
@@ -97,9 +92,8 @@ void clsFileSytem::WriteListToTextFile(const std::wstring& fileName, const clsFl
 std::wstring clsFileSytem::BuildHeaderLine() const {
     std::wstring line;
     for (const std::int32_t title : RoomColumnTitles) {
-        if (title != RoomColumnTitles.front()) {
+        if (title != RoomColumnTitles.front())
             line += separator;
-        }
         line += services_.texts.GetText(title);
     }
     return line;
@@ -109,14 +103,12 @@ void clsFileSytem::BuildRoomLine(const RoomRow& row, const NumberLocale& locale,
                                  std::wstring& line) {
     line.clear();
     for (std::size_t column = 0; column < row.size(); ++column) {
-        if (column > 0) {
+        if (column > 0)
             line += separator;
-        }
-        if (const auto* text = std::get_if<std::wstring>(&row[column])) {
+        if (const auto* text = std::get_if<std::wstring>(&row[column]))
             line += *text;
-        } else {
+        else
             AppendDouble(line, std::get<double>(row[column]), locale);
-        }
     }
 }
 
@@ -125,7 +117,7 @@ void clsFileSytem::WriteListAsTextIgnoringErrors(const std::wstring& fileName,
     try {
         WriteListToTextFile(fileName, floors);
     } catch (const std::exception&) {
-        // Already the way out of another failure: nobody is left to be told.
+        // This is the fallback of another failure; there is nobody left to tell.
     }
 }
 
@@ -139,19 +131,17 @@ void clsFileSytem::ReadListFromFile(const std::wstring& fileName, clsFloors& flo
     const bool isWorkbook = IsExcelFile(fileName);
     bool withoutApplication = false;
     try {
-        if (isWorkbook) {
+        if (isWorkbook)
             ReadListFromExcel(fileName, floors);
-        } else {
+        else
             ReadListFromTextFile(fileName, floors);
-        }
     } catch (const RuntimeError& error) {
         withoutApplication = isWorkbook && error.number() == RuntimeError::ObjectVariableNotSet;
     } catch (const std::exception&) {
         // Ends like every other failure: the rooms that came in stay.
     }
-    if (withoutApplication) {
+    if (withoutApplication)
         ReadListAsTextIgnoringErrors(fileName, floors);
-    }
 }
 
 void clsFileSytem::ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors) {
@@ -178,7 +168,7 @@ void clsFileSytem::ReadListAsTextIgnoringErrors(const std::wstring& fileName, cl
     try {
         ReadListFromTextFile(fileName, floors);
     } catch (const std::exception&) {
-        // Already the way out of another failure: nobody is left to be told.
+        // This is the fallback of another failure; there is nobody left to tell.
     }
 }
 
@@ -209,9 +199,8 @@ void clsFileSytem::ReadPointsFromTextFile(TextReader& file, std::int32_t count,
     for (std::int32_t index = 0; index < count; ++index) {
         const std::wstring_view line = file.ReadLine();
         const std::size_t tab = line.find(L'\t');
-        if (tab == std::wstring_view::npos) {
+        if (tab == std::wstring_view::npos)
             continue;
-        }
         const double x = TextToNumber(line.substr(0, tab));
         // An error in Y leaves the point with the X that it has.
         points.Set(index, x, 0.0);
@@ -221,9 +210,8 @@ void clsFileSytem::ReadPointsFromTextFile(TextReader& file, std::int32_t count,
 
 void clsFileSytem::WritePointsToGeometryFile(const std::wstring& fileName,
                                              const PointArray& points) {
-    if (!points.IsSet()) {
+    if (!points.IsSet())
         throw RuntimeError(RuntimeError::TypeMismatch);
-    }
     // The last point closes the outline: its index is the number of points to write.
     const std::int16_t last = RoundToInteger(points.Count() - 1);
     TextWriter file(fileName, services_.ansi);

@@ -104,9 +104,9 @@ std::size_t HeadlessDesktop::UnusedScripts() const {
 // ------------------------------------------------------------------------- forms
 
 bool HeadlessDesktop::IsLoaded(const std::wstring& formName) const {
-    return std::any_of(forms_.begin(), forms_.end(), [&](const HeadlessForm* form) {
-        return form->Loaded() && form->Name() == formName;
-    });
+    return std::any_of(
+        forms_.begin(), forms_.end(),
+        [&](const HeadlessForm* form) { return form->Loaded() && form->Name() == formName; });
 }
 
 HeadlessForm& HeadlessDesktop::FormNamed(const std::wstring& formName) {

@@ -15,8 +15,6 @@
 namespace kalvrooms {
 namespace {
 
-constexpr std::size_t longestHostText = 32;
-
 // Runs a step whose failure leaves its result as it was; tells whether it went well.
 bool attempt(const std::function<void()>& step) {
     try {
@@ -354,7 +352,7 @@ void clsKalvero::ReadRoomAttributes(HostRoomElement& element, clsRoom& room,
         if (const auto attributes = element.Attributes())
             values = attributes->Values();
     });
-    for (const HostAttributeValue& value : values) {
+    for (const HostAttributeValue& value : values)
         if (value.Name == names.area)
             room.Geometry->Area(value.Number);
         else if (value.Name == names.enclosure)
@@ -363,7 +361,6 @@ void clsKalvero::ReadRoomAttributes(HostRoomElement& element, clsRoom& room,
             room.AreaType(value.Text);
         else if (value.Name == names.occupancy)
             room.Occupancy(value.Text);
-    }
 }
 
 void clsKalvero::removePoints(const std::wstring& path) {
@@ -595,13 +592,13 @@ void clsKalvero::SetAttributeIfNamed(HostAttributeList& attributes, std::int32_t
 }
 
 std::wstring clsKalvero::cutForHost(const std::wstring& text, std::int32_t warning, bool& warn) {
-    if (text.size() <= longestHostText)
+    if (text.size() <= clsKalvero::LongestText)
         return text;
     if (warn) {
         showHostMessage(warning);
         warn = false;
     }
-    return text.substr(0, longestHostText);
+    return text.substr(0, clsKalvero::LongestText);
 }
 
 bool clsKalvero::isInModificationList(const clsRoom& room) const {

@@ -31,6 +31,8 @@ class clsKalvero {
   public:
     // What the drawing takes in one go.
     static constexpr std::int32_t MostRooms = 150;
+    // Characters of a text that the host takes.
+    static constexpr std::size_t LongestText = 32;
     static constexpr const wchar_t* ProjectWithoutName = L"RaumProgramm";
 
     // Connects to the host; a connection that fails is tried again when it is needed.
@@ -47,7 +49,7 @@ class clsKalvero {
 
     // Writes the list into the drawing. Distances in metres; blnRoomsAsBlock: as a block of two
     // rows, else singly. The counts are those of new rooms at their known position, of rooms
-    // updated, and of rooms set down. Errors of the host go to the caller after the main window
+    // updated, and of rooms placed. Errors of the host go to the caller after the main window
     // accepts input again; the list is not changed.
     void ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithModify, bool blnRoomsAsBlock,
                                double dblDxOfRooms, double dblDyOfRooms,

@@ -79,10 +79,9 @@ void Building::readRooms(const std::vector<InstanceId>& spaces) {
     };
     std::stable_sort(rooms_.begin(), rooms_.end(),
                      [&](const Room& a, const Room& b) { return placeOf(a) < placeOf(b); });
-    for (Room& room : rooms_) {
+    for (Room& room : rooms_)
         if (placeOf(room) < storeys_.size())
             room.storeyName = storeys_[placeOf(room)].name;
-    }
 }
 
 Room Building::readRoom(Geometry& geometry, InstanceId space) {

@@ -154,12 +154,11 @@ struct Trim {
 
 Trim readTrim(const Geometry& geometry, const Value& select, bool preferParameter) {
     Trim trim;
-    for (const Value value : select) {
+    for (const Value value : select)
         if (value.IsReference())
             trim.point = geometry.Point(geometry.file.Get(value));
         else
             trim.parameter = value.Untyped().Number();
-    }
     if (trim.point && trim.parameter)
         preferParameter ? trim.point.reset() : trim.parameter.reset();
     if (!trim.point && !trim.parameter)
@@ -226,10 +225,9 @@ Polygon trimmedCurve(Geometry& geometry, const Instance& curve) {
         const auto angle = [&](const Trim& trim, const Value& select) {
             if (trim.point)
                 return conic->AngleOf(*trim.point);
-            for (const Value value : select) {
+            for (const Value value : select)
                 if (!value.IsReference())
                     return geometry.Angle(value);
-            }
             return 0.0;
         };
         return conicPiece(geometry, *conic, angle(from, curve[1]), angle(to, curve[2]), sameSense);

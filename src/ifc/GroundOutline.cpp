@@ -31,10 +31,12 @@ Outline fromAbove(const Polygon& points) {
 }
 
 bool isReachable(const Polygon& points) {
-    return std::all_of(points.begin(), points.end(), [](const Vector& point) {
-        return std::abs(point.x) < farthest && std::abs(point.y) < farthest &&
-               std::abs(point.z) < farthest;
-    });
+    return std::all_of(
+        points.begin(), points.end(),
+        [](const Vector& point) {
+            return std::abs(point.x) < farthest && std::abs(point.y) < farthest &&
+                   std::abs(point.z) < farthest;
+        });
 }
 
 std::vector<SeenFace> facesOf(const Part& part) {
@@ -96,10 +98,9 @@ std::optional<Ground> GroundOutline(const std::vector<Part>& parts) {
         keepGround(faces);
         for (SeenFace& face : faces)
             polygons.push_back(std::move(face.outline));
-        for (const Polygon& line : part.lines) {
+        for (const Polygon& line : part.lines)
             if (isReachable(line))
                 lines.push_back(fromAbove(line));
-        }
     }
     // A single line that was left open means to be closed.
     if (polygons.empty() && lines.size() == 1 && lines.front().size() > 2)

@@ -74,10 +74,9 @@ Outline shown(Outline outline) {
 }
 
 std::wstring textOf(const Element& element, const wchar_t* name) {
-    for (const Attribute& attribute : element.attributes) {
+    for (const Attribute& attribute : element.attributes)
         if (attribute.name == name)
             return attribute.TextValue();
-    }
     return {};
 }
 
@@ -115,10 +114,13 @@ HostIdentity newIdentity(const Drawing& drawing) {
 }
 
 bool isGlobalId(const std::wstring& text) {
-    return text.size() == 22 && std::all_of(text.begin(), text.end(), [](wchar_t c) {
-               return (c >= L'0' && c <= L'9') || (c >= L'A' && c <= L'Z') ||
-                      (c >= L'a' && c <= L'z') || c == L'_' || c == L'$';
-           });
+    return text.size() == 22 && std::all_of(
+                                    text.begin(), text.end(),
+                                    [](wchar_t c) {
+                                        return (c >= L'0' && c <= L'9') ||
+                                               (c >= L'A' && c <= L'Z') ||
+                                               (c >= L'a' && c <= L'z') || c == L'_' || c == L'$';
+                                    });
 }
 
 } // namespace
@@ -159,10 +161,9 @@ Drawing IfcDrawing::Read() const {
     Drawing drawing;
     for (const InstanceId id : file_->OfType("IFCPROJECT")) {
         const Instance project = file_->Get(id);
-        for (const std::size_t name : {2, 5}) {
+        for (const std::size_t name : {2, 5})
             if (project[name].IsText() && !project[name].RawText().empty())
                 drawing.project.name = shown(project[name].Text());
-        }
     }
     drawing.project.folder = path_.parent_path().wstring();
     drawing.attributeNames[AreaTypeNumber] = areaTypeName;

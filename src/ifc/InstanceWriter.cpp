@@ -179,17 +179,15 @@ std::string InstanceWriter::findContext(Context which) const {
                 return std::string(representation[0].Raw());
         }
     }
-    for (const InstanceId id : file.OfType("IFCGEOMETRICREPRESENTATIONSUBCONTEXT")) {
+    for (const InstanceId id : file.OfType("IFCGEOMETRICREPRESENTATIONSUBCONTEXT"))
         if (isNamed(file.Get(id)[0], contextNames[which]))
             return Reference(id);
-    }
     if (which == FootPrint)
         return {};
     const std::vector<InstanceId> contexts = file.OfType("IFCGEOMETRICREPRESENTATIONCONTEXT");
-    for (const InstanceId id : contexts) {
+    for (const InstanceId id : contexts)
         if (isNamed(file.Get(id)[1], "Model"))
             return Reference(id);
-    }
     return contexts.empty() ? std::string() : Reference(contexts.front());
 }
 

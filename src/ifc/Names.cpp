@@ -4,7 +4,7 @@ namespace kalvrooms::ifc {
 
 std::wstring PlainName(std::wstring_view name) {
     std::wstring plain;
-    for (const wchar_t c : name) {
+    for (const wchar_t c : name)
         if (c >= L'A' && c <= L'Z')
             plain += static_cast<wchar_t>(c - L'A' + L'a');
         else if (c == L'ä' || c == L'Ä')
@@ -17,7 +17,6 @@ std::wstring PlainName(std::wstring_view name) {
             plain += L"ss";
         else if (c > L' ' && c != L'_' && c != L'-' && c != L'.' && c != L'\x00A0')
             plain += c;
-    }
     return plain;
 }
 

@@ -226,10 +226,9 @@ constexpr std::pair<std::string_view, ShapeReader> parametrised[] = {
 };
 
 void place(Outlines& outlines, const Transform& transform) {
-    for (Polygon& outline : outlines) {
+    for (Polygon& outline : outlines)
         for (Vector& point : outline)
             point = transform(point);
-    }
 }
 
 Outlines closedCurve(Geometry& geometry, const Instance& profile) {

@@ -14,10 +14,9 @@ void eachReference(const Value& value, Found found) {
     if (value.IsReference()) {
         found(value);
     } else if (!value.IsNull()) {
-        for (const Value member : value) {
+        for (const Value member : value)
             if (member.IsReference())
                 found(member);
-        }
     }
 }
 
@@ -45,66 +44,91 @@ void Relations::each(const char* keyword, Read read) {
 
 template <class Found>
 void Relations::eachSpaceOf(const Value& list, Found found) const {
-    eachReference(list, [&](const Value& member) {
-        const InstanceId id = member.Reference();
-        if (spaces_.contains(id))
-            found(id);
-    });
+    eachReference(
+        list,
+        [&](const Value& member) {
+            const InstanceId id = member.Reference();
+            if (spaces_.contains(id))
+                found(id);
+        });
 }
 
 void Relations::readParts() {
-    each("IFCRELAGGREGATES", [&](InstanceId id, const Instance& relation) {
-        if (!relation[4].IsReference())
-            return;
-        const InstanceId whole = relation[4].Reference();
-        eachReference(relation[5], [&](const Value& part) {
-            parents_.emplace(part.Reference(), Parent{whole, id});
+    each(
+        "IFCRELAGGREGATES",
+        [&](InstanceId id, const Instance& relation) {
+            if (!relation[4].IsReference())
+                return;
+            const InstanceId whole = relation[4].Reference();
+            eachReference(
+                relation[5],
+                [&](const Value& part) {
+                    parents_.emplace(part.Reference(), Parent{whole, id});
+                });
         });
-    });
 }
 
 // Some programs put spaces into their storey as they put walls.
 void Relations::readContents() {
-    each("IFCRELCONTAINEDINSPATIALSTRUCTURE", [&](InstanceId id, const Instance& relation) {
-        if (!relation[5].IsReference())
-            return;
-        const InstanceId whole = relation[5].Reference();
-        eachSpaceOf(relation[4], [&](InstanceId space) {
-            parents_.emplace(space, Parent{whole, id});
+    each(
+        "IFCRELCONTAINEDINSPATIALSTRUCTURE",
+        [&](InstanceId id, const Instance& relation) {
+            if (!relation[5].IsReference())
+                return;
+            const InstanceId whole = relation[5].Reference();
+            eachSpaceOf(
+                relation[4],
+                [&](InstanceId space) {
+                    parents_.emplace(space, Parent{whole, id});
+                });
         });
-    });
 }
 
 void Relations::readDefinitions() {
-    each("IFCRELDEFINESBYPROPERTIES", [&](InstanceId id, const Instance& relation) {
-        eachSpaceOf(relation[4], [&](InstanceId space) {
-            // A set of sets in IFC4.
-            eachReference(relation[5].Untyped(), [&](const Value& definition) {
-                definitions_[space].push_back({definition.Reference(), id, false});
-            });
+    each(
+        "IFCRELDEFINESBYPROPERTIES",
+        [&](InstanceId id, const Instance& relation) {
+            eachSpaceOf(
+                relation[4],
+                [&](InstanceId space) {
+                    // A set of sets in IFC4.
+                    eachReference(
+                        relation[5].Untyped(),
+                        [&](const Value& definition) {
+                            definitions_[space].push_back({definition.Reference(), id, false});
+                        });
+                });
         });
-    });
 }
 
 void Relations::readTypes() {
-    each("IFCRELDEFINESBYTYPE", [&](InstanceId id, const Instance& relation) {
-        eachSpaceOf(relation[4], [&](InstanceId space) {
-            if (!relation[5].IsReference() || !file_.Has(relation[5].Reference()))
-                return;
-            eachReference(relation.Follow(5)[5], [&](const Value& definition) {
-                definitions_[space].push_back({definition.Reference(), id, true});
-            });
+    each(
+        "IFCRELDEFINESBYTYPE",
+        [&](InstanceId id, const Instance& relation) {
+            eachSpaceOf(
+                relation[4],
+                [&](InstanceId space) {
+                    if (!relation[5].IsReference() || !file_.Has(relation[5].Reference()))
+                        return;
+                    eachReference(
+                        relation.Follow(5)[5],
+                        [&](const Value& definition) {
+                            definitions_[space].push_back({definition.Reference(), id, true});
+                        });
+                });
         });
-    });
 }
 
 void Relations::readClasses() {
-    each("IFCRELASSOCIATESCLASSIFICATION", [&](InstanceId, const Instance& relation) {
-        if (!relation[5].IsReference())
-            return;
-        eachSpaceOf(relation[4],
-                    [&](InstanceId space) { classes_[space].push_back(relation[5].Reference()); });
-    });
+    each(
+        "IFCRELASSOCIATESCLASSIFICATION",
+        [&](InstanceId, const Instance& relation) {
+            if (!relation[5].IsReference())
+                return;
+            eachSpaceOf(
+                relation[4],
+                [&](InstanceId space) { classes_[space].push_back(relation[5].Reference()); });
+        });
 }
 
 std::vector<Attached> Relations::DefinitionsOf(InstanceId space) const {
@@ -112,8 +136,9 @@ std::vector<Attached> Relations::DefinitionsOf(InstanceId space) const {
     if (found == definitions_.end())
         return {};
     std::vector<Attached> definitions = found->second;
-    std::stable_partition(definitions.begin(), definitions.end(),
-                          [](const Attached& attached) { return !attached.ofType; });
+    std::stable_partition(
+        definitions.begin(), definitions.end(),
+        [](const Attached& attached) { return !attached.ofType; });
     std::erase_if(definitions,
                   [&](const Attached& attached) { return !file_.Has(attached.definition); });
     return definitions;

@@ -197,10 +197,9 @@ void RoomWriter::movePlacement(const Room& room, const Floor& floor) {
     if (!space[5].IsReference())
         return;
     double before = floor.elevation;
-    for (const Storey& storey : building_.Storeys()) {
+    for (const Storey& storey : building_.Storeys())
         if (storey.instance == room.storey)
             before = storey.elevation;
-    }
     const Instance placement = space.Follow(5);
     const Transform place = raisedBy(floor.elevation - before) * ReadPlacement(geometry_, space[5]);
     const Transform relative = floor.place.Inverse() * place;
@@ -226,10 +225,9 @@ void RoomWriter::replaceOutline(const Room& room, const Outline& outline) {
     const Transform place = ReadPlacement(geometry_, space[5]);
     double bottom = place.origin.z;
     double height = usualHeight;
-    for (const Storey& storey : building_.Storeys()) {
+    for (const Storey& storey : building_.Storeys())
         if (storey.instance == room.storey)
             height = heightOf(storey);
-    }
     const auto body = ReadSpaceBody(geometry_, space);
     if (body && body->top - body->bottom > 0.1) {
         bottom = body->bottom;
@@ -339,10 +337,9 @@ InstanceId RoomWriter::relationOf(InstanceId whole) const {
 
 std::vector<InstanceId> RoomWriter::staying(const Instance& relation) const {
     std::vector<InstanceId> members;
-    for (const Value member : relation[placesIn(relation).members]) {
+    for (const Value member : relation[placesIn(relation).members])
         if (!leaving_.at(relation.Id()).contains(member.Reference()))
             members.push_back(member.Reference());
-    }
     return members;
 }
 
@@ -380,10 +377,9 @@ bool RoomWriter::followMembers() {
 void RoomWriter::moveMembers() {
     while (followMembers()) {
     }
-    for (const auto& [whole, ignored] : joining_) {
+    for (const auto& [whole, ignored] : joining_)
         if (const InstanceId relation = relationOf(whole))
             leaving_.try_emplace(relation);
-    }
     for (const auto& [id, leaving] : leaving_) {
         const Instance relation = file_.Get(id);
         const Places places = placesIn(relation);

@@ -38,10 +38,9 @@ class ShapeReader {
         for (const char* keyword :
              {"IFCHALFSPACESOLID", "IFCBOXEDHALFSPACE", "IFCPOLYGONALBOUNDEDHALFSPACE",
               "IFCCARTESIANPOINT", "IFCTEXTLITERAL", "IFCTEXTLITERALWITHEXTENT", "IFCPLANE",
-              "IFCDEFINEDSYMBOL", "IFCANNOTATIONTEXTOCCURRENCE", "IFCANNOTATIONSYMBOLOCCURRENCE"}) {
+              "IFCDEFINEDSYMBOL", "IFCANNOTATIONTEXTOCCURRENCE", "IFCANNOTATIONSYMBOLOCCURRENCE"})
             if (item.Is(keyword))
                 return true;
-        }
         return false;
     }
 
@@ -99,10 +98,9 @@ class ShapeReader {
     }
 
     void addFaces(std::vector<Polygon> faces, const Transform& place) {
-        for (Polygon& face : faces) {
+        for (Polygon& face : faces)
             for (Vector& point : face)
                 point = place(point);
-        }
         parts_.push_back({std::move(faces), {}});
     }
 

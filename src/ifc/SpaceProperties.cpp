@@ -41,10 +41,9 @@ AreaFrom areaByName(std::wstring_view name) {
 bool isOfSomethingElse(std::wstring_view name) {
     for (const wchar_t* part : {L"wall", L"wand", L"ceiling", L"decke", L"window", L"fenster",
                                 L"door", L"tuer", L"opening", L"oeffnung", L"roof", L"dach",
-                                L"surface", L"side", L"mantel", L"fassade", L"facade"}) {
+                                L"surface", L"side", L"mantel", L"fassade", L"facade"})
         if (name.find(part) != std::wstring_view::npos)
             return true;
-    }
     return false;
 }
 
@@ -77,13 +76,12 @@ class Reader {
         const Instance set = file_.Get(attached.definition);
         set_ = attached;
         own_ = set[2].IsText() && set[2].RawText() == OwnPropertySet;
-        if (set.Is("IFCPROPERTYSET")) {
+        if (set.Is("IFCPROPERTYSET"))
             for (const Value member : set[4])
                 attempt([&] { property(file_.Get(member), 0); });
-        } else if (set.Is("IFCELEMENTQUANTITY")) {
+        else if (set.Is("IFCELEMENTQUANTITY"))
             for (const Value member : set[5])
                 attempt([&] { quantity(file_.Get(member), 0); });
-        }
     }
 
     void quantity(const Instance& quantity, int depth) {

@@ -37,8 +37,9 @@ constexpr auto marks = [] {
 } // namespace
 
 bool Instance::Is(std::string_view keyword) const {
-    return std::equal(keyword_.begin(), keyword_.end(), keyword.begin(), keyword.end(),
-                      [](char have, char wanted) { return capital(have) == wanted; });
+    return std::equal(
+        keyword_.begin(), keyword_.end(), keyword.begin(), keyword.end(),
+        [](char have, char wanted) { return capital(have) == wanted; });
 }
 
 Instance Instance::Follow(std::size_t index) const {
@@ -81,12 +82,11 @@ class StepFile::Scanner {
     }
 
     void skipBlanks() {
-        while (at_ != end_) {
+        while (at_ != end_)
             if (static_cast<unsigned char>(*at_) <= ' ')
                 ++at_;
             else if (!skipComment())
                 return;
-        }
     }
 
     bool skipComment() {
@@ -299,10 +299,9 @@ std::vector<InstanceId> StepFile::OfType(std::string_view keyword) const {
     for (const char c : keyword)
         hash = hashed(hash, c);
     std::vector<InstanceId> ids;
-    for (const Entry& entry : entries_) {
+    for (const Entry& entry : entries_)
         if (entry.keyword == hash && at(entry).Is(keyword))
             ids.push_back(entry.id);
-    }
     return ids;
 }
 
@@ -339,10 +338,9 @@ std::size_t StepFile::LineAt(const char* position) const {
 InstanceId StepFile::InstanceAt(const char* position) const {
     const std::size_t offset = static_cast<std::size_t>(position - text_.data());
     const Entry* nearest = nullptr;
-    for (const Entry& entry : entries_) {
+    for (const Entry& entry : entries_)
         if (entry.begin <= offset && (!nearest || nearest->begin < entry.begin))
             nearest = &entry;
-    }
     return nearest ? nearest->id : 0;
 }
 

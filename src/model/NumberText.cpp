@@ -39,15 +39,12 @@ bool isDigit(wchar_t c) {
 }
 
 int hexDigitOf(wchar_t c) {
-    if (isDigit(c)) {
+    if (isDigit(c))
         return c - L'0';
-    }
-    if (c >= L'A' && c <= L'F') {
+    if (c >= L'A' && c <= L'F')
         return c - L'A' + 10;
-    }
-    if (c >= L'a' && c <= L'f') {
+    if (c >= L'a' && c <= L'f')
         return c - L'a' + 10;
-    }
     return 16;
 }
 
@@ -64,33 +61,27 @@ class DecimalDigits {
   public:
     void addWhole(int digit) {
         any_ = true;
-        if (!keep(digit)) {
+        if (!keep(digit))
             ++exponent_;
-        }
     }
     void addFraction(int digit) {
         any_ = true;
-        if (keep(digit)) {
+        if (keep(digit))
             --exponent_;
-        }
     }
     void shift(std::int64_t powerOfTen) { exponent_ += powerOfTen; }
     bool any() const { return any_; }
 
     Reading reading() const {
-        if (digits_.empty()) {
+        if (digits_.empty())
             return {Verdict::Number, 0.0};
-        }
-        if (digits_.size() <= exactDigits && std::abs(exponent_) <= exactPower) {
+        if (digits_.size() <= exactDigits && std::abs(exponent_) <= exactPower)
             return {Verdict::Number, exactValue()};
-        }
         const std::int64_t magnitude = static_cast<std::int64_t>(digits_.size()) + exponent_;
-        if (magnitude > 400) {
+        if (magnitude > 400)
             return {Verdict::TooLarge, 0.0};
-        }
-        if (magnitude < -400) {
+        if (magnitude < -400)
             return {Verdict::Number, 0.0};
-        }
         std::string plain = digits_;
         std::int64_t exponent = exponent_;
         if (remainder_) {
@@ -100,9 +91,8 @@ class DecimalDigits {
         plain += 'e' + std::to_string(exponent);
         double value = 0.0;
         const auto result = std::from_chars(plain.data(), plain.data() + plain.size(), value);
-        if (result.ec == std::errc::result_out_of_range || std::isinf(value)) {
+        if (result.ec == std::errc::result_out_of_range || std::isinf(value))
             return magnitude > 0 ? Reading{Verdict::TooLarge, 0.0} : Reading{Verdict::Number, 0.0};
-        }
         return {Verdict::Number, value};
     }
 
@@ -117,9 +107,8 @@ class DecimalDigits {
             1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
             1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
         std::int64_t whole = 0;
-        for (const char digit : digits_) {
+        for (const char digit : digits_)
             whole = whole * 10 + (digit - '0');
-        }
         const double power = powers[static_cast<std::size_t>(std::abs(exponent_))];
         const auto value = static_cast<double>(whole);
         return exponent_ < 0 ? value / power : value * power;
@@ -133,9 +122,8 @@ class DecimalDigits {
             remainder_ = remainder_ || digit != 0;
             return false;
         }
-        if (digit != 0 || !digits_.empty()) {
+        if (digit != 0 || !digits_.empty())
             digits_ += static_cast<char>('0' + digit);
-        }
         return true;
     }
 
@@ -154,16 +142,13 @@ class Reader {
     Reading read() {
         readSurroundings(true);
         Reading reading = startsWith(L"&") ? readBased() : readDecimal();
-        if (reading.verdict == Verdict::NoNumber) {
+        if (reading.verdict == Verdict::NoNumber)
             return reading;
-        }
         readSurroundings(false);
-        if (!rest_.empty() || open_ || (based_ && currency_)) {
+        if (!rest_.empty() || open_ || (based_ && currency_))
             return {};
-        }
-        if (negative_) {
+        if (negative_)
             reading.value = -reading.value;
-        }
         return reading;
     }
 
@@ -173,9 +158,8 @@ class Reader {
     }
 
     bool take(std::wstring_view mark) {
-        if (!startsWith(mark)) {
+        if (!startsWith(mark))
             return false;
-        }
         rest_.remove_prefix(mark.size());
         return true;
     }
@@ -192,9 +176,8 @@ class Reader {
 
     // A mark that only amounts of money have.
     bool takeOfAmount(std::wstring_view mark) {
-        if (!take(mark)) {
+        if (!take(mark))
             return false;
-        }
         amount_ = true;
         return true;
     }
@@ -207,23 +190,21 @@ class Reader {
     // White space, one sign or pair of parentheses and one currency symbol, in any order, may
     // stand around the number.
     void readSurroundings(bool inFront) {
-        while (!rest_.empty()) {
-            if (!currency_ && take(locale_.CurrencySymbol)) {
+        while (!rest_.empty())
+            if (!currency_ && take(locale_.CurrencySymbol))
                 currency_ = true;
-            } else if (isWhiteSpace(rest_.front())) {
+            else if (isWhiteSpace(rest_.front()))
                 rest_.remove_prefix(1);
-            } else if (!signed_ && take(L"-")) {
+            else if (!signed_ && take(L"-"))
                 signed_ = negative_ = true;
-            } else if (!signed_ && take(L"+")) {
+            else if (!signed_ && take(L"+"))
                 signed_ = true;
-            } else if (inFront && !signed_ && take(L"(")) {
+            else if (inFront && !signed_ && take(L"("))
                 signed_ = negative_ = open_ = true;
-            } else if (!inFront && open_ && take(L")")) {
+            else if (!inFront && open_ && take(L")"))
                 open_ = false;
-            } else {
+            else
                 return;
-            }
-        }
     }
 
     Reading readDecimal() {
@@ -242,35 +223,29 @@ class Reader {
             }
             begun = true;
         }
-        if (!digits.any()) {
+        if (!digits.any())
             return {};
-        }
         // An amount of money has no exponent; a currency symbol behind one comes too late for that.
-        if (!currency_ && !amount_) {
+        if (!currency_ && !amount_)
             digits.shift(readExponent());
-        }
         return digits.reading();
     }
 
     // 0 when there is none; an exponent letter without digits is left standing.
     std::int64_t readExponent() {
-        if (rest_.empty() || std::wstring_view(L"eEdD").find(rest_.front()) == std::wstring::npos) {
+        if (rest_.empty() || std::wstring_view(L"eEdD").find(rest_.front()) == std::wstring::npos)
             return 0;
-        }
         std::size_t at = 1;
         const bool negative = at < rest_.size() && rest_[at] == L'-';
-        if (at < rest_.size() && (rest_[at] == L'-' || rest_[at] == L'+')) {
+        if (at < rest_.size() && (rest_[at] == L'-' || rest_[at] == L'+'))
             ++at;
-        }
-        if (at == rest_.size() || !isDigit(rest_[at])) {
+        if (at == rest_.size() || !isDigit(rest_[at]))
             return 0;
-        }
         // Far beyond what the digits of any text could still bring back into range.
         constexpr std::int64_t limit = 1'000'000'000'000'000;
         std::int64_t exponent = 0;
-        for (; at < rest_.size() && isDigit(rest_[at]); ++at) {
+        for (; at < rest_.size() && isDigit(rest_[at]); ++at)
             exponent = std::min(limit, exponent * 10 + (rest_[at] - L'0'));
-        }
         rest_.remove_prefix(at);
         return negative ? -exponent : exponent;
     }
@@ -278,14 +253,12 @@ class Reader {
     // "&H1F" and "&O17": bit patterns of 32 bits, the highest of which is the sign.
     Reading readBased() {
         int base = 0;
-        if (take(L"&H") || take(L"&h")) {
+        if (take(L"&H") || take(L"&h"))
             base = 16;
-        } else if (take(L"&O") || take(L"&o")) {
+        else if (take(L"&O") || take(L"&o"))
             base = 8;
-        }
-        if (base == 0 || rest_.empty() || hexDigitOf(rest_.front()) >= base) {
+        if (base == 0 || rest_.empty() || hexDigitOf(rest_.front()) >= base)
             return {};
-        }
         based_ = true;
         std::uint64_t pattern = 0;
         bool tooLarge = false;
@@ -298,9 +271,8 @@ class Reader {
                 pattern = 0;
             }
         }
-        if (tooLarge) {
+        if (tooLarge)
             return {Verdict::TooLarge, 0.0};
-        }
         return {Verdict::Number, static_cast<double>(static_cast<std::int32_t>(pattern))};
     }
 
@@ -318,9 +290,8 @@ class Reader {
 double roundHalfToEven(double value) {
     const double below = std::floor(value);
     const double rest = value - below;
-    if (rest != 0.5) {
+    if (rest != 0.5)
         return rest < 0.5 ? below : below + 1.0;
-    }
     return std::fmod(below, 2.0) == 0.0 ? below : below + 1.0;
 }
 
@@ -329,9 +300,8 @@ Whole roundTo(double value) {
     const double rounded = roundHalfToEven(value);
     // Written so that NaN fails as well.
     if (!(rounded >= std::numeric_limits<Whole>::min() &&
-          rounded <= std::numeric_limits<Whole>::max())) {
+          rounded <= std::numeric_limits<Whole>::max()))
         throw RuntimeError(RuntimeError::Overflow);
-    }
     return static_cast<Whole>(rounded);
 }
 
@@ -340,9 +310,8 @@ void appendPlainForm(std::wstring& text, double value, const std::wstring& decim
         text += L"NAN";
         return;
     }
-    if (value < 0.0) {
+    if (value < 0.0)
         text += L'-';
-    }
     if (std::isinf(value)) {
         text += L"INF";
         return;
@@ -371,13 +340,11 @@ void appendPlainForm(std::wstring& text, double value, const std::wstring& decim
     const auto count = static_cast<int>(digits.size());
     if (exponent < -4 || exponent >= significant) {
         text += digits[0];
-        if (count > 1) {
+        if (count > 1)
             text.append(decimalMark).append(digits.substr(1));
-        }
         text += exponent < 0 ? L"E-" : L"E+";
-        if (std::abs(exponent) < 10) {
+        if (std::abs(exponent) < 10)
             text += L'0';
-        }
         text += std::to_wstring(std::abs(exponent));
     } else if (exponent < 0) {
         text.append(1, L'0').append(decimalMark);
@@ -410,9 +377,8 @@ NumberLocale UserLocale() {
 
 std::wstring_view TrimmedView(std::wstring_view text) {
     const std::size_t first = text.find_first_not_of(L' ');
-    if (first == std::wstring_view::npos) {
+    if (first == std::wstring_view::npos)
         return {};
-    }
     return text.substr(first, text.find_last_not_of(L' ') - first + 1);
 }
 
@@ -477,9 +443,8 @@ std::wstring FromLong(std::int32_t value) {
 std::int32_t AddLong(std::int32_t a, std::int32_t b) {
     const std::int64_t sum = static_cast<std::int64_t>(a) + b;
     if (sum < std::numeric_limits<std::int32_t>::min() ||
-        sum > std::numeric_limits<std::int32_t>::max()) {
+        sum > std::numeric_limits<std::int32_t>::max())
         throw RuntimeError(RuntimeError::Overflow);
-    }
     return static_cast<std::int32_t>(sum);
 }
 

@@ -12,9 +12,8 @@ std::vector<clsFloor::Entry>::const_iterator clsFloor::find(std::int32_t id) con
     const auto at = std::lower_bound(
         rooms_.begin(), rooms_.end(), id,
         [](const Entry& entry, std::int32_t wanted) { return entry.key < wanted; });
-    if (at == rooms_.end() || at->key != id) {
+    if (at == rooms_.end() || at->key != id)
         throw RuntimeError(RuntimeError::InvalidProcedureCall);
-    }
     return at;
 }
 
@@ -23,12 +22,10 @@ std::int32_t clsFloor::GetCountOfRooms() const {
 }
 
 void clsFloor::GetRoomByIndex(std::int32_t index, clsRoom& room) const {
-    if (index > GetCountOfRooms()) {
+    if (index > GetCountOfRooms())
         return;
-    }
-    if (index < 1) {
+    if (index < 1)
         throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    }
     CopyRoom(*rooms_[static_cast<std::size_t>(index - 1)].room, room);
 }
 
@@ -44,9 +41,8 @@ void clsFloor::AddRooms(clsRoom& room, std::int32_t quantity) {
     for (std::int32_t i = 0; i < quantity; ++i) {
         AddRoom(room);
         // The copy is made already: it keeps the empty name, only those that follow are numbered.
-        if (room.Name().empty()) {
+        if (room.Name().empty())
             room.Name(FromLong(nextID_));
-        }
         room.IncrementRoomNumber();
     }
 }
@@ -73,9 +69,8 @@ void clsFloor::CopyRoom(const clsRoom& source, clsRoom& target) {
     target.Occupancy(source.Occupancy());
     target.StoryCode(source.StoryCode());
     target.ID(source.ID());
-    if (!source.Geometry || !target.Geometry) {
+    if (!source.Geometry || !target.Geometry)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
-    }
     target.Geometry->Area(source.Geometry->Area());
     target.Geometry->SetTypeAndValue(source.Geometry->CalculationType(),
                                      source.Geometry->CalculationValue());

@@ -10,23 +10,20 @@ namespace kalvrooms {
 namespace {
 
 double finite(double value) {
-    if (!std::isfinite(value)) {
+    if (!std::isfinite(value))
         throw RuntimeError(RuntimeError::Overflow);
-    }
     return value;
 }
 
 double divide(double dividend, double divisor) {
-    if (divisor == 0.0) {
+    if (divisor == 0.0)
         throw RuntimeError(RuntimeError::DivisionByZero);
-    }
     return finite(dividend / divisor);
 }
 
 double squareRoot(double value) {
-    if (value < 0.0) {
+    if (value < 0.0)
         throw RuntimeError(RuntimeError::InvalidProcedureCall);
-    }
     return std::sqrt(value);
 }
 
@@ -41,9 +38,8 @@ const std::wstring* sharedWord(std::wstring_view word) {
 clsGeometry::clsGeometry() : calculationType_(sharedWord({})) {}
 
 void clsGeometry::SetTypeAndValue(std::wstring_view type, std::wstring_view value) {
-    if (*calculationType_ != type) {
+    if (*calculationType_ != type)
         calculationType_ = sharedWord(type);
-    }
     calculationValue_ = value;
 }
 
@@ -75,15 +71,12 @@ void clsGeometry::Default(bool value) {
 std::wstring clsGeometry::Info(const NumberLocale& locale) const {
     const bool numeric = IsNumeric(calculationValue_, locale);
     const double value = NumberOrZero(calculationValue_, locale);
-    if (*calculationType_ == CalculationByDx || *calculationType_ == CalculationByDy) {
+    if (*calculationType_ == CalculationByDx || *calculationType_ == CalculationByDy)
         return std::abs(value * value - area_) < 0.001 ? L"quadratisch" : L"rechteckig";
-    }
-    if (*calculationType_ == CalculationByRatio) {
+    if (*calculationType_ == CalculationByRatio)
         return value == 1.0 ? L"quadratisch" : L"rechteckig";
-    }
-    if (*calculationType_ == CalculationByFile) {
+    if (*calculationType_ == CalculationByFile)
         return L"polygonal";
-    }
     return numeric ? L"" : L" ";
 }
 
@@ -93,41 +86,33 @@ const std::wstring& clsGeometry::FileName() const {
 }
 
 double clsGeometry::valueForSides(const NumberLocale& locale) {
-    if (IsNumeric(calculationValue_, locale)) {
+    if (IsNumeric(calculationValue_, locale))
         return ToDouble(calculationValue_, locale);
-    }
-    if (*calculationType_ == CalculationByFile) {
+    if (*calculationType_ == CalculationByFile)
         return 0.0;
-    }
     calculationType_ = sharedWord(CalculationByRatio);
     return 1.0;
 }
 
 double clsGeometry::dx(const NumberLocale& locale) {
     const double value = valueForSides(locale);
-    if (*calculationType_ == CalculationByDx) {
+    if (*calculationType_ == CalculationByDx)
         return value;
-    }
-    if (*calculationType_ == CalculationByDy) {
+    if (*calculationType_ == CalculationByDy)
         return area_ != 0.0 ? divide(area_, value) : 0.0;
-    }
-    if (*calculationType_ == CalculationByRatio) {
+    if (*calculationType_ == CalculationByRatio)
         return area_ != 0.0 ? squareRoot(finite(value * area_)) : 0.0;
-    }
     return 0.0;
 }
 
 double clsGeometry::dy(const NumberLocale& locale) {
     const double value = valueForSides(locale);
-    if (*calculationType_ == CalculationByDy) {
+    if (*calculationType_ == CalculationByDy)
         return value;
-    }
-    if (*calculationType_ == CalculationByDx) {
+    if (*calculationType_ == CalculationByDx)
         return area_ != 0.0 ? divide(area_, value) : 0.0;
-    }
-    if (*calculationType_ == CalculationByRatio) {
+    if (*calculationType_ == CalculationByRatio)
         return area_ != 0.0 ? squareRoot(finite(divide(1.0, value) * area_)) : 0.0;
-    }
     return 0.0;
 }
 
@@ -135,15 +120,14 @@ void clsGeometry::SetAspectRatio(std::wstring_view dx, std::wstring_view dy,
                                  const NumberLocale& locale) {
     const double a = NumberOrZero(dx, locale);
     const double b = NumberOrZero(dy, locale);
-    if (a == b) {
+    if (a == b)
         SetTypeAndValue(CalculationByRatio, L"1");
-    } else if (a > 0.0) {
+    else if (a > 0.0)
         SetTypeAndValue(CalculationByDx, dx);
-    } else if (b > 0.0) {
+    else if (b > 0.0)
         SetTypeAndValue(CalculationByDy, dy);
-    } else {
+    else
         SetTypeAndValue(CalculationByRatio, L"1");
-    }
 }
 
 void clsGeometry::getDefaultValues(double& dx, double& dy) {

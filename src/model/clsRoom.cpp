@@ -12,9 +12,8 @@ constexpr std::size_t mostTrailingCharacters = 10;
 std::size_t trailingNumberLength(std::wstring_view name, const NumberLocale& locale) {
     std::size_t length = 0;
     while (length < name.size() && length <= mostTrailingCharacters &&
-           IsNumeric(name.substr(name.size() - length - 1), locale)) {
+           IsNumeric(name.substr(name.size() - length - 1), locale))
         ++length;
-    }
     return length;
 }
 
@@ -37,9 +36,8 @@ void clsRoom::SetRoomID(std::wstring_view key, const NumberLocale& locale) {
 }
 
 std::wstring clsRoom::GetRoomID() const {
-    if (componentID_ < 0 || TrimmedView(fileID_).empty()) {
+    if (componentID_ < 0 || TrimmedView(fileID_).empty())
         return {};
-    }
     return FromLong(componentID_) + L"-" + fileID_;
 }
 
@@ -58,15 +56,13 @@ void clsRoom::IncrementRoomNumber() {
     }
     const NumberLocale locale = UserLocale();
     if (IsNumeric(name_, locale)) {
-        if (name_.size() < 10) {
+        if (name_.size() < 10)
             name_ = FromLong(AddLong(ToLong(name_, locale), 1));
-        }
         return;
     }
     const std::size_t length = trailingNumberLength(name_, locale);
-    if (length > mostTrailingCharacters) {
+    if (length > mostTrailingCharacters)
         return;
-    }
     const std::size_t kept = name_.size() - length;
     const std::wstring_view number = std::wstring_view(name_).substr(kept);
     const std::int32_t next = length > 0 ? AddLong(ToLong(number, locale), 1) : AddLong(id_, 1);

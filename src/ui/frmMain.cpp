@@ -414,8 +414,8 @@ void frmMain::exportRooms() {
     ReportCounts counts;
     kalvero_->ExportFloorsToKalvero(*floors_, true, placement_.block, placement_.distanceX,
                                     placement_.distanceY, counts.newAtPosition, counts.updated,
-                                    counts.setDown);
-    if (counts.updated + counts.newAtPosition + counts.setDown > 0 && !noReport_)
+                                    counts.placed);
+    if (counts.updated + counts.newAtPosition + counts.placed > 0 && !noReport_)
         frmReport(dialogs(), *this, counts).ShowModal();
 }
 
@@ -546,13 +546,12 @@ void frmMain::onTableMouseUp(Gui::MouseButton button, int row, int column) {
     grdRooms_->Col(column);
     grdRooms_->Row(row);
     clickedRoomRow_ = false;
-    if (button == Gui::MouseButton::Right) {
+    if (button == Gui::MouseButton::Right)
         form_->PopupMenu(*mnuRecord_);
-    } else if (row == 0) {
+    else if (row == 0)
         command([this] { sortTable(Gui::SortOrder::Ascending); });
-    } else {
+    else
         clickedRoomRow_ = true;
-    }
 }
 
 void frmMain::onTableDoubleClick() {

@@ -23,8 +23,8 @@ void frmReport::load() {
                  {rows_[1].text, 61},
                  {rows_[2].text, 63},
                  {cmdOk, 2}});
-    const auto& [updated, newAtPosition, setDown] = counts_;
-    if (AddLong(AddLong(updated, newAtPosition), setDown) == 1)
+    const auto& [updated, newAtPosition, placed] = counts_;
+    if (AddLong(AddLong(updated, newAtPosition), placed) == 1)
         lblTop.Text(text(TextNumber::OneRoomWas));
 
     const Placement placement = options_.GetPlace();
@@ -40,7 +40,7 @@ void frmReport::load() {
     };
     show(rows_[0], updated, TextNumber::OneUpdated, placement.colorOld);
     show(rows_[1], newAtPosition, TextNumber::OneAtPosition, placement.colorOld);
-    show(rows_[2], setDown, TextNumber::OneSetDown, placement.colorNew);
+    show(rows_[2], placed, TextNumber::OnePlaced, placement.colorNew);
     moveLowerPartUp(designedEnd - top);
 }
 

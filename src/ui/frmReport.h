@@ -1,7 +1,6 @@
 #pragma once
 // The update report: how many rooms the last writing to the drawing updated, created at their known
-// position and placed at the
-// cross-hair. Rows without rooms are left out and close up.
+// position and placed at the cross-hair. Rows without rooms are left out and close up.
 
 #include <cstdint>
 
@@ -13,7 +12,7 @@ namespace kalvrooms {
 struct ReportCounts {
     std::int32_t updated = 0;
     std::int32_t newAtPosition = 0;
-    std::int32_t setDown = 0;
+    std::int32_t placed = 0;
 };
 
 class frmReport final : public Dialog {

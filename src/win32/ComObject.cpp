@@ -208,8 +208,8 @@ Variant ComObject::invoke(const wchar_t* member, WORD flags, Arguments arguments
             raised = exception.error();
         return outcome;
     });
-    // Who answers is not busy any more. (Making an object shows nothing: a server may do that while
-    // it rejects every call.)
+    // A server that answers is no longer busy. (Making an object shows nothing: a server may do
+    // that while it rejects every call.)
     if (!isRejected(result))
         session_->patience_ = session_->fullPatience_;
     if (result == DISP_E_EXCEPTION)

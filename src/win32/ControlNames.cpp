@@ -93,10 +93,9 @@ constexpr FormEntry forms[] = {
 } // namespace
 
 const FormEntry* FindForm(std::wstring_view name) {
-    for (const FormEntry& form : forms) {
+    for (const FormEntry& form : forms)
         if (form.name == name)
             return &form;
-    }
     return nullptr;
 }
 

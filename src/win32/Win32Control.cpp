@@ -206,10 +206,9 @@ void Win32Control::place(Edge edge, Twips value) {
 }
 
 void Win32Control::PlaceAgain() {
-    for (const Edge edge : {Edge::Left, Edge::Top, Edge::Width, Edge::Height}) {
+    for (const Edge edge : {Edge::Left, Edge::Top, Edge::Width, Edge::Height})
         if (const auto stored = stored_[static_cast<std::size_t>(edge)])
             place(edge, stored->value);
-    }
 }
 
 void Win32Control::Rescale(UINT from, UINT to) {

@@ -154,10 +154,9 @@ void Win32Desktop::Run() {
         return std::any_of(forms_.begin(), forms_.end(),
                            [](const Win32Form* form) { return form->Loaded(); });
     };
-    while (loaded()) {
+    while (loaded())
         if (!PumpMessage())
             return;
-    }
 }
 
 } // namespace kalvrooms::Gui

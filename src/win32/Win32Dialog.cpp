@@ -54,10 +54,9 @@ Win32Dialog::Win32Dialog(Win32Desktop& desktop, const FormEntry& entry)
         if (control.kind == ControlKind::Tabs)
             tabs_ = dynamic_cast<Win32TabStrip*>(ControlById(control.id));
     }
-    if (tabs_) {
+    if (tabs_)
         for (const HWND page : pages_)
             tabs_->AddPage(page);
-    }
     centreDropDowns();
 }
 

@@ -79,27 +79,24 @@ void Win32Form::AttachControl(const ControlEntry& entry, HWND window) {
 }
 
 Control& Win32Form::Find(const std::wstring& name, ControlKind kind) {
-    for (const auto& [entry, control] : controls_) {
+    for (const auto& [entry, control] : controls_)
         if (entry->name == name && entry->kind == kind)
             return *control;
-    }
     throw std::logic_error(narrow(entry_.name) + " has no control of that kind named " +
                            narrow(name));
 }
 
 Win32Control* Win32Form::ControlById(int id) const {
-    for (const auto& [entry, control] : controls_) {
+    for (const auto& [entry, control] : controls_)
         if (entry->id == id)
             return control.get();
-    }
     return nullptr;
 }
 
 Win32Control* Win32Form::ControlNamed(const std::wstring& name) const {
-    for (const auto& [entry, control] : controls_) {
+    for (const auto& [entry, control] : controls_)
         if (entry->name == name)
             return control.get();
-    }
     return nullptr;
 }
 
@@ -194,10 +191,12 @@ bool Win32Form::FocusAsked() {
 // --- Keys -----------------------------------------------------------------------------------
 
 bool Win32Form::openDropDown() const {
-    return std::any_of(controls_.begin(), controls_.end(), [](const auto& control) {
-        return control.first->kind == ControlKind::DropDown && control.second->Window() &&
-               SendMessageW(control.second->Window(), CB_GETDROPPEDSTATE, 0, 0);
-    });
+    return std::any_of(
+        controls_.begin(), controls_.end(),
+        [](const auto& control) {
+            return control.first->kind == ControlKind::DropDown && control.second->Window() &&
+                   SendMessageW(control.second->Window(), CB_GETDROPPEDSTATE, 0, 0);
+        });
 }
 
 bool Win32Form::PreDispatch(MSG& message) {
@@ -239,11 +238,10 @@ bool Win32Form::moveInOptions(const MSG& message) {
         return false;
     // The window system's own way would stop at the fields that stand between the options.
     std::vector<Win32OptionButton*> options;
-    for (const auto& [entry, control] : controls_) {
+    for (const auto& [entry, control] : controls_)
         if (auto* option = dynamic_cast<Win32OptionButton*>(control.get());
             option && option->Enabled() && option->Visible())
             options.push_back(option);
-    }
     const auto here = std::find_if(options.begin(), options.end(), [&](const auto* option) {
         return option->Window() == message.hwnd;
     });
@@ -258,10 +256,9 @@ bool Win32Form::moveInOptions(const MSG& message) {
 }
 
 void Win32Form::SelectOption(Win32OptionButton& chosen) {
-    for (const auto& [entry, control] : controls_) {
+    for (const auto& [entry, control] : controls_)
         if (auto* option = dynamic_cast<Win32OptionButton*>(control.get()))
             option->Mark(option == &chosen);
-    }
 }
 
 // --- Showing and closing --------------------------------------------------------------------
@@ -304,10 +301,9 @@ void Win32Form::ShowModal() {
     // The user may come from the drawing, where he has placed rooms.
     SetForegroundWindow(Window());
     FocusFirst();
-    while (!alive.expired() && Window()) {
+    while (!alive.expired() && Window())
         if (!desktop_.PumpMessage())
             break;
-    }
     if (!alive.expired())
         releaseOwner();
 }

@@ -304,10 +304,9 @@ void Win32Grid::repaintRow(int row) {
 }
 
 int Win32Grid::nextColumn(int from, int step) const {
-    for (int column = from + step; column >= 0 && column < cells_.Columns(); column += step) {
+    for (int column = from + step; column >= 0 && column < cells_.Columns(); column += step)
         if (pixelsOf(column) > 0)
             return column;
-    }
     return from;
 }
 

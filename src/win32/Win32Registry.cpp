@@ -66,9 +66,11 @@ std::unique_ptr<RegistryKey> Win32Registry::CreateKey(const std::wstring& path,
 
 std::unique_ptr<RegistryKey> Win32Registry::OpenKey(const std::wstring& path,
                                                     std::uint32_t accessMask) {
-    return tryPath(path, [&](const wchar_t* name, HKEY* key) {
-        return RegOpenKeyExW(HKEY_CURRENT_USER, name, 0, accessMask, key);
-    });
+    return tryPath(
+        path,
+        [&](const wchar_t* name, HKEY* key) {
+            return RegOpenKeyExW(HKEY_CURRENT_USER, name, 0, accessMask, key);
+        });
 }
 
 } // namespace kalvrooms

@@ -206,10 +206,9 @@ TEST(DrawingScene, ARoomOfManyCornersIsLabelledAtOnce) {
 
     // A comb: thousands of stretches on every line.
     Outline comb;
-    for (int tooth = 0; tooth < corners / 4; ++tooth) {
+    for (int tooth = 0; tooth < corners / 4; ++tooth)
         for (const auto& [x, y] : {std::pair(0.0, 0.0), {0.0, 90.0}, {0.5, 90.0}, {0.5, 0.0}})
             comb.push_back({tooth + x, y});
-    }
     comb.push_back({corners / 4.0, 0});
     comb.push_back({corners / 4.0, -20});
     comb.push_back({0, -20});

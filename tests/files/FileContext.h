@@ -38,16 +38,14 @@ class FileContext final : public RoomTable {
     }
     void UpdateTable(bool warn) override {
         TableUpdates.push_back(warn);
-        if (FailingUpdate != 0) {
+        if (FailingUpdate != 0)
             throw RuntimeError(FailingUpdate);
-        }
     }
     // The active sheet of a workbook, which is made if need be.
     practice::spreadsheet::Sheet& SheetOf(const std::wstring& file) {
         auto& workbook = Spreadsheets.Files[file];
-        if (workbook.sheets.empty()) {
+        if (workbook.sheets.empty())
             workbook.AddSheet();
-        }
         return workbook.ActiveSheet();
     }
 };
@@ -84,16 +82,14 @@ class TemporaryFolder {
         std::ofstream file(path_ / FilePath(name), std::ios::binary | std::ios::trunc);
         file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         file.close();
-        if (!file) {
+        if (!file)
             throw std::runtime_error("the test cannot write its file");
-        }
         return Path(name);
     }
     std::string Read(const std::wstring& name) const {
         std::ifstream file(path_ / FilePath(name), std::ios::binary);
-        if (!file) {
+        if (!file)
             throw std::runtime_error("the test finds no such file");
-        }
         return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     }
 
@@ -118,19 +114,15 @@ class FileTestUnderBothLocales : public UnderBothLocales {
 
     // A number as the user of this locale writes it.
     std::wstring local(std::wstring point) const {
-        for (wchar_t& c : point) {
-            if (c == L'.') {
+        for (wchar_t& c : point)
+            if (c == L'.')
                 c = GetParam().DecimalMark.front();
-            }
-        }
         return point;
     }
     std::string localBytes(std::string point) const {
-        for (char& c : point) {
-            if (c == '.') {
+        for (char& c : point)
+            if (c == '.')
                 c = static_cast<char>(GetParam().DecimalMark.front());
-            }
-        }
         return point;
     }
 };

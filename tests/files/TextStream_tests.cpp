@@ -10,9 +10,8 @@ class TextReaderTest : public testing::Test {
     std::vector<std::wstring> linesOf(const std::string& bytes) {
         TextReader reader(folder.Write(L"a.txt", bytes), codec, longestLine);
         std::vector<std::wstring> lines;
-        while (!reader.AtEnd()) {
+        while (!reader.AtEnd())
             lines.emplace_back(reader.ReadLine());
-        }
         return lines;
     }
     long openError(const std::wstring& path) {

@@ -21,17 +21,15 @@ class Workbook : public FileTestUnderBothLocales {
     void put(int row, int column, CellValue value) { sheet().Set(row, column, {std::move(value)}); }
     // An instance of the user, with workbooks that were never saved.
     void startByUser(int workbooks) {
-        for (spreadsheets.StartByUser(); workbooks > 0; --workbooks) {
+        for (spreadsheets.StartByUser(); workbooks > 0; --workbooks)
             spreadsheets.Running->application.Add()->saved = false;
-        }
     }
     void write(const clsFloors& list) { clsFileSytem(context).WriteListToFile(file, list); }
     void read(clsFloors& list) { clsFileSytem(context).ReadListFromFile(file, list); }
     // A row as the user typed it into the sheet.
     void putRow(int row, const std::vector<CellValue>& values) {
-        for (std::size_t i = 0; i < values.size(); ++i) {
+        for (std::size_t i = 0; i < values.size(); ++i)
             put(row, static_cast<int>(i) + 1, values[i]);
-        }
     }
     void addRooms(int count, const std::wstring& prefix = L"Raum ") {
         for (int i = 1; i <= count; ++i) {
@@ -74,9 +72,8 @@ TEST_P(Workbook, HoldsTitlesInItsFirstRow) {
         L" Bezeichnung ",     L" Funktion",    L" Fläche in qm", L" Geschoss",
         L" Umschließungsart", L" Nutzungsart", L" Flächenart",   L" Geometrie",
         L" Länge (Dx)",       L" Breite(Dy)",  L" Raum-ID"};
-    for (int column = 1; column <= 11; ++column) {
+    for (int column = 1; column <= 11; ++column)
         EXPECT_EQ(at(1, column), CellValue(titles[static_cast<std::size_t>(column) - 1]));
-    }
     EXPECT_EQ(at(1, 12), CellValue());
     expectClosed();
 }
@@ -126,11 +123,9 @@ TEST_P(Workbook, KeepsTextsThatLookLikeSomethingElse) {
     }
     write(floors);
     const auto count = static_cast<int>(texts.size());
-    for (int i = 0; i < count; ++i) {
-        for (const int column : {1, 2, 5, 6, 7}) {
+    for (int i = 0; i < count; ++i)
+        for (const int column : {1, 2, 5, 6, 7})
             EXPECT_EQ(at(i + 2, column), CellValue(texts[static_cast<std::size_t>(i)]));
-        }
-    }
     clsFloors again;
     read(again);
     ASSERT_EQ(again.GetCountOfRooms(), count);
@@ -183,11 +178,9 @@ TEST_P(Workbook, ThatExistsIsOpenedClearedAndSavedInPlace) {
 }
 
 TEST_P(Workbook, IsClearedInRows1To101AndColumns1To12Only) {
-    for (int row = 1; row <= 121; ++row) {
-        for (int column = 1; column <= 13; ++column) {
+    for (int row = 1; row <= 121; ++row)
+        for (int column = 1; column <= 13; ++column)
             put(row, column, L"alt");
-        }
-    }
     addRooms(3);
     write(floors);
     for (int column = 1; column <= 12; ++column) {
@@ -320,14 +313,12 @@ TEST_P(Workbook, WithNumbersInItsTextColumnsIsReadByTheUsersLocale) {
 TEST_P(Workbook, WithAnAreaThatIsNoNumberHasArea0) {
     const std::vector<CellValue> areas = {
         L"x", CellValue(), true, CellError{L"#DIV/0!"}, L"1e400", CellDate{L"12.05.2024"}};
-    for (std::size_t i = 0; i < areas.size(); ++i) {
+    for (std::size_t i = 0; i < areas.size(); ++i)
         putRow(static_cast<int>(i) + 2, {L"a", L"b", areas[i]});
-    }
     read(floors);
     ASSERT_EQ(floors.GetCountOfRooms(), static_cast<int>(areas.size()));
-    for (std::size_t i = 0; i < areas.size(); ++i) {
+    for (std::size_t i = 0; i < areas.size(); ++i)
         EXPECT_EQ(roomAt(floors, static_cast<int>(i) + 1).Geometry->Area(), 0.0) << i;
-    }
 }
 
 TEST_P(Workbook, WithErrorsInItsCellsLosesNoRoom) {
@@ -375,9 +366,8 @@ TEST_P(Workbook, TakesABlankForAName) {
 TEST_P(Workbook, OfAnyLengthIsReadToTheLastRowOfTheSheet) {
     for (const int rooms : {510, 511, 512, 1023, 1024, 65'535}) {
         spreadsheets.Files.clear();
-        for (int row = 2; row <= rooms + 1; ++row) {
+        for (int row = 2; row <= rooms + 1; ++row)
             put(row, 1, L"Raum " + std::to_wstring(row));
-        }
         clsFloors list;
         read(list);
         EXPECT_EQ(list.GetCountOfRooms(), rooms);
@@ -386,9 +376,8 @@ TEST_P(Workbook, OfAnyLengthIsReadToTheLastRowOfTheSheet) {
 
 TEST_P(Workbook, OfASmallSheetIsReadToItsLastRow) {
     sheet().rows = 16'384;
-    for (int row = 2; row <= sheet().rows; ++row) {
+    for (int row = 2; row <= sheet().rows; ++row)
         put(row, 1, L"x");
-    }
     read(floors);
     EXPECT_EQ(floors.GetCountOfRooms(), 16'383);
 }
@@ -531,9 +520,8 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfWriting) {
     const auto before = contentsOf(floors);
     for (const bool isNew : {true, false}) {
         spreadsheets.Files.clear();
-        if (!isNew) {
+        if (!isNew)
             put(2, 1, L"alt");
-        }
         spreadsheets.ForgetCalls();
         write(floors);
         const int calls = spreadsheets.Calls();
@@ -542,9 +530,8 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfWriting) {
         for (const bool gone : {false, true}) {
             for (int n = 1; n <= calls; ++n) {
                 spreadsheets.Files.clear();
-                if (!isNew) {
+                if (!isNew)
                     put(2, 1, L"alt");
-                }
                 spreadsheets.ForgetCalls();
                 spreadsheets.FailAt(n, gone ? FaultMode::Exit : FaultMode::Fail);
                 EXPECT_NO_THROW(write(floors));

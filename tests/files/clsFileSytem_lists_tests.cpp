@@ -185,9 +185,8 @@ TEST_P(TextListUnderBothLocales, ReadsAreasByTheUsersLocale) {
     read(floors, localBytes("a\t\t1.5\nb\t\t -2 \nc\t\tx\nd\t\t\ne\t\t1e400\nf\t\t1E3\n"));
     ASSERT_EQ(floors.GetCountOfRooms(), 6);
     const double expected[] = {1.5, -2.0, 0.0, 0.0, 0.0, 1000.0};
-    for (int i = 0; i < 6; ++i) {
+    for (int i = 0; i < 6; ++i)
         EXPECT_EQ(roomAt(floors, i + 1).Geometry->Area(), expected[i]) << i;
-    }
 }
 
 TEST(TextListOfAnotherLocale, CanReadOtherAreas) {
@@ -326,9 +325,8 @@ TEST_F(TextList, ThatIsMissingOrEmptyOrAFolderAddsNothing) {
     for (const std::wstring& path :
          {folder.Path(L"fehlt.txt"), folder.Path(L"fehlt") + L"/a.txt", folder.Path(L"Ordner.txt"),
           folder.Path(L"leer.txt"), std::wstring(), std::wstring(1, L'\0'),
-          std::wstring(5000, L'x')}) {
+          std::wstring(5000, L'x')})
         EXPECT_NO_THROW(clsFileSytem(context).ReadListFromFile(path, floors));
-    }
     EXPECT_EQ(contentsOf(floors), before);
     EXPECT_TRUE(context.Headless.desktop.Messages().empty());
 }
@@ -456,9 +454,8 @@ TEST_P(TextListUnderBothLocales, KeepsWhatTheFormatCanHold) {
     const std::wstring letters = L"abcXYZ 0123456789-+=.,;'\"äöüÄÖÜß€()/&%\u00A0";
     const auto text = [&](std::size_t longest) {
         std::wstring result;
-        for (std::size_t length = random() % (longest + 1); length > 0; --length) {
+        for (std::size_t length = random() % (longest + 1); length > 0; --length)
             result += letters[random() % letters.size()];
-        }
         return result;
     };
     for (int round = 0; round < 300; ++round) {

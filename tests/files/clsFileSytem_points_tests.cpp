@@ -9,9 +9,8 @@ using practice::FaultMode;
 
 PointArray pointsOf(std::initializer_list<std::pair<double, double>> values) {
     PointArray points;
-    for (const auto& [x, y] : values) {
+    for (const auto& [x, y] : values)
         points.Add(x, y);
-    }
     return points;
 }
 
@@ -185,9 +184,8 @@ TEST_P(PointFile, ThatIsMissingOrAFolderIsNotRead) {
     folder.MakeFolder(L"Ordner.txt");
     for (const std::wstring& path :
          {folder.Path(L"fehlt.txt"), folder.Path(L"fehlt") + L"/p.txt", folder.Path(L"Ordner.txt"),
-          std::wstring(), std::wstring(L" ")}) {
+          std::wstring(), std::wstring(L" ")})
         EXPECT_FALSE(clsFileSytem(context).ReadPointsFromGeometryFile(path, points));
-    }
     EXPECT_FALSE(points.IsSet());
     EXPECT_TRUE(context.Headless.desktop.Messages().empty());
 }
@@ -200,9 +198,8 @@ TEST_P(PointFile, CutOffAnywhereIsReadOnlyIfNoPointIsMissing) {
         points = PointArray();
         const bool complete = read(whole.substr(0, length));
         EXPECT_EQ(complete, length > lastLine) << length;
-        if (length >= lastLine) {
+        if (length >= lastLine)
             expectPoint(1, 3.5, 4.5);
-        }
     }
 }
 
@@ -211,9 +208,8 @@ TEST_P(PointFile, OfRandomBytesDoesNoHarm) {
     std::uniform_int_distribution<int> byte(0, 255);
     for (int round = 0; round < 50; ++round) {
         std::string bytes = round % 2 == 0 ? "" : "50\r\n";
-        for (int i = 0; i < 400; ++i) {
+        for (int i = 0; i < 400; ++i)
             bytes += static_cast<char>(byte(random));
-        }
         points = PointArray();
         const bool complete = read(bytes);
         EXPECT_TRUE(!complete || points.IsSet());
@@ -224,9 +220,8 @@ TEST_P(PointFile, RoundTripsKeepFifteenDigits) {
     std::mt19937 random(11);
     std::uniform_real_distribution<double> coordinate(1.0, 1e6);
     PointArray outline;
-    for (int i = 0; i < 500; ++i) {
+    for (int i = 0; i < 500; ++i)
         outline.Add(coordinate(random), -coordinate(random));
-    }
     outline.Add(outline.X(0), outline.Y(0));
     ASSERT_TRUE(read(written(outline)));
     ASSERT_EQ(points.Count(), 500);
@@ -285,9 +280,8 @@ TEST_P(PointWorkbook, RepeatsTheFirstPointForRowsThatAreNotNumeric) {
     put(5, 1, CellError{L"#N/A"});
     put(5, 2, true);
     ASSERT_TRUE(read());
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 4; ++i)
         expectPoint(i, 7, 8);
-    }
 }
 
 TEST_P(PointWorkbook, RepeatsZeroWhenTheFirstRowIsNotNumeric) {
@@ -344,9 +338,8 @@ TEST_P(PointWorkbook, IsReadWholeHoweverManyPointsItHolds) {
     }
     ASSERT_TRUE(read());
     ASSERT_EQ(points.Count(), count);
-    for (int i = 0; i < count; i += 97) {
+    for (int i = 0; i < count; i += 97)
         expectPoint(i, i * 0.5, i * 0.25);
-    }
     expectPoint(count - 1, (count - 1) * 0.5, (count - 1) * 0.25);
     EXPECT_LE(context.Spreadsheets.Calls(), 10 + count / 512 + 1);
 }

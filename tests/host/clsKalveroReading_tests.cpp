@@ -269,11 +269,11 @@ TEST_F(Reading, WhatWasReadIsRecognisedAndUpdatedByTheNextWriting) {
     ASSERT_TRUE(stored);
     stored->Name(L"umbenannt");
     const Outline before = context_.host.elements[0].outline;
-    std::int32_t placed = 0, updated = 0, setDown = 0;
-    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, setDown);
+    std::int32_t placed = 0, updated = 0, atCrossHair = 0;
+    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, atCrossHair);
     EXPECT_EQ(updated, 2);
     EXPECT_EQ(placed, 0);
-    EXPECT_EQ(setDown, 0);
+    EXPECT_EQ(atCrossHair, 0);
     ASSERT_THAT(context_.host.elements, SizeIs(2));
     EXPECT_EQ(context_.host.elements[0].name, L"umbenannt");
     EXPECT_EQ(context_.host.elements[0].outline, before);
@@ -283,15 +283,15 @@ TEST_F(Reading, RoomsCreatedByOneWritingAreUpdatedByTheNextOnceTheyWereRead) {
     clsRoom fresh;
     fresh.Name(L"neu");
     floors_.AddRooms(fresh, 3);
-    std::int32_t placed = 0, updated = 0, setDown = 0;
-    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, setDown);
-    EXPECT_EQ(setDown, 3);
+    std::int32_t placed = 0, updated = 0, atCrossHair = 0;
+    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, atCrossHair);
+    EXPECT_EQ(atCrossHair, 3);
     floors_ = clsFloors();
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(floors_.GetCountOfRooms(), 3);
-    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, setDown);
+    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, atCrossHair);
     EXPECT_EQ(updated, 3);
-    EXPECT_EQ(setDown, 0);
+    EXPECT_EQ(atCrossHair, 0);
     EXPECT_THAT(context_.host.elements, SizeIs(3));
 }
 

@@ -26,12 +26,12 @@ class Writing : public ::testing::Test {
     ~Writing() override { std::filesystem::remove_all(folder_); }
 
     struct Counts {
-        std::int32_t placed = 0, updated = 0, setDown = 0;
+        std::int32_t placed = 0, updated = 0, atCrossHair = 0;
     };
     Counts write(bool block = true, double dx = 1.0, double dy = 1.0, bool modify = true) {
         Counts counts;
         bridge_->ExportFloorsToKalvero(floors_, modify, block, dx, dy, counts.placed,
-                                       counts.updated, counts.setDown);
+                                       counts.updated, counts.atCrossHair);
         return counts;
     }
     void add(const std::wstring& name, const std::wstring& type, const std::wstring& value,
@@ -92,14 +92,14 @@ TEST_F(Writing, AnEmptyListIsRefusedWithItsMessage) {
 TEST_F(Writing, OneHundredAndFiftyRoomsAreWritten) {
     for (int i = 0; i < 150; ++i)
         addSquare(L"R", 16);
-    EXPECT_EQ(write().setDown, 150);
+    EXPECT_EQ(write().atCrossHair, 150);
     EXPECT_THAT(context_.prompts(), IsEmpty());
 }
 
 TEST_F(Writing, OneHundredAndFiftyOneRoomsAreRefusedWithAStopMessage) {
     for (int i = 0; i < 151; ++i)
         addSquare(L"R", 16);
-    EXPECT_EQ(write().setDown, 0);
+    EXPECT_EQ(write().atCrossHair, 0);
     ASSERT_THAT(
         context_.prompts(),
         ElementsAre(L" Die Raumliste besteht aus mehr als 150 Räumen. Es können maximal 150 "
@@ -133,11 +133,11 @@ TEST_F(Writing, AHostWithKvdFilesOpenIsNotTouched) {
 TEST_F(Writing, AWordAtTheVeryStartOfTheHostsDescriptionCountsAsAbsent) {
     addSquare(L"1", 16);
     context_.host.session.state.CreationError(L"any Kvd or free plan is open");
-    EXPECT_EQ(write().setDown, 1);
+    EXPECT_EQ(write().atCrossHair, 1);
     context_.host.session.state.CreationError(L"menue interaction, please terminate");
-    EXPECT_EQ(write().setDown, 1);
+    EXPECT_EQ(write().atCrossHair, 1);
     context_.host.session.state.CreationError(L"a menue interaction");
-    EXPECT_EQ(write().setDown, 1);
+    EXPECT_EQ(write().atCrossHair, 1);
     EXPECT_THAT(context_.prompts(), IsEmpty());
 }
 
@@ -149,12 +149,12 @@ TEST_F(Writing, EachOfTheThreeWordsCountsAsAbsentAtTheVeryStart) {
           L"interaction, terminate the menue interaction",
           L"terminate: the menue interaction must terminate"}) {
         context_.host.session.state.CreationError(description);
-        EXPECT_EQ(write().setDown, 1) << ::testing::PrintToString(description);
+        EXPECT_EQ(write().atCrossHair, 1) << ::testing::PrintToString(description);
     }
     EXPECT_THAT(context_.prompts(), IsEmpty());
     context_.host.session.state.CreationError(
         L"terminate the menue interaction, any Kvd or free plan");
-    EXPECT_EQ(write().setDown, 0);
+    EXPECT_EQ(write().atCrossHair, 0);
     EXPECT_THAT(context_.prompts(), ElementsAre(::testing::HasSubstr(L"KVD-Dateien")));
 }
 
@@ -184,14 +184,14 @@ TEST_F(Writing, InputIsOffAndThePointerBusyWhileTheHostIsCalled) {
     EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
 }
 
-TEST_F(Writing, ThePointerIsFreeWhileTheUserSetsRoomsDown) {
+TEST_F(Writing, ThePointerIsFreeWhileTheUserPlacesRooms) {
     addSquare(L"1", 16);
     context_.host.onCall = [&](const std::string& member) {
         if (member == "PlaceElements") {
             EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
         }
     };
-    EXPECT_EQ(write().setDown, 1);
+    EXPECT_EQ(write().atCrossHair, 1);
 }
 
 TEST_F(Writing, ThePointerIsBusyAgainAfterEveryPlacing) {
@@ -236,7 +236,7 @@ TEST_F(Writing, ARoomFoundByItsIdentityIsUpdatedInPlace) {
     const Counts counts = write();
     EXPECT_EQ(counts.updated, 1);
     EXPECT_EQ(counts.placed, 0);
-    EXPECT_EQ(counts.setDown, 0);
+    EXPECT_EQ(counts.atCrossHair, 0);
     ASSERT_THAT(context_.host.elements, SizeIs(2));
     EXPECT_EQ(context_.host.elements[0].name, L"old");
     EXPECT_EQ(context_.host.elements[1].name, L"neu");
@@ -282,7 +282,7 @@ TEST_F(Writing, WithoutPermissionStandingRoomsStayAsTheyAre) {
     add(L"neu", CalculationByFile, L"missing.txt", 12, L"EG", L"17-K3");
     const Counts counts = write(true, 1, 1, false);
     EXPECT_EQ(counts.updated, 0);
-    EXPECT_EQ(counts.setDown, 0);
+    EXPECT_EQ(counts.atCrossHair, 0);
     EXPECT_EQ(context_.host.elements[0].name, L"old");
     EXPECT_THAT(context_.host.elements, SizeIs(1));
 }
@@ -293,18 +293,18 @@ TEST_F(Writing, ARoomWithPointsThatTheDrawingLacksIsCreatedWhereTheyAre) {
     const Counts counts = write();
     EXPECT_EQ(counts.placed, 1);
     EXPECT_EQ(counts.updated, 0);
-    EXPECT_EQ(counts.setDown, 0);
+    EXPECT_EQ(counts.atCrossHair, 0);
     ASSERT_THAT(context_.host.elements, SizeIs(1));
     EXPECT_EQ(context_.host.elements[0].outline, outline);
     EXPECT_EQ(context_.host.elements[0].colour, context_.colorOld);
     EXPECT_THAT(context_.host.placements, IsEmpty());
 }
 
-TEST_F(Writing, ARoomWhosePointsAreMissingIsSetDownAsASquare) {
+TEST_F(Writing, ARoomWhosePointsAreMissingIsPlacedAsASquare) {
     add(L"neu", CalculationByFile, L"missing.txt", 25);
     const Counts counts = write();
     EXPECT_EQ(counts.placed, 0);
-    EXPECT_EQ(counts.setDown, 1);
+    EXPECT_EQ(counts.atCrossHair, 1);
     ASSERT_THAT(context_.host.placements, SizeIs(1));
     const Outline square = context_.host.placed(0)[0].outline;
     EXPECT_DOUBLE_EQ(square[1].x - square[0].x, 5);
@@ -316,7 +316,7 @@ TEST_F(Writing, ARoomWhosePointsAreMissingIsSetDownAsASquare) {
 TEST_F(Writing, ARoomOfAnotherStoreyWithTheSameIdIsLaidOutAsASquareToo) {
     add(L"a", CalculationByFile, L"missing.txt", 25, L"EG");
     add(L"b", CalculationByDx, L"2", 16, L"OG");
-    EXPECT_EQ(write().setDown, 2);
+    EXPECT_EQ(write().atCrossHair, 2);
     const Outline second = context_.host.placed(0)[1].outline;
     EXPECT_DOUBLE_EQ(second[1].x - second[0].x, 4);
 }
@@ -327,11 +327,11 @@ TEST_F(Writing, AWrittenRoomIsNotDrawnAgainBecauseAnotherStoreysRoomHasItsId) {
     add(L"b", CalculationByFile, L"missing.txt", 25, L"OG", L"17-K3");
     const Counts counts = write();
     EXPECT_EQ(counts.updated, 1);
-    EXPECT_EQ(counts.setDown, 1);
+    EXPECT_EQ(counts.atCrossHair, 1);
     EXPECT_THAT(context_.host.elements, SizeIs(2));
 }
 
-TEST_F(Writing, RoomsSetDownBeforeTheUserGivesUpStay) {
+TEST_F(Writing, RoomsPlacedBeforeTheUserGivesUpStay) {
     addSquare(L"1", 16);
     addSquare(L"2", 16);
     addSquare(L"3", 16);
@@ -348,7 +348,7 @@ TEST_F(Writing, RoomsSetDownBeforeTheUserGivesUpStay) {
 
 TEST_F(Writing, ARoomWithoutPointsAndAreaIsNotDrawn) {
     add(L"a", CalculationByFile, L"missing.txt", 0);
-    EXPECT_EQ(write().setDown, 0);
+    EXPECT_EQ(write().atCrossHair, 0);
     EXPECT_THAT(context_.host.elements, IsEmpty());
 }
 
@@ -356,7 +356,7 @@ TEST_F(Writing, ABlockHasTwoRowsWithAFreeStripBetweenThem) {
     for (int i = 0; i < 4; ++i)
         addSquare(L"R", 16);
     const double dx = 2, dy = 3;
-    EXPECT_EQ(write(true, dx, dy).setDown, 4);
+    EXPECT_EQ(write(true, dx, dy).atCrossHair, 4);
     ASSERT_THAT(context_.host.placements, SizeIs(1));
     EXPECT_EQ(context_.host.placements[0].mode, 10);
     // Limit: 1.5 gaps of 2 m and half of 16 m = 11 m; the second room ends its row at 6 + 2 <= 11,
@@ -411,7 +411,7 @@ TEST_F(Writing, RoomsWithoutPointsCountInTheLimitOfARowWithTheirDefaultSides) {
     add(L"b", CalculationByDx, L"4", 12);
     add(L"c", CalculationByFile, L"missing.txt", 16);
     add(L"d", CalculationByDx, L"3", 6);
-    EXPECT_EQ(write(true, 4, 4).setDown, 4);
+    EXPECT_EQ(write(true, 4, 4).atCrossHair, 4);
     // Limit: 1.5 gaps of 4 m and half of 5 + 4 + 4 + 3 m = 14 m; the second room ends its gap at
     // 9 + 4 = 13, the third would at 21.
     EXPECT_THAT(corners(), ElementsAre(Point{0, 2}, Point{9, 2}, Point{0, -6}, Point{8, -4}));
@@ -434,7 +434,7 @@ TEST_F(Writing, ARoomThatIsNotDrawnCountsInTheLimitOfARowAsWell) {
     add(L"a", CalculationByFile, L"missing.txt", 0);
     for (int i = 0; i < 3; ++i)
         addSquare(L"R", 16);
-    EXPECT_EQ(write(true, 4, 2).setDown, 3);
+    EXPECT_EQ(write(true, 4, 2).atCrossHair, 3);
     // Limit: 1.5 gaps of 4 m and half of 1 + 12 m = 12.5 m; the second square ends its gap at 12.
     EXPECT_THAT(corners(), ElementsAre(Point{0, 1}, Point{8, 1}, Point{0, -5}));
 }
@@ -442,7 +442,7 @@ TEST_F(Writing, ARoomThatIsNotDrawnCountsInTheLimitOfARowAsWell) {
 TEST_F(Writing, SingleRoomsAreHandedOverOneByOneAtTheOrigin) {
     addSquare(L"1", 16);
     add(L"2", CalculationByDx, L"2", 16);
-    EXPECT_EQ(write(false).setDown, 2);
+    EXPECT_EQ(write(false).atCrossHair, 2);
     ASSERT_THAT(context_.host.placements, SizeIs(2));
     for (std::size_t n = 0; n < 2; ++n) {
         EXPECT_EQ(context_.host.placements[n].mode, 10);
@@ -575,7 +575,7 @@ TEST_F(Writing, AttributesThatCannotBeWrittenDoNotStopTheWriting) {
     floors_.AddRooms(room, 1);
     for (const char* member : {"Attributes", "Values", "Item", "TextValue"}) {
         context_.host.failMember = member;
-        EXPECT_EQ(write().setDown, 1) << member;
+        EXPECT_EQ(write().atCrossHair, 1) << member;
     }
 }
 
@@ -620,7 +620,7 @@ TEST_F(Writing, WhicheverCallFailsTheWindowIsBackAndTheNextWritingWorks) {
             const Counts counts = write(block);
             EXPECT_EQ(counts.updated, 1) << n;
             EXPECT_EQ(counts.placed, 1) << n;
-            EXPECT_EQ(counts.setDown, 2) << n;
+            EXPECT_EQ(counts.atCrossHair, 2) << n;
         }
     }
     bridge_.reset();
@@ -632,7 +632,7 @@ TEST_F(Writing, AHostThatWasStartedAgainIsReachedByTheNextWriting) {
     context_.host.failNumber = RuntimeError::ServerUnavailable;
     context_.host.calls = 0;
     context_.host.failAt = 1; // the connection of the first day is dead
-    EXPECT_EQ(write().setDown, 1);
+    EXPECT_EQ(write().atCrossHair, 1);
 }
 
 TEST_F(Writing, CallsGrowWithRoomsAndElementsNeverWithTheirProduct) {
@@ -642,12 +642,11 @@ TEST_F(Writing, CallsGrowWithRoomsAndElementsNeverWithTheirProduct) {
         for (int i = 1; i <= elements; ++i)
             stand(i, L"K3", {{0, 0}, {1, 0}, {1, 1}});
         const std::wstring path = pointFile("p.txt", {{1, 1}, {2, 1}, {2, 2}});
-        for (int i = 1; i <= rooms; ++i) {
+        for (int i = 1; i <= rooms; ++i)
             if (polygonal)
                 add(L"r", CalculationByFile, path, 1, L"EG", std::to_wstring(i) + L"-K3");
             else
                 addSquare(L"r", 16);
-        }
         context_.host.calls = 0;
         write();
         return context_.host.calls;

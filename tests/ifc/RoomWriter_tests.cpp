@@ -36,10 +36,9 @@ class RoomWriting : public ::testing::Test {
         building_ = std::make_unique<Building>(*file_);
         for (const std::string& trouble : building_->Troubles())
             ADD_FAILURE() << trouble;
-        for (const Room& room : building_->Rooms()) {
+        for (const Room& room : building_->Rooms())
             if (room.name == name)
                 return room;
-        }
         ADD_FAILURE() << "the room is missing";
         return building_->Rooms().at(0);
     }
@@ -59,10 +58,9 @@ ModelText with(const std::string& lines, const std::string& schema = "IFC4") {
 std::vector<std::string> linesBeyond(const std::string& text, const std::string& other) {
     std::vector<std::string> lines;
     std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) {
+    for (std::string line; std::getline(in, line);)
         if (other.find(line + "\n") == std::string::npos)
             lines.push_back(line);
-    }
     return lines;
 }
 

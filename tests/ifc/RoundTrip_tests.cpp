@@ -69,10 +69,9 @@ TEST_F(RoundTrip, AListThatNothingWasChangedInLeavesEveryByte) {
 }
 
 TEST_F(RoundTrip, ARenamedRoomChangesItsSpaceAndNothingElse) {
-    for (Element& element : host_.session.drawing.elements) {
+    for (Element& element : host_.session.drawing.elements)
         if (element.name == L"O.03")
             element.name = L"O.33";
-    }
     floors_ = clsFloors();
     bridge_->ImportFloorsFromKalvero(floors_);
     Export();

@@ -114,18 +114,16 @@ TEST(ToDouble, AcceptsOneSignInFrontOrBehind) {
     EXPECT_EQ(ToDouble(L"3-", german), -3.0);
     EXPECT_EQ(ToDouble(L"3+", german), 3.0);
     EXPECT_EQ(ToDouble(L"3 -", german), -3.0);
-    for (const wchar_t* text : {L"--3", L"+-3", L"-+3", L"3--", L"3+-", L"-3-", L"+3+", L"- -3"}) {
+    for (const wchar_t* text : {L"--3", L"+-3", L"-+3", L"3--", L"3+-", L"-3-", L"+3+", L"- -3"})
         EXPECT_FALSE(IsNumeric(text, german)) << text;
-    }
 }
 
 TEST(ToDouble, ReadsParenthesesAsMinus) {
     EXPECT_EQ(ToDouble(L"(3)", german), -3.0);
     EXPECT_EQ(ToDouble(L" ( 3 ) ", german), -3.0);
     for (const wchar_t* text :
-         {L"(3", L"3)", L"((3))", L"(3))", L"(-3)", L"-(3)", L"(3)-", L")3(", L"-(3"}) {
+         {L"(3", L"3)", L"((3))", L"(3))", L"(-3)", L"-(3)", L"(3)-", L")3(", L"-(3"})
         EXPECT_FALSE(IsNumeric(text, german)) << text;
-    }
 }
 
 TEST(ToDouble, IgnoresGroupingMarksBehindTheFirstDigitWhereverTheyStand) {
@@ -262,9 +260,8 @@ TEST(ToDouble, ReadsHexadecimalAndOctalPatternsOf32Bits) {
     EXPECT_EQ(ToDouble(L"-&HFF", german), -255.0);
     EXPECT_EQ(ToDouble(L"(&HFF)", german), -255.0);
     for (const wchar_t* text : {L"&HG", L"&O8", L"&O78", L"&H FF", L"& HFF", L"&HF.F", L"&HF,F",
-                                L"&HFF&", L"&10", L"&B1", L"€&HFF", L"&HFF€"}) {
+                                L"&HFF&", L"&10", L"&B1", L"€&HFF", L"&HFF€"})
         EXPECT_FALSE(IsNumeric(text, german)) << text;
-    }
     EXPECT_EQ(errorOf([] { ToDouble(L"&H100000000", german); }), RuntimeError::Overflow);
     EXPECT_EQ(errorOf([] { ToDouble(L"&HFFFFFFFFFFFFFFFFFFFF0", german); }),
               RuntimeError::Overflow);
@@ -313,9 +310,8 @@ TEST(ToDouble, TooSmallIsZero) {
 }
 
 TEST(ToDouble, ATextThatIsNoNumberIsATypeMismatch) {
-    for (const wchar_t* text : {L"", L" ", L"abc", L"12a", L"-"}) {
+    for (const wchar_t* text : {L"", L" ", L"abc", L"12a", L"-"})
         EXPECT_EQ(errorOf([text] { ToDouble(text, german); }), RuntimeError::TypeMismatch) << text;
-    }
 }
 
 TEST(ToDouble, ATextOfAMillionCharactersIsReadToItsEnd) {
@@ -339,9 +335,8 @@ TEST(ToLong, KeepsTheLimitsOf32Bits) {
     EXPECT_EQ(ToLong(L"2147483647.4", point), 2147483647);
     EXPECT_EQ(ToLong(L"-2147483648", point), std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(ToLong(L"-2147483648.5", point), std::numeric_limits<std::int32_t>::min());
-    for (const wchar_t* text : {L"2147483648", L"2147483647.5", L"-2147483649", L"1e300"}) {
+    for (const wchar_t* text : {L"2147483648", L"2147483647.5", L"-2147483649", L"1e300"})
         EXPECT_EQ(errorOf([text] { ToLong(text, point); }), RuntimeError::Overflow) << text;
-    }
     EXPECT_EQ(errorOf([] { ToLong(L"", point); }), RuntimeError::TypeMismatch);
 }
 
@@ -361,18 +356,16 @@ TEST(RoundToLong, RoundsHalfToEvenInBothDirections) {
 TEST(RoundToLong, WhatDoesNotFitIsAnOverflow) {
     const double infinity = std::numeric_limits<double>::infinity();
     for (const double value :
-         {2147483647.5, 2147483648.0, -2147483648.6, 1e300, infinity, -infinity, std::nan("")}) {
+         {2147483647.5, 2147483648.0, -2147483648.6, 1e300, infinity, -infinity, std::nan("")})
         EXPECT_EQ(errorOf([value] { RoundToLong(value); }), RuntimeError::Overflow) << value;
-    }
 }
 
 TEST(RoundToInteger, KeepsTheLimitsOf16Bits) {
     EXPECT_EQ(RoundToInteger(32767.4), 32767);
     EXPECT_EQ(RoundToInteger(-32768.5), -32768);
     EXPECT_EQ(RoundToInteger(32766.5), 32766);
-    for (const double value : {32767.5, 32768.0, -32768.51, std::nan("")}) {
+    for (const double value : {32767.5, 32768.0, -32768.51, std::nan("")})
         EXPECT_EQ(errorOf([value] { RoundToInteger(value); }), RuntimeError::Overflow) << value;
-    }
 }
 
 TEST(FromDouble, ShowsAsManyDecimalsAsNeededUnderTheUsersMark) {
@@ -427,12 +420,10 @@ TEST(FromDoubleInvariant, UsesThePointUnderEveryLocale) {
 }
 
 TEST(FromDouble, WhatItWritesReadsBackUnderTheSameLocale) {
-    for (const NumberLocale& locale : {german, point}) {
+    for (const NumberLocale& locale : {german, point})
         for (const double value : {0.0, 1.0, -1.0, 12.5, 1234.5678, -0.001, 1e14, 1.5e15, 1.25e-7,
-                                   16.0, 999999.999, -1.5e300}) {
+                                   16.0, 999999.999, -1.5e300})
             EXPECT_EQ(ToDouble(FromDouble(value, locale), locale), value) << value;
-        }
-    }
 }
 
 TEST(FromLong, WritesDecimalDigits) {

@@ -94,9 +94,8 @@ TEST_P(TextToNumberUnderBothLocales, AThousandWithOneMarkIsADecimalNumber) {
 }
 
 TEST_P(TextToNumberUnderBothLocales, NoNumberIsZero) {
-    for (const wchar_t* text : {L"", L" ", L"abc", L"1a", L"-", L".", L",", L"1e999", L"1 2"}) {
+    for (const wchar_t* text : {L"", L" ", L"abc", L"1a", L"-", L".", L",", L"1e999", L"1 2"})
         EXPECT_EQ(TextToNumber(text), 0.0) << text;
-    }
 }
 
 TEST_P(TextToNumberUnderBothLocales, TheWholePartCarriesTheSign) {
@@ -111,9 +110,8 @@ TEST_P(TextToNumberUnderBothLocales, TheSignOfAZeroWholePartIsLost) {
 
 TEST_P(TextToNumberUnderBothLocales, DividesOncePerDecimal) {
     double expected = 123456789.0;
-    for (int i = 0; i < 9; ++i) {
+    for (int i = 0; i < 9; ++i)
         expected /= 10.0;
-    }
     EXPECT_EQ(TextToNumber(L"0,123456789"), expected);
     EXPECT_EQ(TextToNumber(L"0.123456789"), expected);
 }
@@ -228,9 +226,8 @@ TEST(NormalizeThreeDecimals, FallsBackToTheUnpaddedNumber) {
     // the plain number of the second conversion.
     int asked = 0;
     HandInUserLocale([&asked] {
-        if (++asked == 2) {
+        if (++asked == 2)
             throw RuntimeError(RuntimeError::InvalidProcedureCall);
-        }
         return NumberLocale::German();
     });
     EXPECT_EQ(NormalizeThreeDecimals(L"12.5"), L"12,5");

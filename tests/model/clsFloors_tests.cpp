@@ -31,9 +31,8 @@ std::wstring nameAt(const clsFloors& floors, std::int32_t index) {
 
 std::vector<std::wstring> namesOf(const clsFloors& floors) {
     std::vector<std::wstring> names;
-    for (std::int32_t i = 1; i <= floors.GetCountOfRooms(); ++i) {
+    for (std::int32_t i = 1; i <= floors.GetCountOfRooms(); ++i)
         names.push_back(nameAt(floors, i));
-    }
     return names;
 }
 
@@ -98,24 +97,20 @@ TEST(clsFloors, OtherCharactersAreComparedAsTheyStand) {
         {L"\u0131", L"I"}, {L"A", L"Ä"},  {L"A", L"Α"},    {L"1", L"2"},
         {L"@", L"`"},      {L"[", L"{"},  {L"EG", L"E G"}, {L"ŉ", L"Ŋ"},
         {L"ĸ", L"Ĺ"},      {L"µ", L"Μ"},  {L"ſ", L"S"},    {L"\u0483", L"\u0484"}};
-    for (const auto& [one, other] : pairs) {
+    for (const auto& [one, other] : pairs)
         EXPECT_FALSE(fallTogether(one, other)) << one.size();
-    }
 }
 
 TEST(clsFloors, EveryLetterFallsTogetherWithOneOtherAtMost) {
     // No two small letters may meet in one storey; the final sigma is the known exception.
     clsFloors floors;
     std::int32_t smallLetters = 0;
-    for (wchar_t c = L'a'; c <= L'z'; ++c, ++smallLetters) {
+    for (wchar_t c = L'a'; c <= L'z'; ++c, ++smallLetters)
         add(floors, std::wstring(1, c), L"A");
-    }
-    for (unsigned c = 0x00DF; c <= 0x00FF; ++c, ++smallLetters) {
+    for (unsigned c = 0x00DF; c <= 0x00FF; ++c, ++smallLetters)
         add(floors, std::wstring(1, static_cast<wchar_t>(c)), L"A");
-    }
-    for (unsigned c = 0x0430; c <= 0x045F; ++c, ++smallLetters) {
+    for (unsigned c = 0x0430; c <= 0x045F; ++c, ++smallLetters)
         add(floors, std::wstring(1, static_cast<wchar_t>(c)), L"A");
-    }
     for (unsigned c = 0x03AC; c <= 0x03CE; ++c) {
         if (c != 0x03C2) {
             add(floors, std::wstring(1, static_cast<wchar_t>(c)), L"A");
@@ -310,9 +305,8 @@ TEST(clsFloors, ANewStoreyThatGotNoRoomAtAllIsNotKept) {
 
 TEST(clsFloors, AddRoomsNeverFailsWhateverTheQuantitiesAddUpTo) {
     clsFloors floors;
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3; ++i)
         add(floors, L"EG", L"A", -2147483647);
-    }
     add(floors, L"EG", L"A", 1);
     EXPECT_EQ(floors.GetCountOfRooms(), 1);
     EXPECT_EQ(errorOf([&] { floors.DeleteRoom(L"EG", 2); }), 0);
@@ -324,22 +318,18 @@ TEST(clsFloors, RandomAccessFindsTheSameRoomsAsAWalk) {
     for (int storey = 0; storey < 40; ++storey) {
         const std::int32_t quantity = storey % 5; // some storeys stay empty, the last ones too
         add(floors, L"S" + std::to_wstring(storey), std::to_wstring(storey * 1000), quantity);
-        for (int i = 0; i < quantity; ++i) {
+        for (int i = 0; i < quantity; ++i)
             expected.push_back(std::to_wstring(storey * 1000 + i));
-        }
     }
     ASSERT_EQ(namesOf(floors), expected);
     std::mt19937 random(1);
     for (int i = 0; i < 2000; ++i) {
         const auto at = random() % expected.size();
         ASSERT_EQ(nameAt(floors, static_cast<std::int32_t>(at) + 1), expected[at]);
-        if (i % 10 == 0) {
-            ASSERT_EQ(nameAt(floors, static_cast<std::int32_t>(expected.size()) + 1), L"untouched");
-        }
+        ASSERT_EQ(nameAt(floors, static_cast<std::int32_t>(expected.size()) + 1), L"untouched");
     }
-    for (std::size_t at = expected.size(); at > 0; --at) {
+    for (std::size_t at = expected.size(); at > 0; --at)
         ASSERT_EQ(nameAt(floors, static_cast<std::int32_t>(at)), expected[at - 1]);
-    }
 }
 
 TEST(clsFloors, ChangesBetweenTwoReadsAreSeen) {
@@ -367,9 +357,8 @@ TEST(clsFloors, RandomChangesAndReadsAgreeWithAPlainList) {
     std::vector<std::vector<std::pair<std::int32_t, std::wstring>>> storeys(12);
     std::vector<std::int32_t> nextID(storeys.size(), 1);
     clsFloors floors;
-    for (std::size_t s = 0; s < storeys.size(); ++s) {
+    for (std::size_t s = 0; s < storeys.size(); ++s)
         add(floors, L"S" + std::to_wstring(s), L"x", 0);
-    }
     std::mt19937 random(7);
     for (int step = 0; step < 3000; ++step) {
         const std::size_t s = random() % storeys.size();
@@ -384,11 +373,9 @@ TEST(clsFloors, RandomChangesAndReadsAgreeWithAPlainList) {
             storeys[s].erase(storeys[s].begin() + at);
         }
         std::vector<std::wstring> expected;
-        for (const auto& storey : storeys) {
-            for (const auto& room : storey) {
+        for (const auto& storey : storeys)
+            for (const auto& room : storey)
                 expected.push_back(room.second);
-            }
-        }
         ASSERT_EQ(floors.GetCountOfRooms(), static_cast<std::int32_t>(expected.size()));
         for (int read = 0; read < 4 && !expected.empty(); ++read) {
             const auto at = random() % expected.size();

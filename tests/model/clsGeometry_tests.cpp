@@ -144,9 +144,8 @@ TEST(clsGeometry, AnUnknownTypeWordHasNoSidesAndNoShape) {
 
 TEST(clsGeometry, OnlyAPolygonHasAFileName) {
     for (const std::wstring& type :
-         {CalculationByDx, CalculationByDy, CalculationByRatio, std::wstring()}) {
+         {CalculationByDx, CalculationByDy, CalculationByRatio, std::wstring()})
         EXPECT_EQ(geometry(type, L"C:\\a.pnt", 1.0).FileName(), L" ");
-    }
 }
 
 TEST(clsGeometry, ASideOfZeroIsADivisionByZero) {

@@ -1005,7 +1005,7 @@ TEST_F(MainWindow, WritingArrangesNewRoomsByTheOptions) {
     }
 }
 
-TEST_F(MainWindow, TheReportCountsUpdatedRoomsRoomsAtTheirPositionAndRoomsSetDown) {
+TEST_F(MainWindow, TheReportCountsUpdatedRoomsRoomsAtTheirPositionAndRoomsPlaced) {
     std::filesystem::create_directories(folder_ / "p");
     host_.drawing.project.folder = (folder_ / "p").wstring();
     for (std::int32_t id = 17; id <= 19; ++id) {

@@ -36,11 +36,11 @@ class frmReportTest : public DialogTest {
         context.placement.colorNew = 0x040506;
     }
 
-    void look(std::int32_t updated, std::int32_t newAtPosition, std::int32_t setDown,
+    void look(std::int32_t updated, std::int32_t newAtPosition, std::int32_t placed,
               const std::function<void(HeadlessForm&)>& at) {
         context.counts.updated = updated;
         context.counts.newAtPosition = newAtPosition;
-        context.counts.setDown = setDown;
+        context.counts.placed = placed;
         show<frmReport>(L"frmReport", [&](HeadlessForm& form) {
             at(form);
             EXPECT_TRUE(form.Click(L"cmdOk"));
@@ -105,7 +105,7 @@ TEST_F(frmReportTest, SetsItsTextsInTheirOrder) {
     });
 }
 
-TEST_F(frmReportTest, ShowsASingleRoomSetDownInTheFirstRow) {
+TEST_F(frmReportTest, ShowsASingleRoomPlacedInTheFirstRow) {
     look(0, 0, 1, [](HeadlessForm& form) {
         EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurde");
         expectHidden(form, 1);
@@ -188,7 +188,7 @@ TEST_F(frmReportTest, HidesANegativeCount) {
 
 TEST_F(frmReportTest, CannotOpenOnCountsBeyondTheRange) {
     context.counts.updated = std::numeric_limits<std::int32_t>::max();
-    context.counts.setDown = 1;
+    context.counts.placed = 1;
     EXPECT_EQ(errorOf([&] { context.Show<frmReport>(); }), RuntimeError::Overflow);
     EXPECT_TRUE(desktop.ModalForms().empty());
 }

@@ -37,10 +37,9 @@ inline std::vector<DWORD> spreadsheetProcesses() {
     PROCESSENTRY32W entry{};
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32FirstW(snapshot, &entry); more;
-         more = Process32NextW(snapshot, &entry)) {
+         more = Process32NextW(snapshot, &entry))
         if (_wcsicmp(entry.szExeFile, spreadsheetProgram().filename().c_str()) == 0)
             found.push_back(entry.th32ProcessID);
-    }
     CloseHandle(snapshot);
     return found;
 }
@@ -73,10 +72,9 @@ inline HWND spreadsheetControl(DWORD process) {
 }
 
 inline void endSpreadsheetProcesses() {
-    for (const DWORD process : spreadsheetProcesses()) {
+    for (const DWORD process : spreadsheetProcesses())
         if (const HWND window = spreadsheetControl(process))
             PostMessageW(window, sheets::LeaveMessage, 0, 0);
-    }
     if (spreadsheetProcessesEnd(5000))
         return;
     for (const DWORD process : spreadsheetProcesses()) {

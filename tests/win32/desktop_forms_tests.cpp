@@ -111,10 +111,9 @@ bool onOtherPages(const Win32Form& form, const ControlEntry& one, const ControlE
 
 void expectNothingOverlaps(const Win32Form& form) {
     std::vector<ControlEntry> entries;
-    for (const ControlEntry& entry : form.Entry().controls) {
+    for (const ControlEntry& entry : form.Entry().controls)
         if (form.ControlById(entry.id)->Visible())
             entries.push_back(entry);
-    }
     RECT client{};
     GetClientRect(form.Window(), &client);
     MapWindowPoints(form.Window(), HWND_DESKTOP, reinterpret_cast<POINT*>(&client), 2);
@@ -221,10 +220,9 @@ std::vector<std::wstring> tabOrder(Win32Form& form) {
     HWND first = GetNextDlgTabItem(form.Window(), nullptr, FALSE);
     HWND window = first;
     do {
-        for (const ControlEntry& entry : form.Entry().controls) {
+        for (const ControlEntry& entry : form.Entry().controls)
             if (form.ControlById(entry.id)->Window() == window)
                 names.emplace_back(entry.name);
-        }
         window = GetNextDlgTabItem(form.Window(), window, FALSE);
     } while (window && window != first && names.size() < 100);
     return names;
@@ -296,11 +294,10 @@ TEST_F(Forms, ReportRowsStandAtTheirPitchAndCloseUp) {
         top = form.Named<Label>(L"lblNum1").Top();
         button = form.Named<Button>(L"cmdOk").Top();
         height = form.Height();
-        for (const wchar_t* column : {L"lblNum", L"lblText"}) {
+        for (const wchar_t* column : {L"lblNum", L"lblText"})
             for (int row = 1; row <= 3; ++row)
                 EXPECT_FLOAT_EQ(form.Named<Label>(column + std::to_wstring(row)).Top(),
                                 top + 360.0F * static_cast<float>(row - 1));
-        }
     });
     counts_ = {0, 0, 1};
     LookAt<frmReport>([&](Win32Form& form) {

@@ -78,10 +78,9 @@ TEST_F(Dialogs, EnterAndEscapeCountOnReleaseWhicheverControlHasTheFocus) {
     const auto steps = [&](Journey& journey) {
         journey.When("shown", always, [&] {
             RecordKeys();
-            for (const ControlEntry& entry : Top().Entry().controls) {
+            for (const ControlEntry& entry : Top().Entry().controls)
                 if (entry.kind == ControlKind::Button)
                     Control<Button>(std::wstring(entry.name).c_str()).Click = [&] { ++clicks; };
-            }
             pressKeysEverywhere(journey, Top(), keys_);
             journey.When("end", InputIsDone, [this] { CloseDialog(); });
         });

@@ -61,7 +61,7 @@ class Bridge : public ::testing::Test {
         }
     }
     struct Counts {
-        std::int32_t placed = 0, updated = 0, setDown = 0;
+        std::int32_t atPosition = 0, updated = 0, placed = 0;
     };
     clsKalvero& bridge() {
         if (!bridge_)
@@ -70,8 +70,8 @@ class Bridge : public ::testing::Test {
     }
     Counts write() {
         Counts counts;
-        bridge().ExportFloorsToKalvero(floors_, true, context_.asBlock, 1, 1, counts.placed,
-                                       counts.updated, counts.setDown);
+        bridge().ExportFloorsToKalvero(floors_, true, context_.asBlock, 1, 1, counts.atPosition,
+                                       counts.updated, counts.placed);
         return counts;
     }
     void read() {
@@ -137,8 +137,8 @@ TEST_F(Bridge, WhatWasReadAndChangedGoesBackToTheSameElements) {
     addSquares(2, L"OG");
     const Counts counts = write();
     EXPECT_EQ(counts.updated, 2);
-    EXPECT_EQ(counts.placed, 0);
-    EXPECT_EQ(counts.setDown, 2);
+    EXPECT_EQ(counts.atPosition, 0);
+    EXPECT_EQ(counts.placed, 2);
     read();
     ASSERT_EQ(floors_.GetCountOfRooms(), 4);
     EXPECT_EQ(room(1).Name(), L"umbenannt");
@@ -150,8 +150,8 @@ TEST_F(Bridge, WhatWasReadAndChangedGoesBackToTheSameElements) {
     // The rooms of the last writing are known now.
     const Counts again = write();
     EXPECT_EQ(again.updated, 4);
+    EXPECT_EQ(again.atPosition, 0);
     EXPECT_EQ(again.placed, 0);
-    EXPECT_EQ(again.setDown, 0);
     EXPECT_EQ(elements(), 4);
     EXPECT_THAT(context_.prompts(), IsEmpty());
 }
@@ -175,8 +175,8 @@ TEST_F(Bridge, AHostWithoutTablesIsAskedOneByOne) {
         ASSERT_EQ(floors_.GetCountOfRooms(), 1);
         EXPECT_EQ(room(1).Occupancy(), L"HNF 2");
         Counts counts;
-        bridge->ExportFloorsToKalvero(floors_, true, true, 1, 1, counts.placed, counts.updated,
-                                      counts.setDown);
+        bridge->ExportFloorsToKalvero(floors_, true, true, 1, 1, counts.atPosition, counts.updated,
+                                      counts.placed);
         EXPECT_EQ(counts.updated, 1);
     }
 }
@@ -292,8 +292,8 @@ TEST_F(Faults, WhicheverCallOfAWritingFailsTheNextWritingWorks) {
             host_->clearFaults();
             const Counts next = write();
             EXPECT_EQ(next.updated, 1) << mode << n;
-            EXPECT_EQ(next.setDown, 2) << mode << n;
-            EXPECT_EQ(next.placed, 0) << mode << n;
+            EXPECT_EQ(next.placed, 2) << mode << n;
+            EXPECT_EQ(next.atPosition, 0) << mode << n;
         }
         // Whatever failed, no room of the drawing was made twice; only a host that swallows the
         // selection of rooms without a word, and then says that it has none, cannot be told from
@@ -330,7 +330,7 @@ TEST_F(Faults, AHostThatKeepsRejectingIsGivenUpAfterABoundedWait) {
         read();
         expectRestored();
         prepare();
-        EXPECT_EQ(write().setDown, 2);
+        EXPECT_EQ(write().placed, 2);
     }
 }
 
@@ -338,14 +338,14 @@ TEST_F(Faults, WhicheverCallStallsIsWaitedFor) {
     // However long: rejected calls alone have a limit.
     prepare();
     host_->failAt(5, L"stall", L"2000");
-    EXPECT_EQ(write().setDown, 2);
+    EXPECT_EQ(write().placed, 2);
     const int writing = callsOfWriting();
     for (int n = 1; n <= writing; ++n) {
         prepare();
         host_->failAt(n, L"stall", L"150");
         const Counts counts = write();
         EXPECT_EQ(counts.updated, 1) << n;
-        EXPECT_EQ(counts.setDown, 2) << n;
+        EXPECT_EQ(counts.placed, 2) << n;
         expectRestored();
     }
     const int reading = callsOfReading();
@@ -372,7 +372,7 @@ TEST_F(Faults, AHostThatEndsInTheMiddleIsLeftAndAFreshOneServesTheNextCommand) {
         addSquares(2);
         const Counts counts = write();
         EXPECT_EQ(counts.updated, 1) << wasWriting << ' ' << n;
-        EXPECT_EQ(counts.setDown, 2) << wasWriting << ' ' << n;
+        EXPECT_EQ(counts.placed, 2) << wasWriting << ' ' << n;
         read();
         EXPECT_EQ(floors_.GetCountOfRooms(), 4) << wasWriting << ' ' << n;
     };
@@ -434,7 +434,7 @@ class Figures : public Bridge {
         host_->resetCalls();
         const Counts counts = write();
         EXPECT_EQ(counts.updated, known);
-        EXPECT_EQ(counts.placed, polygons);
+        EXPECT_EQ(counts.atPosition, polygons);
         std::filesystem::remove(points);
         return host_->calls();
     }

@@ -109,9 +109,8 @@ bool contains(const std::wstring& text, const std::wstring& part) {
 std::size_t countOf(const std::wstring& text, const std::wstring& part) {
     std::size_t count = 0;
     for (std::size_t at = 0; !part.empty() && (at = text.find(part, at)) != std::wstring::npos;
-         at += part.size()) {
+         at += part.size())
         ++count;
-    }
     return count;
 }
 
@@ -139,9 +138,8 @@ bool hasSeveralSigns(const std::wstring& text, const NumberLocale&) {
         open += text[i] == L'(' ? 1 : 0;
         closed += text[i] == L')' ? 1 : 0;
         if (inExponent && i + 1 < text.size() && (text[i] == L'+' || text[i] == L'-') &&
-            (text[i + 1] == L'+' || text[i + 1] == L'-')) {
+            (text[i + 1] == L'+' || text[i + 1] == L'-'))
             return true;
-        }
     }
     return signs + open > 1 || open != closed;
 }
@@ -155,12 +153,10 @@ bool hasMarkBehindTheNumber(const std::wstring& text, const NumberLocale& locale
     const auto isMark = [&](wchar_t c) { return isDecimal(c, locale) || isGrouping(c, locale); };
     std::size_t at = 0;
     while (at < text.size() && !isDigit(text[at]) && !isDecimal(text[at], locale) &&
-           text[at] != L'e' && text[at] != L'E') {
+           text[at] != L'e' && text[at] != L'E')
         ++at;
-    }
-    while (at < text.size() && (isDigit(text[at]) || isMark(text[at]))) {
+    while (at < text.size() && (isDigit(text[at]) || isMark(text[at])))
         ++at;
-    }
     return std::any_of(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isMark);
 }
 
@@ -278,11 +274,9 @@ const std::vector<Category>& categories() {
 
 const Category* categoryOf(const std::wstring& text, const NumberLocale& locale,
                            const Outcome& ours, const Outcome& platforms) {
-    for (const Category& category : categories()) {
-        if (category.text(text, locale) && category.outcome(ours, platforms)) {
+    for (const Category& category : categories())
+        if (category.text(text, locale) && category.outcome(ours, platforms))
             return &category;
-        }
-    }
     return nullptr;
 }
 
@@ -294,9 +288,8 @@ class TextGenerator {
 
     std::vector<std::wstring> texts() {
         std::set<std::wstring> seen;
-        for (const wchar_t* text : corners) {
+        for (const wchar_t* text : corners)
             seen.insert(text);
-        }
         for (const wchar_t* text : cornersOfTheLocale) {
             std::wstring own;
             for (const wchar_t* c = text; *c != 0; ++c) {
@@ -309,21 +302,16 @@ class TextGenerator {
         }
         seen.insert(std::wstring(L"12\0x", 4));
         seen.insert(std::wstring(L"\0", 1));
-        while (seen.size() < 6000) {
+        while (seen.size() < 6000)
             seen.insert(wellFormed());
-        }
-        while (seen.size() < 9000) {
+        while (seen.size() < 9000)
             seen.insert(damaged(wellFormed()));
-        }
-        while (seen.size() < 12000) {
+        while (seen.size() < 12000)
             seen.insert(soup());
-        }
-        while (seen.size() < 13000) {
+        while (seen.size() < 13000)
             seen.insert(extreme());
-        }
-        while (seen.size() < 14000) {
+        while (seen.size() < 14000)
             seen.insert(pattern());
-        }
         return {seen.begin(), seen.end()};
     }
 
@@ -530,9 +518,8 @@ class TextGenerator {
 
     std::wstring digits(std::size_t atMost) {
         std::wstring result;
-        for (std::size_t left = 1 + below(atMost); left > 0; --left) {
+        for (std::size_t left = 1 + below(atMost); left > 0; --left)
             result += static_cast<wchar_t>(L'0' + below(10));
-        }
         return result;
     }
 
@@ -557,12 +544,10 @@ class TextGenerator {
 
     std::wstring number() {
         std::wstring result = oneIn(12) ? L"" : digits(6);
-        for (std::size_t groups = oneIn(3) ? 1 + below(3) : 0; groups > 0; --groups) {
+        for (std::size_t groups = oneIn(3) ? 1 + below(3) : 0; groups > 0; --groups)
             result += (oneIn(2) ? locale_.GroupingMark : mark()) + digits(3);
-        }
-        if (oneIn(2)) {
+        if (oneIn(2))
             result += mark() + (oneIn(8) ? L"" : digits(5));
-        }
         if (oneIn(5)) {
             result += oneOf({L"e", L"E", L"e", L"E", L"d", L"D"}) + oneOf({L"", L"+", L"-"}) +
                       (oneIn(10) ? L"" : digits(2));
@@ -574,11 +559,10 @@ class TextGenerator {
         std::wstring front = space();
         std::wstring behind;
         const auto put = [&](const std::wstring& text) {
-            if (oneIn(2)) {
+            if (oneIn(2))
                 front += text + space();
-            } else {
+            else
                 behind += space() + text;
-            }
         };
         if (oneIn(3)) {
             put(oneOf({L"-", L"+"}));
@@ -586,9 +570,8 @@ class TextGenerator {
             front += L"(" + space();
             behind += space() + L")";
         }
-        if (oneIn(4)) {
+        if (oneIn(4))
             put(oneIn(6) ? oneOf({L"$", L"\u20AC", L"EUR", L"\u00A3"}) : locale_.CurrencySymbol);
-        }
         return front + number() + behind + space();
     }
 
@@ -611,9 +594,8 @@ class TextGenerator {
                 text.insert(at, text.substr(std::min(at, text.size()), 2));
                 break;
             default:
-                if (at < text.size()) {
+                if (at < text.size())
                     text[at] = character();
-                }
             }
         }
         return text;
@@ -621,9 +603,8 @@ class TextGenerator {
 
     std::wstring soup() {
         std::wstring text;
-        for (std::size_t left = 1 + below(7); left > 0; --left) {
+        for (std::size_t left = 1 + below(7); left > 0; --left)
             text += character();
-        }
         return text;
     }
 
@@ -651,9 +632,8 @@ class TextGenerator {
         text += oneIn(8) ? oneOf({L"-", L"+", L"("}) : std::wstring();
         const bool hexadecimal = !oneIn(4);
         text += hexadecimal ? oneOf({L"&H", L"&h"}) : oneOf({L"&O", L"&o"});
-        for (std::size_t left = 1 + below(hexadecimal ? 9 : 12); left > 0; --left) {
+        for (std::size_t left = 1 + below(hexadecimal ? 9 : 12); left > 0; --left)
             text += oneIn(40) ? character() : letters[below(hexadecimal ? 22 : 8)];
-        }
         text += oneIn(8) ? oneOf({L"-", L"+", L")"}) : std::wstring();
         return text + space();
     }
@@ -685,14 +665,12 @@ TEST_P(NumberReference, TextsReadAsThePlatformReadsThem) {
         EXPECT_EQ(IsNumeric(text, locale), ours.isNumber()) << shown(text);
         ++compared;
         numbers += platforms.isNumber() ? 1 : 0;
-        if (ours == platforms) {
+        if (ours == platforms)
             continue;
-        }
-        if (const Category* category = categoryOf(text, locale, ours, platforms)) {
+        if (const Category* category = categoryOf(text, locale, ours, platforms))
             ++differences[category->name];
-        } else if (++failures <= 40) {
+        else if (++failures <= 40)
             ADD_FAILURE() << shown(text) << ": ours " << ours << ", the platform's " << platforms;
-        }
     }
     EXPECT_EQ(failures, 0);
     EXPECT_GE(compared, 5000);
@@ -758,9 +736,8 @@ TEST_P(NumberReference, NumbersAreWrittenAsThePlatformWritesThem) {
         const std::uint64_t bits = random();
         double value = 0.0;
         std::memcpy(&value, &bits, sizeof value);
-        if (std::isfinite(value)) {
+        if (std::isfinite(value))
             numbers.push_back(value);
-        }
     }
 
     int pointsInExponentForm = 0;

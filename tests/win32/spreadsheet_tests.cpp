@@ -562,10 +562,9 @@ TEST_F(Workbooks, PointsAreReadFromColumnsAAndB) {
         block.At(3, 1) = 2.0;
         return block;
     }();
-    for (int row = 0; row < points.Rows(); ++row) {
+    for (int row = 0; row < points.Rows(); ++row)
         for (int column = 0; column < points.Columns(); ++column)
             sheet.Set(row + 2, column + 1, {points.At(row, column)});
-    }
     store(L"points.xls", workbook);
     PointArray read;
     EXPECT_TRUE(readPoints(L"points.xls", read));

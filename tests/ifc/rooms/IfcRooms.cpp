@@ -88,14 +88,13 @@ void change(const std::filesystem::path& model, const std::filesystem::path& out
 int main(int count, char** arguments) {
     const std::vector<std::string> words(arguments + 1, arguments + count);
     try {
-        if (words.size() == 2 && words[0] == "--samples") {
+        if (words.size() == 2 && words[0] == "--samples")
             writeSamples(words[1]);
-        } else if (words.size() == 3 && words[0] == "--change") {
+        else if (words.size() == 3 && words[0] == "--change")
             change(words[1], words[2]);
-        } else {
+        else
             for (const std::string& word : words)
                 list(word);
-        }
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
         return 2;

@@ -66,10 +66,9 @@ std::vector<std::vector<CellValue>> cellsOfRooms() {
         rows.push_back({room.Name(), room.FunctionName(), geometry.Area(), room.StoryCode(),
                         room.Enclosure(), room.Occupancy(), room.AreaType(), geometry.FileName(),
                         geometry.dx(), geometry.dy(), room.GetRoomID()});
-        for (CellValue& value : rows.back()) {
+        for (CellValue& value : rows.back())
             if (const auto* words = std::get_if<std::wstring>(&value); words && words->empty())
                 value = {};
-        }
     }
     return rows;
 }
@@ -143,10 +142,9 @@ std::map<std::pair<int, int>, SeenCell> seenCells(const XmlElement& document,
             const int times = repeated(cell, "number-columns-repeated");
             const SeenCell seen{seenValue(cell), sheets::AttributeOf(cell, "formula").has_value()};
             // A sheet's end is one cell repeated a thousand times.
-            for (int i = 0; i < times && column + i <= 20; ++i) {
+            for (int i = 0; i < times && column + i <= 20; ++i)
                 if (seen.value != CellValue() || seen.isFormula)
                     cells[{row, column + i}] = seen;
-            }
             column += times;
         }
         row += repeated(line, "number-rows-repeated");
