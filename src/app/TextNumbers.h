@@ -57,4 +57,7 @@ inline constexpr std::int32_t NoEntry = 91;
 inline constexpr std::int32_t AddRoom = 97;
 inline constexpr std::int32_t ModifyRoom = 98;
 
+// Words that a library may give and MessageText has in German (99 to 200).
+inline constexpr std::int32_t RuntimeErrorTitle = 99;
+
 } // namespace kalvrooms::TextNumber

@@ -1,20 +1,11 @@
 #include "program/basMain.h"
 
 #include "app/HandOverFile.h"
+#include "app/Messages.h"
 #include "app/TextNumbers.h"
-#include "model/NumberText.h"
 #include "ui/frmMain.h"
 
 namespace kalvrooms {
-namespace {
-
-std::wstring textOr(const Texts& texts, std::int32_t number, const wchar_t* fallBack) {
-    const std::wstring text = texts.GetText(number);
-    return Trim(text).empty() ? fallBack : text;
-}
-
-} // namespace
-
 bool CanCreateHostServer(HostServer& host) {
     try {
         return host.CreateHostApplication() != nullptr;
@@ -27,10 +18,7 @@ bool ProbeHostServer(HostServer& host, Gui::Desktop& desktop, const Texts& texts
     if (CanCreateHostServer(host))
         return true;
     desktop.ShowMessage(
-        {textOr(texts, TextNumber::CloseKvdFiles,
-                L"KVD-Dateien können mit dem Quartino nicht bearbeitet werden. Bitte schließen Sie "
-                L"alle KVD-Dateien."),
-         textOr(texts, TextNumber::Title, L"Quartino")});
+        {MessageText(texts, TextNumber::CloseKvdFiles), MessageText(texts, TextNumber::Title)});
     return CanCreateHostServer(host);
 }
 

@@ -1,5 +1,6 @@
 #include "ui/frmMain.h"
 
+#include "app/Messages.h"
 #include "app/TextNumbers.h"
 
 #include <algorithm>
@@ -66,8 +67,9 @@ frmMain::frmMain(Platform& platform, HostServer& host, SpreadsheetServer& spread
     : platform_(platform), host_(host), spreadsheets_(spreadsheets), desktop_(platform.desktop) {
     desktop_.RuntimeErrorHandler = [this](const RuntimeError& error) {
         desktop_.ShowMessage(
-            {L"Laufzeitfehler " + std::to_wstring(error.number()) + L":\r" + error.description(),
-             text_ ? GetText(TextNumber::Title) : std::wstring(L"Quartino")});
+            {MessageText(*this, TextNumber::RuntimeErrorTitle, {std::to_wstring(error.number())}) +
+                 L"\r" + error.description(),
+             MessageText(*this, TextNumber::Title)});
     };
 }
 
@@ -235,7 +237,7 @@ void frmMain::SetLang(const std::wstring& code) {
 }
 
 std::wstring frmMain::GetText(std::int32_t number) const {
-    return text_->GetText(number);
+    return text_ ? text_->GetText(number) : std::wstring();
 }
 
 std::wstring frmMain::GetTextWithoutDot(std::int32_t number) const {

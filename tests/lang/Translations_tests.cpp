@@ -1,5 +1,6 @@
 // Every language's source, held against the German texts that are built into the program.
 
+#include "app/Messages.h"
 #include "app/clsText.h"
 
 #include <gmock/gmock.h>
@@ -54,7 +55,10 @@ wchar_t accessKey(const std::wstring& text) {
 
 class Translation : public ::testing::TestWithParam<std::filesystem::path> {
   protected:
-    std::wstring german(std::int32_t number) const { return german_.GetText(number); }
+    std::wstring german(std::int32_t number) const {
+        const std::wstring text = german_.GetText(number);
+        return text.empty() ? GermanMessage(number) : text;
+    }
     std::wstring translated(std::int32_t number) const {
         const auto found = texts_.find(number);
         return found == texts_.end() ? german(number) : found->second;
@@ -97,6 +101,14 @@ TEST_P(Translation, KeepsBlanksAndDots) {
             EXPECT_EQ(text.ends_with(L':'), original.ends_with(L':')) << "text " << number;
         }
     }
+}
+
+TEST_P(Translation, NamesTheSamePartsOfAMessage) {
+    for (const auto& [number, text] : texts_)
+        for (const wchar_t* part : {L"%1", L"%2", L"%3"})
+            EXPECT_EQ(text.find(part) != std::wstring::npos,
+                      german(number).find(part) != std::wstring::npos)
+                << "text " << number;
 }
 
 TEST_P(Translation, FitsIntoTheProgramsBuffer) {

@@ -1,0 +1,21 @@
+#pragma once
+// Words of the program that a language library may give, and German ones that stand in for them.
+// The text table itself stays empty at these numbers until a library fills it.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "app/Texts.h"
+
+namespace kalvrooms {
+
+// The text of this number, or the program's own German where the text is empty or blank. "%1" to
+// "%9" become the parts; a part's own "%" is left as it is.
+std::wstring MessageText(const Texts& texts, std::int32_t number,
+                         const std::vector<std::wstring>& parts = {});
+
+// The German that stands in for an empty text; empty where there is none.
+std::wstring GermanMessage(std::int32_t number);
+
+} // namespace kalvrooms
