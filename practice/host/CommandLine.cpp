@@ -35,10 +35,12 @@ std::pair<std::int32_t, Fault> FaultFrom(const std::wstring& text) {
 
 CommandLine CommandLine::From(const std::vector<std::wstring>& arguments) {
     CommandLine line;
-    const std::map<std::wstring, bool*> switches = {{L"--register", &line.registerServer},
-                                                    {L"--unregister", &line.unregisterServer},
-                                                    {L"--hidden", &line.hidden},
-                                                    {L"--quit-with-client", &line.quitWithClient}};
+    const std::map<std::wstring, bool*> switches = {
+        {L"--register", &line.registerServer},
+        {L"--unregister", &line.unregisterServer},
+        {L"--known-while-running", &line.knownWhileRunning},
+        {L"--hidden", &line.hidden},
+        {L"--quit-with-client", &line.quitWithClient}};
     const std::map<std::wstring, std::wstring*> texts = {
         {L"--drawing", &line.drawing},
         {L"--save", &line.save},

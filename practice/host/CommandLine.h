@@ -15,6 +15,8 @@ namespace kalvrooms::practice {
 struct CommandLine {
     bool registerServer = false;
     bool unregisterServer = false;
+    // Known to the system while it runs, and only then.
+    bool knownWhileRunning = false;
     // The system starts the server for a client.
     bool embedding = false;
     bool hidden = false;

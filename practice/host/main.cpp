@@ -11,6 +11,7 @@
 
 #include <cstdlib>
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,9 @@ int RunHost(const CommandLine& line) {
     HostProcess process;
     const ServerApartment apartment;
     Prepare(process, line);
+    std::optional<KnownWhileRunning> known;
+    if (line.knownWhileRunning)
+        known.emplace(ServerClasses);
 
     ClientProgram client;
     const auto startClient = [&] {

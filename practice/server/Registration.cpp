@@ -63,6 +63,10 @@ bool Effective(std::span<const ServerClass* const> classes) {
     return WhoIs(*classes.back()) == Registered::Ours;
 }
 
+HANDLE HoldName(const ServerClass& serverClass) {
+    return CreateMutexW(nullptr, FALSE, serverClass.programId);
+}
+
 } // namespace
 
 Registered WhoIs(const ServerClass& serverClass) {
@@ -85,6 +89,28 @@ void UnregisterClasses(std::span<const ServerClass* const> classes) {
     DeleteEntries(HKEY_CURRENT_USER, classes);
     if (Effective(classes))
         DeleteEntries(HKEY_LOCAL_MACHINE, classes);
+}
+
+KnownWhileRunning::KnownWhileRunning(std::span<const ServerClass* const> classes)
+    : classes_(classes), running_(nullptr) {
+    if (WhoIs(*classes.front()) == Registered::Another)
+        throw HostError(L"Auf diesem Rechner ist " + std::wstring(classes.front()->programId) +
+                        L" schon eingerichtet. Die Übung tritt nicht an diese Stelle.");
+    running_ = HoldName(*classes.front());
+    RegisterClasses(classes);
+}
+
+KnownWhileRunning::~KnownWhileRunning() {
+    CloseHandle(running_);
+    const HANDLE name = HoldName(*classes_.front());
+    if (GetLastError() != ERROR_ALREADY_EXISTS) {
+        try {
+            UnregisterClasses(classes_);
+        } catch (const HostError&) {
+            // Entries that the registry keeps name a program that can be started again.
+        }
+    }
+    CloseHandle(name);
 }
 
 } // namespace kalvrooms::practice

@@ -22,4 +22,19 @@ Registered WhoIs(const ServerClass& serverClass);
 void RegisterClasses(std::span<const ServerClass* const> classes);
 void UnregisterClasses(std::span<const ServerClass* const> classes);
 
+// Makes the classes known while at least one process has such an object, and to nobody else's cost:
+// raises a HostError where another program answers to the names.
+class KnownWhileRunning {
+  public:
+    explicit KnownWhileRunning(std::span<const ServerClass* const> classes);
+    KnownWhileRunning(const KnownWhileRunning&) = delete;
+    KnownWhileRunning& operator=(const KnownWhileRunning&) = delete;
+    ~KnownWhileRunning();
+
+  private:
+    std::span<const ServerClass* const> classes_;
+    // A name that every process with such an object holds.
+    HANDLE running_;
+};
+
 } // namespace kalvrooms::practice

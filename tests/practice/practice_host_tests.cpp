@@ -153,6 +153,50 @@ TEST_F(PracticeHost, RegistersItsClassesAndTakesThemBack) {
     PracticeHostProcess::doNotStartBySystem();
 }
 
+TEST_F(PracticeHost, IsKnownWhileItRunsWhereNobodyElseIs) {
+    CLSID id{};
+    const auto known = [&] {
+        return CLSIDFromProgID(practice::ApplicationClass.programId, &id) == S_OK;
+    };
+    const auto run = [] {
+        auto process = std::make_unique<ui::Process>(
+            L"\"" + (ui::binFolder() / practiceHostProgram).wstring() +
+            L"\" --known-while-running");
+        ui::waitForWindow("the drawing", *process,
+                          [](HWND shown) { return ui::textOf(shown).starts_with(L"Kalvero"); });
+        return process;
+    };
+    const auto close = [](const ui::Process& process) {
+        for (const HWND window : ui::windowsOf(process.id()))
+            PostMessageW(window, WM_CLOSE, 0, 0);
+        return process.waitForEnd();
+    };
+    EXPECT_EQ(hostWith(L"--unregister"), 0u);
+    const auto first = run();
+    const auto second = run();
+    EXPECT_TRUE(known());
+    EXPECT_EQ(close(*first), 0u);
+    EXPECT_TRUE(known());
+    EXPECT_EQ(close(*second), 0u);
+    EXPECT_FALSE(known());
+
+    // The names belong to another program: nothing of it is touched.
+    const std::wstring key =
+        L"Software\\Classes\\" + std::wstring(practice::ApplicationClass.programId);
+    const std::wstring other = L"{00020000-0000-0000-C000-000000000046}";
+    for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
+        RegSetKeyValueW(root, (key + L"\\CLSID").c_str(), nullptr, REG_SZ, other.c_str(),
+                        static_cast<DWORD>((other.size() + 1) * sizeof(wchar_t)));
+    EXPECT_EQ(hostWith(L"--hidden --known-while-running"), 2u);
+    ASSERT_TRUE(known());
+    EXPECT_EQ(id.Data1, 0x20000u);
+    for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
+        RegDeleteTreeW(root, key.c_str());
+
+    EXPECT_EQ(hostWith(L"--register"), 0u);
+    PracticeHostProcess::doNotStartBySystem();
+}
+
 TEST_F(PracticeHost, RefusesWhatItCannotReadOrOpen) {
     EXPECT_EQ(hostWith(L"--moon"), 2u);
     EXPECT_EQ(hostWith(L"--hidden --drawing Z:\\gibt\\es\\nicht.json"), 2u);
