@@ -43,6 +43,7 @@ CommandLine CommandLine::From(const std::vector<std::wstring>& arguments) {
         {L"--quit-with-client", &line.quitWithClient}};
     const std::map<std::wstring, std::wstring*> texts = {
         {L"--drawing", &line.drawing},
+        {L"--project-folder", &line.projectFolder},
         {L"--save", &line.save},
         {L"--svg", &line.svg},
         {L"--state", &line.state},

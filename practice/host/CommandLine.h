@@ -22,6 +22,8 @@ struct CommandLine {
     bool hidden = false;
     bool quitWithClient = false;
     std::wstring drawing;
+    // In place of the drawing's own project folder.
+    std::wstring projectFolder;
     std::wstring save;
     std::wstring svg;
     std::optional<Point> place;

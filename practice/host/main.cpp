@@ -43,6 +43,8 @@ void WriteOutputs(const Drawing& drawing, const CommandLine& line) {
 void Prepare(HostProcess& process, const CommandLine& line) {
     if (!line.drawing.empty())
         process.session.drawing = LoadDrawing(line.drawing);
+    if (!line.projectFolder.empty())
+        process.session.drawing.project.folder = line.projectFolder;
     if (line.place)
         process.session.placing.At(*line.place);
     process.session.state.Set(line.state);
@@ -61,7 +63,9 @@ int RunHost(const CommandLine& line) {
 
     ClientProgram client;
     const auto startClient = [&] {
-        client.Start(line.start.empty() ? L"Quartino.exe" : line.start, line.handOver);
+        client.Start(line.start.empty() ? OwnProgram().replace_filename(L"Quartino.exe").wstring()
+                                        : line.start,
+                     line.handOver);
     };
     HostWindow window(process, {line.hidden, line.embedding}, startClient);
     process.session.applied = [&] {

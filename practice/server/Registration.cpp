@@ -13,13 +13,6 @@ namespace {
 
 const std::wstring Classes = L"Software\\Classes\\";
 
-std::wstring OwnPath() {
-    constexpr DWORD longest = 32768;
-    std::wstring path(longest, L'\0');
-    path.resize(GetModuleFileNameW(nullptr, path.data(), longest));
-    return path;
-}
-
 std::wstring GuidText(const GUID& id) {
     std::array<wchar_t, 40> text{};
     StringFromGUID2(id, text.data(), static_cast<int>(text.size()));
@@ -35,7 +28,7 @@ void SetDefault(HKEY root, const std::wstring& key, const std::wstring& text) {
 }
 
 void WriteEntries(HKEY root, std::span<const ServerClass* const> classes) {
-    const std::wstring program = OwnPath();
+    const std::wstring program = OwnProgram().wstring();
     for (const ServerClass* serverClass : classes) {
         const std::wstring id = GuidText(serverClass->id);
         const std::wstring classKey = L"CLSID\\" + id;
@@ -68,6 +61,13 @@ HANDLE HoldName(const ServerClass& serverClass) {
 }
 
 } // namespace
+
+std::filesystem::path OwnProgram() {
+    constexpr DWORD longest = 32768;
+    std::wstring path(longest, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), longest));
+    return path;
+}
 
 Registered WhoIs(const ServerClass& serverClass) {
     CLSID id{};

@@ -3,9 +3,13 @@
 
 #include <windows.h>
 
+#include <filesystem>
 #include <span>
 
 namespace kalvrooms::practice {
+
+// This program's own file.
+std::filesystem::path OwnProgram();
 
 struct ServerClass {
     const wchar_t* programId;

@@ -207,8 +207,9 @@ TEST_F(PracticeHost, PlacesUnattendedAndWritesItsFilesAtEveryApply) {
     const auto saved = folder() / L"nachher ö.json";
     const auto svg = folder() / L"nachher.svg";
     start(L"--hidden --place 100.5,-20 --save \"" + saved.wstring() + L"\" --svg \"" +
-          svg.wstring() + L"\"");
+          svg.wstring() + L"\" --project-folder D:\\Projekt");
     EXPECT_FALSE(std::filesystem::exists(saved));
+    EXPECT_EQ(host->drawing().project.folder, L"D:\\Projekt");
     {
         const LateBound drawing = service();
         for (int room = 0; room < 2; ++room)
