@@ -65,9 +65,11 @@ ListForm formOf(FileKind kind) {
 } // namespace
 
 FileError Files::error(const std::string& name, int line, const std::string& what) const {
-    const std::string shown =
+    std::string text =
         name == standardStream ? say_("(Standardeingabe)", "(standard input)") : name;
-    return FileError(shown + (line > 0 ? ":" + std::to_string(line) : "") + ": " + what);
+    if (line > 0)
+        text.append(":").append(std::to_string(line));
+    return FileError(text.append(": ").append(what));
 }
 
 Files::Input Files::Open(const std::string& name) const {

@@ -168,8 +168,10 @@ RoomRows readCsv(std::string_view bytes, const Speech& say) {
 std::string writeCsv(const RoomRows& rows) {
     std::string text;
     const auto write = [&](const Fields& fields) {
-        for (std::size_t i = 0; i < fields.size(); ++i)
-            text += (i == 0 ? "" : ",") + CsvField(fields[i]);
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            text += i == 0 ? "" : ",";
+            text += CsvField(fields[i]);
+        }
         text += "\r\n";
     };
     write(rows.titles);
