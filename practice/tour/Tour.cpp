@@ -73,7 +73,7 @@ class Tour {
   private:
     void start() {
         std::wstring line =
-            quoted(arguments_[L"--host"]) + L" --drawing " + quoted(arguments_[L"--drawing"]) +
+            quoted(arguments_[L"--host"]) + L" --known-while-running --drawing " + quoted(arguments_[L"--drawing"]) +
             L" --save " + quoted(out_ + L"\\drawing.json") + L" --svg " +
             quoted(out_ + L"\\drawing.svg") + L" --start " + quoted(arguments_[L"--quartino"]) +
             L" --settings-key " + quoted(arguments_[L"--settings-key"]);
