@@ -1,6 +1,8 @@
 #include "practice/driver/UiDriver.h"
 
 #include <commctrl.h>
+#include <shellapi.h>
+#include <shlobj.h>
 #include <tlhelp32.h>
 
 #include <cstddef>
@@ -237,6 +239,25 @@ void setText(HWND control, const std::wstring& text) {
 void enterFileName(HWND fileDialog, const std::wstring& path) {
     setText(fileNameField(fileDialog), path);
     press(fileDialog, IDOK);
+}
+
+void dropFile(HWND window, const std::filesystem::path& file) {
+    struct Dropped {
+        DROPFILES files{};
+        wchar_t names[MAX_PATH + 1] = L""; // each ended with a zero, and all of them with one more
+    } dropped;
+    dropped.files.pFiles = offsetof(Dropped, names);
+    dropped.files.fWide = TRUE;
+    file.wstring().copy(dropped.names, MAX_PATH - 1);
+    DWORD processId = 0;
+    GetWindowThreadProcessId(window, &processId);
+    const HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, processId);
+    // The window's process keeps it until it ends: it may look at it at any time.
+    void* remote =
+        VirtualAllocEx(process, nullptr, sizeof dropped, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    WriteProcessMemory(process, remote, &dropped, sizeof dropped, nullptr);
+    CloseHandle(process);
+    PostMessageW(window, WM_DROPFILES, reinterpret_cast<WPARAM>(remote), 0);
 }
 
 int rowCount(HWND listView) {

@@ -107,6 +107,8 @@ void press(HWND dialog, int control);
 void choose(HWND mainWindow, int command);
 void setText(HWND control, const std::wstring& text);
 void enterFileName(HWND fileDialog, const std::wstring& path);
+// Drops a file on a window that takes files.
+void dropFile(HWND window, const std::filesystem::path& file);
 
 // --- a list view in another process
 

@@ -11,3 +11,6 @@
 #define IDC_STATE_KVD 212
 #define IDC_START 221
 #define IDC_FIT 231
+#define IDC_ALL_STOREYS 232
+#define IDC_NEXT_STOREY 233
+#define IDC_LAST_STOREY 234

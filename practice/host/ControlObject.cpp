@@ -17,13 +17,9 @@ class ControlObject : public Automation<ControlObject> {
     static const MemberTable<ControlObject>& Members() {
         static const MemberTable<ControlObject> members = {
             Method(L"LoadDrawing", 1,
-                   [](auto& self, auto& given) {
-                       self.session.drawing = LoadDrawing(given.Text(0));
-                       self.process.reactions.drawingChanged();
-                   }),
-            Method(
-                L"SaveDrawing", 1,
-                [](auto& self, auto& given) { SaveDrawing(self.session.drawing, given.Text(0)); }),
+                   [](auto& self, auto& given) { self.process.Open(given.Text(0)); }),
+            Method(L"SaveDrawing", 1,
+                   [](auto& self, auto& given) { self.process.Save(given.Text(0)); }),
             Method(L"ExportSvg", 1,
                    [](auto& self, auto& given) {
                        WriteWhole(given.Text(0), DrawingSvg(self.session.drawing));

@@ -1,10 +1,50 @@
 #include "practice/host/HostProcess.h"
 
+#include "drawing/DrawingFile.h"
+#include "drawing/Text.h"
+#include "ifc/IfcDrawing.h"
 #include "practice/server/FaultEffect.h"
+
+#include <array>
+#include <fstream>
 
 namespace kalvrooms::practice {
 
+namespace {
+
+bool HoldsModel(const std::filesystem::path& file) {
+    std::array<char, 256> begin{};
+    std::ifstream stream(file, std::ios::binary);
+    stream.read(begin.data(), begin.size());
+    return ifc::IsModel({begin.data(), static_cast<std::size_t>(stream.gcount())});
+}
+
+bool EndsWith(const std::filesystem::path& file, std::wstring_view ending) {
+    return EqualsIgnoringCase(file.extension().wstring(), ending);
+}
+
+} // namespace
+
 HostProcess::HostProcess() : hostGate_(*this, true), controlGate_(*this, false) {}
+
+void HostProcess::Open(const std::filesystem::path& file) {
+    std::shared_ptr<const ifc::IfcDrawing> model;
+    if (HoldsModel(file))
+        model = std::make_shared<const ifc::IfcDrawing>(file);
+    session.drawing = model ? model->Read() : LoadDrawing(file);
+    model_ = std::move(model);
+    file_ = file;
+    reactions.opened();
+}
+
+void HostProcess::Save(const std::filesystem::path& file) const {
+    if (model_ && !EndsWith(file, L".json"))
+        return WriteWhole(file, model_->Write(session.drawing));
+    if (!model_ && EndsWith(file, L".ifc"))
+        throw HostError(L"Eine Übungszeichnung lässt sich nicht als Modell speichern: " +
+                        file.wstring());
+    SaveDrawing(session.drawing, file);
+}
 
 void HostProcess::AddUse() {
     ++uses_;

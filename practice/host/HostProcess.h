@@ -6,8 +6,14 @@
 #include "practice/server/CallLog.h"
 #include "practice/server/DispatchObject.h"
 
+#include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
+
+namespace kalvrooms::ifc {
+class IfcDrawing;
+}
 
 namespace kalvrooms::practice {
 
@@ -19,6 +25,16 @@ class HostProcess {
 
     DrawingSession session;
     CallLog calls;
+
+    // A practice drawing or a model, told by its contents. Raises a HostError and keeps the drawing
+    // that was open.
+    void Open(const std::filesystem::path& file);
+    // A model goes back into its own kind of file, or becomes a practice drawing under a name that
+    // ends with ".json". Raises a HostError.
+    void Save(const std::filesystem::path& file) const;
+    bool HasModel() const { return model_ != nullptr; }
+    // Of the open drawing; empty without one.
+    const std::filesystem::path& File() const { return file_; }
 
     // The gates of objects whose calls count, and of those that only control the tests.
     CallGate& HostGate() { return hostGate_; }
@@ -38,6 +54,8 @@ class HostProcess {
         // Calls were counted, or the state changed.
         std::function<void()> touched = [] {};
         std::function<void()> drawingChanged = [] {};
+        // Another drawing is open.
+        std::function<void()> opened = [] {};
     };
     Reactions reactions;
     // The process is about to end in the middle of a call.
@@ -56,6 +74,9 @@ class HostProcess {
         bool counted_;
     };
 
+    // What the drawing was made of; the drawing needs it as long as it is open.
+    std::shared_ptr<const ifc::IfcDrawing> model_;
+    std::filesystem::path file_;
     Gate hostGate_;
     Gate controlGate_;
     std::int32_t liveObjects_ = 0;

@@ -32,7 +32,11 @@ constexpr UINT FirstClientDelay = 30000;
 constexpr double SmallestScale = 1e-3;
 constexpr double LargestScale = 1e4;
 
+constexpr const wchar_t* OpenFilter =
+    L"Zeichnungen und Modelle (*.json; *.ifc)\0*.json;*.ifc\0Alle Dateien\0*.*\0";
 constexpr const wchar_t* DrawingFilter = L"Zeichnungen (*.json)\0*.json\0Alle Dateien\0*.*\0";
+constexpr const wchar_t* ModelFilter =
+    L"IFC-Modelle (*.ifc)\0*.ifc\0Zeichnungen (*.json)\0*.json\0";
 constexpr const wchar_t* SvgFilter = L"SVG-Bilder (*.svg)\0*.svg\0";
 
 Point PointOf(LPARAM position) {
@@ -59,6 +63,7 @@ HostWindow::HostWindow(HostProcess& process, Options options, std::function<void
                          nullptr, instance, this))
         throw HostError(L"The window cannot be created.");
     painter_ = std::make_unique<Painter>(GetDpiForWindow(window_));
+    DragAcceptFiles(window_, TRUE);
 
     if (!options_.hidden)
         process_.session.placing.OnClick(
@@ -68,11 +73,12 @@ HostWindow::HostWindow(HostProcess& process, Options options, std::function<void
         drawingChanged_ = true;
         Refresh();
     };
+    process_.reactions.opened = [this] { ShowOpened(); };
     process_.reactions.quitAsked = [this] { LeaveSoon(QuitTimer); };
     process_.reactions.unused = [this] { LeaveSoon(UnusedTimer); };
     if (options_.embedding)
         SetTimer(window_, UnusedTimer, FirstClientDelay, nullptr);
-    Refresh();
+    ShowOpened();
 }
 
 HostWindow::~HostWindow() {
@@ -151,7 +157,10 @@ LRESULT HostWindow::Handle(UINT message, WPARAM first, LPARAM second) {
         OnTimer(first);
         return 0;
     case WM_COMMAND:
-        TryCommand(LOWORD(first));
+        Try([&] { Command(LOWORD(first)); });
+        return 0;
+    case WM_DROPFILES:
+        Try([&] { OpenDropped(reinterpret_cast<HDROP>(first)); });
         return 0;
     case WM_CLOSE:
         Close();
@@ -178,6 +187,9 @@ bool HostWindow::HandleView(UINT message, WPARAM first, LPARAM second) {
             ChangeView(zoomed);
         return true;
     }
+    case WM_LBUTTONDOWN:
+        ChooseStorey({GET_X_LPARAM(second), GET_Y_LPARAM(second)});
+        return true;
     case WM_RBUTTONDOWN:
         panAt_ = PointOf(second);
         SetCapture(window_);
@@ -206,6 +218,26 @@ bool HostWindow::HandleView(UINT message, WPARAM first, LPARAM second) {
 void HostWindow::ChangeView(std::optional<View> view) {
     view_ = view;
     scene_.reset();
+    InvalidateRect(window_, nullptr, FALSE);
+}
+
+// A click on a storey in the legend shows it alone, one more shows all again.
+void HostWindow::ChooseStorey(const POINT& pixel) {
+    RECT client{};
+    GetClientRect(window_, &client);
+    const Scene& scene = CurrentScene();
+    const auto storey = painter_->StoreyAt(client, scene, pixel);
+    if (!storey)
+        return;
+    if (storey_.In(scene) == storey)
+        storey_.ShowAll();
+    else
+        storey_.Show(scene.storeys[*storey].name);
+    InvalidateRect(window_, nullptr, FALSE);
+}
+
+void HostWindow::StepStorey(bool forward) {
+    storey_.Step(CurrentScene(), forward);
     InvalidateRect(window_, nullptr, FALSE);
 }
 
@@ -297,6 +329,7 @@ void HostWindow::Paint() {
     content.status = Status();
     content.attention = placing_ != nullptr;
     content.scene = &CurrentScene();
+    content.storey = storey_.In(*content.scene);
     if (placing_) {
         const View& view = content.scene->view;
         const Point at = PointAt(placing_->pointer);
@@ -322,9 +355,16 @@ std::wstring HostWindow::Status() const {
     if (placing_)
         return L"Bitte Räume absetzen … (Klicken setzt ab, Esc bricht ab)";
     const Drawing& drawing = process_.session.drawing;
-    std::wstring status = L"Projekt " + std::to_wstring(drawing.project.number);
+    std::wstring status = process_.HasModel()
+                              ? process_.File().filename().wstring()
+                              : L"Projekt " + std::to_wstring(drawing.project.number);
     status += L"   |   " + std::to_wstring(drawing.elements.size()) +
               (drawing.elements.size() == 1 ? L" Raum" : L" Räume");
+    const auto shapeless =
+        std::count_if(drawing.elements.begin(), drawing.elements.end(),
+                      [](const Element& element) { return element.outline.empty(); });
+    if (shapeless > 0)
+        status += L", " + std::to_wstring(shapeless) + L" ohne Umriss";
     status += L"   |   " + std::to_wstring(process_.calls.Count()) +
               (process_.calls.Count() == 1 ? L" Aufruf" : L" Aufrufe");
     if (process_.session.state.Name() == L"menu")
@@ -383,10 +423,10 @@ void HostWindow::Close() {
     }
 }
 
-void HostWindow::TryCommand(WORD identifier) {
+void HostWindow::Try(const std::function<void()>& action) {
     std::wstring trouble;
     try {
-        Command(identifier);
+        action();
     } catch (const HostError& error) {
         trouble = error.description();
     } catch (const std::exception& error) {
@@ -413,6 +453,14 @@ void HostWindow::Command(WORD identifier) {
         return ToggleState(L"kvd");
     case IDC_FIT:
         return ChangeView(std::nullopt);
+    case IDC_ALL_STOREYS:
+        storey_.ShowAll();
+        InvalidateRect(window_, nullptr, FALSE);
+        return;
+    case IDC_NEXT_STOREY:
+        return StepStorey(true);
+    case IDC_LAST_STOREY:
+        return StepStorey(false);
     case IDC_START:
         return startProgram_();
     default:
@@ -435,8 +483,10 @@ void HostWindow::UpdateMenu() {
     check(IDC_STATE_KVD, L"kvd");
 }
 
-std::wstring HostWindow::AskForFile(bool save, const wchar_t* filter, const wchar_t* extension) {
+std::wstring HostWindow::AskForFile(bool save, const wchar_t* filter, const wchar_t* extension,
+                                    const std::wstring& proposed) {
     std::array<wchar_t, 4096> path{};
+    proposed.copy(path.data(), path.size() - 1);
     OPENFILENAMEW dialog{};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = window_;
@@ -451,18 +501,41 @@ std::wstring HostWindow::AskForFile(bool save, const wchar_t* filter, const wcha
 }
 
 void HostWindow::LoadDrawing() {
-    const std::wstring path = AskForFile(false, DrawingFilter, L"json");
-    if (path.empty())
-        return;
-    process_.session.drawing = kalvrooms::LoadDrawing(path);
+    const std::wstring file = AskForFile(false, OpenFilter, L"json");
+    if (!file.empty())
+        Open(file);
+}
+
+void HostWindow::Open(const std::wstring& file) {
+    if (placing_)
+        throw HostError(L"Bitte setzen Sie zuerst die Räume ab.");
+    process_.Open(file);
+}
+
+// The storeys of a model stand one above the other: the lowest is shown alone.
+void HostWindow::ShowOpened() {
     view_.reset();
+    scene_.reset();
+    storey_.ShowAll();
+    if (process_.HasModel())
+        storey_.Step(CurrentScene(), true);
     process_.reactions.drawingChanged();
 }
 
+void HostWindow::OpenDropped(HDROP files) {
+    std::array<wchar_t, 4096> file{};
+    const UINT count = DragQueryFileW(files, 0, file.data(), static_cast<UINT>(file.size()));
+    DragFinish(files);
+    if (count > 0)
+        Open(file.data());
+}
+
 void HostWindow::SaveDrawing() {
-    const std::wstring path = AskForFile(true, DrawingFilter, L"json");
-    if (!path.empty())
-        kalvrooms::SaveDrawing(process_.session.drawing, path);
+    const bool model = process_.HasModel();
+    const std::wstring file = AskForFile(true, model ? ModelFilter : DrawingFilter,
+                                         model ? L"ifc" : L"json", process_.File().wstring());
+    if (!file.empty())
+        process_.Save(file);
 }
 
 void HostWindow::SaveSvg() {

@@ -4,6 +4,9 @@
 
 #include "practice/host/HostProcess.h"
 #include "practice/host/Painter.h"
+#include "practice/host/ShownStorey.h"
+
+#include <shellapi.h>
 
 #include <functional>
 #include <memory>
@@ -44,11 +47,16 @@ class HostWindow {
     static LRESULT CALLBACK Receive(HWND window, UINT message, WPARAM first, LPARAM second);
     LRESULT Handle(UINT message, WPARAM first, LPARAM second);
     // Tells the user what went wrong.
-    void TryCommand(WORD identifier);
+    void Try(const std::function<void()>& action);
     void Command(WORD identifier);
+    void Open(const std::wstring& file);
+    void ShowOpened();
+    void OpenDropped(HDROP files);
     bool HandlePlacing(UINT message, WPARAM first, LPARAM second);
     bool HandleView(UINT message, WPARAM first, LPARAM second);
     void ChangeView(std::optional<View> view);
+    void ChooseStorey(const POINT& pixel);
+    void StepStorey(bool forward);
     void OnTimer(UINT_PTR timer);
     void Paint();
     void Close();
@@ -64,7 +72,8 @@ class HostWindow {
     void SaveSvg();
     void ToggleState(const wchar_t* state);
     void UpdateMenu();
-    std::wstring AskForFile(bool save, const wchar_t* filter, const wchar_t* extension);
+    std::wstring AskForFile(bool save, const wchar_t* filter, const wchar_t* extension,
+                            const std::wstring& proposed = {});
 
     HostProcess& process_;
     Options options_;
@@ -74,6 +83,7 @@ class HostWindow {
     std::optional<Scene> scene_;
     std::optional<View> view_;   // the user's own; without it the drawing fits the window
     std::optional<Point> panAt_; // where the hand holds the drawing, pixels
+    ShownStorey storey_;
     PlacingState* placing_ = nullptr;
     bool shown_ = false;
     bool refreshPending_ = false;

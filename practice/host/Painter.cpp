@@ -15,6 +15,7 @@ constexpr COLORREF Panel = RGB(244, 246, 248);
 constexpr COLORREF Rule = RGB(208, 213, 219);
 constexpr COLORREF Ink = RGB(32, 36, 42);
 constexpr COLORREF PaleInk = RGB(104, 112, 122);
+constexpr COLORREF Chosen = RGB(226, 232, 240);
 constexpr COLORREF Attention = RGB(255, 236, 179);
 constexpr COLORREF Ghost = RGB(200, 30, 30);
 
@@ -84,6 +85,22 @@ RECT Painter::DrawingArea(const RECT& client) const {
     return {client.left, client.top, client.right - Scaled(230), client.bottom - Scaled(28)};
 }
 
+RECT Painter::LegendLine(const RECT& legend, std::size_t storey) const {
+    const LONG top = legend.top + Scaled(71) + static_cast<LONG>(storey) * Scaled(46);
+    return {legend.left + 1, top, legend.right, top + Scaled(46)};
+}
+
+std::optional<std::size_t> Painter::StoreyAt(const RECT& client, const Scene& scene,
+                                             POINT point) const {
+    const RECT legend = LegendArea(client);
+    for (std::size_t storey = 0; storey < scene.storeys.size(); ++storey) {
+        const RECT line = LegendLine(legend, storey);
+        if (line.bottom <= legend.bottom && PtInRect(&line, point))
+            return storey;
+    }
+    return std::nullopt;
+}
+
 Frame Painter::DrawingFrame(const RECT& client) const {
     const RECT area = DrawingArea(client);
     const double margin = Scaled(28);
@@ -119,14 +136,20 @@ void Painter::PaintRooms(HDC dc, const RECT& area, const WindowContent& content)
     Fill(dc, area, Paper);
     IntersectClipRect(dc, area.left, area.top, area.right, area.bottom);
     SelectObject(dc, GetStockObject(DC_BRUSH));
+    const auto shown = [&](const SceneRoom& room) {
+        return !content.storey || room.storey == *content.storey;
+    };
     for (const SceneRoom& room : content.scene->rooms) {
+        if (!shown(room))
+            continue;
         SetDCBrushColor(dc, static_cast<COLORREF>(content.scene->storeys[room.storey].tint));
         const Selected pen(dc, CreatePen(PS_SOLID, Scaled(1), static_cast<COLORREF>(room.colour)));
         Shape(dc, room.outline);
     }
     // On top of all rooms, so that a room on another storey hides no name.
     for (const SceneRoom& room : content.scene->rooms)
-        PaintLabel(dc, room);
+        if (shown(room))
+            PaintLabel(dc, room);
 
     const Selected pen(dc, CreatePen(PS_SOLID, Scaled(2), Ghost));
     SelectObject(dc, GetStockObject(NULL_BRUSH));
@@ -194,22 +217,31 @@ void Painter::PaintLegend(HDC dc, const RECT& area, const WindowContent& content
     }
     Text(dc, all.Figures(), {left, y, right, y + Scaled(20)}, Scaled(13), false, PaleInk,
          DT_LEFT | DT_VCENTER);
-    y += Scaled(34);
 
-    for (const SceneStorey& storey : content.scene->storeys) {
-        if (y + Scaled(40) > area.bottom)
+    for (std::size_t storey = 0; storey < content.scene->storeys.size(); ++storey) {
+        const RECT line = LegendLine(area, storey);
+        if (line.bottom > area.bottom)
             break;
-        const RECT swatch{left, y + Scaled(4), left + Scaled(28), y + Scaled(32)};
-        Fill(dc, swatch, static_cast<COLORREF>(storey.tint));
-        SetDCBrushColor(dc, PaleInk);
-        FrameRect(dc, &swatch, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-        const LONG text = swatch.right + Scaled(12);
-        Text(dc, storey.name, {text, y, right, y + Scaled(19)}, Scaled(14), true, Ink,
-             DT_LEFT | DT_VCENTER | DT_END_ELLIPSIS);
-        Text(dc, storey.Figures(), {text, y + Scaled(18), right, y + Scaled(36)}, Scaled(12), false,
-             PaleInk, DT_LEFT | DT_VCENTER);
-        y += Scaled(46);
+        if (content.storey == storey)
+            Fill(dc, line, Chosen);
+        PaintLegendLine(dc, line, content.scene->storeys[storey],
+                        !content.storey || content.storey == storey);
     }
+}
+
+void Painter::PaintLegendLine(HDC dc, const RECT& line, const SceneStorey& storey, bool shown) {
+    const LONG left = line.left + Scaled(17);
+    const LONG right = line.right - Scaled(12);
+    const LONG y = line.top + Scaled(5);
+    const RECT swatch{left, y + Scaled(4), left + Scaled(28), y + Scaled(32)};
+    Fill(dc, swatch, shown ? static_cast<COLORREF>(storey.tint) : Panel);
+    SetDCBrushColor(dc, shown ? PaleInk : Rule);
+    FrameRect(dc, &swatch, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+    const LONG text = swatch.right + Scaled(12);
+    Text(dc, storey.name, {text, y, right, y + Scaled(19)}, Scaled(14), true, shown ? Ink : PaleInk,
+         DT_LEFT | DT_VCENTER | DT_END_ELLIPSIS);
+    Text(dc, storey.Figures(), {text, y + Scaled(18), right, y + Scaled(36)}, Scaled(12), false,
+         PaleInk, DT_LEFT | DT_VCENTER);
 }
 
 void Painter::PaintStatus(HDC dc, const RECT& area, const WindowContent& content) {

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct WindowContent {
     std::wstring status;
     bool attention = false; // the status bar asks the user for something
     const Scene* scene = nullptr;
+    std::optional<std::size_t> storey; // the only one that is shown
     // What follows the pointer, in pixels.
     std::vector<Outline> ghosts;
 };
@@ -27,6 +29,8 @@ class Painter {
     Frame DrawingFrame(const RECT& client) const;
     LabelRules Labels() const;
     void Paint(HDC dc, const RECT& client, const WindowContent& content);
+    // The storey whose line of the legend is there; nothing beside them.
+    std::optional<std::size_t> StoreyAt(const RECT& client, const Scene& scene, POINT point) const;
     // The status bar alone: it changes with every call.
     RECT StatusArea(const RECT& client) const;
     void PaintStatus(HDC dc, const RECT& area, const WindowContent& content);
@@ -37,10 +41,13 @@ class Painter {
               UINT format);
     RECT DrawingArea(const RECT& client) const;
     RECT LegendArea(const RECT& client) const;
+    // The line of a storey in the legend.
+    RECT LegendLine(const RECT& legend, std::size_t storey) const;
     void PaintRooms(HDC dc, const RECT& area, const WindowContent& content);
     void PaintLabel(HDC dc, const SceneRoom& room);
     void PaintScale(HDC dc, const RECT& area, const Scene& scene);
     void PaintLegend(HDC dc, const RECT& area, const WindowContent& content);
+    void PaintLegendLine(HDC dc, const RECT& line, const SceneStorey& storey, bool shown);
 
     UINT dpi_;
 };

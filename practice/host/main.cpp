@@ -33,16 +33,16 @@ void Tell(const std::wstring& trouble) {
     MessageBoxW(nullptr, trouble.c_str(), L"Kalvero", MB_OK | MB_ICONWARNING);
 }
 
-void WriteOutputs(const Drawing& drawing, const CommandLine& line) {
+void WriteOutputs(const HostProcess& process, const CommandLine& line) {
     if (!line.save.empty())
-        SaveDrawing(drawing, line.save);
+        process.Save(line.save);
     if (!line.svg.empty())
-        WriteWhole(line.svg, DrawingSvg(drawing));
+        WriteWhole(line.svg, DrawingSvg(process.session.drawing));
 }
 
 void Prepare(HostProcess& process, const CommandLine& line) {
     if (!line.drawing.empty())
-        process.session.drawing = LoadDrawing(line.drawing);
+        process.Open(line.drawing);
     if (!line.projectFolder.empty())
         process.session.drawing.project.folder = line.projectFolder;
     if (line.place)
@@ -70,7 +70,7 @@ int RunHost(const CommandLine& line) {
     HostWindow window(process, {line.hidden, line.embedding}, startClient);
     process.session.applied = [&] {
         process.reactions.drawingChanged();
-        WriteOutputs(process.session.drawing, line);
+        WriteOutputs(process, line);
     };
     // A host that was started by hand stays without clients too.
     if (!line.embedding)
@@ -88,7 +88,7 @@ int RunHost(const CommandLine& line) {
         }
         exitCode = window.Run();
     }
-    WriteOutputs(process.session.drawing, line);
+    WriteOutputs(process, line);
     return exitCode;
 }
 

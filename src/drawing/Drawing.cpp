@@ -84,7 +84,11 @@ void Drawing::UpdateFloorArea(Element& element) const {
         return;
     for (Attribute& attribute : element.attributes)
         if (IsFloorArea(attribute))
-            attribute.value = floorArea ? floorArea(element) : Area(element.outline);
+            attribute.value = FloorArea(element);
+}
+
+double Drawing::FloorArea(const Element& element) const {
+    return floorArea ? floorArea(element) : Area(element.outline);
 }
 
 void Drawing::Replace(const Element& element, std::size_t hint) {

@@ -87,6 +87,9 @@ struct Drawing {
     // An element that is not in the drawing yet, with empty attributes.
     Element NewElement() const;
 
+    // By the drawing's rule.
+    double FloorArea(const Element& element) const;
+
     // Takes the ground plan with or without a repeated last point; the floor area follows it.
     void SetOutline(Element& element, Outline outline) const;
     // The text must not go to the floor area, which follows the outline: a HostError.

@@ -255,7 +255,7 @@ Scene MakeScene(const Drawing& drawing, const View& view, const LabelRules& labe
             scene.storeys.push_back(
                 {element.storey.empty() ? L"ohne Geschoss" : element.storey, tint, 0, 0.0});
         }
-        const double area = Area(element.outline);
+        const double area = drawing.FloorArea(element);
         SceneStorey& storey = scene.storeys[found->second];
         ++storey.rooms;
         storey.area += area;

@@ -125,6 +125,13 @@ bool isGlobalId(const std::wstring& text) {
 
 } // namespace
 
+bool IsModel(std::string_view begin) {
+    if (begin.starts_with("\xEF\xBB\xBF"))
+        begin.remove_prefix(3);
+    begin.remove_prefix(std::min(begin.find_first_not_of(" \t\r\n"), begin.size()));
+    return begin.starts_with("ISO-10303-21") || begin.starts_with("/*");
+}
+
 IfcDrawing::IfcDrawing(const std::filesystem::path& path) : path_(path) {
     try {
         file_ = StepFile::Load(path);
@@ -205,15 +212,6 @@ std::string IfcDrawing::Write(const Drawing& drawing) const {
         return writer.Text();
     } catch (const HostError&) {
         throw;
-    } catch (const std::exception& error) {
-        refuse(error);
-    }
-}
-
-void IfcDrawing::Save(const std::filesystem::path& path, const Drawing& drawing) const {
-    const std::string text = Write(drawing);
-    try {
-        SaveBeside(path, text);
     } catch (const std::exception& error) {
         refuse(error);
     }

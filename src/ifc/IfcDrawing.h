@@ -5,12 +5,16 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "drawing/Drawing.h"
 #include "ifc/Building.h"
 
 namespace kalvrooms::ifc {
+
+// Whether a file that begins like this is a model. A comment may stand in front of everything.
+bool IsModel(std::string_view begin);
 
 // A model that is in memory already.
 struct ModelBytes {
@@ -30,8 +34,6 @@ class IfcDrawing {
 
     // The file with the drawing's changes, byte for byte where there are none. Raises a HostError.
     std::string Write(const Drawing& drawing) const;
-    // The same, put in the place of the file.
-    void Save(const std::filesystem::path& path, const Drawing& drawing) const;
 
     // What of the model was passed over.
     const std::vector<std::string>& Troubles() const { return building_->Troubles(); }

@@ -1,7 +1,6 @@
 #include "ifc/StepChanges.h"
 
 #include <algorithm>
-#include <fstream>
 #include <limits>
 #include <vector>
 
@@ -79,22 +78,6 @@ void StepChanges::appendChanged(std::string& text, std::size_t& copied, const In
         for (; index <= changed->first; ++index)
             text +=
                 std::string(index ? "," : "") + (index == changed->first ? changed->second : "$");
-    }
-}
-
-void SaveBeside(const std::filesystem::path& path, const std::string& bytes) {
-    std::filesystem::path beside = path;
-    beside += ".new";
-    std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    std::error_code error;
-    if (file)
-        std::filesystem::rename(beside, path, error);
-    if (!file || error) {
-        std::error_code ignored;
-        std::filesystem::remove(beside, ignored);
-        throw std::runtime_error("the file cannot be written");
     }
 }
 

@@ -2,7 +2,6 @@
 // What is to become of a file: arguments of its instances that are written anew, and instances that
 // are new. Everything else stays byte for byte.
 
-#include <filesystem>
 #include <map>
 #include <string>
 
@@ -37,9 +36,5 @@ class StepChanges {
 
 // #12
 std::string Reference(InstanceId id);
-
-// Written beside the file and put in its place: a failure leaves the file as it was. Raises a
-// std::runtime_error.
-void SaveBeside(const std::filesystem::path& path, const std::string& bytes);
 
 } // namespace kalvrooms::ifc

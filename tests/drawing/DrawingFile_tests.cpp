@@ -197,6 +197,9 @@ TEST_F(DrawingFiles, MissingFilesAndFoldersAreRefused) {
     EXPECT_THROW(LoadDrawing(folder / "none.json"), HostError);
     EXPECT_THROW(LoadDrawing(folder / "."), HostError);
     EXPECT_THROW(SaveDrawing(Drawing(), folder / "none/a.json"), HostError);
+    std::filesystem::create_directories(folder / "taken" / "in");
+    EXPECT_THROW(SaveDrawing(Drawing(), folder / "taken"), HostError);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
 }
 
 } // namespace

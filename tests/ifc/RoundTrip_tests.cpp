@@ -95,7 +95,7 @@ TEST_F(RoundTrip, ARoomOfTheProgrammeIsPlacedAndFoundAgain) {
     floors_.AddRooms(wanted, 1);
     Export();
     const std::filesystem::path saved = folder_ / "saved.ifc";
-    model_.Save(saved, host_.session.drawing);
+    WriteWhole(saved, model_.Write(host_.session.drawing));
     const IfcDrawing again(saved);
     EXPECT_TRUE(again.Troubles().empty());
     ASSERT_EQ(again.Model().Rooms().size(), 10u);

@@ -146,20 +146,5 @@ TEST(StepChanges, NewInstancesGoBeforeTheEndOfTheDataWithTheFilesLineEnds) {
                               "#6=IFCB('ENDSEC;');\r\nENDSEC;\r\nEND-ISO-10303-21;\r\n");
 }
 
-TEST(StepChanges, ASavedFileIsWholeOrAsItWas) {
-    const auto folder = testing::temporaryFolder("step-changes");
-    std::filesystem::create_directories(folder);
-    const auto path = folder / "model.ifc";
-    SaveBeside(path, "one");
-    SaveBeside(path, "two");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
-    EXPECT_EQ(std::filesystem::file_size(path), 3u);
-    std::filesystem::create_directory(folder / "taken");
-    std::filesystem::create_directory(folder / "taken" / "in");
-    EXPECT_THROW(SaveBeside(folder / "taken", "x"), std::runtime_error);
-    EXPECT_FALSE(std::filesystem::exists(folder / "taken.new"));
-    std::filesystem::remove_all(folder);
-}
-
 } // namespace
 } // namespace kalvrooms::ifc

@@ -463,6 +463,73 @@ TEST_F(PracticeHostWindow, TheMenuSwitchesTheStates) {
     EXPECT_EQ(refusal(), "");
 }
 
+// --- models -------------------------------------------------------------------------------------
+
+const std::filesystem::path house = QUARTINO_SOURCE_DIR "/examples/haus/haus.ifc";
+
+TEST_F(PracticeHost, AModelIsADrawingThatGoesBackIntoItsFileByteForByte) {
+    const auto saved = folder() / L"Haus ö.ifc", shown = folder() / L"haus.json";
+    start(L"--hidden --drawing \"" + house.wstring() + L"\" --save \"" + saved.wstring() + L"\"");
+    EXPECT_EQ(host->drawing().project.name, L"Haus am Park");
+    ASSERT_EQ(host->drawing().elements.size(), 9u);
+    EXPECT_EQ(host->drawing().elements[1].function, L"Küche");
+    service().call(L"ApplyChanges");
+    EXPECT_EQ(bytes(saved), bytes(house));
+    // Under the other kind's name it becomes a practice drawing; the way back is none.
+    control.call(L"SaveDrawing", shown.wstring());
+    EXPECT_EQ(LoadDrawing(shown).elements.size(), 9u);
+    control.call(L"LoadDrawing", shown.wstring());
+    EXPECT_THAT(refusalOf([&] { control.call(L"SaveDrawing", saved.wstring()); }),
+                HasSubstr("nicht als Modell"));
+    EXPECT_EQ(bytes(saved), bytes(house));
+    control.call(L"LoadDrawing", house.wstring()); // which is what goes into --save at the end
+}
+
+TEST_F(PracticeHost, ABrokenModelIsRefusedWithItsLineAndTheDrawingStays) {
+    start();
+    const auto broken = folder() / L"broken.ifc";
+    std::ofstream(broken, std::ios::binary)
+        << "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\n#1=IFCSPACE('\n";
+    EXPECT_THAT(refusalOf([&] { control.call(L"LoadDrawing", broken.wstring()); }),
+                HasSubstr("line 5, #1"));
+    EXPECT_EQ(host->drawing().project.name, L"Schule");
+}
+
+TEST_F(PracticeHostWindow, AFileThatIsDroppedIsOpened) {
+    ui::dropFile(window, house);
+    ui::waitFor("the model", [&] { return ui::textOf(window) == L"Kalvero – Haus am Park"; });
+    EXPECT_EQ(host->drawing().elements.size(), 9u);
+    ui::dropFile(window, folder() / L"gibt es nicht.ifc");
+    const HWND box = ui::waitForWindow("a message", host->process(), ui::isMessageBox);
+    EXPECT_THAT(ToUtf8(ui::messageText(box)), HasSubstr("gibt es nicht.ifc"));
+    ui::press(box, IDCANCEL);
+    ui::waitUntilGone(box);
+    EXPECT_EQ(ui::textOf(window), L"Kalvero – Haus am Park");
+}
+
+TEST_F(PracticeHostWindow, AModelIsShownOneStoreyAfterTheOtherOrWhole) {
+    control.call(L"LoadDrawing", house.wstring());
+    ui::waitFor("the model", [&] { return ui::textOf(window) == L"Kalvero – Haus am Park"; });
+    const auto pictureAfter = [&](int command) {
+        SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+        return ui::Picture::ofWindow(window);
+    };
+    const ui::Picture ground = ui::Picture::ofWindow(window);
+    const ui::Picture upper = pictureAfter(IDC_NEXT_STOREY);
+    const ui::Picture all = pictureAfter(IDC_ALL_STOREYS);
+    EXPECT_FALSE(ground == upper);
+    EXPECT_FALSE(upper == all);
+    EXPECT_FALSE(ground == all);
+    EXPECT_TRUE(pictureAfter(IDC_LAST_STOREY) == upper);
+    EXPECT_TRUE(pictureAfter(IDC_LAST_STOREY) == ground);
+    // The line of the second storey in the legend.
+    RECT client{};
+    GetClientRect(window, &client);
+    ui::clickAt(window, client.right - 100, 140);
+    ui::parkMouse();
+    EXPECT_TRUE(ui::Picture::ofWindow(window) == upper);
+}
+
 // --- the program that it starts -----------------------------------------------------------------
 
 constexpr const wchar_t* clientVariable = L"PRACTICE_HOST_CLIENT";

@@ -80,7 +80,7 @@ void change(const std::filesystem::path& model, const std::filesystem::path& out
     }
     writer.Add("0NewRoom00000000000001", newRoom(L"N1", building.Storeys().front().name, 30));
     writer.Add("0NewRoom00000000000002", newRoom(L"N2", L"Neues Geschoss", 40));
-    SaveBeside(out, writer.Text());
+    WriteWhole(out, writer.Text());
 }
 
 } // namespace
