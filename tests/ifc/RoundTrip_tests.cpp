@@ -7,6 +7,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "drawing/DrawingFile.h"
 #include "ifc/IfcDrawing.h"
 #include "support/BridgeContext.h"
 #include "support/TemporaryFolder.h"

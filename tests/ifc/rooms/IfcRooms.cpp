@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "drawing/DrawingFile.h"
 #include "ifc/Building.h"
 #include "ifc/JoinOutlines.h"
 #include "ifc/RoomWriter.h"
