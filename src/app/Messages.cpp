@@ -18,6 +18,14 @@ constexpr Message germanMessages[] = {
     {TextNumber::Title, L"Quartino"},
     {TextNumber::CloseKvdFiles, L"KVD-Dateien können mit dem Quartino nicht bearbeitet werden. Bitte schließen Sie alle KVD-Dateien."},
     {TextNumber::RuntimeErrorTitle, L"Laufzeitfehler %1:"},
+    {TextNumber::WithControl, L"Strg+%1"},
+    {TextNumber::WithControlAndShift, L"Strg+Umschalt+%1"},
+    {TextNumber::InsertKey, L"Einfg"},
+    {TextNumber::DeleteKey, L"Entf"},
+    {TextNumber::EnterKey, L"Eingabe"},
+    {TextNumber::UpKey, L"Nach oben"},
+    {TextNumber::DownKey, L"Nach unten"},
+    {TextNumber::UnsavedRooms, L"Die Raumliste ist noch nicht gespeichert."},
 };
 // clang-format on
 

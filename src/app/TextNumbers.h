@@ -60,4 +60,14 @@ inline constexpr std::int32_t ModifyRoom = 98;
 // Words that a library may give and MessageText has in German (99 to 200).
 inline constexpr std::int32_t RuntimeErrorTitle = 99;
 
+// Keys, as menus name them, and why the session had better wait.
+inline constexpr std::int32_t WithControl = 160;
+inline constexpr std::int32_t WithControlAndShift = 161;
+inline constexpr std::int32_t InsertKey = 162;
+inline constexpr std::int32_t DeleteKey = 163;
+inline constexpr std::int32_t EnterKey = 164;
+inline constexpr std::int32_t UpKey = 165;
+inline constexpr std::int32_t DownKey = 166;
+inline constexpr std::int32_t UnsavedRooms = 167;
+
 } // namespace kalvrooms::TextNumber

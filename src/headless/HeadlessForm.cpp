@@ -465,14 +465,24 @@ bool HeadlessForm::ChooseMenu(const std::wstring& name) {
     return true;
 }
 
-bool HeadlessForm::PressKey(int key) {
-    return KeyDown(key) && ReleaseKey(key);
+bool HeadlessForm::PressKey(const Gui::KeyStroke& stroke) {
+    if (!KeyDown(stroke))
+        return false;
+    ReleaseKey(stroke.key);
+    return true;
 }
 
-bool HeadlessForm::KeyDown(int key) {
+bool HeadlessForm::KeyDown(const Gui::KeyStroke& stroke) {
     if (!AcceptsInput())
         return false;
-    pressedKeys_.insert(key);
+    if (auto* button = dynamic_cast<HeadlessButton*>(focus_);
+        button && stroke.key == Gui::KeyEnter) {
+        desktop_.Dispatch(button->Click);
+        return true;
+    }
+    pressedKeys_.insert(stroke.key);
+    if (const auto shortcut = Shortcuts.find(stroke); shortcut != Shortcuts.end())
+        desktop_.Dispatch(shortcut->second);
     return true;
 }
 

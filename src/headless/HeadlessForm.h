@@ -168,6 +168,8 @@ class HeadlessGrid final : public Gui::Grid, public HeadlessControl {
     void Row(int row) override { row_ = row; }
     int Col() const override { return column_; }
     void Col(int column) override { column_ = column; }
+    int TopRow() const override { return topRow_; }
+    void TopRow(int row) override { topRow_ = row; }
 
     bool Redrawing() const { return redrawing_; }
     // How often the contents were shown anew.
@@ -178,6 +180,7 @@ class HeadlessGrid final : public Gui::Grid, public HeadlessControl {
     Gui::ScrollBars bars_ = Gui::ScrollBars::None;
     int row_ = 0;
     int column_ = 0;
+    int topRow_ = 1;
     bool redrawing_ = true;
     int redraws_ = 0;
 };
@@ -193,6 +196,8 @@ class HeadlessMenuItem final : public Gui::MenuItem {
 
     std::wstring Caption() const override { return caption_; }
     void Caption(const std::wstring& caption) override { caption_ = caption; }
+    void Shortcut(const std::wstring& keys) override { shortcut_ = keys; }
+    const std::wstring& Shortcut() const { return shortcut_; }
     MenuItem& AddItem(const std::wstring& name) override;
     void AddSeparator(const std::wstring& name) override;
 
@@ -206,6 +211,7 @@ class HeadlessMenuItem final : public Gui::MenuItem {
     std::wstring name_;
     bool separator_;
     std::wstring caption_;
+    std::wstring shortcut_;
     std::vector<std::unique_ptr<HeadlessMenuItem>> items_;
 };
 
@@ -261,8 +267,10 @@ class HeadlessForm final : public Gui::Form, public HeadlessControl {
     bool DoubleClickCell(const std::wstring& name, int row, int column);
     bool ChooseMenu(const std::wstring& name);
     // Press and release; the two halves alone for keys that another window saw half of.
-    bool PressKey(int key);
-    bool KeyDown(int key);
+    bool PressKey(const Gui::KeyStroke& stroke);
+    bool PressKey(int key) { return PressKey(Gui::KeyStroke{key}); }
+    bool KeyDown(const Gui::KeyStroke& stroke);
+    bool KeyDown(int key) { return KeyDown(Gui::KeyStroke{key}); }
     bool ReleaseKey(int key);
     // Drags the frame to another outer size.
     bool DragTo(Gui::Twips width, Gui::Twips height);

@@ -8,10 +8,14 @@
 
 namespace kalvrooms {
 
-std::vector<clsFloor::Entry>::const_iterator clsFloor::find(std::int32_t id) const {
-    const auto at = std::lower_bound(
+std::vector<clsFloor::Entry>::const_iterator clsFloor::place(std::int32_t id) const {
+    return std::lower_bound(
         rooms_.begin(), rooms_.end(), id,
         [](const Entry& entry, std::int32_t wanted) { return entry.key < wanted; });
+}
+
+std::vector<clsFloor::Entry>::const_iterator clsFloor::find(std::int32_t id) const {
+    const auto at = place(id);
     if (at == rooms_.end() || at->key != id)
         throw RuntimeError(RuntimeError::InvalidProcedureCall);
     return at;
@@ -35,6 +39,17 @@ void clsFloor::GetRoomByID(std::int32_t id, std::shared_ptr<clsRoom>& room) cons
 
 void clsFloor::DeleteRoomByID(std::int32_t id) {
     rooms_.erase(find(id));
+}
+
+RoomList clsFloor::LastRooms(std::int32_t count) const {
+    RoomList rooms;
+    for (auto entry = rooms_.end() - count; entry != rooms_.end(); ++entry)
+        rooms.push_back(entry->room);
+    return rooms;
+}
+
+void clsFloor::RestoreRoom(const std::shared_ptr<clsRoom>& room) {
+    rooms_.insert(place(room->ID()), {room->ID(), room});
 }
 
 void clsFloor::AddRooms(clsRoom& room, std::int32_t quantity) {

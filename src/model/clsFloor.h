@@ -9,6 +9,8 @@
 
 namespace kalvrooms {
 
+using RoomList = std::vector<std::shared_ptr<clsRoom>>;
+
 class clsFloor {
   public:
     std::int32_t GetCountOfRooms() const;
@@ -23,6 +25,10 @@ class clsFloor {
     void AddRoom(const clsRoom& room);
     // Adds copies; the caller's room is renumbered after each. Error: Overflow of the numbering.
     void AddRooms(clsRoom& room, std::int32_t quantity);
+    // The stored objects of the rooms that were added last, in the order of adding.
+    RoomList LastRooms(std::int32_t count) const;
+    // Puts a room that was deleted back where it was.
+    void RestoreRoom(const std::shared_ptr<clsRoom>& room);
 
   private:
     // The key stays what the ID was on adding, whatever a holder of the room writes into it.
@@ -32,6 +38,8 @@ class clsFloor {
     };
 
     static void CopyRoom(const clsRoom& source, clsRoom& target);
+    // The first room whose key is no lower.
+    std::vector<Entry>::const_iterator place(std::int32_t id) const;
     std::vector<Entry>::const_iterator find(std::int32_t id) const;
 
     // Keys only grow, so the order of adding is the order of the keys.

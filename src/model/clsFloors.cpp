@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "model/LetterRules.h"
 #include "model/RuntimeError.h"
 
 namespace kalvrooms {
@@ -10,77 +11,6 @@ namespace {
 
 // The storey of rooms without a storey code.
 constexpr const wchar_t* unassignedStory = L"unbelegt";
-
-bool isEven(wchar_t c) {
-    return c % 2 == 0;
-}
-bool isBetween(wchar_t c, unsigned first, unsigned last) {
-    return static_cast<unsigned>(c) >= first && static_cast<unsigned>(c) <= last;
-}
-wchar_t plus(wchar_t c, int distance) {
-    return static_cast<wchar_t>(c + distance);
-}
-
-wchar_t foldLatin(wchar_t c) {
-    if (isBetween(c, 'A', 'Z') || (isBetween(c, 0x00C0, 0x00DE) && c != 0x00D7))
-        return plus(c, 32);
-    if (c == 0x0178) // its small letter is the only one that lies in another block
-        return 0x00FF;
-    if (isBetween(c, 0x0139, 0x0148) || isBetween(c, 0x0179, 0x017E))
-        return isEven(c) ? c : plus(c, 1);
-    // The dotted and the dotless i are letters of their own in any case.
-    if (isBetween(c, 0x0100, 0x0137) && c != 0x0130)
-        return isEven(c) ? plus(c, 1) : c;
-    if (isBetween(c, 0x014A, 0x0177))
-        return isEven(c) ? plus(c, 1) : c;
-    return c;
-}
-
-wchar_t foldGreek(wchar_t c) {
-    if (c == 0x0386)
-        return 0x03AC;
-    if (isBetween(c, 0x0388, 0x038A))
-        return plus(c, 37);
-    if (c == 0x038C)
-        return 0x03CC;
-    if (isBetween(c, 0x038E, 0x038F))
-        return plus(c, 63);
-    if (isBetween(c, 0x0391, 0x03AB) && c != 0x03A2)
-        return plus(c, 32);
-    if (c == 0x03C2) // the small sigma at the end of a word
-        return 0x03C3;
-    if (isBetween(c, 0x03D8, 0x03EF))
-        return isEven(c) ? plus(c, 1) : c;
-    return c;
-}
-
-wchar_t foldCyrillic(wchar_t c) {
-    if (isBetween(c, 0x0400, 0x040F))
-        return plus(c, 80);
-    if (isBetween(c, 0x0410, 0x042F))
-        return plus(c, 32);
-    if (isBetween(c, 0x0460, 0x0481) || isBetween(c, 0x048A, 0x04BF) ||
-        isBetween(c, 0x04D0, 0x052F))
-        return isEven(c) ? plus(c, 1) : c;
-    if (c == 0x04C0)
-        return 0x04CF;
-    if (isBetween(c, 0x04C1, 0x04CE))
-        return isEven(c) ? c : plus(c, 1);
-    return c;
-}
-
-// The same on every machine, whatever its locale: a list must fall into the same storeys
-// wherever it is opened.
-std::wstring keyOf(std::wstring storyCode) {
-    for (wchar_t& c : storyCode)
-        if (isBetween(c, 0x0000, 0x017F))
-            c = foldLatin(c);
-        else if (isBetween(c, 0x0370, 0x03FF))
-            c = foldGreek(c);
-        else if (isBetween(c, 0x0400, 0x052F))
-            c = foldCyrillic(c);
-    return storyCode;
-}
 
 } // namespace
 
@@ -128,7 +58,7 @@ void clsFloors::add(clsRoom& room, Adding adding) {
     if (room.StoryCode().empty())
         room.StoryCode(unassignedStory);
     forgetCursor();
-    const std::wstring key = keyOf(room.StoryCode());
+    const std::wstring key = FoldedCase(room.StoryCode());
     const auto known = floorByKey_.find(key);
     const auto floor =
         known != floorByKey_.end() ? floors_[known->second] : std::make_shared<clsFloor>();
@@ -166,13 +96,26 @@ void clsFloors::DeleteRoom(const std::wstring& storyCode, std::int32_t id) {
     forgetCursor();
 }
 
+RoomList clsFloors::LastRooms(const std::wstring& storyCode, std::int32_t count) const {
+    const clsFloor* const floor = findFloor(storyCode);
+    return floor ? floor->LastRooms(count) : RoomList();
+}
+
+void clsFloors::RestoreRoom(const std::shared_ptr<clsRoom>& room) {
+    clsFloor* const floor = findFloor(room->StoryCode());
+    if (floor == nullptr)
+        throw RuntimeError(RuntimeError::InvalidProcedureCall);
+    floor->RestoreRoom(room);
+    forgetCursor();
+}
+
 void clsFloors::forgetCursor() {
     cursorFloor_ = 0;
     cursorBefore_ = 0;
 }
 
 clsFloor* clsFloors::findFloor(const std::wstring& storyCode) const {
-    const auto at = floorByKey_.find(keyOf(storyCode));
+    const auto at = floorByKey_.find(FoldedCase(storyCode));
     return at == floorByKey_.end() ? nullptr : floors_[at->second].get();
 }
 

@@ -30,6 +30,11 @@ class clsFloors {
                      std::shared_ptr<clsRoom>& room) const;
     // An empty code does nothing. Error: InvalidProcedureCall for an unknown storey or ID.
     void DeleteRoom(const std::wstring& storyCode, std::int32_t id);
+    // The stored objects of the rooms that were added to a storey last, in the order of adding.
+    RoomList LastRooms(const std::wstring& storyCode, std::int32_t count) const;
+    // Puts a room that was deleted back where it was, under its own ID. Error: InvalidProcedureCall
+    // for an unknown storey.
+    void RestoreRoom(const std::shared_ptr<clsRoom>& room);
 
   private:
     template <class Adding>

@@ -1,5 +1,7 @@
 #include "model/clsRoom.h"
 
+#include <tuple>
+
 namespace kalvrooms {
 
 namespace {
@@ -22,6 +24,22 @@ std::size_t trailingNumberLength(std::wstring_view name, const NumberLocale& loc
 clsRoom::clsRoom() : Geometry(std::make_shared<clsGeometry>()) {
     Geometry->SetTypeAndValue(CalculationByRatio, L" 1");
     Geometry->Area(16.0);
+}
+
+std::shared_ptr<clsRoom> clsRoom::Copy() const {
+    auto copy = std::make_shared<clsRoom>(*this);
+    copy->Geometry = std::make_shared<clsGeometry>(*Geometry);
+    return copy;
+}
+
+bool clsRoom::SaysTheSameAs(const clsRoom& other) const {
+    const auto contents = [](const clsRoom& room) {
+        return std::tie(room.name_, room.functionName_, room.storyCode_, room.enclosure_,
+                        room.occupancy_, room.areaType_, room.fileID_, room.fileNumber_,
+                        room.componentID_, room.projectNumber_, room.id_,
+                        room.Geometry->CalculationType(), room.Geometry->CalculationValue());
+    };
+    return contents(*this) == contents(other) && Geometry->Area() == other.Geometry->Area();
 }
 
 void clsRoom::SetRoomID(std::wstring_view key, const NumberLocale& locale) {

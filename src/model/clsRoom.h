@@ -16,6 +16,10 @@ class clsRoom {
   public:
     clsRoom();
 
+    // With a geometry of its own.
+    std::shared_ptr<clsRoom> Copy() const;
+    bool SaysTheSameAs(const clsRoom& other) const;
+
     // Ground plan and target area; a new room has ratio " 1" and 16 square metres.
     std::shared_ptr<clsGeometry> Geometry;
 

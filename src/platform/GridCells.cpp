@@ -2,69 +2,35 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
+#include <string>
 #include <tuple>
 #include <utility>
 
+#include "model/LetterRules.h"
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
 
 namespace kalvrooms::Gui {
 namespace {
 
-// Numbers stand before texts, and what is empty stands last.
-enum class Kind { Number, Text, Empty };
+// Numbers stand before texts.
+enum class Kind { Number, Text };
 
-// A cell's place in the order. The letters without their marks decide first, so that "Übung" stands
-// near "Uhr" and not behind "Zeichnen"; the marks decide only between equal ones.
-struct SortKey {
-    Kind kind = Kind::Empty;
-    double number = 0.0;
-    std::wstring letters;
-    std::wstring folded;
-    std::size_t row = 0;
+struct SortedRow {
+    Kind kind;
+    double number;
+    std::string letters; // in the user's alphabetical order
+    std::size_t row;
 };
 
-wchar_t small(wchar_t character) {
-    const bool latin = character >= L'A' && character <= L'Z';
-    // The capitals of Latin-1; the multiplication sign stands among them.
-    const bool marked = character >= 0xC0 && character <= 0xDE && character != 0xD7;
-    return latin || marked ? static_cast<wchar_t>(character + 0x20) : character;
+SortedRow sortedRow(const std::wstring& text, std::size_t row, const NumberLocale& locale) {
+    if (IsNumeric(text, locale))
+        return {Kind::Number, ToDouble(text, locale), {}, row};
+    return {Kind::Text, 0.0, SortKey(text), row};
 }
 
-// The small letters of Latin-1 from 0xDF on, as one or two plain ones.
-constexpr const wchar_t* withoutMark[] = {
-    L"ss", L"a", L"a",    L"a", L"a", L"a", L"a", L"ae", L"c", L"e",  L"e",
-    L"e",  L"e", L"i",    L"i", L"i", L"i", L"d", L"n",  L"o", L"o",  L"o",
-    L"o",  L"o", L"\xF7", L"o", L"u", L"u", L"u", L"u",  L"y", L"th", L"y"};
-constexpr wchar_t firstMarked = 0xDF;
-
-SortKey keyOf(const std::wstring& text, std::size_t row, const NumberLocale& locale) {
-    SortKey key;
-    key.row = row;
-    if (text.empty())
-        return key;
-    if (IsNumeric(text, locale)) {
-        key.kind = Kind::Number;
-        key.number = ToDouble(text, locale);
-        return key;
-    }
-    key.kind = Kind::Text;
-    for (const wchar_t character : text) {
-        const wchar_t letter = small(character);
-        key.folded.push_back(letter);
-        if (letter >= firstMarked &&
-            letter < firstMarked + static_cast<wchar_t>(std::size(withoutMark)))
-            key.letters += withoutMark[letter - firstMarked];
-        else
-            key.letters.push_back(letter);
-    }
-    return key;
-}
-
-bool standsBefore(const SortKey& a, const SortKey& b) {
-    return std::tie(a.kind, a.number, a.letters, a.folded) <
-           std::tie(b.kind, b.number, b.letters, b.folded);
+bool standsBefore(const SortedRow& a, const SortedRow& b) {
+    return std::tie(a.kind, a.number, a.letters) < std::tie(b.kind, b.number, b.letters);
 }
 
 [[noreturn]] void outside() {
@@ -81,6 +47,15 @@ void GridCells::Resize(int rows, int columns) {
     rows_.resize(static_cast<std::size_t>(rows));
     for (std::vector<Cell>& row : rows_)
         row.resize(static_cast<std::size_t>(columns));
+}
+
+int GridCells::LastFilledRow() const {
+    const auto filled = [](const std::vector<Cell>& row) {
+        return std::any_of(row.begin(), row.end(),
+                           [](const Cell& cell) { return !cell.text.empty(); });
+    };
+    return Rows() - 1 -
+           static_cast<int>(std::find_if(rows_.rbegin(), rows_.rend(), filled) - rows_.rbegin());
 }
 
 void GridCells::Clear() {
@@ -139,16 +114,16 @@ void GridCells::Sort(int firstRow, int lastRow, int column, SortOrder order) {
     at(lastRow, column);
     // Asked once: the mark must not change between two comparisons.
     const NumberLocale locale = UserLocale();
-    std::vector<SortKey> keys;
+    std::vector<SortedRow> keys;
     keys.reserve(static_cast<std::size_t>(lastRow - firstRow) + 1);
     for (int row = firstRow; row <= lastRow; ++row)
-        keys.push_back(keyOf(at(row, column).text, static_cast<std::size_t>(row), locale));
+        keys.push_back(sortedRow(at(row, column).text, static_cast<std::size_t>(row), locale));
     std::stable_sort(keys.begin(), keys.end(), standsBefore);
     if (order == SortOrder::Descending)
         std::reverse(keys.begin(), keys.end());
     std::vector<std::vector<Cell>> sorted;
     sorted.reserve(keys.size());
-    for (const SortKey& key : keys)
+    for (const SortedRow& key : keys)
         sorted.push_back(std::move(rows_[key.row]));
     std::move(sorted.begin(), sorted.end(), rows_.begin() + static_cast<std::ptrdiff_t>(firstRow));
 }

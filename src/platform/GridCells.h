@@ -27,6 +27,8 @@ class GridCells {
     void Resize(int rows, int columns);
     int Rows() const { return static_cast<int>(rows_.size()); }
     int Columns() const { return columns_; }
+    // The last row with a text in it; -1 when there is none.
+    int LastFilledRow() const;
     // Grows with every change: who shows the cells learns from it whether to paint them anew.
     std::uint64_t Changes() const { return changes_; }
     // Empties every cell, header included; the shape stays.
@@ -44,8 +46,8 @@ class GridCells {
     std::vector<Cell>& Row(int row);
 
     // Sorts the rows firstRow to lastRow (both included) by one column: two numbers (under the
-    // user's locale) compare as numbers, numbers stand before texts, texts compare as texts without
-    // regard to case, empty cells stand last ascending. Descending is the exact reverse.
+    // user's locale) compare as numbers, numbers stand before texts, texts stand in the user's
+    // alphabetical order, which begins with empty ones. Descending is the exact reverse.
     void Sort(int firstRow, int lastRow, int column, SortOrder order);
 
   private:

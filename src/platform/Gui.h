@@ -5,8 +5,10 @@
 // Lengths are twips (1/1440 inch) whatever the monitor's DPI, as single-precision numbers. Captions
 // use "&" for access keys. Every event comes in through Desktop::Dispatch.
 
+#include <compare>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -21,10 +23,23 @@ using Twips = float;
 inline constexpr std::int16_t DefaultPointer = 0;
 inline constexpr std::int16_t HourglassPointer = 11;
 
-// Key codes that forms ask for.
+// Key codes that forms ask for; letters have the code of their capital.
 inline constexpr int KeyEnter = 13;
 inline constexpr int KeyEscape = 27;
+inline constexpr int KeyUpArrow = 38;
+inline constexpr int KeyDownArrow = 40;
+inline constexpr int KeyInsert = 45;
+inline constexpr int KeyDelete = 46;
 inline constexpr int KeyF1 = 112;
+inline constexpr int KeyF2 = 113;
+
+// A key together with what is held down with it.
+struct KeyStroke {
+    int key = 0;
+    bool control = false;
+    bool shift = false;
+    auto operator<=>(const KeyStroke&) const = default;
+};
 
 // What a layout says that a control is.
 enum class ControlKind { Label, Frame, Button, Option, Check, Field, DropDown, Tabs, Grid };
@@ -132,6 +147,9 @@ class Grid : public virtual Control {
     // A column of width 0 is hidden and cannot be dragged open.
     virtual void ColWidth(int column, Twips width) = 0;
     virtual void Bars(ScrollBars bars) = 0;
+    // The first row below the header that is shown; as far down as the table reaches.
+    virtual int TopRow() const = 0;
+    virtual void TopRow(int row) = 0;
     // The current cell.
     virtual int Row() const = 0;
     virtual void Row(int row) = 0;
@@ -150,6 +168,8 @@ class MenuItem {
     virtual ~MenuItem() = default;
     virtual std::wstring Caption() const = 0;
     virtual void Caption(const std::wstring& caption) = 0;
+    // The keys that do the same, as they are shown beside the caption; the form listens for them.
+    virtual void Shortcut(const std::wstring& keys) = 0;
     virtual MenuItem& AddItem(const std::wstring& name) = 0;
     virtual void AddSeparator(const std::wstring& name) = 0;
     std::function<void()> Click;
@@ -176,8 +196,11 @@ class Form : public virtual Control {
     virtual void Unload() = 0;
 
     // The form sees key releases before its controls; a release counts only if the form saw its
-    // press too.
+    // press too, and if the press did nothing yet: Enter on a button presses the button, Enter and
+    // Escape close a list that has dropped down.
     std::function<void(int key)> KeyUp;
+    // Run when they are pressed, whichever control has the focus. Held down they count once.
+    std::map<KeyStroke, std::function<void()>> Shortcuts;
     std::function<void()> Resize;
     // Asked before closing: false puts the closing off (a command is still under way).
     std::function<bool()> MayUnload;

@@ -34,8 +34,11 @@ void Dialog::prepare(Gui::TextField& field, KeyFilter accepts, Normalizer normal
 }
 
 void Dialog::cancelWith(Gui::Button& cmdCancel) {
-    cmdCancel.Click = [this] { form_->Unload(); };
-    cancels_ = true;
+    cmdCancel.Click = onEscape_ = [this] { form_->Unload(); };
+}
+
+void Dialog::confirmWithEscape() {
+    onEscape_ = [this] { cmdOk_Click(); };
 }
 
 void Dialog::onKeyUp(int key) {
@@ -46,8 +49,8 @@ void Dialog::onKeyUp(int key) {
         for (const auto& [field, normalize] : numbers_)
             field->Text(normalize(field->Text()));
         cmdOk_Click();
-    } else if (key == Gui::KeyEscape && cancels_) {
-        form_->Unload();
+    } else if (key == Gui::KeyEscape && onEscape_) {
+        onEscape_();
     }
 }
 

@@ -3,6 +3,7 @@
 // release wherever the focus is, OK and Cancel.
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -63,6 +64,8 @@ class Dialog {
                  Normalizer normalize = nullptr);
     // The button and Escape close the dialog.
     void cancelWith(Gui::Button& cmdCancel);
+    // Escape does what OK does, where there is nothing to call off.
+    void confirmWithEscape();
 
     const DialogServices services_;
     Gui::Desktop& desktop_;
@@ -73,7 +76,7 @@ class Dialog {
     void onKeyUp(int key);
 
     std::uint32_t helpContext_;
-    bool cancels_ = false;
+    std::function<void()> onEscape_;
     std::vector<std::pair<Gui::TextField*, Normalizer>> numbers_;
 };
 

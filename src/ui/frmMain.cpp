@@ -12,6 +12,8 @@
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
 #include "ui/ListFileDialog.h"
+#include "ui/ShortcutText.h"
+#include "ui/TablePlace.h"
 #include "ui/frmPlace.h"
 #include "ui/frmRoom.h"
 
@@ -27,7 +29,9 @@ constexpr int visibleColumns = 7;
 constexpr int geometryColumn = 7;
 constexpr int idColumn = 8;
 constexpr int leastRows = 100; // header included
-constexpr std::int32_t headerTexts[] = {20, 21, 22, 23, 24, 25, 26, 30};
+constexpr std::int32_t headerTexts[] = {
+    TextNumber::Name,      TextNumber::Function,  TextNumber::Area,     TextNumber::Story,
+    TextNumber::Enclosure, TextNumber::Occupancy, TextNumber::AreaType, TextNumber::Geometry};
 
 // Twips: the widths of the visible columns and of the table at its smallest.
 constexpr Gui::Twips columnWidths[visibleColumns] = {1500, 2400, 1000, 1000, 1400, 1000, 1000};
@@ -131,21 +135,27 @@ DialogServices frmMain::dialogs() const {
 }
 
 void frmMain::buildMenus() {
-    const auto item = [this](Gui::MenuItem& menu, const wchar_t* name, std::int32_t text,
-                             void (frmMain::*run)()) {
+    const auto runs = [this](void (frmMain::*run)()) {
+        return [this, run] { command([this, run] { (this->*run)(); }); };
+    };
+    const auto item = [&](Gui::MenuItem& menu, const wchar_t* name, std::int32_t text,
+                          void (frmMain::*run)(), const std::vector<Gui::KeyStroke>& keys = {}) {
         Gui::MenuItem& entry = menu.AddItem(name);
         entry.Caption(GetText(text));
-        entry.Click = [this, run] { command([this, run] { (this->*run)(); }); };
+        entry.Shortcut(ShortcutText(keys, *this));
+        entry.Click = runs(run);
+        for (const Gui::KeyStroke& key : keys)
+            form_->Shortcuts[key] = entry.Click;
     };
     Gui::MenuItem& mnuFile = form_->Menu(L"mnuFile");
     mnuFile.Caption(GetText(4));
-    item(mnuFile, L"mnuNew", 5, &frmMain::newList);
-    item(mnuFile, L"mnuOpen", 6, &frmMain::openList);
-    item(mnuFile, L"mnuSave", 7, &frmMain::saveList);
-    item(mnuFile, L"mnuSaveAS", 8, &frmMain::saveListAs);
+    item(mnuFile, L"mnuNew", 5, &frmMain::newList, {{'N', true}});
+    item(mnuFile, L"mnuOpen", 6, &frmMain::openList, {{'O', true}});
+    item(mnuFile, L"mnuSave", 7, &frmMain::saveList, {{'S', true}});
+    item(mnuFile, L"mnuSaveAS", 8, &frmMain::saveListAs, {{'S', true, true}});
     mnuFile.AddSeparator(L"mnuSep1");
-    item(mnuFile, L"mnuImport", 9, &frmMain::importRooms);
-    item(mnuFile, L"mnuExport", 10, &frmMain::exportRooms);
+    item(mnuFile, L"mnuImport", 9, &frmMain::importRooms, {{'L', true}});
+    item(mnuFile, L"mnuExport", 10, &frmMain::exportRooms, {{'E', true}});
     mnuFile.AddSeparator(L"mnusep2");
     Gui::MenuItem& mnuEnd = mnuFile.AddItem(L"mnuEnd");
     mnuEnd.Caption(GetText(11));
@@ -153,22 +163,21 @@ void frmMain::buildMenus() {
 
     mnuRecord_ = &form_->Menu(L"mnuRecord");
     mnuRecord_->Caption(GetText(12));
-    item(*mnuRecord_, L"mnuAddRoom", 13, &frmMain::addRoom);
-    item(*mnuRecord_, L"mnuModifyRoom", 14, &frmMain::modifyRoom);
+    item(*mnuRecord_, L"mnuAddRoom", 13, &frmMain::addRoom, {{Gui::KeyInsert}});
+    item(*mnuRecord_, L"mnuModifyRoom", 14, &frmMain::modifyRoom, {{Gui::KeyEnter}, {Gui::KeyF2}});
     mnuRecord_->AddSeparator(L"mnusep3");
-    item(*mnuRecord_, L"mnuDeleteRoom", 15, &frmMain::deleteRoom);
+    item(*mnuRecord_, L"mnuDeleteRoom", 15, &frmMain::deleteRoom, {{Gui::KeyDelete}});
     mnuRecord_->AddSeparator(L"mnusep4");
-    const auto sorting = [this](const wchar_t* name, std::int32_t text, Gui::SortOrder order) {
-        Gui::MenuItem& entry = mnuRecord_->AddItem(name);
-        entry.Caption(GetText(text));
-        entry.Click = [this, order] { command([this, order] { sortTable(order); }); };
-    };
-    sorting(L"mnuSortAscending", 16, Gui::SortOrder::Ascending);
-    sorting(L"mnuSortDescending", 17, Gui::SortOrder::Descending);
+    item(*mnuRecord_, L"mnuSortAscending", 16, &frmMain::sortAscending, {{Gui::KeyUpArrow, true}});
+    item(*mnuRecord_, L"mnuSortDescending", 17, &frmMain::sortDescending,
+         {{Gui::KeyDownArrow, true}});
 
     Gui::MenuItem& mnuExtras = form_->Menu(L"mnuExtras");
     mnuExtras.Caption(GetText(18));
     item(mnuExtras, L"mnuPlace", 19, &frmMain::showOptions);
+
+    form_->Shortcuts[{'Z', true}] = runs(&frmMain::undo);
+    form_->Shortcuts[{'Y', true}] = runs(&frmMain::redo);
 }
 
 void frmMain::unload() {
@@ -269,7 +278,10 @@ std::shared_ptr<clsRoom> frmMain::GetCurrentRoom() const {
 }
 
 void frmMain::AddCurrentRoomsToListOfFloors(std::int32_t quantity) {
+    const std::int32_t before = floors_->GetCountOfRooms();
     floors_->AddRooms(*currentRoom_, quantity);
+    history_.Added(
+        floors_->LastRooms(currentRoom_->StoryCode(), floors_->GetCountOfRooms() - before));
     UpdateTable(false);
 }
 
@@ -370,6 +382,7 @@ void frmMain::clearList() {
     if (hasUnsavedRooms())
         SaveChangesPrompt();
     floors_ = std::make_shared<clsFloors>();
+    history_.Clear();
     UpdateTable(false);
 }
 
@@ -437,38 +450,85 @@ void frmMain::addRoom() {
 }
 
 void frmMain::modifyRoom() {
-    std::wstring storyCode;
-    std::int32_t id = 0;
+    const RoomKey key = roomIn(grdRooms_->Row());
     std::shared_ptr<clsRoom> room;
-    if (selectedRoom(storyCode, id))
-        floors_->GetRoomByID(storyCode, id, room);
-    const bool isNew = room == nullptr;
-    currentRoom_ = isNew ? addTemplate_ : room;
-    showRoomDialog(isNew);
+    floors_->GetRoomByID(key.storyCode, key.id, room);
+    if (!room) {
+        currentRoom_ = addTemplate_;
+        showRoomDialog(true);
+        return;
+    }
+    const TablePlace place(*grdRooms_);
+    const auto before = room->Copy();
+    currentRoom_ = room;
+    showRoomDialog(false);
+    history_.Changed(before, room);
+    // Also after Cancel: the geometry dialog changes the room at once.
+    UpdateTable(false);
+    place.Restore(rowOf(key));
 }
 
 void frmMain::deleteRoom() {
-    std::wstring storyCode;
-    std::int32_t id = 0;
-    selectedRoom(storyCode, id);
-    floors_->DeleteRoom(storyCode, id);
-    UpdateTable(false);
+    const int row = grdRooms_->Row();
+    const RoomKey key = roomIn(row);
+    // The next one in the order shown, which filling the table anew takes away.
+    RoomKey next = roomIn(row + 1);
+    if (next.storyCode.empty())
+        next = roomIn(row - 1);
+    const TablePlace place(*grdRooms_);
+    std::shared_ptr<clsRoom> room;
+    floors_->GetRoomByID(key.storyCode, key.id, room);
+    floors_->DeleteRoom(key.storyCode, key.id);
+    if (room)
+        history_.Removed(room);
     dirty_ = true;
+    UpdateTable(false);
+    place.Restore(room ? rowOf(next) : row);
 }
 
-bool frmMain::selectedRoom(std::wstring& storyCode, std::int32_t& id) const {
+void frmMain::undo() {
+    showStep(history_.Undo(*floors_));
+}
+
+void frmMain::redo() {
+    showStep(history_.Redo(*floors_));
+}
+
+void frmMain::showStep(const std::optional<RoomList>& rooms) {
+    if (!rooms)
+        return;
+    dirty_ = true;
+    const TablePlace place(*grdRooms_);
     const int row = grdRooms_->Row();
+    UpdateTable(false);
+    place.Restore(rooms->empty() ? row
+                                 : rowOf({rooms->front()->StoryCode(), rooms->front()->ID()}));
+}
+
+frmMain::RoomKey frmMain::roomIn(int row) const {
     const Gui::GridCells& cells = std::as_const(*grdRooms_).Cells();
     if (row < 1 || row >= cells.Rows() || cells.Text(row, storyColumn).empty())
-        return false;
-    storyCode = cells.Text(row, storyColumn);
-    id = ToLong(cells.Text(row, idColumn));
-    return true;
+        return {};
+    return {cells.Text(row, storyColumn), ToLong(cells.Text(row, idColumn))};
+}
+
+int frmMain::rowOf(const RoomKey& key) const {
+    const Gui::GridCells& cells = std::as_const(*grdRooms_).Cells();
+    const std::wstring id = FromLong(key.id);
+    int row = 1;
+    while (row < roomCount_ &&
+           (cells.Text(row, idColumn) != id || cells.Text(row, storyColumn) != key.storyCode))
+        ++row;
+    return row;
 }
 
 void frmMain::showOptions() {
+    const TablePlace place(*grdRooms_);
+    const int row = grdRooms_->Row();
+    const RoomKey key = roomIn(row);
     frmPlace(dialogs(), *this).ShowModal();
     UpdateTable(false);
+    place.Restore(key.storyCode.empty() ? row : rowOf(key));
 }
 
 void frmMain::showRoomLimitWarning() {
@@ -534,6 +594,14 @@ void frmMain::UpdateTable(bool warn) {
     grdRooms_->Row(1);
 }
 
+void frmMain::sortAscending() {
+    sortTable(Gui::SortOrder::Ascending);
+}
+
+void frmMain::sortDescending() {
+    sortTable(Gui::SortOrder::Descending);
+}
+
 void frmMain::sortTable(Gui::SortOrder order) {
     if (grdRooms_->Col() >= visibleColumns || grdRooms_->Col() < 0)
         grdRooms_->Col(0);
@@ -551,7 +619,7 @@ void frmMain::onTableMouseUp(Gui::MouseButton button, int row, int column) {
     if (button == Gui::MouseButton::Right)
         form_->PopupMenu(*mnuRecord_);
     else if (row == 0)
-        command([this] { sortTable(Gui::SortOrder::Ascending); });
+        command([this] { sortAscending(); });
     else
         clickedRoomRow_ = true;
 }

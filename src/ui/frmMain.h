@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/HandOverFile.h"
@@ -12,6 +13,7 @@
 #include "app/Texts.h"
 #include "app/clsText.h"
 #include "host/clsKalvero.h"
+#include "model/RoomHistory.h"
 #include "model/clsFloors.h"
 #include "platform/Gui.h"
 #include "platform/Platform.h"
@@ -72,6 +74,10 @@ class frmMain final : public Texts,
     void addRoom();
     void modifyRoom();
     void deleteRoom();
+    void undo();
+    void redo();
+    // Shows the list after a step, with the first of these rooms as the current one.
+    void showStep(const std::optional<RoomList>& rooms);
     void showOptions();
 
     void writeListToFile();
@@ -90,11 +96,20 @@ class frmMain final : public Texts,
     void initTable();
     void fillRow(std::vector<Gui::GridCells::Cell>& cells, const clsRoom& room,
                  const NumberLocale& locale) const;
+    void sortAscending();
+    void sortDescending();
     void sortTable(Gui::SortOrder order);
     void onTableMouseUp(Gui::MouseButton button, int row, int column);
     void onTableDoubleClick();
     void onResize();
-    bool selectedRoom(std::wstring& storyCode, std::int32_t& id) const;
+    // How the table tells rooms apart; without a storey there is none.
+    struct RoomKey {
+        std::wstring storyCode;
+        std::int32_t id = 0;
+    };
+    RoomKey roomIn(int row) const;
+    // The last room's when there is no such room.
+    int rowOf(const RoomKey& key) const;
 
     Platform& platform_;
     HostServer& host_;
@@ -109,6 +124,7 @@ class frmMain final : public Texts,
     Gui::MenuItem* mnuRecord_ = nullptr;
 
     std::shared_ptr<clsFloors> floors_;
+    RoomHistory history_;
     std::shared_ptr<clsRoom> currentRoom_;
     // Keeps what the room dialog last put into it, as the start for the next room to add.
     std::shared_ptr<clsRoom> addTemplate_;

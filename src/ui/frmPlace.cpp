@@ -69,8 +69,10 @@ double frmPlace::distance(const Gui::TextField& field) {
 }
 
 void frmPlace::chooseColour(Gui::Button& button) {
-    desktop_.ShowColour(cdColor);
-    button.BackColour(cdColor);
+    // Cancelled, the dialog leaves the button's own colour.
+    Gui::Colour colour = button.BackColour();
+    desktop_.ShowColour(colour);
+    button.BackColour(colour);
 }
 
 void frmPlace::cmdOk_Click() {
@@ -89,7 +91,9 @@ void frmPlace::cmdOk_Click() {
     else
         options_.SetWithoutReport();
     if (refused) {
+        SSTab1.Tab(arrangementTab);
         desktop_.ShowMessage({text(TextNumber::DistancesTooSmall), applicationTitle});
+        (distanceX == 0.0 ? txtDx : txtDy).SetFocus();
         return;
     }
     options_.SetPlace({distanceX, distanceY, block, cmdWithCoordinates.BackColour(),

@@ -30,9 +30,6 @@ class frmPlace final : public Dialog {
     Gui::Button& cmdWithoutCoordinates = named(L"cmdWithoutCoordinates");
     Gui::CheckBox& chkUpdate = named(L"chkUpdate");
     Gui::Button& cmdCancel = named(L"cmdCancel");
-
-    // What the colour dialog reported last; a cancelled one reports the same again.
-    Gui::Colour cdColor = 0;
 };
 
 } // namespace kalvrooms

@@ -12,7 +12,9 @@ constexpr Gui::Twips rowPitch = 360;
 } // namespace
 
 frmReport::frmReport(const DialogServices& services, Options& options, const ReportCounts& counts)
-    : Dialog(services, L"frmReport"), options_(options), counts_(counts) {}
+    : Dialog(services, L"frmReport"), options_(options), counts_(counts) {
+    confirmWithEscape();
+}
 
 void frmReport::load() {
     setCaptions({{*form_, 1},
@@ -42,6 +44,7 @@ void frmReport::load() {
     show(rows_[1], newAtPosition, TextNumber::OneAtPosition, placement.colorOld);
     show(rows_[2], placed, TextNumber::OnePlaced, placement.colorNew);
     moveLowerPartUp(designedEnd - top);
+    cmdOk.SetFocus();
 }
 
 bool frmReport::fillRow(const Row& row, std::int32_t count, std::int32_t textForOne,

@@ -223,13 +223,44 @@ bool Win32Form::PreDispatch(MSG& message) {
 }
 
 bool Win32Form::keyDown(const MSG& message) {
+    if (runShortcut(message))
+        return true;
     if (message.wParam != VK_RETURN && message.wParam != VK_ESCAPE)
         return moveInOptions(message);
-    // These keys act when they are released, and never through a default button; only an open list
-    // still gets them, to close.
-    if (openDropDown())
+    // These keys act when they are released, and never through a default button. An open list gets
+    // them to close, and the button that has the focus gets Enter; their release is nobody's then.
+    if (openDropDown()) {
+        pressed_.erase(message.wParam);
         DispatchMessageW(&message);
+    } else if (message.wParam == VK_RETURN) {
+        pressFocusedButton(message);
+    }
     return true;
+}
+
+bool Win32Form::runShortcut(const MSG& message) {
+    const auto held = [](int key) { return GetKeyState(key) < 0; };
+    // Alt with Ctrl types characters on many keyboards.
+    if (message.lParam & wasDownBefore || held(VK_MENU) || !IsWindowEnabled(Window()))
+        return false;
+    const auto found =
+        Shortcuts.find({static_cast<int>(message.wParam), held(VK_CONTROL), held(VK_SHIFT)});
+    if (found == Shortcuts.end())
+        return false;
+    if (Raise(found->second))
+        countCommand();
+    return true;
+}
+
+void Win32Form::pressFocusedButton(const MSG& message) {
+    for (const auto& [entry, control] : controls_) {
+        auto* const button = dynamic_cast<Win32Button*>(control.get());
+        if (!button || button->Window() != message.hwnd)
+            continue;
+        if (pressed_.erase(VK_RETURN) && !(message.lParam & wasDownBefore))
+            button->OnCommand(BN_CLICKED);
+        return;
+    }
 }
 
 bool Win32Form::moveInOptions(const MSG& message) {

@@ -92,6 +92,8 @@ class Win32Form : public Form, public Win32Control {
     void releaseOwner();
     bool chooseMenu(UINT id);
     bool keyDown(const MSG& message);
+    bool runShortcut(const MSG& message);
+    void pressFocusedButton(const MSG& message);
     bool openDropDown() const;
     bool moveInOptions(const MSG& message);
 

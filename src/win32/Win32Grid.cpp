@@ -258,6 +258,19 @@ void Win32Grid::Col(int column) {
         showCurrent();
 }
 
+int Win32Grid::TopRow() const {
+    if (!Window())
+        return 1;
+    return ListView_GetTopIndex(Window()) + 1;
+}
+
+void Win32Grid::TopRow(int row) {
+    RECT line{};
+    const int from = TopRow();
+    if (Window() && ListView_GetItemRect(Window(), from - 1, &line, LVIR_BOUNDS))
+        ListView_Scroll(Window(), 0, (row - from) * (line.bottom - line.top));
+}
+
 void Win32Grid::showCurrent() {
     if (!Window())
         return;
@@ -331,7 +344,7 @@ bool Win32Grid::navigate(WPARAM key) {
         to.row = 1;
         break;
     case VK_END:
-        to.row = last;
+        to.row = std::max(cells_.LastFilledRow(), 1);
         break;
     case VK_LEFT:
         to.column = nextColumn(to.column, -1);

@@ -28,6 +28,8 @@ class Win32Grid : public Grid, public Win32Control {
     void Row(int row) override;
     int Col() const override { return col_; }
     void Col(int column) override;
+    int TopRow() const override;
+    void TopRow(int row) override;
 
     // Shows what was changed in the cells since they were shown last.
     void Sync();

@@ -13,12 +13,23 @@ Win32MenuItem::Win32MenuItem(Win32MenuBar& bar, HMENU parent, UINT position, UIN
 
 void Win32MenuItem::Caption(const std::wstring& caption) {
     caption_ = caption;
+    show();
+}
+
+void Win32MenuItem::Shortcut(const std::wstring& keys) {
+    shortcut_ = keys;
+    show();
+}
+
+void Win32MenuItem::show() {
     if (!bar_.bar_)
         return;
+    // What follows a tab stands at the right edge of the menu.
+    std::wstring text = shortcut_.empty() ? caption_ : caption_ + L"\t" + shortcut_;
     MENUITEMINFOW info{};
     info.cbSize = sizeof info;
     info.fMask = MIIM_STRING;
-    info.dwTypeData = caption_.data();
+    info.dwTypeData = text.data();
     SetMenuItemInfoW(parent_, position_, TRUE, &info);
     bar_.redraw();
 }

@@ -20,6 +20,7 @@ class Win32MenuItem : public MenuItem {
 
     std::wstring Caption() const override { return caption_; }
     void Caption(const std::wstring& caption) override;
+    void Shortcut(const std::wstring& keys) override;
     MenuItem& AddItem(const std::wstring& name) override;
     void AddSeparator(const std::wstring& name) override;
 
@@ -27,12 +28,15 @@ class Win32MenuItem : public MenuItem {
     HMENU Popup();
 
   private:
+    void show();
+
     Win32MenuBar& bar_;
     HMENU parent_;
     UINT position_;
     UINT id_;
     HMENU popup_ = nullptr;
     std::wstring caption_;
+    std::wstring shortcut_;
     std::vector<std::unique_ptr<Win32MenuItem>> items_;
 };
 

@@ -8,6 +8,7 @@
 #include "win32/Win32AnsiCodec.h"
 #include "win32/Win32Desktop.h"
 #include "win32/Win32Environment.h"
+#include "win32/Win32LetterRules.h"
 #include "win32/Win32Locale.h"
 #include "win32/Win32Registry.h"
 #include "win32/Win32ResourceLibraries.h"
@@ -20,6 +21,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
         // Host and spreadsheet application are called from here.
         const ComApartment apartment;
         HandInUserLocale(Win32UserLocale);
+        HandInLetterRules(Win32LetterRules());
         Gui::Win32Desktop desktop;
         Win32AnsiCodec ansi;
         Win32Registry registry;

@@ -1,5 +1,7 @@
 #include "model/clsFloors.h"
 
+#include "model/LetterRules.h"
+
 #include <random>
 #include <utility>
 #include <vector>
@@ -78,46 +80,34 @@ TEST(clsFloors, StoreyCodesIgnoreLetterCaseAndRoomsKeepTheirs) {
     EXPECT_EQ(stored->StoryCode(), L"Eg");
 }
 
-TEST(clsFloors, LetterCaseIsIgnoredInLatinGreekAndCyrillic) {
-    const std::pair<std::wstring, std::wstring> pairs[] = {
-        {L"AZ", L"az"},          {L"ÄÖÜ", L"äöü"},         {L"ÀÞ", L"àþ"},
-        {L"ŸĀĶ", L"ÿāķ"},        {L"ĹŇŊŶ", L"ĺňŋŷ"},       {L"ŹŽ", L"źž"},
-        {L"ΑΩΪΫ", L"αωϊϋ"},      {L"ΆΈΉΊΌΎΏ", L"άέήίόύώ"}, {L"ΣΑΣ", L"σας"},
-        {L"АЯЁЏ", L"аяёџ"},      {L"ҐӐԮ", L"ґӑԯ"},   {L"ӀӁ", L"ӏӂ"},
-        {L"Geschoß", L"GESCHOß"}};
-    for (const auto& [one, other] : pairs) {
-        EXPECT_TRUE(fallTogether(one, other)) << other.size();
-        EXPECT_TRUE(fallTogether(other, one)) << other.size();
-    }
+TEST(clsFloors, WhatLetterCaseIsTheSystemSays) {
+    HandInLetterRules({[](const std::wstring& text) { return text.substr(0, 1); },
+                       [](const std::wstring&) { return std::string(); }});
+    EXPECT_TRUE(fallTogether(L"EG", L"E2"));
+    EXPECT_FALSE(fallTogether(L"EG", L"eg"));
+    HandInLetterRules({});
+    EXPECT_TRUE(fallTogether(L"EG", L"eg"));
+    EXPECT_FALSE(fallTogether(L"EG", L"E2"));
 }
 
-TEST(clsFloors, OtherCharactersAreComparedAsTheyStand) {
-    const std::pair<std::wstring, std::wstring> pairs[] = {
-        {L"ß", L"SS"},     {L"ß", L"ss"}, {L"×", L"÷"},    {L"\u0130", L"i"},
-        {L"\u0131", L"I"}, {L"A", L"Ä"},  {L"A", L"Α"},    {L"1", L"2"},
-        {L"@", L"`"},      {L"[", L"{"},  {L"EG", L"E G"}, {L"ŉ", L"Ŋ"},
-        {L"ĸ", L"Ĺ"},      {L"µ", L"Μ"},  {L"ſ", L"S"},    {L"\u0483", L"\u0484"}};
-    for (const auto& [one, other] : pairs)
-        EXPECT_FALSE(fallTogether(one, other)) << one.size();
-}
-
-TEST(clsFloors, EveryLetterFallsTogetherWithOneOtherAtMost) {
-    // No two small letters may meet in one storey; the final sigma is the known exception.
+TEST(clsFloors, ADeletedRoomComesBackWhereItWas) {
     clsFloors floors;
-    std::int32_t smallLetters = 0;
-    for (wchar_t c = L'a'; c <= L'z'; ++c, ++smallLetters)
-        add(floors, std::wstring(1, c), L"A");
-    for (unsigned c = 0x00DF; c <= 0x00FF; ++c, ++smallLetters)
-        add(floors, std::wstring(1, static_cast<wchar_t>(c)), L"A");
-    for (unsigned c = 0x0430; c <= 0x045F; ++c, ++smallLetters)
-        add(floors, std::wstring(1, static_cast<wchar_t>(c)), L"A");
-    for (unsigned c = 0x03AC; c <= 0x03CE; ++c) {
-        if (c != 0x03C2) {
-            add(floors, std::wstring(1, static_cast<wchar_t>(c)), L"A");
-            ++smallLetters;
-        }
-    }
-    EXPECT_EQ(floors.GetCountOfFloors(), smallLetters);
+    add(floors, L"EG", L"1", 3);
+    add(floors, L"OG", L"7");
+    const RoomList rooms = floors.LastRooms(L"eg", 2);
+    ASSERT_EQ(rooms.size(), 2u);
+    EXPECT_EQ(rooms[0]->Name(), L"2");
+    EXPECT_EQ(rooms[1]->Name(), L"3");
+    floors.DeleteRoom(L"EG", rooms[0]->ID());
+    EXPECT_EQ(namesOf(floors), (Names{L"1", L"3", L"7"}));
+    floors.RestoreRoom(rooms[0]);
+    EXPECT_EQ(namesOf(floors), (Names{L"1", L"2", L"3", L"7"}));
+    std::shared_ptr<clsRoom> found;
+    floors.GetRoomByID(L"EG", rooms[0]->ID(), found);
+    EXPECT_EQ(found, rooms[0]);
+    EXPECT_TRUE(floors.LastRooms(L"UG", 0).empty());
+    clsFloors others;
+    EXPECT_EQ(errorOf([&] { others.RestoreRoom(rooms[0]); }), RuntimeError::InvalidProcedureCall);
 }
 
 TEST(clsFloors, ARoomWithoutStoreyIsUnassigned) {

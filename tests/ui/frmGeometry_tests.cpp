@@ -459,6 +459,7 @@ TEST_F(frmGeometryTest, StoresTheFileOnEnter) {
     desktop.ChooseFile(L"C:\\neu.txt");
     show([](HeadlessForm& form) {
         form.Click(L"cmdExcelFile");
+        form.Focus(L"optExcelFile");
         form.PressKey(Gui::KeyEnter);
         EXPECT_FALSE(form.Loaded());
     });

@@ -36,6 +36,200 @@ TEST_F(MainWindow, ShowsTheMenusWithTheirTexts) {
         EXPECT_TRUE(form().MenuNamed(separator).IsSeparator());
 }
 
+TEST_F(MainWindow, TheMenusShowTheirKeysBesideTheirTexts) {
+    show();
+    const std::vector<std::pair<std::wstring, std::wstring>> shortcuts = {
+        {L"mnuNew", L"Strg+N"},
+        {L"mnuOpen", L"Strg+O"},
+        {L"mnuSave", L"Strg+S"},
+        {L"mnuSaveAS", L"Strg+Umschalt+S"},
+        {L"mnuImport", L"Strg+L"},
+        {L"mnuExport", L"Strg+E"},
+        {L"mnuEnd", L""},
+        {L"mnuAddRoom", L"Einfg"},
+        {L"mnuModifyRoom", L"Eingabe, F2"},
+        {L"mnuDeleteRoom", L"Entf"},
+        {L"mnuSortAscending", L"Strg+Nach oben"},
+        {L"mnuSortDescending", L"Strg+Nach unten"},
+        {L"mnuPlace", L""}};
+    for (const auto& [name, keys] : shortcuts)
+        EXPECT_EQ(form().MenuNamed(name).Shortcut(), keys);
+}
+
+TEST_F(MainWindow, AKeyDoesWhatItsMenuEntryDoes) {
+    show();
+    addRooms(L"b", L"1");
+    addRooms(L"a", L"1");
+    const auto title = [this](int key) {
+        std::wstring shown;
+        desktop().OnModal(L"frmRoom", [&](HeadlessForm& dialog) {
+            shown = dialog.Text();
+            dialog.Click(L"cmdCancel");
+        });
+        form().PressKey(key);
+        return shown;
+    };
+    EXPECT_EQ(title(Gui::KeyInsert), L" Raum hinzufügen ");
+    EXPECT_EQ(title(Gui::KeyEnter), L" Raum modifizieren ");
+    EXPECT_EQ(title(Gui::KeyF2), L" Raum modifizieren ");
+    form().PressKey({Gui::KeyUpArrow, true});
+    EXPECT_EQ(cell(1, 0), L"a");
+    form().PressKey({Gui::KeyDownArrow, true});
+    EXPECT_EQ(cell(1, 0), L"b");
+    const auto fileDialogs = [this](const Gui::KeyStroke& keys) {
+        desktop().CancelFileDialog();
+        form().PressKey(keys);
+        return desktop().FileDialogs().back().Save;
+    };
+    EXPECT_TRUE(fileDialogs({'S', true}));
+    EXPECT_TRUE(fileDialogs({'S', true, true}));
+    EXPECT_FALSE(fileDialogs({'O', true}));
+    EXPECT_EQ(desktop().FileDialogs().size(), 3u);
+    form().PressKey(Gui::KeyDelete);
+    EXPECT_EQ(table().Cells().LastFilledRow(), 1);
+    // Asks, and then the list is gone.
+    form().PressKey({'N', true});
+    EXPECT_THAT(prompts(), ElementsAre(savePrompt));
+    EXPECT_EQ(table().Cells().LastFilledRow(), 0);
+    form().PressKey({'L', true});
+    form().PressKey({'E', true});
+    EXPECT_THAT(prompts(), SizeIs(2));
+}
+
+TEST_F(MainWindow, TheTableStaysWhereItIsAfterModifyingAndTheOptions) {
+    show();
+    addRooms(L"1", L"60");
+    const auto expectSamePlace = [this](int row) {
+        EXPECT_EQ(table().Row(), row);
+        EXPECT_EQ(table().Col(), 2);
+        EXPECT_EQ(table().TopRow(), 20);
+    };
+    const auto go = [this](int row) {
+        table().TopRow(20);
+        table().Row(row);
+        table().Col(2);
+    };
+    for (const wchar_t* button : {L"cmdOk", L"cmdCancel"}) {
+        go(30);
+        desktop().OnModal(L"frmRoom", [&](HeadlessForm& dialog) { dialog.Click(button); });
+        form().ChooseMenu(L"mnuModifyRoom");
+        expectSamePlace(30);
+        go(80); // an empty row
+        desktop().OnModal(L"frmPlace", [&](HeadlessForm& dialog) { dialog.Click(button); });
+        form().ChooseMenu(L"mnuPlace");
+        expectSamePlace(80);
+    }
+    // The order of the list comes back, and the room is found in it.
+    go(1);
+    form().ChooseMenu(L"mnuSortDescending");
+    go(31);
+    EXPECT_EQ(cell(31, 0), L"30");
+    desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) { dialog.Click(L"cmdOk"); });
+    form().ChooseMenu(L"mnuModifyRoom");
+    EXPECT_EQ(cell(30, 0), L"30");
+    expectSamePlace(30);
+    form().ChooseMenu(L"mnuSortDescending");
+    go(31);
+    desktop().OnModal(L"frmPlace", [](HeadlessForm& dialog) { dialog.Click(L"cmdOk"); });
+    form().ChooseMenu(L"mnuPlace");
+    expectSamePlace(30);
+}
+
+TEST_F(MainWindow, AfterDeletingTheRoomThatStoodBelowIsTheCurrentOne) {
+    show();
+    addRooms(L"1", L"5");
+    table().Row(2);
+    form().ChooseMenu(L"mnuDeleteRoom");
+    EXPECT_EQ(table().Row(), 2);
+    EXPECT_EQ(cell(2, 0), L"3");
+    form().ChooseMenu(L"mnuSortDescending"); // 5 4 3 1
+    table().Row(2);
+    form().ChooseMenu(L"mnuDeleteRoom"); // 1 3 5, and 3 was below 4
+    EXPECT_EQ(cell(table().Row(), 0), L"3");
+    form().ChooseMenu(L"mnuDeleteRoom");
+    EXPECT_EQ(cell(table().Row(), 0), L"5");
+    // Below the last one is none: the one above it then.
+    form().ChooseMenu(L"mnuDeleteRoom");
+    EXPECT_EQ(cell(table().Row(), 0), L"1");
+    form().ChooseMenu(L"mnuDeleteRoom");
+    EXPECT_EQ(table().Row(), 1);
+    table().Row(40);
+    form().ChooseMenu(L"mnuDeleteRoom");
+    EXPECT_EQ(table().Row(), 40);
+}
+
+TEST_F(MainWindow, StepsAreTakenBackAndDoneAgainByKeysAndChangeTheList) {
+    show();
+    const Gui::KeyStroke undo{'Z', true};
+    const Gui::KeyStroke redo{'Y', true};
+    form().PressKey(undo);
+    addRooms(L"1", L"3");
+    table().Row(2);
+    form().ChooseMenu(L"mnuDeleteRoom");
+    desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) {
+        dialog.Field(L"txtName").Text(L"Flur");
+        dialog.Click(L"cmdOk");
+    });
+    form().ChooseMenu(L"mnuModifyRoom");
+    const auto names = [this] { return cell(1, 0) + L"|" + cell(2, 0) + L"|" + cell(3, 0); };
+    EXPECT_EQ(names(), L"1|Flur|");
+    desktop().ChooseFile(file("list.txt"), 1);
+    form().ChooseMenu(L"mnuSave");
+    table().Row(1);
+    form().PressKey(undo);
+    EXPECT_EQ(names(), L"1|3|");
+    EXPECT_EQ(table().Row(), 2);
+    form().PressKey(undo);
+    EXPECT_EQ(names(), L"1|2|3");
+    EXPECT_EQ(table().Row(), 2);
+    form().PressKey(undo);
+    EXPECT_EQ(names(), L"||");
+    form().PressKey(undo);
+    for (const wchar_t* expected : {L"1|2|3", L"1|3|", L"1|Flur|", L"1|Flur|"}) {
+        form().PressKey(redo);
+        EXPECT_EQ(names(), expected);
+    }
+    // The list counts as changed.
+    form().Close();
+    EXPECT_THAT(prompts(), ElementsAre(savePrompt));
+}
+
+TEST_F(MainWindow, ANewListHasNoStepsToTakeBack) {
+    show();
+    addRooms(L"1", L"3");
+    form().ChooseMenu(L"mnuNew");
+    form().PressKey({'Z', true});
+    EXPECT_EQ(table().Cells().LastFilledRow(), 0);
+    addRooms(L"1", L"3");
+    desktop().ChooseFile(writeList("other.txt", 2), 1);
+    form().ChooseMenu(L"mnuOpen");
+    form().PressKey({'Z', true});
+    EXPECT_EQ(table().Cells().LastFilledRow(), 2);
+    form().Close();
+    EXPECT_THAT(prompts(), SizeIs(2)) << "what was opened did not change";
+}
+
+TEST_F(MainWindow, ACancelledRoomDialogShowsWhatTheGeometryDialogChanged) {
+    show();
+    addRooms(L"1", L"2");
+    table().Row(2);
+    EXPECT_EQ(cell(2, 7), L"quadratisch");
+    desktop().OnModal(L"frmGeometry", [](HeadlessForm& dialog) {
+        dialog.Click(L"optXDirection");
+        dialog.Type(L"txtDx", L"2");
+        dialog.Click(L"cmdOk");
+    });
+    desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) {
+        dialog.Click(L"cmdGeometry");
+        dialog.Click(L"cmdCancel");
+    });
+    form().ChooseMenu(L"mnuModifyRoom");
+    EXPECT_EQ(cell(2, 7), L"rechteckig");
+    EXPECT_EQ(table().Row(), 2);
+    form().PressKey({'Z', true});
+    EXPECT_EQ(cell(2, 7), L"quadratisch");
+}
+
 TEST_F(MainWindow, EveryChangeOfTheLanguageStartsFromTheGermanTexts) {
     const std::wstring folder = platform_.environment.Folder;
     platform_.libraries.Put(folder + L"\\zorvinta_eng.dll",

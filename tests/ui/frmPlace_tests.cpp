@@ -282,32 +282,31 @@ TEST_F(frmPlaceTest, HandsOverTheChosenColours) {
     EXPECT_EQ(context.placement.colorNew, 0xFF0000);
 }
 
-TEST_F(frmPlaceTest, TakesACancelledColourDialogForWhatItReportedLast) {
+TEST_F(frmPlaceTest, ACancelledColourDialogLeavesTheButtonItsColour) {
     context.placement.colorOld = 0x111111;
     desktop.CancelColourDialog();
     desktop.ChooseColour(0x222222);
     desktop.CancelColourDialog();
     show([](HeadlessForm& form) {
         form.Click(L"cmdWithCoordinates");
-        EXPECT_EQ(form.ControlNamed(L"cmdWithCoordinates").BackColour(), 0);
+        EXPECT_EQ(form.ControlNamed(L"cmdWithCoordinates").BackColour(), 0x111111);
         form.Click(L"cmdWithCoordinates");
-        EXPECT_EQ(form.ControlNamed(L"cmdWithCoordinates").BackColour(), 0x222222);
         form.Click(L"cmdWithoutCoordinates");
-        EXPECT_EQ(form.ControlNamed(L"cmdWithoutCoordinates").BackColour(), 0x222222);
         form.Click(L"cmdOk");
     });
     EXPECT_EQ(context.placement.colorOld, 0x222222);
-    EXPECT_EQ(context.placement.colorNew, 0x222222);
+    EXPECT_EQ(context.placement.colorNew, 255);
 }
 
-TEST_F(frmPlaceTest, ForgetsTheReportedColourBetweenItsOpenings) {
-    desktop.ChooseColour(0x222222);
-    look([](HeadlessForm& form) { form.Click(L"cmdWithCoordinates"); });
-    desktop.CancelColourDialog();
-    look([](HeadlessForm& form) {
-        form.Click(L"cmdWithCoordinates");
-        EXPECT_EQ(form.ControlNamed(L"cmdWithCoordinates").BackColour(), 0);
-    });
+TEST_F(frmPlaceTest, ARefusedDistanceShowsItsTabAndItsField) {
+    for (const wchar_t* refused : {L"txtDx", L"txtDy"})
+        look([&](HeadlessForm& form) {
+            form.Field(refused).Text(L"0");
+            form.SelectTab(L"SSTab1", 1);
+            form.Click(L"cmdOk");
+            EXPECT_EQ(form.Tabs(L"SSTab1").Tab(), 0);
+            EXPECT_EQ(form.Focused(), refused);
+        });
 }
 
 // ------------------------------------------------------------------------- fields and keys

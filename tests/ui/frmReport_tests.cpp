@@ -220,6 +220,16 @@ TEST_F(frmReportTest, TakesEnterAsOk) {
     EXPECT_TRUE(desktop.HelpCalls().empty());
 }
 
+TEST_F(frmReportTest, OpensOnItsButtonAndTakesEscapeAsOk) {
+    context.counts.updated = 1;
+    show<frmReport>(L"frmReport", [](HeadlessForm& form) {
+        EXPECT_EQ(form.Focused(), L"cmdOk");
+        form.PressKey(Gui::KeyEscape);
+        EXPECT_FALSE(form.Loaded());
+    });
+    EXPECT_EQ(context.calls, Names{L"SetWithReport"});
+}
+
 TEST_F(frmReportTest, ChangesNothingWhenItIsClosedByItsFrame) {
     context.counts.updated = 1;
     show<frmReport>(L"frmReport", [](HeadlessForm& form) {

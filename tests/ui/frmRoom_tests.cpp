@@ -617,7 +617,7 @@ TEST_F(frmRoomTest, OpensItsHelpOnF1) {
 }
 
 TEST_F(frmRoomTest, NormalizesTheAreaAndTakesEnterAsOk) {
-    for (const wchar_t* focus : {L"txtArea", L"txtName", L"cboOccupancy", L"cmdCancel"}) {
+    for (const wchar_t* focus : {L"txtArea", L"txtName", L"cboOccupancy"}) {
         context.calls.clear();
         show([&](HeadlessForm& form) {
             form.Type(L"txtArea", L"12.5");
@@ -629,6 +629,25 @@ TEST_F(frmRoomTest, NormalizesTheAreaAndTakesEnterAsOk) {
         EXPECT_EQ(context.room->Geometry->Area(), 12.5);
         EXPECT_EQ(context.calls, std::vector<std::wstring>{L"AddCurrentRoomsToListOfFloors 1"});
     }
+}
+
+TEST_F(frmRoomTest, EnterOnAFocusedButtonPressesThatButtonOnly) {
+    show([&](HeadlessForm& form) {
+        form.Focus(L"cmdGeometry");
+        desktop.OnModal(L"frmGeometry", [](HeadlessForm& geometry) {
+            // The release goes to the window that is open by then.
+            geometry.ReleaseKey(Gui::KeyEnter);
+            EXPECT_TRUE(geometry.Loaded());
+            geometry.Click(L"cmdCancel");
+        });
+        form.PressKey(Gui::KeyEnter);
+        EXPECT_EQ(desktop.ModalForms().back(), L"frmGeometry");
+        EXPECT_TRUE(form.Loaded());
+        form.Focus(L"cmdCancel");
+        form.PressKey(Gui::KeyEnter);
+        EXPECT_FALSE(form.Loaded());
+    });
+    EXPECT_TRUE(context.calls.empty());
 }
 
 TEST_F(frmRoomTest, NormalizesTheAreaOnEnterEvenWhenItIsRefused) {

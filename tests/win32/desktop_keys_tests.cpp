@@ -47,10 +47,11 @@ class Dialogs : public ProgramOnDesktop {
 const auto always = [] { return true; };
 const auto message = [] { return SystemDialog() && GetForegroundWindow() == SystemDialog(); };
 
-// Goes through the controls of a form and presses both keys on each.
+// Goes through the controls of a form, its buttons aside, and presses both keys on each.
 void pressKeysEverywhere(Journey& journey, Win32Form& form, std::vector<int>& keys) {
     for (const ControlEntry& entry : form.Entry().controls) {
-        if (entry.kind == ControlKind::Label || entry.kind == ControlKind::Frame)
+        if (entry.kind == ControlKind::Label || entry.kind == ControlKind::Frame ||
+            entry.kind == ControlKind::Button)
             continue;
         Win32Control& control = *form.ControlById(entry.id);
         journey.When("focus", always, [&control] { control.SetFocus(); })
@@ -89,6 +90,66 @@ TEST_F(Dialogs, EnterAndEscapeCountOnReleaseWhicheverControlHasTheFocus) {
     OpenUntilItCloses<frmGeometry>(steps);
     OpenUntilItCloses<frmReport>(steps);
     EXPECT_EQ(clicks, 0);
+}
+
+TEST_F(Dialogs, EnterPressesTheButtonThatHasTheFocusAndNothingElse) {
+    for (const wchar_t* name : {L"cmdGeometry", L"cmdCancel", L"cmdOk"}) {
+        int clicks = 0;
+        Open<frmRoom>([&, name](Journey& journey) {
+            journey
+                .When("focus", always,
+                      [&, name] {
+                          RecordKeys();
+                          Control<Button>(name).Click = [&clicks] { ++clicks; };
+                          Control<Button>(name).SetFocus();
+                      })
+                .When(
+                    "focused", [this, name] { return HasFocus(name); },
+                    [] {
+                        // Held down, it presses once.
+                        pressKey(VK_RETURN);
+                        pressKey(VK_RETURN);
+                    })
+                .When(
+                    "pressed", [&clicks] { return clicks > 0 && InputIsDone(); },
+                    [] { releaseKey(VK_RETURN); })
+                .When("released", InputIsDone, [] { typeKey(VK_F1); })
+                .When(
+                    "after it", [this] { return !keys_.empty(); }, [] {});
+        });
+        EXPECT_EQ(clicks, 1);
+        EXPECT_THAT(keys_, ElementsAre(KeyF1));
+        keys_.clear();
+    }
+}
+
+TEST_F(Dialogs, TheReportOpensOnItsDefaultButtonAndEscapeClosesIt) {
+    OpenUntilItCloses<frmReport>([this](Journey& journey) {
+        journey.When(
+            "focused", [this] { return HasFocus(L"cmdOk"); },
+            [this] {
+                const HWND button = WindowOf(Top(), L"cmdOk");
+                EXPECT_TRUE(SendMessageW(button, WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON);
+                TakePicture(Top().Window(), "frmReport-default");
+                typeKey(VK_ESCAPE);
+            });
+    });
+}
+
+TEST_F(Dialogs, ARefusedDistanceShowsItsTabAndItsField) {
+    Open<frmPlace>([this](Journey& journey) {
+        journey
+            .When("ok", always,
+                  [this] {
+                      Control<TextField>(L"txtDy").Text(L"0");
+                      Control<TabStrip>(L"SSTab1").Tab(1);
+                      Control<Button>(L"cmdOk").Click();
+                  })
+            .When("message", message, [] { typeKey(VK_RETURN); })
+            .When(
+                "field", [this] { return !SystemDialog() && HasFocus(L"txtDy"); },
+                [this] { EXPECT_EQ(Control<TabStrip>(L"SSTab1").Tab(), 0); });
+    });
 }
 
 TEST_F(Dialogs, SpacePressesTheButtonThatHasTheFocus) {
@@ -154,7 +215,7 @@ TEST_F(Dialogs, ARepeatedKeyCountsOnce) {
     EXPECT_THAT(contexts, ElementsAre(7U));
 }
 
-TEST_F(Dialogs, AnOpenListShowsAllItsItemsAndGetsEnterToClose) {
+TEST_F(Dialogs, AnOpenListShowsAllItsItemsAndGetsEnterAndEscapeToClose) {
     HWND list = nullptr;
     const auto open = [&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) != 0; };
     Open<frmRoom>([&](Journey& journey) {
@@ -182,10 +243,20 @@ TEST_F(Dialogs, AnOpenListShowsAllItsItemsAndGetsEnterToClose) {
                       pressKey(VK_RETURN);
                   })
             .When(
-                "closed", [open] { return !open(); }, [] { releaseKey(VK_RETURN); })
-            .When("quiet", InputIsDone, [] {});
+                "closed", [open] { return !open(); },
+                [] {
+                    releaseKey(VK_RETURN);
+                    typeKey(VK_F4);
+                })
+            .When("open again", open, [] { typeKey(VK_ESCAPE); })
+            .When(
+                "closed again", [open] { return !open(); }, [] { typeKey(VK_F1); })
+            .When(
+                "after it", [this] { return std::count(keys_.begin(), keys_.end(), KeyF1) > 0; },
+                [] {});
     });
-    EXPECT_EQ(std::count(keys_.begin(), keys_.end(), KeyEnter), 1);
+    // F4 opened the list; what closed it did nothing else.
+    EXPECT_THAT(keys_, ElementsAre(VK_F4, VK_F4, KeyF1));
 }
 
 TEST_F(Dialogs, EnteringAFieldSelectsAndLeavingItTells) {
