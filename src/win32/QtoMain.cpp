@@ -9,6 +9,7 @@
 
 #include "console/Qto.h"
 #include "model/Utf8.h"
+#include "win32/Win32LetterRules.h"
 #include "win32/Win32Locale.h"
 
 namespace {
@@ -41,5 +42,6 @@ int wmain(int count, wchar_t** values) {
     for (int i = 1; i < count; ++i)
         arguments.push_back(ToUtf8(values[i]));
     const bool german = PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_GERMAN;
+    HandInLetterRules(Win32LetterRules());
     return RunQto(arguments, {std::cin, std::cout, std::cerr, german, Win32UserLocale()});
 }

@@ -187,6 +187,7 @@ TEST_F(Dialogs, TheEnterThatClosesAMessageDoesNotCount) {
 }
 
 TEST_F(Dialogs, AReleaseWithoutItsPressDoesNotCount) {
+    form_->Shortcuts.clear();
     pressKey(VK_RETURN);
     ASSERT_TRUE(PumpUntil(desktop_, InputIsDone));
     Open<frmRoom>([this](Journey& journey) {
