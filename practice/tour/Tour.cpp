@@ -5,6 +5,8 @@
 
 #include <objbase.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -45,8 +47,11 @@ class Tour {
     int play() {
         start();
         if (main_) {
+            if (isModel())
+                readModel();
             // The spreadsheet application may be asked for a list that is a workbook.
-            command(ui::MenuOpen, [this](HWND dialog) { return answerFileDialog(dialog); });
+            if (!arguments_[L"--list"].empty())
+                command(ui::MenuOpen, [this](HWND dialog) { return answerFileDialog(dialog); });
             summary_["rooms.listed"] = listedRooms();
             if (arguments_.openOnly)
                 return leaveRunning();
@@ -72,11 +77,14 @@ class Tour {
 
   private:
     void start() {
-        std::wstring line =
-            quoted(arguments_[L"--host"]) + L" --known-while-running --drawing " + quoted(arguments_[L"--drawing"]) +
-            L" --save " + quoted(out_ + L"\\drawing.json") + L" --svg " +
-            quoted(out_ + L"\\drawing.svg") + L" --start " + quoted(arguments_[L"--quartino"]) +
-            L" --settings-key " + quoted(arguments_[L"--settings-key"]);
+        std::wstring line = quoted(arguments_[L"--host"]) + L" --known-while-running --drawing " +
+                            quoted(arguments_[L"--drawing"]) + L" --save " +
+                            quoted(out_ + (isModel() ? L"\\drawing.ifc" : L"\\drawing.json")) +
+                            L" --svg " + quoted(out_ + L"\\drawing.svg") + L" --start " +
+                            quoted(arguments_[L"--quartino"]) + L" --settings-key " +
+                            quoted(arguments_[L"--settings-key"]);
+        if (isModel())
+            line += L" --project-folder " + quoted(arguments_[L"--project-folder"]);
         if (!arguments_[L"--place"].empty())
             line += L" --place " + arguments_[L"--place"];
         host_ = std::make_unique<ui::Process>(line);
@@ -96,6 +104,24 @@ class Tour {
             return main_ || WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
         });
         CloseHandle(process);
+    }
+
+    // A model comes with a folder for the outlines of its rooms.
+    bool isModel() const { return !arguments_[L"--project-folder"].empty(); }
+
+    // Its rooms come into the list; without another place, new ones are placed on their right.
+    void readModel() {
+        command(ui::MenuImport, [](HWND) { return false; });
+        summary_["rooms.read"] = listedRooms();
+        picture(L"rooms", main_);
+        if (arguments_.openOnly || !arguments_[L"--place"].empty())
+            return;
+        const Drawing drawing = ReadDrawing(ToUtf8(control_.text(L"DrawingText")));
+        double right = 0.0;
+        for (const Element& element : drawing.elements)
+            for (const Point& point : element.outline)
+                right = std::max(right, point.x);
+        control_.call(L"PlaceAt", std::ceil(right) + 2.0, 0.0);
     }
 
     // Chooses a menu entry and answers what comes up until the command has ended.
@@ -127,9 +153,11 @@ class Tour {
             for (wchar_t& c : text)
                 if (c == L'\r' || c == L'\n')
                     c = L' ';
-            messages_.push_back(text);
             answered_.insert(window);
+            // A list that was read is given up for the next one; nobody is told anything by that.
             const bool question = GetDlgItem(window, IDNO) != nullptr;
+            if (!question)
+                messages_.push_back(text);
             ui::press(window, question ? IDNO : IDOK);
             ui::waitUntilGone(window);
         }
@@ -194,6 +222,8 @@ class Tour {
     void finish() {
         summary_["host.calls"] = control_.number(L"CallCount");
         control_.call(L"SaveDrawing", out_ + L"\\drawing.json");
+        if (isModel())
+            control_.call(L"SaveDrawing", out_ + L"\\drawing.ifc");
         control_.call(L"ExportSvg", out_ + L"\\drawing.svg");
         summary_["rooms.drawing"] =
             static_cast<long>(ReadDrawing(ToUtf8(control_.text(L"DrawingText"))).elements.size());
@@ -217,6 +247,8 @@ class Tour {
 
     void write() {
         std::ofstream file(std::filesystem::path(out_ + L"\\summary.txt"), std::ios::binary);
+        if (isModel())
+            file << "rooms.read=" << summary_["rooms.read"] << '\n';
         for (const char* name : {"rooms.listed", "rooms.updated", "rooms.placed", "rooms.setdown",
                                  "rooms.drawing", "host.calls"})
             file << name << '=' << summary_[name] << '\n';
