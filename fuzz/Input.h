@@ -18,9 +18,9 @@ namespace kalvrooms::fuzz {
 
 class File {
   public:
-    explicit File(const char* name)
+    explicit File(const char* name, const char* ending = "")
         : path_(std::filesystem::path("/dev/shm") /
-                (std::string(name) + "-" + std::to_string(getpid()))) {}
+                (std::string(name) + "-" + std::to_string(getpid()) + ending)) {}
     ~File() {
         std::error_code ignored;
         std::filesystem::remove(path_, ignored);

@@ -182,6 +182,24 @@ std::shared_ptr<Sheet> sheetOf(const XmlElement* element, const Formats& formats
     return sheet;
 }
 
+// The parser calls itself for every element inside another; a workbook has eight at most. Whatever
+// looks like a tag is counted as one.
+bool isTooDeep(std::string_view xml) {
+    constexpr int deepest = 100;
+    int depth = 0;
+    for (std::size_t at = xml.find('<'); at != std::string_view::npos && depth <= deepest;
+         at = xml.find('<', at + 1)) {
+        const char next = at + 1 < xml.size() ? xml[at + 1] : '<';
+        const std::size_t end = xml.find('>', at);
+        if (next == '/')
+            --depth;
+        else if (next != '!' && next != '?' &&
+                 (end == std::string_view::npos || xml[end - 1] != '/'))
+            ++depth;
+    }
+    return depth > deepest;
+}
+
 } // namespace
 
 std::string WriteWorkbook(const Workbook& workbook) {
@@ -200,6 +218,8 @@ std::string WriteWorkbook(const Workbook& workbook) {
 }
 
 Workbook ReadWorkbook(std::string bytes) {
+    if (isTooDeep(bytes))
+        noWorkbook();
     rapidxml::xml_document<> document;
     try {
         document.parse<rapidxml::parse_validate_closing_tags>(bytes.data());

@@ -141,6 +141,11 @@ TEST(WorkbookFile, FilesThatAreNoWorkbookAreRefused) {
     };
     for (const std::string& file : files)
         EXPECT_THROW(ReadWorkbook(file), SheetError) << file;
+
+    std::string nested;
+    for (int level = 0; level < 100000; ++level)
+        nested += "<a>";
+    EXPECT_THROW(ReadWorkbook(nested), SheetError);
 }
 
 TEST(WorkbookFile, DamagedFilesAreReadOrRefusedAndNothingElse) {
