@@ -34,7 +34,7 @@ void ClientProgram::Start(const std::wstring& program, HandOver handOver) {
         throw HostError(L"The program is missing: " + path.wstring());
     if (handOver.helpFile.empty())
         handOver.helpFile = std::filesystem::path(path).replace_extension(L".chm").wstring();
-    WriteWhole(path.parent_path() / HandOverFileName, AnsiText(HandOverText(handOver)));
+    SaveText(path.parent_path() / HandOverFileName, AnsiText(HandOverText(handOver)));
 
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;

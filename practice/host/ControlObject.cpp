@@ -22,7 +22,7 @@ class ControlObject : public Automation<ControlObject> {
                    [](auto& self, auto& given) { self.process.Save(given.Text(0)); }),
             Method(L"ExportSvg", 1,
                    [](auto& self, auto& given) {
-                       WriteWhole(given.Text(0), DrawingSvg(self.session.drawing));
+                       SaveText(given.Text(0), DrawingSvg(self.session.drawing));
                    }),
             Property(L"DrawingText",
                      [](auto& self) { return FromUtf8(WriteDrawing(self.session.drawing)); }),

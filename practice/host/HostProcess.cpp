@@ -39,7 +39,7 @@ void HostProcess::Open(const std::filesystem::path& file) {
 
 void HostProcess::Save(const std::filesystem::path& file) const {
     if (model_ && !EndsWith(file, L".json"))
-        return WriteWhole(file, model_->Write(session.drawing));
+        return SaveText(file, model_->Write(session.drawing));
     if (!model_ && EndsWith(file, L".ifc"))
         throw HostError(L"Eine Übungszeichnung lässt sich nicht als Modell speichern: " +
                         file.wstring());

@@ -541,7 +541,7 @@ void HostWindow::SaveDrawing() {
 void HostWindow::SaveSvg() {
     const std::wstring path = AskForFile(true, SvgFilter, L"svg");
     if (!path.empty())
-        WriteWhole(path, DrawingSvg(process_.session.drawing));
+        SaveText(path, DrawingSvg(process_.session.drawing));
 }
 
 } // namespace kalvrooms::practice

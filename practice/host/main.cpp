@@ -37,7 +37,7 @@ void WriteOutputs(const HostProcess& process, const CommandLine& line) {
     if (!line.save.empty())
         process.Save(line.save);
     if (!line.svg.empty())
-        WriteWhole(line.svg, DrawingSvg(process.session.drawing));
+        SaveText(line.svg, DrawingSvg(process.session.drawing));
 }
 
 void Prepare(HostProcess& process, const CommandLine& line) {

@@ -21,11 +21,12 @@ std::int32_t WholeNumber(const std::wstring& text, std::int32_t otherwise, std::
 } // namespace
 
 Fault Fault::From(std::wstring_view mode, const std::wstring& argument) {
-    constexpr std::array<std::pair<std::wstring_view, FaultMode>, 6> modes{{
+    constexpr std::array<std::pair<std::wstring_view, FaultMode>, 7> modes{{
         {L"fail", FaultMode::Fail},
         {L"empty", FaultMode::Empty},
         {L"reject", FaultMode::Reject},
         {L"later", FaultMode::Later},
+        {L"edited", FaultMode::Edited},
         {L"stall", FaultMode::Stall},
         {L"exit", FaultMode::Exit},
     }};
@@ -43,6 +44,7 @@ Fault Fault::From(std::wstring_view mode, const std::wstring& argument) {
         break;
     case FaultMode::Reject:
     case FaultMode::Later:
+    case FaultMode::Edited:
         fault.times = WholeNumber(argument, 1, 1);
         break;
     case FaultMode::Stall:

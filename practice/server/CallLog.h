@@ -17,6 +17,7 @@ enum class FaultMode {
     Empty,  // nothing is done, and the result is empty
     Reject, // the call is rejected
     Later,  // the call is to be tried again later
+    Edited, // rejected as by an application whose user edits a cell
     Stall,  // the answer takes its time
     Exit,   // the process ends without an answer
 };
@@ -24,7 +25,7 @@ enum class FaultMode {
 struct Fault {
     FaultMode mode = FaultMode::Fail;
     std::wstring description;
-    std::int32_t times = 1; // in a row, for Reject and Later
+    std::int32_t times = 1; // in a row, for Reject, Later and Edited
     std::int32_t milliseconds = 0;
 
     // Raises a HostError for an unknown mode or an argument that does not fit it; an empty argument

@@ -20,6 +20,8 @@ bool Suffer(const Fault& fault, LastAct lastAct) {
         throw ComError(RPC_E_CALL_REJECTED);
     case FaultMode::Later:
         throw ComError(RPC_E_SERVERCALL_RETRYLATER);
+    case FaultMode::Edited:
+        throw ComError(static_cast<HRESULT>(0x800AC472UL));
     case FaultMode::Stall:
         // A server that hangs does not answer anybody else either.
         Sleep(static_cast<DWORD>(fault.milliseconds));

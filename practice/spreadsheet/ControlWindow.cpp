@@ -69,6 +69,10 @@ LRESULT ControlWindow::Handle(UINT message, WPARAM first, LPARAM second) {
         return process_.application.dialog().empty() ? 0 : 1;
     case AskCallsMessage:
         return process_.Calls();
+    case AskAlertsMessage:
+        return process_.application.displayAlerts ? 1 : 0;
+    case AskSecurityMessage:
+        return process_.application.automationSecurity;
     case LeaveMessage:
     case WM_CLOSE:
         LeaveByHand();

@@ -25,5 +25,8 @@ inline constexpr UINT LeaveMessage = WM_APP + 3;
 inline constexpr UINT AskDialogMessage = WM_APP + 4;
 // Gives the number of calls that have come in, those that were put off included.
 inline constexpr UINT AskCallsMessage = WM_APP + 5;
+// Give what the application is set to.
+inline constexpr UINT AskAlertsMessage = WM_APP + 6;
+inline constexpr UINT AskSecurityMessage = WM_APP + 7;
 
 } // namespace kalvrooms::practice::spreadsheet

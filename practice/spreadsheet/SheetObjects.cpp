@@ -280,7 +280,10 @@ class ApplicationObject final : public SheetObject<ApplicationObject> {
     static const std::vector<SheetMember<ApplicationObject>>& members() {
         static const std::vector<SheetMember<ApplicationObject>> all = {
             {L"Version", 0, &ApplicationObject::version},
-            {L"DisplayAlerts", 0, nullptr, &ApplicationObject::setDisplayAlerts},
+            {L"DisplayAlerts", 0, &ApplicationObject::displayAlerts,
+             &ApplicationObject::setDisplayAlerts},
+            {L"AutomationSecurity", 0, &ApplicationObject::automationSecurity,
+             &ApplicationObject::setAutomationSecurity},
             {L"Workbooks", 0, &ApplicationObject::workbooks},
             {L"Quit", 0, &ApplicationObject::quit}};
         return all;
@@ -289,6 +292,11 @@ class ApplicationObject final : public SheetObject<ApplicationObject> {
 
   private:
     Variant version(const Arguments&) { return process_.settings.version; }
+    Variant displayAlerts(const Arguments&) { return process_.application.displayAlerts; }
+    Variant automationSecurity(const Arguments&) { return process_.application.automationSecurity; }
+    void setAutomationSecurity(const Variant& level) {
+        process_.application.automationSecurity = level.ToLong();
+    }
     void setDisplayAlerts(const Variant& on) {
         process_.application.displayAlerts = on.As(VT_BOOL).raw().boolVal != VARIANT_FALSE;
     }

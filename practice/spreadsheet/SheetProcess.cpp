@@ -63,7 +63,8 @@ void SheetProcess::WriteReport() const {
     std::string report = ToUtf8(calls_.Report());
     for (const auto& [locale, count] : locales_)
         report += "locale." + std::to_string(locale) + "=" + std::to_string(count) + "\n";
-    WriteWhole(settings.report, report + "calls=" + std::to_string(calls_.Count()) + "\n");
+    report += "opened with macros=" + std::to_string(application.opensWithMacros) + "\n";
+    SaveText(settings.report, report + "calls=" + std::to_string(calls_.Count()) + "\n");
 }
 
 } // namespace kalvrooms::practice::spreadsheet

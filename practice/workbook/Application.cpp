@@ -29,6 +29,8 @@ WorkbookPointer Application::Open(const std::wstring& name) {
             throw SheetError(L"A workbook of this name is open already: " + open->name);
     }
     const auto workbook = std::make_shared<OpenWorkbook>();
+    if (automationSecurity != SpreadsheetApplication::MacrosOff)
+        ++opensWithMacros;
     workbook->file = files_.Open(fullName);
     workbook->book = workbook->file->Read();
     workbook->fullName = fullName;

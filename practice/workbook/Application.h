@@ -4,6 +4,7 @@
 
 #include "practice/workbook/Sheet.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -51,6 +52,11 @@ class Application {
     // While it is true the application asks before it destroys something. A question lets the
     // operation end with DialogOpen; when it is tried again after the answer, it goes by that.
     bool displayAlerts = true;
+    // What workbooks that a program opens may do; 3 keeps their macros off.
+    std::int32_t automationSecurity = MacrosRun;
+    static constexpr std::int32_t MacrosRun = 1;
+    // Workbooks that were opened while macros could run.
+    int opensWithMacros = 0;
     // Versions before 12 know their own form of workbooks alone.
     int version = 12;
 

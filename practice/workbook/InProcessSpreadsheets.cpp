@@ -13,6 +13,13 @@ namespace {
 
 constexpr int exchangeForm = 56;
 
+// What a client learns whose calls were rejected until its patience was spent.
+class Busy final : public RuntimeError {
+  public:
+    Busy() : RuntimeError(AutomationError) {}
+    bool IsBusy() const noexcept override { return true; }
+};
+
 class MemoryFiles final : public FileStore {
   public:
     explicit MemoryFiles(InProcessSpreadsheets& disk) : disk_(disk) {}
@@ -72,7 +79,7 @@ class InProcessSpreadsheets::Object {
         } catch (const SheetError& error) {
             throw RuntimeError(error.number(), error.description());
         } catch (const DialogOpen&) {
-            throw RuntimeError(RuntimeError::AutomationError);
+            throw Busy();
         }
     }
 
@@ -176,6 +183,18 @@ class InProcessSpreadsheets::ApplicationObject final : public SpreadsheetApplica
   public:
     using Object::Object;
 
+    bool DisplayAlerts() override {
+        return call(
+            "DisplayAlerts?", [&] { return instance_->application.displayAlerts; });
+    }
+    std::int32_t AutomationSecurity() override {
+        return call(
+            "AutomationSecurity?", [&] { return instance_->application.automationSecurity; });
+    }
+    void AutomationSecurity(std::int32_t level) override {
+        call(
+            "AutomationSecurity", [&] { instance_->application.automationSecurity = level; });
+    }
     void DisplayAlerts(bool on) override {
         call(
             "DisplayAlerts", [&] { instance_->application.displayAlerts = on; });
@@ -240,6 +259,8 @@ bool InProcessSpreadsheets::enter(const char* name, Instance* instance) {
         instance->ended = true;
     if ((fault && fault->mode == FaultMode::Exit) || (instance && instance->ended))
         throw RuntimeError(RuntimeError::ServerUnavailable);
+    if (fault && fault->mode == FaultMode::Reject)
+        throw Busy();
     if (fault && fault->mode == FaultMode::Fail)
         throw RuntimeError(SheetError::ApplicationDefined);
     return !fault;

@@ -35,7 +35,8 @@ class InProcessSpreadsheets final : public SpreadsheetServer {
     InstancePointer StartByUser();
 
     // Faults as of the practice servers: "fail" raises the application's own error, "empty" answers
-    // with nothing, "exit" ends the instance that is called.
+    // with nothing, "reject" is busy for longer than the client waits, "exit" ends the instance
+    // that is called.
     void FailAt(int call, FaultMode mode = FaultMode::Fail);
     int Calls() const { return calls_.Count(); }
     // The names of the calls, in order.

@@ -135,7 +135,7 @@ void Files::Save(const std::string& name, const std::string& bytes) const {
         return;
     }
     try {
-        WriteWhole(pathOf(name), bytes);
+        SaveText(pathOf(name), bytes);
     } catch (const HostError& found) {
         throw error(name, 0, ToUtf8(found.description()));
     }

@@ -1,6 +1,7 @@
 #include "drawing/DrawingFile.h"
 
 #include "drawing/Text.h"
+#include "model/WholeFile.h"
 
 // A refusal names its place in the file.
 #define JSON_DIAGNOSTICS 1
@@ -279,25 +280,13 @@ Drawing LoadDrawing(const std::filesystem::path& file) {
 }
 
 void SaveDrawing(const Drawing& drawing, const std::filesystem::path& file) {
-    WriteWhole(file, WriteDrawing(drawing));
+    SaveText(file, WriteDrawing(drawing));
 }
 
-void WriteWhole(const std::filesystem::path& file, std::string_view bytes) {
-    std::filesystem::path unfinished = file;
-    unfinished += L".unfinished";
-    std::error_code trouble;
-    {
-        std::ofstream stream(unfinished, std::ios::binary | std::ios::trunc);
-        stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        stream.close();
-        if (!stream)
-            trouble = std::make_error_code(std::errc::io_error);
-    }
-    if (!trouble)
-        std::filesystem::rename(unfinished, file, trouble);
-    if (trouble) {
-        std::error_code ignored;
-        std::filesystem::remove(unfinished, ignored);
+void SaveText(const std::filesystem::path& file, std::string_view text) {
+    try {
+        WriteWhole(file, text);
+    } catch (const std::system_error&) {
         throw HostError(L"The file cannot be written: " + file.wstring());
     }
 }

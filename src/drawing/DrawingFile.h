@@ -17,6 +17,6 @@ Drawing LoadDrawing(const std::filesystem::path& file);
 void SaveDrawing(const Drawing& drawing, const std::filesystem::path& file);
 
 // A reader of the file sees the old text or the new one, never a part. Raises a HostError.
-void WriteWhole(const std::filesystem::path& file, std::string_view bytes);
+void SaveText(const std::filesystem::path& file, std::string_view text);
 
 } // namespace kalvrooms

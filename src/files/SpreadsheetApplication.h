@@ -9,6 +9,7 @@
 // the same whatever the user's language.
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <variant>
@@ -98,7 +99,13 @@ class SpreadsheetWorkbook {
 class SpreadsheetApplication {
   public:
     virtual ~SpreadsheetApplication() = default;
+    virtual bool DisplayAlerts() = 0;
     virtual void DisplayAlerts(bool on) = 0;
+    // Whether workbooks that a program opens may run their macros; one of the application's own
+    // numbers.
+    virtual std::int32_t AutomationSecurity() = 0;
+    virtual void AutomationSecurity(std::int32_t level) = 0;
+    static constexpr std::int32_t MacrosOff = 3;
     // A workbook that is open already is handed back.
     virtual std::unique_ptr<SpreadsheetWorkbook> OpenWorkbook(const std::wstring& fileName) = 0;
     virtual std::unique_ptr<SpreadsheetWorkbook> AddWorkbook() = 0;

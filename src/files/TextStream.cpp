@@ -8,6 +8,7 @@
 
 #include "files/FilePath.h"
 #include "model/RuntimeError.h"
+#include "model/WholeFile.h"
 
 namespace kalvrooms {
 
@@ -53,8 +54,7 @@ RuntimeError openError(const std::filesystem::path& path, int systemError, bool 
     }
 }
 
-void openFile(std::filebuf& file, const std::wstring& fileName, std::ios::openmode mode) {
-    const std::filesystem::path path = pathOf(fileName);
+void openFile(std::filebuf& file, const std::filesystem::path& path, std::ios::openmode mode) {
     errno = 0;
     const bool opened = file.open(path, mode | std::ios::binary) != nullptr;
     const int systemError = errno;
@@ -72,12 +72,30 @@ void openFile(std::filebuf& file, const std::wstring& fileName, std::ios::openmo
         throw openError(path, systemError, reading);
 }
 
+// The file whose place the new one is to take; empty without one. Errors as on opening, when it
+// must not be written.
+std::filesystem::path fileToKeep(const std::wstring& fileName, OldFile oldFile) {
+    std::error_code ignored;
+    const std::filesystem::path path = pathOf(fileName);
+    if (oldFile == OldFile::Emptied || !std::filesystem::is_regular_file(path, ignored))
+        return {};
+    std::filebuf writable;
+    openFile(writable, path, std::ios::in | std::ios::out);
+    // The new file must not take the place of a link to the old one.
+    if (std::filesystem::is_symlink(path, ignored)) {
+        std::error_code unknown;
+        const std::filesystem::path target = std::filesystem::canonical(path, unknown);
+        return unknown ? path : target;
+    }
+    return path;
+}
+
 } // namespace
 
 TextReader::TextReader(const std::wstring& fileName, const AnsiCodec& codec,
                        std::size_t longestLine)
     : codec_(codec), longestLine_(longestLine) {
-    openFile(file_, fileName, std::ios::in);
+    openFile(file_, pathOf(fileName), std::ios::in);
 }
 
 // Appends what the file gives next; false at its end.
@@ -137,8 +155,10 @@ std::wstring_view TextReader::ReadLine() {
     return line;
 }
 
-TextWriter::TextWriter(const std::wstring& fileName, const AnsiCodec& codec) : codec_(codec) {
-    openFile(file_, fileName, std::ios::out | std::ios::trunc);
+TextWriter::TextWriter(const std::wstring& fileName, const AnsiCodec& codec, OldFile oldFile)
+    : codec_(codec), kept_(fileToKeep(fileName, oldFile)) {
+    openFile(file_, kept_.empty() ? pathOf(fileName) : UnfinishedName(kept_),
+             std::ios::out | std::ios::trunc);
     buffer_.reserve(bufferSize);
 }
 
@@ -168,6 +188,11 @@ void TextWriter::Close() {
     }
     if (!closed)
         throw RuntimeError(RuntimeError::DeviceError);
+    std::error_code trouble;
+    if (!kept_.empty())
+        std::filesystem::rename(UnfinishedName(kept_), kept_, trouble);
+    if (trouble)
+        throw RuntimeError(RuntimeError::PermissionDenied);
 }
 
 void TextWriter::flush() {

@@ -7,6 +7,7 @@
 // that name or a file that must not be touched. Errors afterwards: DeviceError.
 
 #include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -44,24 +45,33 @@ class TextReader {
     bool exhausted_ = false;
 };
 
+// What becomes of the file that is there already.
+enum class OldFile { Emptied, KeptUntilClosed };
+
 class TextWriter {
   public:
-    // Creates the file or empties the one that is there.
-    TextWriter(const std::wstring& fileName, const AnsiCodec& codec);
+    // Creates the file. One that is to be kept stays as it is beside the new one, and goes when
+    // that is closed; devices have nothing to keep.
+    TextWriter(const std::wstring& fileName, const AnsiCodec& codec,
+               OldFile oldFile = OldFile::Emptied);
     // Without Close, what was written so far goes to the disk as far as it can be had there.
     ~TextWriter();
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;
 
+    bool KeepsOldFile() const { return !kept_.empty(); }
     // Ends the line with CR LF.
     void WriteLine(std::wstring_view line);
-    // Error: DeviceError when not everything reached the file.
+    // Errors: DeviceError when not everything reached the file, PermissionDenied when it cannot
+    // take the old one's place.
     void Close();
 
   private:
     void flush();
 
     const AnsiCodec& codec_;
+    // The file that is kept; empty without one.
+    const std::filesystem::path kept_;
     std::filebuf file_;
     std::wstring buffer_;
 };

@@ -60,43 +60,93 @@ std::wstring textOf(const CellValue& value, const NumberLocale& locale) {
     return {};
 }
 
+// Where a number is wanted; a date is none, even where its text reads like one.
+std::wstring numberTextOf(const CellValue& value, const NumberLocale& locale) {
+    return std::holds_alternative<CellDate>(value) ? std::wstring() : textOf(value, locale);
+}
+
 double numberOrZero(const CellValue& value, const NumberLocale& locale) {
     if (const auto* number = std::get_if<double>(&value))
         return *number;
-    return std::holds_alternative<CellDate>(value) ? 0.0
-                                                   : NumberOrZero(textOf(value, locale), locale);
+    return NumberOrZero(numberTextOf(value, locale), locale);
+}
+
+constexpr std::array numberColumns = {AreaColumn, DxColumn, DyColumn};
+
+bool holdsNumbers(std::size_t column) {
+    return std::find(numberColumns.begin(), numberColumns.end(), column) != numberColumns.end();
 }
 
 } // namespace
 
 clsExcel::clsExcel(const FileServices& services) : services_(services) {}
 
-clsExcel::~clsExcel() = default;
+clsExcel::~clsExcel() {
+    giveSettingsBack();
+}
 
 // ------------------------------------------------------------------------- the application
 
-void clsExcel::OpenWorkbookForReading(const std::wstring& fileName) {
-    SpreadsheetServer& server = services_.spreadsheets;
+void clsExcel::takeOverRunningApplication() {
     try {
-        application_ = server.AttachRunning();
-        if (application_)
+        application_ = services_.spreadsheets.AttachRunning();
+        if (application_) {
+            alertsBefore_ = application_->DisplayAlerts();
             application_->DisplayAlerts(false);
+        }
     } catch (const RuntimeError&) {
         // One that cannot be talked to is as good as none.
+        giveSettingsBack();
         application_.reset();
     }
+}
+
+void clsExcel::giveSettingsBack() noexcept {
+    const auto alerts = std::exchange(alertsBefore_, std::nullopt);
+    const auto security = std::exchange(securityBefore_, std::nullopt);
+    const auto attempt = [](const auto& step) {
+        try {
+            step();
+        } catch (const std::exception&) {
+            // There is nobody left to tell: this follows another failure.
+        }
+    };
+    if (application_ && alerts)
+        attempt([&] { application_->DisplayAlerts(*alerts); });
+    if (application_ && security)
+        attempt([&] { application_->AutomationSecurity(*security); });
+}
+
+void clsExcel::switchMacrosOff() {
+    try {
+        // Only in the user's own application somebody else comes after us.
+        if (alertsBefore_)
+            securityBefore_ = application_->AutomationSecurity();
+        application_->AutomationSecurity(SpreadsheetApplication::MacrosOff);
+    } catch (const RuntimeError& error) {
+        // Old applications do not know it. One that was busy would run the macros a moment later.
+        if (error.IsBusy())
+            throw;
+    }
+}
+
+void clsExcel::OpenWorkbookForReading(const std::wstring& fileName) {
+    takeOverRunningApplication();
     if (!application_) {
         try {
-            application_ = server.CreateInstance();
+            application_ = services_.spreadsheets.CreateInstance();
             // Nobody could answer the questions of an application without a window.
             if (application_)
                 application_->DisplayAlerts(false);
-        } catch (const RuntimeError&) {
-            // Told by the opening below.
+        } catch (const RuntimeError& error) {
+            if (error.IsBusy())
+                throw;
+            // All others are told by the opening below.
         }
     }
     if (!application_)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
+    switchMacrosOff();
     workbook_ = existing(application_->OpenWorkbook(fileName));
     sheet_ = existing(workbook_->ActiveSheet());
 }
@@ -106,13 +156,14 @@ void clsExcel::PrepareWorkbookForWriting(const std::wstring& fileName, bool& isN
         application_ = services_.spreadsheets.CreateInstance();
     } catch (const RuntimeError& error) {
         // Too busy to answer is not missing: a text file must not replace the workbook then.
-        if (error.number() == RuntimeError::AutomationError)
+        if (error.IsBusy() || error.number() == RuntimeError::AutomationError)
             throw;
         application_.reset();
     }
     if (!application_)
         throw RuntimeError(RuntimeError::CannotCreateObject);
     application_->DisplayAlerts(false);
+    switchMacrosOff();
 
     bool failed = false;
     TryOpenWorkbook(fileName, failed);
@@ -131,19 +182,25 @@ void clsExcel::TryOpenWorkbook(const std::wstring& fileName, bool& failed) {
     failed = false;
     try {
         workbook_ = existing(application_->OpenWorkbook(fileName));
-    } catch (const RuntimeError&) {
+    } catch (const RuntimeError& error) {
+        // Too busy to answer is not "no such file": a new workbook would replace the one that is
+        // there, with all that the user has in it.
+        if (error.IsBusy())
+            throw;
         failed = true;
     }
 }
 
-void clsExcel::SaveWorkbook(const std::wstring& fileName, bool isNewFile) {
+std::exception_ptr clsExcel::SaveWorkbook(const std::wstring& fileName, bool isNewFile) {
     try {
         if (isNewFile)
             sheet_->SaveAs(fileName);
         else
             workbook_->Save();
+        return nullptr;
     } catch (const RuntimeError&) {
         // The application is closed all the same, or it would stay behind with the workbook.
+        return std::current_exception();
     }
 }
 
@@ -165,29 +222,34 @@ void clsExcel::ReadListFromFile(const std::wstring& fileName, clsFloors& floors)
     wait.StartWait();
     OpenWorkbookForReading(fileName);
     readRooms(floors);
+    progress_.row = 0;
+    progress_.whole = true;
     services_.table.UpdateTable(false);
     CloseSpreadsheetApplication();
 }
 
 void clsExcel::readRooms(clsFloors& floors) {
     const NumberLocale locale = UserLocale();
-    for (int row = firstRoomRow;;) {
+    progress_.row = firstRoomRow;
+    for (;;) {
+        const int row = progress_.row;
         const int rows = rowsPerBlock - (row - 1) % rowsPerBlock;
         const CellBlock block = sheet_->Values({row, 1, rows, columnCount});
-        for (int i = 0; i < rows; ++i) {
+        for (int i = 0; i < rows; ++i, ++progress_.row) {
             if (textOf(block.At(i, NameColumn), locale).empty())
                 return;
             addRoom(block, i, locale, floors);
         }
-        row += rows;
     }
 }
 
 void clsExcel::addRoom(const CellBlock& rows, int row, const NumberLocale& locale,
                        clsFloors& floors) {
     std::array<std::wstring, RoomColumnCount> texts;
-    for (int column = 0; column < columnCount; ++column)
-        texts[static_cast<std::size_t>(column)] = textOf(rows.At(row, column), locale);
+    for (std::size_t column = 0; column < RoomColumnCount; ++column) {
+        const CellValue& value = rows.At(row, static_cast<int>(column));
+        texts[column] = holdsNumbers(column) ? numberTextOf(value, locale) : textOf(value, locale);
+    }
     RoomTexts views;
     std::copy(texts.begin(), texts.end(), views.begin());
     clsRoom room;
@@ -201,18 +263,36 @@ void clsExcel::WriteListToFile(const std::wstring& fileName, const clsFloors& fl
     clsWait wait(services_.desktop);
     wait.StartWait();
     const std::int32_t count = floors.GetCountOfRooms();
-    if (count == 0)
+    progress_.whole = count == 0;
+    if (progress_.whole)
         return;
     bool isNewFile = false;
     PrepareWorkbookForWriting(fileName, isNewFile);
-    formatColumns(count);
+    formatColumns(count, isNewFile);
     WriteHeaderRow();
-    writeRooms(floors, count);
-    SaveWorkbook(fileName, isNewFile);
+    writeRooms(floors, count, isNewFile);
+    const std::exception_ptr failure = SaveWorkbook(fileName, isNewFile);
+    progress_.whole = !failure;
     CloseSpreadsheetApplication();
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
-void clsExcel::formatColumns(std::int32_t countOfRooms) {
+void clsExcel::formatColumns(std::int32_t countOfRooms, bool isNewFile) {
+    if (!isNewFile) {
+        // How the user wants to see the numbers is nobody else's business.
+        sheet_->NumberFormat({headerRow, 1, 1, columnCount}, TextNumberFormat);
+        for (int first = 0; first < columnCount; ++first) {
+            int end = first;
+            while (end < columnCount && !holdsNumbers(static_cast<std::size_t>(end)))
+                ++end;
+            if (end > first)
+                sheet_->NumberFormat({firstRoomRow, first + 1, countOfRooms, end - first},
+                                     TextNumberFormat);
+            first = end;
+        }
+        return;
+    }
     sheet_->NumberFormat({headerRow, 1, countOfRooms + 1, columnCount}, TextNumberFormat);
     sheet_->NumberFormat({firstRoomRow, sheetColumn(AreaColumn), countOfRooms, 1},
                          GeneralNumberFormat);
@@ -229,7 +309,7 @@ void clsExcel::WriteHeaderRow() {
     sheet_->Values({headerRow, 1, 1, columnCount}, titles);
 }
 
-void clsExcel::writeRooms(const clsFloors& floors, std::int32_t countOfRooms) {
+void clsExcel::writeRooms(const clsFloors& floors, std::int32_t countOfRooms, bool isNewFile) {
     struct LongText {
         int row;
         int column;
@@ -249,7 +329,9 @@ void clsExcel::writeRooms(const clsFloors& floors, std::int32_t countOfRooms) {
             floors.GetRoomByIndex(first + i, room);
             if (room.ID() == 0)
                 continue;
+            progress_.row = topRow + i;
             ToRow(room, locale, row);
+            progress_.row = 0;
             for (int column = 0; column < columnCount; ++column) {
                 const auto& value = row[static_cast<std::size_t>(column)];
                 const auto* const text = std::get_if<std::wstring>(&value);
@@ -264,6 +346,36 @@ void clsExcel::writeRooms(const clsFloors& floors, std::int32_t countOfRooms) {
         sheet_->Values({topRow, 1, rows, columnCount}, block);
         for (const LongText& longText : longTexts)
             sheet_->Value(longText.row, longText.column, longText.text);
+        if (!isNewFile)
+            keepNumbersNumbers(topRow, block);
+    }
+}
+
+// A cell that turned its number into a text, or into a date, gets the general format and its number
+// once more.
+void clsExcel::keepNumbersNumbers(int topRow, const CellBlock& block) {
+    constexpr int first = AreaColumn;
+    const CellBlock written =
+        sheet_->Values({topRow, first + 1, block.Rows(), DyColumn - first + 1});
+    for (const int column : numberColumns) {
+        const auto wasTurned = [&](int row) {
+            return row < block.Rows() && std::holds_alternative<double>(block.At(row, column)) &&
+                   !std::holds_alternative<double>(written.At(row, column - first));
+        };
+        for (int row = 0; row < block.Rows(); ++row) {
+            int rows = 0;
+            while (wasTurned(row + rows))
+                ++rows;
+            if (rows == 0)
+                continue;
+            const CellRange turned = {topRow + row, column + 1, rows, 1};
+            CellBlock numbers(rows, 1);
+            for (int i = 0; i < rows; ++i)
+                numbers.At(i, 0) = block.At(row + i, column);
+            sheet_->NumberFormat(turned, GeneralNumberFormat);
+            sheet_->Values(turned, numbers);
+            row += rows;
+        }
     }
 }
 
@@ -274,7 +386,7 @@ void clsExcel::ReadPointsFromGeometryFile(const std::wstring& fileName, PointArr
     wait.StartWait();
     OpenWorkbookForReading(fileName);
     const NumberLocale locale = UserLocale();
-    const std::wstring count = textOf(sheet_->Value(1, 1), locale);
+    const std::wstring count = numberTextOf(sheet_->Value(1, 1), locale);
     if (IsNumeric(count, locale))
         ReadPointsFromSheet(ToLong(count, locale), points);
     CloseSpreadsheetApplication();
@@ -289,8 +401,8 @@ void clsExcel::ReadPointsFromSheet(std::int32_t count, PointArray& points) {
         const int rows = std::min(rowsPerBlock - (top - 1) % rowsPerBlock, count - index);
         const CellBlock block = sheet_->Values({top, 1, rows, 2});
         for (int i = 0; i < rows; ++i, ++index) {
-            const std::wstring x = textOf(block.At(i, 0), locale);
-            const std::wstring y = textOf(block.At(i, 1), locale);
+            const std::wstring x = numberTextOf(block.At(i, 0), locale);
+            const std::wstring y = numberTextOf(block.At(i, 1), locale);
             if (IsNumeric(x, locale) && IsNumeric(y, locale))
                 points.Set(index, ToDouble(x, locale), ToDouble(y, locale));
             else

@@ -1,12 +1,16 @@
 #pragma once
 // Room lists and point lists in the spreadsheet application's workbooks, by remote control of the
 // application. One object serves one operation. Errors go to the caller and leave the application
-// as it stands at that moment; only a completed operation closes it.
+// as it stands at that moment; only a completed operation closes it. One that the user has open
+// gets its own settings back when it is not closed.
 
 #include <cstdint>
+#include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "files/FileOutcome.h"
 #include "files/FileServices.h"
 #include "files/PointArray.h"
 #include "model/NumberText.h"
@@ -29,31 +33,43 @@ class clsExcel {
 
     // Appends the rooms of the active sheet, from row 2 to the first row with an empty first cell.
     // A running application is taken over, and closed in the end with all that is open in it.
-    // Errors: ObjectVariableNotSet without the application, the application's own.
+    // Errors: ObjectVariableNotSet without the application, the application's own, also when it is
+    // too busy to answer.
     void ReadListFromFile(const std::wstring& fileName, clsFloors& floors);
 
     void onlyATest();
 
-    // Writes the whole list, always in an application of its own. An empty list starts nothing. A
-    // failed saving is not reported. Errors: CannotCreateObject without the application, the
-    // application's own, those of a room's sides.
+    // Writes the whole list, always in an application of its own. An empty list starts nothing.
+    // After a failed saving the application is closed all the same. Errors: CannotCreateObject
+    // without the application, the application's own, those of a room's sides.
     void WriteListToFile(const std::wstring& fileName, const clsFloors& floors);
 
+    const ListProgress& Progress() const { return progress_; }
+
   private:
+    void takeOverRunningApplication();
+    void switchMacrosOff();
+    void giveSettingsBack() noexcept;
     void OpenWorkbookForReading(const std::wstring& fileName);
     void PrepareWorkbookForWriting(const std::wstring& fileName, bool& isNewFile);
     void TryOpenWorkbook(const std::wstring& fileName, bool& failed);
     void WriteHeaderRow();
-    void SaveWorkbook(const std::wstring& fileName, bool isNewFile);
+    // Gives the error, if there was one.
+    std::exception_ptr SaveWorkbook(const std::wstring& fileName, bool isNewFile);
     void CloseSpreadsheetApplication();
     void ReadPointsFromSheet(std::int32_t count, PointArray& points);
 
     void readRooms(clsFloors& floors);
     void addRoom(const CellBlock& rows, int row, const NumberLocale& locale, clsFloors& floors);
-    void formatColumns(std::int32_t countOfRooms);
-    void writeRooms(const clsFloors& floors, std::int32_t countOfRooms);
+    void formatColumns(std::int32_t countOfRooms, bool isNewFile);
+    void writeRooms(const clsFloors& floors, std::int32_t countOfRooms, bool isNewFile);
+    void keepNumbersNumbers(int topRow, const CellBlock& block);
 
     const FileServices services_;
+    ListProgress progress_;
+    // What the user's own application was set to.
+    std::optional<bool> alertsBefore_;
+    std::optional<std::int32_t> securityBefore_;
     // Released from the bottom up: sheet, workbook, application.
     std::unique_ptr<SpreadsheetApplication> application_;
     std::unique_ptr<SpreadsheetWorkbook> workbook_;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <exception>
+#include <new>
 #include <string_view>
 
 #include "files/RoomRow.h"
@@ -41,6 +42,51 @@ std::int32_t wholeNumber(std::wstring_view text) {
     return RoundToLong(number);
 }
 
+// Lets the step run to its end or to its first error. What happens once the list is whole is no
+// failure of the list.
+template <class Step>
+FileOutcome outcomeOf(const ListProgress& progress, Step step) {
+    FileOutcome outcome;
+    try {
+        step();
+    } catch (const RuntimeError& error) {
+        outcome.failure = error;
+        outcome.busy = error.IsBusy();
+    } catch (const std::bad_alloc&) {
+        outcome.failure = RuntimeError(RuntimeError::OutOfMemory);
+    } catch (const std::exception&) {
+        outcome.failure = RuntimeError(RuntimeError::DeviceError);
+    }
+    outcome.complete = progress.whole;
+    outcome.row = progress.row;
+    if (outcome.complete)
+        outcome.failure.reset();
+    return outcome;
+}
+
+template <class Step>
+FileOutcome outcomeOfWriting(const clsFloors& floors, const ListProgress& progress, Step step) {
+    FileOutcome outcome = outcomeOf(progress, step);
+    if (outcome.row > 1) {
+        const auto room = std::make_shared<clsRoom>();
+        floors.GetRoomByIndex(outcome.row - 1, *room);
+        outcome.room = room;
+    }
+    return outcome;
+}
+
+// A line is a room, whatever a text that came from a workbook holds.
+void appendInOneLine(std::wstring& line, std::wstring_view text) {
+    for (;;) {
+        const std::size_t end = text.find_first_of(L"\r\n");
+        line += text.substr(0, end);
+        if (end == std::wstring_view::npos)
+            return;
+        line += L' ';
+        text.remove_prefix(end + (text.substr(end).starts_with(L"\r\n") ? 2 : 1));
+    }
+}
+
 } // namespace
 
 bool clsFileSytem::IsExcelFile(const std::wstring& fileName) {
@@ -49,44 +95,41 @@ bool clsFileSytem::IsExcelFile(const std::wstring& fileName) {
 
 // ------------------------------------------------------------------------- writing a list
 
-void clsFileSytem::WriteListToFile(const std::wstring& fileName, const clsFloors& floors) {
-    const bool isWorkbook = IsExcelFile(fileName);
-    bool withoutApplication = false;
-    try {
-        if (isWorkbook)
-            WriteListToExcel(fileName, floors);
-        else
-            WriteListToTextFile(fileName, floors);
-    } catch (const RuntimeError& error) {
-        withoutApplication = isWorkbook && error.number() == RuntimeError::CannotCreateObject;
-    } catch (const std::exception&) {
-        // Ends like every other failure: what was written stays.
-    }
-    if (withoutApplication)
-        WriteListAsTextIgnoringErrors(fileName, floors);
+FileOutcome clsFileSytem::WriteListToFile(const std::wstring& fileName, const clsFloors& floors) {
+    if (!IsExcelFile(fileName))
+        return WriteListAsTextIgnoringErrors(fileName, floors);
+    const FileOutcome outcome = WriteListToExcel(fileName, floors);
+    const bool withoutApplication =
+        outcome.failure && outcome.failure->number() == RuntimeError::CannotCreateObject;
+    return withoutApplication ? WriteListAsTextIgnoringErrors(fileName, floors) : outcome;
 }
 
-void clsFileSytem::WriteListToTextFile(const std::wstring& fileName, const clsFloors& floors) {
+void clsFileSytem::WriteListToTextFile(const std::wstring& fileName, const clsFloors& floors,
+                                       ListProgress& progress) {
     const std::int32_t count = floors.GetCountOfRooms();
-    if (count == 0)
-        return;
-    TextWriter file(fileName, services_.ansi);
-    file.WriteLine(BuildHeaderLine());
-    const NumberLocale locale = UserLocale();
-    clsRoom room;
-    RoomRow row;
-    std::wstring line;
-    for (std::int32_t index = 1; index <= count; ++index) {
-        // Rooms of a list have an ID of 2 or more, so this tells whether one came back.
-        room.ID(0);
-        floors.GetRoomByIndex(index, room);
-        if (room.ID() != 0) {
-            ToRow(room, locale, row);
-            BuildRoomLine(row, locale, line);
-            file.WriteLine(line);
+    if (count > 0) {
+        TextWriter file(fileName, services_.ansi, OldFile::KeptUntilClosed);
+        progress.keepsOldFile = file.KeepsOldFile();
+        file.WriteLine(BuildHeaderLine());
+        const NumberLocale locale = UserLocale();
+        clsRoom room;
+        RoomRow row;
+        std::wstring line;
+        for (std::int32_t index = 1; index <= count; ++index) {
+            // Rooms of a list have an ID of 2 or more, so this tells whether one came back.
+            room.ID(0);
+            floors.GetRoomByIndex(index, room);
+            if (room.ID() != 0) {
+                progress.row = index + 1;
+                ToRow(room, locale, row);
+                progress.row = 0;
+                BuildRoomLine(row, locale, line);
+                file.WriteLine(line);
+            }
         }
+        file.Close();
     }
-    file.Close();
+    progress.whole = true;
 }
 
 std::wstring clsFileSytem::BuildHeaderLine() const {
@@ -106,45 +149,41 @@ void clsFileSytem::BuildRoomLine(const RoomRow& row, const NumberLocale& locale,
         if (column > 0)
             line += separator;
         if (const auto* text = std::get_if<std::wstring>(&row[column]))
-            line += *text;
+            appendInOneLine(line, *text);
         else
             AppendDouble(line, std::get<double>(row[column]), locale);
     }
 }
 
-void clsFileSytem::WriteListAsTextIgnoringErrors(const std::wstring& fileName,
-                                                 const clsFloors& floors) {
-    try {
-        WriteListToTextFile(fileName, floors);
-    } catch (const std::exception&) {
-        // This is the fallback of another failure; there is nobody left to tell.
-    }
+FileOutcome clsFileSytem::WriteListAsTextIgnoringErrors(const std::wstring& fileName,
+                                                        const clsFloors& floors) {
+    ListProgress progress;
+    FileOutcome outcome = outcomeOfWriting(
+        floors, progress, [&] { WriteListToTextFile(fileName, floors, progress); });
+    if (!outcome.complete && progress.keepsOldFile)
+        outcome.oldFile = fileName;
+    return outcome;
 }
 
-void clsFileSytem::WriteListToExcel(const std::wstring& fileName, const clsFloors& floors) {
-    clsExcel(services_).WriteListToFile(fileName, floors);
+FileOutcome clsFileSytem::WriteListToExcel(const std::wstring& fileName, const clsFloors& floors) {
+    clsExcel excel(services_);
+    return outcomeOfWriting(floors, excel.Progress(),
+                            [&] { excel.WriteListToFile(fileName, floors); });
 }
 
 // ------------------------------------------------------------------------- reading a list
 
-void clsFileSytem::ReadListFromFile(const std::wstring& fileName, clsFloors& floors) {
-    const bool isWorkbook = IsExcelFile(fileName);
-    bool withoutApplication = false;
-    try {
-        if (isWorkbook)
-            ReadListFromExcel(fileName, floors);
-        else
-            ReadListFromTextFile(fileName, floors);
-    } catch (const RuntimeError& error) {
-        withoutApplication = isWorkbook && error.number() == RuntimeError::ObjectVariableNotSet;
-    } catch (const std::exception&) {
-        // Ends like every other failure: the rooms that came in stay.
-    }
-    if (withoutApplication)
-        ReadListAsTextIgnoringErrors(fileName, floors);
+FileOutcome clsFileSytem::ReadListFromFile(const std::wstring& fileName, clsFloors& floors) {
+    if (!IsExcelFile(fileName))
+        return ReadListAsTextIgnoringErrors(fileName, floors);
+    const FileOutcome outcome = ReadListFromExcel(fileName, floors);
+    const bool withoutApplication =
+        outcome.failure && outcome.failure->number() == RuntimeError::ObjectVariableNotSet;
+    return withoutApplication ? ReadListAsTextIgnoringErrors(fileName, floors) : outcome;
 }
 
-void clsFileSytem::ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors) {
+void clsFileSytem::ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors,
+                                        ListProgress& progress) {
     TextReader file(fileName, services_.ansi);
     const std::wstring_view header = file.ReadLine();
     // The first bytes of a real workbook may hold a TAB by chance, but never without NULs; a header
@@ -157,23 +196,24 @@ void clsFileSytem::ReadListFromTextFile(const std::wstring& fileName, clsFloors&
     }
     const NumberLocale locale = UserLocale();
     clsRoom room;
-    while (!file.AtEnd()) {
+    for (progress.row = 2; !file.AtEnd(); ++progress.row) {
         const RoomTexts fields = split(file.ReadLine());
         FromRow(fields, NumberOrZero(fields[AreaColumn], locale), locale, room);
         floors.AddRoom(room);
     }
+    progress.row = 0;
+    progress.whole = true;
 }
 
-void clsFileSytem::ReadListAsTextIgnoringErrors(const std::wstring& fileName, clsFloors& floors) {
-    try {
-        ReadListFromTextFile(fileName, floors);
-    } catch (const std::exception&) {
-        // This is the fallback of another failure; there is nobody left to tell.
-    }
+FileOutcome clsFileSytem::ReadListAsTextIgnoringErrors(const std::wstring& fileName,
+                                                       clsFloors& floors) {
+    ListProgress progress;
+    return outcomeOf(progress, [&] { ReadListFromTextFile(fileName, floors, progress); });
 }
 
-void clsFileSytem::ReadListFromExcel(const std::wstring& fileName, clsFloors& floors) {
-    clsExcel(services_).ReadListFromFile(fileName, floors);
+FileOutcome clsFileSytem::ReadListFromExcel(const std::wstring& fileName, clsFloors& floors) {
+    clsExcel excel(services_);
+    return outcomeOf(excel.Progress(), [&] { excel.ReadListFromFile(fileName, floors); });
 }
 
 // ------------------------------------------------------------------------- points

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "files/FileOutcome.h"
 #include "files/FileServices.h"
 #include "files/PointArray.h"
 #include "files/RoomRow.h"
@@ -20,13 +21,13 @@ class clsFileSytem {
 
     // Writes the whole list; an empty one leaves the disk alone. Without the spreadsheet
     // application a workbook's name gets a text file. No errors: what was written before one stays
-    // on disk.
-    void WriteListToFile(const std::wstring& fileName, const clsFloors& floors);
+    // on disk, beside the file that was there before.
+    FileOutcome WriteListToFile(const std::wstring& fileName, const clsFloors& floors);
 
     // Adds the file's rooms to the list. Without the spreadsheet application a text file under a
     // workbook's name is read; a real workbook gets text 73 in a message box. No errors: rooms
     // that came in before one stay in the list.
-    void ReadListFromFile(const std::wstring& fileName, clsFloors& floors);
+    FileOutcome ReadListFromFile(const std::wstring& fileName, clsFloors& floors);
 
     // False when the file could not be read to its end; the points are then as far as they were
     // filled. True with unset points for a workbook without a count.
@@ -39,14 +40,17 @@ class clsFileSytem {
   private:
     static bool IsExcelFile(const std::wstring& fileName);
 
-    void WriteListToTextFile(const std::wstring& fileName, const clsFloors& floors);
-    void ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors);
+    void WriteListToTextFile(const std::wstring& fileName, const clsFloors& floors,
+                             ListProgress& progress);
+    void ReadListFromTextFile(const std::wstring& fileName, clsFloors& floors,
+                              ListProgress& progress);
     std::wstring BuildHeaderLine() const;
     static void BuildRoomLine(const RoomRow& row, const NumberLocale& locale, std::wstring& line);
-    void WriteListAsTextIgnoringErrors(const std::wstring& fileName, const clsFloors& floors);
-    void ReadListAsTextIgnoringErrors(const std::wstring& fileName, clsFloors& floors);
-    void ReadListFromExcel(const std::wstring& fileName, clsFloors& floors);
-    void WriteListToExcel(const std::wstring& fileName, const clsFloors& floors);
+    FileOutcome WriteListAsTextIgnoringErrors(const std::wstring& fileName,
+                                              const clsFloors& floors);
+    FileOutcome ReadListAsTextIgnoringErrors(const std::wstring& fileName, clsFloors& floors);
+    FileOutcome ReadListFromExcel(const std::wstring& fileName, clsFloors& floors);
+    FileOutcome WriteListToExcel(const std::wstring& fileName, const clsFloors& floors);
     static void ReadPointsFromTextFile(TextReader& file, std::int32_t count, PointArray& points);
 
     const FileServices services_;

@@ -38,6 +38,8 @@ class RuntimeError : public std::exception {
 
     long number() const noexcept { return number_; }
     const std::wstring& description() const noexcept { return description_; }
+    // A server rejected the call because it was in the middle of something else.
+    virtual bool IsBusy() const noexcept { return false; }
     // Plain ASCII rendering for test output and debuggers.
     const char* what() const noexcept override { return what_.c_str(); }
 

@@ -20,6 +20,13 @@ namespace kalvrooms {
 
 using Microsoft::WRL::ComPtr;
 
+// The server is in the middle of something else, and the call may be tried again. The last code is
+// the spreadsheet application's own, while its user edits a cell.
+inline bool IsRejected(HRESULT result) {
+    return result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER ||
+           result == RPC_E_SERVERCALL_REJECTED || result == static_cast<HRESULT>(0x800AC472UL);
+}
+
 // A failure of COM. As a runtime error it has the number that belongs to its code: codes of the
 // runtime's own errors are 0x800A0000 + number, everything unknown is an AutomationError.
 class ComError : public RuntimeError {
@@ -28,6 +35,7 @@ class ComError : public RuntimeError {
     // did not fit, in the order of DISPPARAMS.
     explicit ComError(HRESULT result, const std::wstring& description = {}, UINT argument = 0);
     HRESULT result() const { return result_; }
+    bool IsBusy() const noexcept override { return IsRejected(result_); }
     UINT argument() const { return argument_; }
 
   private:

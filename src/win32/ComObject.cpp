@@ -25,14 +25,6 @@ struct OwnedException : EXCEPINFO {
     }
 };
 
-// What the spreadsheet application answers while its user is in the middle of something.
-constexpr auto cellIsBeingEdited = static_cast<HRESULT>(0x800AC472UL);
-
-bool isRejected(HRESULT result) {
-    return result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER ||
-           result == RPC_E_SERVERCALL_REJECTED || result == cellIsBeingEdited;
-}
-
 // Waits a little while the windows of the thread go on being painted.
 void waitServingMessages(DWORD milliseconds) {
     const DWORD start = GetTickCount();
@@ -124,7 +116,7 @@ HRESULT ComObject::retried(ComSession& session, Step step) {
     if (now - session.lastCall_ > betweenCommands)
         session.patience_ = session.fullPatience_;
     HRESULT result = step();
-    while (isRejected(result) && session.patience_ > 0) {
+    while (IsRejected(result) && session.patience_ > 0) {
         const DWORD wait = std::min(pause, session.patience_);
         session.patience_ -= wait;
         waitServingMessages(wait);
@@ -144,7 +136,7 @@ ComObject ComObject::Create(std::shared_ptr<ComSession> session, std::wstring ki
         return CoCreateInstance(classIdentifier, nullptr, context, IID_PPV_ARGS(&object));
     });
     // Busy is not the same as not there.
-    if (isRejected(result))
+    if (IsRejected(result))
         throw ComError(result);
     if (FAILED(result) || !object)
         throw RuntimeError(RuntimeError::CannotCreateObject, errorInformation());
@@ -210,7 +202,7 @@ Variant ComObject::invoke(const wchar_t* member, WORD flags, Arguments arguments
     });
     // A server that answers is no longer busy. (Making an object shows nothing: a server may do
     // that while it rejects every call.)
-    if (!isRejected(result))
+    if (!IsRejected(result))
         session_->patience_ = session_->fullPatience_;
     if (result == DISP_E_EXCEPTION)
         throw *raised;

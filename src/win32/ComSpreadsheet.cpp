@@ -176,6 +176,13 @@ class ComSpreadsheetApplication : public SpreadsheetApplication {
         application_.locale(applicationLocale);
     }
 
+    bool DisplayAlerts() override { return LongOf(application_.Get(L"DisplayAlerts")) != 0; }
+    std::int32_t AutomationSecurity() override {
+        return LongOf(application_.Get(L"AutomationSecurity"));
+    }
+    void AutomationSecurity(std::int32_t level) override {
+        application_.Put(L"AutomationSecurity", level);
+    }
     void DisplayAlerts(bool on) override { application_.Put(L"DisplayAlerts", on); }
     std::unique_ptr<SpreadsheetWorkbook> OpenWorkbook(const std::wstring& fileName) override {
         return std::make_unique<ComWorkbook>(

@@ -430,6 +430,125 @@ TEST_F(TextList, IsNotReadForOtherErrorsOfTheApplication) {
     EXPECT_TRUE(context.Headless.desktop.Messages().empty());
 }
 
+// ------------------------------------------------------------------------- how it ended
+
+TEST_F(TextList, ThatFailsHalfWayLeavesTheOldFile) {
+    for (int i = 1; i <= 5; ++i)
+        RoomForTest{.Name = L"Raum " + std::to_wstring(i), .Area = i == 2 ? -1.0 : 20.0}.AddTo(
+            floors);
+    for (const wchar_t* name : {L"a.txt", L"ohne Programm.xls"}) {
+        context.Spreadsheets.Installed = false;
+        const std::wstring file = folder.Write(name, "die alte Liste");
+        const FileOutcome outcome = clsFileSytem(context).WriteListToFile(file, floors);
+        EXPECT_FALSE(outcome.complete);
+        ASSERT_TRUE(outcome.failure);
+        EXPECT_EQ(outcome.failure->number(), RuntimeError::InvalidProcedureCall);
+        ASSERT_TRUE(outcome.room);
+        EXPECT_EQ(outcome.room->Name(), L"Raum 2");
+        EXPECT_EQ(outcome.oldFile, file);
+        EXPECT_EQ(folder.Read(name), "die alte Liste");
+        // What was written until then stays as well.
+        EXPECT_NE(folder.Read(std::wstring(name) + L".new").find("\r\nRaum 1 \t "),
+                  std::string::npos);
+    }
+    // Without an old file it stays under its own name.
+    const FileOutcome outcome =
+        clsFileSytem(context).WriteListToFile(folder.Path(L"neu.txt"), floors);
+    EXPECT_EQ(outcome.oldFile, L"");
+    EXPECT_NE(folder.Read(L"neu.txt").find("\r\nRaum 1 \t "), std::string::npos);
+    EXPECT_FALSE(folder.Has(L"neu.txt.new"));
+}
+
+TEST_F(TextList, TakesTheOldFilesPlaceOnceItIsComplete) {
+    RoomForTest().AddTo(floors);
+    folder.Write(L"a.txt", "old");
+    EXPECT_TRUE(clsFileSytem(context).WriteListToFile(folder.Path(L"a.txt"), floors).complete);
+    EXPECT_TRUE(folder.Read(L"a.txt").starts_with(germanHeader));
+    EXPECT_FALSE(folder.Has(L"a.txt.new"));
+#ifndef _WIN32
+    std::filesystem::create_symlink(FilePath(folder.Path(L"a.txt")),
+                                    FilePath(folder.Path(L"b.txt")));
+    RoomForTest().AddTo(floors);
+    EXPECT_TRUE(clsFileSytem(context).WriteListToFile(folder.Path(L"b.txt"), floors).complete);
+    EXPECT_TRUE(std::filesystem::is_symlink(FilePath(folder.Path(L"b.txt"))));
+    EXPECT_EQ(folder.Read(L"a.txt"), folder.Read(L"b.txt"));
+#endif
+}
+
+TEST_F(TextList, TellsWhyItWasNotWritten) {
+    EXPECT_TRUE(clsFileSytem(context).WriteListToFile(folder.Path(L"leer.txt"), floors).complete);
+    RoomForTest().AddTo(floors);
+    folder.MakeFolder(L"Ordner.txt");
+    const auto errorFor = [&](const std::wstring& file) {
+        const FileOutcome outcome = clsFileSytem(context).WriteListToFile(file, floors);
+        EXPECT_FALSE(outcome.complete);
+        EXPECT_FALSE(outcome.room);
+        return outcome.failure->number();
+    };
+    EXPECT_EQ(errorFor(folder.Path(L"fehlt") + L"/a.txt"), RuntimeError::PathNotFound);
+    EXPECT_EQ(errorFor(folder.Path(L"Ordner.txt")), RuntimeError::PermissionDenied);
+    EXPECT_EQ(errorFor(std::wstring(1, L'\0')), RuntimeError::BadFileName);
+#ifndef _WIN32
+    EXPECT_EQ(errorFor(L"/dev/full"), RuntimeError::DeviceError);
+#endif
+}
+
+TEST_F(TextList, TellsInWhichRowTheReadingEnded) {
+    const auto outcomeOf = [&](const std::string& bytes) {
+        return clsFileSytem(context).ReadListFromFile(folder.Write(L"r.txt", bytes), floors);
+    };
+    EXPECT_TRUE(outcomeOf(germanHeader).complete);
+    EXPECT_TRUE(outcomeOf(germanHeader + "a\r\n\r\n").complete);
+    const FileOutcome cut = outcomeOf(germanHeader + "a\nb\nc\t\t\t\t\t\t\t\t\t\tx-y\nd\n");
+    EXPECT_FALSE(cut.complete);
+    EXPECT_EQ(cut.row, 4);
+    EXPECT_EQ(cut.failure->number(), RuntimeError::TypeMismatch);
+    const FileOutcome empty = outcomeOf("");
+    EXPECT_FALSE(empty.complete);
+    EXPECT_EQ(empty.row, 0);
+    const FileOutcome missing =
+        clsFileSytem(context).ReadListFromFile(folder.Path(L"fehlt.txt"), floors);
+    EXPECT_FALSE(missing.complete);
+    EXPECT_EQ(missing.row, 0);
+    EXPECT_EQ(missing.failure->number(), RuntimeError::FileNotFound);
+}
+
+TEST_F(TextList, SaysNothingMoreOfAWorkbookThatNeedsTheApplication) {
+    context.Spreadsheets.Installed = false;
+    const FileOutcome outcome =
+        clsFileSytem(context).ReadListFromFile(folder.Write(L"a.xls", "PK no list\n"), floors);
+    EXPECT_FALSE(outcome.complete);
+    EXPECT_FALSE(outcome.failure);
+    EXPECT_EQ(context.Headless.desktop.Messages().size(), 1U);
+    RoomForTest().AddTo(floors);
+    EXPECT_TRUE(clsFileSytem(context).WriteListToFile(folder.Path(L"b.xls"), floors).complete);
+    EXPECT_TRUE(clsFileSytem(context).ReadListFromFile(folder.Path(L"b.xls"), floors).complete);
+}
+
+TEST_F(TextList, HasABlankForEveryLineBreakInAText) {
+    RoomForTest{.Name = L"eins\r\nzwei\ndrei\rvier", .Function = L"\n", .AreaType = L"a\r\n\r\nb"}
+        .AddTo(floors);
+    RoomForTest{.Name = L"danach"}.AddTo(floors);
+    const std::string bytes = written();
+    EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\n'), 3);
+    EXPECT_EQ(std::count(bytes.begin(), bytes.end(), '\r'), 3);
+    EXPECT_NE(bytes.find("\r\neins zwei drei vier \t "), std::string::npos);
+    EXPECT_NE(bytes.find(" \t a  b \t "), std::string::npos);
+    clsFloors read;
+    clsFileSytem(context).ReadListFromFile(folder.Path(L"a.txt"), read);
+    ASSERT_EQ(read.GetCountOfRooms(), 2);
+    EXPECT_EQ(roomAt(read, 2).Name(), L"danach");
+}
+
+TEST_F(TextList, KeepsTextBehindANul) {
+    const std::wstring name = std::wstring(L"vorne") + L'\0' + L"hinten";
+    RoomForTest{.Name = name}.AddTo(floors);
+    written();
+    clsFloors read;
+    clsFileSytem(context).ReadListFromFile(folder.Path(L"a.txt"), read);
+    EXPECT_EQ(roomAt(read, 1).Name(), name);
+}
+
 // ------------------------------------------------------------------------- round trips
 
 TEST_F(TextList, KeepsSidesButNotTheKindOfGeometry) {

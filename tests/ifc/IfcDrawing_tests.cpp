@@ -107,7 +107,7 @@ TEST_F(IfcDrawings, ARoomThatTheHostTakesInBecomesASpace) {
     EXPECT_EQ(identity.FileID.size(), 22u);
     EXPECT_EQ(identity.FileNumber, 1);
 
-    WriteWhole(path_, opened_->Write(host_.session.drawing));
+    SaveText(path_, opened_->Write(host_.session.drawing));
     const Drawing again = Open(path_).Read();
     ASSERT_EQ(again.elements.size(), 2u);
     EXPECT_EQ(again.elements[1].identity, identity) << "the same identity when it is read again";
@@ -132,7 +132,7 @@ TEST_F(IfcDrawings, SavingTwiceSaysTheSame) {
     Drawing drawing = model.Read();
     drawing.elements[0].storey = L"DG";
     const std::string once = model.Write(drawing);
-    WriteWhole(path_, opened_->Write(drawing));
+    SaveText(path_, opened_->Write(drawing));
     const std::string twice = model.Write(drawing);
     // New instances but for their random GlobalIds.
     EXPECT_EQ(once.size(), twice.size());

@@ -96,7 +96,7 @@ TEST_F(RoundTrip, ARoomOfTheProgrammeIsPlacedAndFoundAgain) {
     floors_.AddRooms(wanted, 1);
     Export();
     const std::filesystem::path saved = folder_ / "saved.ifc";
-    WriteWhole(saved, model_.Write(host_.session.drawing));
+    SaveText(saved, model_.Write(host_.session.drawing));
     const IfcDrawing again(saved);
     EXPECT_TRUE(again.Troubles().empty());
     ASSERT_EQ(again.Model().Rooms().size(), 10u);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "ifc/StepChanges.h"
-#include "support/TemporaryFolder.h"
 
 namespace kalvrooms::ifc {
 namespace {

@@ -18,6 +18,7 @@
 #include "ifc/RoomWriter.h"
 #include "ifc/Samples.h"
 #include "model/Utf8.h"
+#include "model/WholeFile.h"
 
 namespace {
 
