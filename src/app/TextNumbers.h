@@ -59,6 +59,17 @@ inline constexpr std::int32_t ModifyRoom = 98;
 
 // Words that a library may give and MessageText has in German (99 to 200).
 inline constexpr std::int32_t RuntimeErrorTitle = 99;
+inline constexpr std::int32_t ListNotSaved = 120;
+inline constexpr std::int32_t ListNotRead = 121;
+inline constexpr std::int32_t ListNotReadWhole = 122;
+inline constexpr std::int32_t FileLine = 123;
+inline constexpr std::int32_t ReasonLine = 124;
+inline constexpr std::int32_t RoomLine = 125;
+inline constexpr std::int32_t OldFileIsThere = 126;
+inline constexpr std::int32_t FileChanged = 127;
+inline constexpr std::int32_t SpreadsheetIsBusy = 128;
+inline constexpr std::int32_t RoomWithNegativeArea = 129;
+inline constexpr std::int32_t NegativeArea = 130;
 
 // Keys, as menus name them, and why the session had better wait.
 inline constexpr std::int32_t WithControl = 160;

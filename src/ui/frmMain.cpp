@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "app/clsRegistry.h"
-#include "files/clsFileSytem.h"
 #include "model/NumberText.h"
 #include "model/RuntimeError.h"
 #include "ui/ListFileDialog.h"
@@ -345,19 +344,18 @@ void frmMain::openList() {
     // turn.
     clearList();
     useFile(file);
-    readListFromFile();
-    UpdateTable(true);
+    const FileOutcome outcome = listFile_.Read(fileName_, *floors_);
     fileKind_ = file.kind;
-    dirty_ = false;
+    dirty_ = !outcome.complete;
+    UpdateTable(true);
+    listFile_.TellOfReading(fileName_, outcome);
 }
 
 void frmMain::saveList() {
-    if (isPattern(fileName_)) {
+    if (isPattern(fileName_) || !listFile_.IsWhole())
         saveListAs();
-        return;
-    }
-    writeListToFile();
-    dirty_ = false;
+    else if (listFile_.MayBeOverwritten(fileName_))
+        writeListToFile();
 }
 
 void frmMain::saveListAs() {
@@ -367,15 +365,10 @@ void frmMain::saveListAs() {
     useFile(file);
     writeListToFile();
     fileKind_ = file.kind;
-    dirty_ = false;
 }
 
 void frmMain::writeListToFile() {
-    clsFileSytem(files()).WriteListToFile(fileName_, *floors_);
-}
-
-void frmMain::readListFromFile() {
-    clsFileSytem(files()).ReadListFromFile(fileName_, *floors_);
+    dirty_ = !listFile_.Write(fileName_, *floors_);
 }
 
 void frmMain::clearList() {
@@ -390,6 +383,7 @@ void frmMain::newList() {
     clearList();
     readProjectName();
     setDefaultFileName();
+    listFile_.Forget();
     dirty_ = false;
 }
 
@@ -398,8 +392,9 @@ bool frmMain::hasUnsavedRooms() const {
 }
 
 void frmMain::SaveChangesPrompt() {
-    if (desktop_.ShowMessage({GetText(TextNumber::SaveChanges), GetText(TextNumber::Title),
-                              Gui::Message::Buttons::YesNo}) == Gui::Answer::Yes)
+    const Gui::Message question{GetText(TextNumber::SaveChanges), GetText(TextNumber::Title),
+                                Gui::Message::Buttons::YesNo};
+    while (dirty_ && desktop_.ShowMessage(question) == Gui::Answer::Yes)
         saveListAs();
 }
 
@@ -427,9 +422,13 @@ void frmMain::importRooms() {
 
 void frmMain::exportRooms() {
     ReportCounts counts;
-    kalvero_->ExportFloorsToKalvero(*floors_, true, placement_.block, placement_.distanceX,
-                                    placement_.distanceY, counts.newAtPosition, counts.updated,
-                                    counts.placed);
+    try {
+        kalvero_->ExportFloorsToKalvero(*floors_, true, placement_.block, placement_.distanceX,
+                                        placement_.distanceY, counts.newAtPosition, counts.updated,
+                                        counts.placed);
+    } catch (const RuntimeError& error) {
+        throw listFile_.NamingTheRoom(error, *floors_);
+    }
     if (counts.updated + counts.newAtPosition + counts.placed > 0 && !noReport_)
         frmReport(dialogs(), *this, counts).ShowModal();
 }

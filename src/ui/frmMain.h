@@ -18,6 +18,7 @@
 #include "platform/Gui.h"
 #include "platform/Platform.h"
 #include "ui/Dialog.h"
+#include "ui/ListFile.h"
 #include "ui/RoomEditing.h"
 #include "ui/frmReport.h"
 
@@ -81,7 +82,6 @@ class frmMain final : public Texts,
     void showOptions();
 
     void writeListToFile();
-    void readListFromFile();
     void clearList();
     void SaveChangesPrompt();
     bool hasUnsavedRooms() const;
@@ -132,6 +132,7 @@ class frmMain final : public Texts,
     Placement placement_;
     bool noReport_ = false;
 
+    ListFile listFile_{files()};
     std::wstring fileName_;
     std::wstring fileTitle_;
     int fileKind_ = spreadsheetFileKind;

@@ -1,5 +1,6 @@
 #include "ui/frmRoom.h"
 
+#include "app/Messages.h"
 #include "app/TextNumbers.h"
 
 #include <utility>
@@ -104,6 +105,12 @@ void frmRoom::cmdOk_Click() {
     const std::wstring storyCode = txtStoryCode.Text();
     if (storyCode.empty() || storyCode.size() > longestStoryCode) {
         desktop_.ShowMessage({text(TextNumber::StoryCodeMissing), text(TextNumber::Title)});
+        return;
+    }
+    // A pasted text may bring what no key does. What is no number at all fails below.
+    if (txtArea.Enabled() && NumberOrZero(Trim(txtArea.Text())) < 0.0) {
+        desktop_.ShowMessage(
+            {MessageText(services_.texts, TextNumber::NegativeArea), text(TextNumber::Title)});
         return;
     }
     room_->StoryCode(storyCode);

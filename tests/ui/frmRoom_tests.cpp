@@ -286,6 +286,37 @@ TEST_F(frmRoomTest, RefusesAnExistingRoomWithoutStoreyCodeToo) {
     EXPECT_TRUE(context.calls.empty());
 }
 
+TEST_F(frmRoomTest, RefusesANegativeAreaAndStaysOpen) {
+    for (const bool isNew : {true, false}) {
+        context.room->IsNew(isNew);
+        show([&](HeadlessForm& form) {
+            form.Field(L"txtName").Text(L"anders");
+            for (const wchar_t* pasted : {L"-1", L" -0,5 ", L"-1.000"}) {
+                form.Field(L"txtArea").Text(pasted);
+                form.Click(L"cmdOk");
+                EXPECT_TRUE(form.Visible());
+                EXPECT_EQ(desktop.Messages().back().Prompt,
+                          L"Bitte geben Sie eine Fläche ein, die nicht negativ ist.");
+                EXPECT_EQ(desktop.Messages().back().Title, L" Quartino");
+                EXPECT_EQ(context.room->Name(), L"1");
+                EXPECT_EQ(context.room->Geometry->Area(), 16.0);
+            }
+            EXPECT_EQ(context.calls, std::vector<std::wstring>());
+            form.Click(L"cmdCancel");
+        });
+    }
+    EXPECT_EQ(desktop.Messages().size(), 6u);
+    EXPECT_EQ(errors, std::vector<long>());
+}
+
+TEST_F(frmRoomTest, DoesNotLookAtTheLockedAreaOfAPolygonalRoom) {
+    useFile(L"C:\\P\\3-17.txt");
+    context.room->Geometry->Area(-2.0);
+    show([&](HeadlessForm& form) { form.Click(L"cmdOk"); });
+    EXPECT_TRUE(desktop.Messages().empty());
+    EXPECT_EQ(context.room->Geometry->Area(), -2.0);
+}
+
 TEST_F(frmRoomTest, StoresNothingForNoEntry) {
     context.room->AreaType(L"N");
     context.room->Enclosure(L"a");
