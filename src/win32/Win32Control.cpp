@@ -5,6 +5,7 @@
 #include "win32/Win32Desktop.h"
 #include "win32/Win32Form.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace kalvrooms::Gui {
@@ -22,6 +23,11 @@ int brightness(COLORREF colour) {
 }
 
 } // namespace
+
+std::wstring Shown(std::wstring text) {
+    std::replace(text.begin(), text.end(), L'\0', L' ');
+    return text;
+}
 
 COLORREF LegibleColour(Colour colour, COLORREF background, int themeText) {
     const auto wanted = static_cast<COLORREF>(colour) & 0xFFFFFF;
@@ -95,7 +101,7 @@ std::wstring Win32Control::Text() const {
 
 void Win32Control::Text(const std::wstring& text) {
     if (window_)
-        SetWindowTextW(window_, text.c_str());
+        SetWindowTextW(window_, Shown(text).c_str());
 }
 
 bool Win32Control::Enabled() const {

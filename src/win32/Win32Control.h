@@ -91,6 +91,9 @@ class Win32Control : public virtual Control {
     std::array<std::optional<Stored>, 4> stored_;
 };
 
+// Windows takes a NUL for the end of a text: it is shown as a blank.
+std::wstring Shown(std::wstring text);
+
 // A colour that was chosen by the user for another background than a high-contrast theme has:
 // where it would vanish there, the theme's own text colour stands in.
 COLORREF LegibleColour(Colour colour, COLORREF background, int themeText);

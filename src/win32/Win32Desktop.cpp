@@ -52,7 +52,8 @@ Answer Win32Desktop::ShowMessage(const Message& message) {
     // Without a window of ours the message would open behind the program that started us.
     if (!owner)
         style |= MB_SETFOREGROUND;
-    switch (system_.MessageBoxCall(owner, message.Prompt.c_str(), message.Title.c_str(), style)) {
+    switch (system_.MessageBoxCall(owner, Shown(message.Prompt).c_str(),
+                                   Shown(message.Title).c_str(), style)) {
     case IDYES:
         return Answer::Yes;
     case IDNO:

@@ -63,7 +63,7 @@ void Win32DropDown::Text(const std::wstring& text) {
             selected = static_cast<WPARAM>(-1);
         } else {
             foreign_ = text;
-            SendMessageW(Window(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
+            SendMessageW(Window(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Shown(text).c_str()));
         }
     }
     SendMessageW(Window(), CB_SETCURSEL, selected, 0);
@@ -72,7 +72,8 @@ void Win32DropDown::Text(const std::wstring& text) {
 void Win32DropDown::AddItem(const std::wstring& text) {
     if (!Window())
         return;
-    SendMessageW(Window(), CB_INSERTSTRING, items_.size(), reinterpret_cast<LPARAM>(text.c_str()));
+    SendMessageW(Window(), CB_INSERTSTRING, items_.size(),
+                 reinterpret_cast<LPARAM>(Shown(text).c_str()));
     items_.push_back(text);
 }
 

@@ -595,7 +595,8 @@ void Win32Grid::supplyText(const LVITEMW& item) const {
         return;
     const int row = item.iItem + 1;
     const bool known = row < cells_.Rows() && item.iSubItem < cells_.Columns();
-    lstrcpynW(item.pszText, known ? cells_.Text(row, item.iSubItem).c_str() : L"", item.cchTextMax);
+    lstrcpynW(item.pszText, known ? Shown(cells_.Text(row, item.iSubItem)).c_str() : L"",
+              item.cchTextMax);
 }
 
 // --- Painting -------------------------------------------------------------------------------

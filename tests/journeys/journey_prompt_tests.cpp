@@ -9,6 +9,8 @@
 namespace kalvrooms::testing {
 namespace {
 
+using ::testing::HasSubstr;
+
 class SavePrompt : public JourneyTest {
   protected:
     static HWND prompt(QuartinoProcess& quartino) {
@@ -84,6 +86,85 @@ TEST_F(SavePrompt, ComesWhenTheWindowIsClosed) {
         yesWithoutAName(quartino);
         EXPECT_EQ(quartino.program().waitForEnd(), 0u);
     }
+}
+
+TEST_F(SavePrompt, ComesAgainAfterASaveThatFailedAndTheOldFileStays) {
+    writeList(file(L"list.txt"), {{L"Eins", L"16"}, {L"Zwei", L"-1"}, {L"Drei", L"16"}});
+    const std::string old = readBytes(file(L"list.txt"));
+    QuartinoProcess quartino(folder);
+    open(quartino, file(L"list.txt"));
+    const auto readFailure = [&](const std::filesystem::path& list) {
+        const HWND box = quartino.messageBox();
+        const std::wstring text = ui::messageText(box);
+        EXPECT_THAT(text, HasSubstr(L"Die Raumliste wurde nicht gespeichert."));
+        EXPECT_THAT(text, HasSubstr(L"Datei: " + list.wstring()));
+        EXPECT_THAT(text, HasSubstr(L"Der Raum \"Zwei\" im Geschoss \"EG\" hat eine negative "
+                                    L"Fläche."));
+        EXPECT_EQ(ui::textOf(box), L" Quartino");
+        quartino.picture(box, "message-not-saved");
+        quartino.closeWithEnter(box);
+    };
+    quartino.command([&] {
+        quartino.chooseByKeys(fileMenu, saveLine);
+        readFailure(file(L"list.txt"));
+    });
+    EXPECT_EQ(readBytes(file(L"list.txt")), old);
+    // The list counts as changed, and a Yes that comes to nothing is asked for again.
+    quartino.chooseByKeys(fileMenu, endLine);
+    yes(quartino, file(L"other.txt"));
+    readFailure(file(L"other.txt"));
+    no(quartino);
+    EXPECT_EQ(quartino.program().waitForEnd(), 0u);
+    EXPECT_EQ(readBytes(file(L"list.txt")), old);
+}
+
+TEST_F(SavePrompt, AListThatWasReadInPartIsSavedUnderAnotherName) {
+    writeList(file(L"list.txt"),
+              {{L"Eins", L"16"}, {L"Zwei", L"16", L" ", L"4", L"4", L"x-K"}, {L"Drei", L"16"}});
+    const std::string whole = readBytes(file(L"list.txt"));
+    QuartinoProcess quartino(folder);
+    quartino.command([&] {
+        quartino.chooseByKeys(fileMenu, openLine);
+        quartino.giveFileName(quartino.fileDialog(), file(L"list.txt").wstring());
+        const HWND box = quartino.messageBox();
+        EXPECT_THAT(ui::messageText(box), HasSubstr(L"Zeile 3 und alles danach fehlt."));
+        quartino.closeWithEnter(box);
+    });
+    EXPECT_THAT(quartino.column(Name), ::testing::ElementsAre(L"Eins"));
+    quartino.command([&] {
+        quartino.chooseByKeys(fileMenu, saveLine);
+        quartino.giveFileName(quartino.fileDialog(), file(L"part.txt").wstring());
+    });
+    EXPECT_EQ(readBytes(file(L"list.txt")), whole);
+    EXPECT_EQ(roomsIn(file(L"part.txt")).size(), 1u);
+    EXPECT_EQ(quartino.program().close(), 0u);
+}
+
+TEST_F(JourneyTest, ANegativeAreaIsRefusedAndNamedWhereAListBringsOne) {
+    writeList(file(L"list.txt"), {{L"Eins", L"16"}, {L"Zwei", L"-1"}});
+    QuartinoProcess quartino(folder);
+    open(quartino, file(L"list.txt"));
+    quartino.command([&] {
+        quartino.chooseByKeys(fileMenu, exportLine);
+        const HWND box = quartino.messageBox();
+        EXPECT_THAT(ui::messageText(box),
+                    HasSubstr(L"Der Raum \"Zwei\" im Geschoss \"EG\" hat eine "
+                              L"negative Fläche."));
+        quartino.closeWithEnter(box);
+    });
+    quartino.command([&] {
+        quartino.chooseByKeys(editMenu, addLine);
+        const HWND dialog = quartino.dialog(addTitle);
+        ui::setText(ui::control(dialog, ID_ROOM_TXTAREA), L"-5");
+        ui::typeKey(VK_RETURN);
+        const HWND box = quartino.messageBox();
+        EXPECT_EQ(ui::messageText(box), L"Bitte geben Sie eine Fläche ein, die nicht negativ ist.");
+        quartino.closeWithEnter(box);
+        EXPECT_TRUE(IsWindowVisible(dialog));
+        quartino.waitForKeys(dialog);
+        ui::typeKey(VK_ESCAPE);
+    });
+    EXPECT_EQ(quartino.column(Name).size(), 2u);
 }
 
 // The system that asks whether the session may end, and waits for the answer.

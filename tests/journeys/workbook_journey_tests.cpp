@@ -73,9 +73,22 @@ class WorkbookJourney : public SpreadsheetTest {
         quartino.waitForCommand(before);
     }
 
+    // Saves while the program has something to say, which begins so, and answers with Enter.
+    static void saveAndRead(QuartinoProcess& quartino, const std::wstring& beginning) {
+        const auto before = quartino.commandsDone();
+        quartino.chooseByKeys(fileMenu, saveLine);
+        const HWND box = quartino.messageBox();
+        EXPECT_THAT(ui::messageText(box), ::testing::StartsWith(beginning));
+        EXPECT_EQ(ui::textOf(box), L" Quartino");
+        quartino.closeWithEnter(box);
+        quartino.waitForCommand(before);
+    }
+
     ProgramFolder folder_;
     SettingsKey key_{keyPath};
 };
+
+constexpr const wchar_t* notSaved = L"Die Raumliste wurde nicht gespeichert.";
 
 TEST_F(WorkbookJourney, AWorkbookIsOpenedSavedInPlaceAndUnderANewName) {
     const std::vector<std::wstring> names = {L"007", L"1/2", L"=1+1", L"-3", L"1E5", L"TRUE"};
@@ -102,6 +115,9 @@ TEST_F(WorkbookJourney, AWorkbookIsOpenedSavedInPlaceAndUnderANewName) {
     sheets::Workbook workbook = stored(L"second.xls");
     workbook.ActiveSheet().Set(3, 13, {L"remark"});
     store(L"second.xls", workbook);
+    // That was somebody else: the program asks, and Enter means Yes.
+    saveAndRead(quartino, L"Die Datei wurde inzwischen von jemand anderem geändert.");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
     save(quartino);
     EXPECT_TRUE(spreadsheetProcessesEnd());
     EXPECT_EQ(storedSheet(L"second.xls")->At(3, 13).value, CellValue(L"remark"));
@@ -119,7 +135,7 @@ TEST_F(WorkbookJourney, AnApplicationThatGoesAwayLeavesTheListAndTheNextCommandA
 
     const std::string before = bytes(L"list.xls");
     tellSpreadsheets(L"Faults", L"range.Value exit");
-    save(quartino);
+    saveAndRead(quartino, notSaved);
     forgetWhatSpreadsheetsWereTold();
     EXPECT_TRUE(spreadsheetProcessesEnd());
     EXPECT_TRUE(quartino.onlyShows({quartino.main()}));
@@ -168,7 +184,7 @@ TEST_F(WorkbookJourney, AFileThatCannotBeWrittenStaysAndSoDoesTheList) {
     EXPECT_TRUE(spreadsheetProcessesEnd());
     const std::string before = bytes(L"list.xls");
     const auto saveInVain = [&] {
-        save(quartino);
+        saveAndRead(quartino, notSaved);
         EXPECT_TRUE(spreadsheetProcessesEnd());
         EXPECT_TRUE(quartino.onlyShows({quartino.main()}));
         EXPECT_THAT(quartino.column(Name), ElementsAre(L"a", L"b"));

@@ -353,6 +353,20 @@ TEST_F(Forms, AColourButtonShowsItsColourAndIsNamedAfterItsLabel) {
     });
 }
 
+// Windows ends a text there; what stands behind it must not be lost with the next OK.
+TEST_F(Forms, ANulDoesNotCutAText) {
+    LookAt<frmRoom>([](Win32Form& form) {
+        const std::wstring text = std::wstring(L"vorne") + L'\0' + L"hinten";
+        auto& field = form.Named<TextField>(L"txtName");
+        field.Text(text);
+        EXPECT_EQ(field.Text(), L"vorne hinten");
+        auto& list = form.Named<DropDown>(L"cboAreaType");
+        list.Text(text);
+        EXPECT_EQ(list.Text(), text);
+        EXPECT_EQ(Named(form, L"cboAreaType").Win32Control::Text(), L"vorne hinten");
+    });
+}
+
 TEST_F(Forms, AnUnknownNameOrKindIsAnError) {
     LookAt<frmRoom>([](Win32Form& form) {
         EXPECT_THROW(form.Named<Label>(L"lblNobody"), std::logic_error);

@@ -182,6 +182,48 @@ TEST_F(Workbooks, ADateIsItsTextAndNeverAnArea) {
     EXPECT_EQ(room.Geometry->Area(), 0.0);
 }
 
+TEST_F(Workbooks, ADateIsNoSideAndNoCoordinate) {
+    const CellValue date = CellDate{L"2024-05-12T00:00:00.000"};
+    sheets::Workbook workbook = sheets::Workbook::New();
+    sheets::Sheet& sheet = *workbook.sheets[0];
+    sheet.Set(2, 1, {std::wstring(L"a")});
+    sheet.Set(2, 9, {date});
+    sheet.Set(2, 10, {4.0});
+    store(L"list.xls", workbook);
+    clsFloors floors;
+    read(L"list.xls", floors);
+    ASSERT_EQ(floors.GetCountOfRooms(), 1);
+    EXPECT_EQ(roomAt(floors, 1).Geometry->CalculationType(), CalculationByDy);
+
+    workbook = sheets::Workbook::New();
+    workbook.sheets[0]->Fill({1, 1, 3, 2}, 2.0);
+    workbook.sheets[0]->Set(3, 2, {date});
+    store(L"points.xls", workbook);
+    PointArray points;
+    EXPECT_TRUE(readPoints(L"points.xls", points));
+    ASSERT_EQ(points.Count(), 2);
+    EXPECT_EQ(points.Y(1), 2.0);
+    expectQuietEnd();
+}
+
+TEST_F(Workbooks, FormatsOfNumberCellsStayUnlessTheyAreTextCells) {
+    const clsFloors floors = programme(600);
+    sheets::Workbook workbook = sheets::Workbook::New();
+    workbook.sheets[0]->Format({2, 3, 600, 1}, L"0.00");
+    workbook.sheets[0]->Format({2, 9, 300, 2}, TextNumberFormat);
+    store(L"list.xls", workbook);
+    write(L"list.xls", floors);
+    expectQuietEnd();
+    const auto sheet = storedSheet(L"list.xls");
+    for (const int row : {2, 301, 302, 513, 601}) {
+        clsRoom room;
+        floors.GetRoomByIndex(row - 1, room);
+        EXPECT_EQ(sheet->At(row, 3), (Cell{room.Geometry->Area(), L"0.00"})) << row;
+        EXPECT_EQ(sheet->At(row, 9), Cell{room.Geometry->dx()}) << row;
+        EXPECT_EQ(sheet->At(row, 10), Cell{room.Geometry->dy()}) << row;
+    }
+}
+
 TEST_F(Workbooks, AFileThatIsNoWorkbookAddsNothing) {
     store(L"list.xls", "a\tb\r\nc\td\r\n");
     EXPECT_THAT(readContents(L"list.xls"), IsEmpty());
@@ -253,6 +295,56 @@ TEST_F(Workbooks, WritingLeavesARunningApplicationAlone) {
     expectQuietEnd();
 }
 
+TEST_F(Workbooks, ARunningApplicationGetsItsSettingsBackWhenAListFails) {
+    sheets::Workbook workbook = sheets::Workbook::New();
+    workbook.sheets[0]->Set(2, 1, {L"a"});
+    workbook.sheets[0]->Set(3, 1, {L"b"});
+    workbook.sheets[0]->Set(3, 11, {L"x-K"});
+    store(L"list.xls", workbook);
+    const RunningSpreadsheet running(L"");
+    clsFloors floors;
+    const FileOutcome outcome = clsFileSytem(context).ReadListFromFile(name(L"list.xls"), floors);
+    EXPECT_FALSE(outcome.complete);
+    EXPECT_EQ(outcome.row, 3);
+    EXPECT_EQ(floors.GetCountOfRooms(), 1);
+    EXPECT_FALSE(running.ended(0));
+    EXPECT_EQ(running.ask(sheets::AskAlertsMessage), 1u);
+    EXPECT_EQ(running.ask(sheets::AskSecurityMessage),
+              static_cast<DWORD_PTR>(sheets::Application::MacrosRun));
+}
+
+TEST_F(Workbooks, AreOpenedWithTheirMacrosOff) {
+    write(L"list.xls", programme(3));
+    expectQuietEnd();
+    PointArray points;
+    clsFloors list;
+    const std::function<void()> openings[] = {
+        [&] { write(L"list.xls", programme(2)); },
+        [&] { read(L"list.xls", list); },
+        [&] { readPoints(L"list.xls", points); },
+        [&] {
+            const RunningSpreadsheet running(L"");
+            clsFileSytem(context).ReadListFromFile(name(L"list.xls"), list);
+            EXPECT_TRUE(running.ended());
+        },
+    };
+    for (const auto& opening : openings) {
+        tellSpreadsheets(L"Report", name(L"report.txt"));
+        opening();
+        expectQuietEnd();
+        auto calls = callsOf(path(L"report.txt"));
+        EXPECT_GE(calls["application.AutomationSecurity"], 1);
+        ASSERT_TRUE(calls.contains("opened with macros"));
+        EXPECT_EQ(calls["opened with macros"], 0);
+        std::filesystem::remove(path(L"report.txt"));
+    }
+    // One that does not know the switch is used all the same.
+    tellSpreadsheets(L"Faults", L"AutomationSecurity fail");
+    clsFloors again;
+    read(L"list.xls", again);
+    EXPECT_EQ(again.GetCountOfRooms(), 2);
+}
+
 // --------------------------------------------------------------------------------- busy
 
 // A rejected call is tried again after every tenth of a second of the patience.
@@ -291,16 +383,20 @@ TEST_F(BusySpreadsheets, ADialogOfTheNewApplicationIsWaitedForOnlySoLong) {
     tellSpreadsheets(L"Dialog", L"Activate now?");
     clsFloors list = programme(2);
     PointArray points;
-    // A command each, which has the whole patience. Reading goes on without switching the alerts
-    // off: one more call, which nobody waits for.
+    // A command each, which has the whole patience.
     const std::pair<std::function<void(clsFileSytem)>, int> commands[] = {
-        {[&](clsFileSytem files) { files.WriteListToFile(name(L"list.xls"), list); }, attempts},
-        {[&](clsFileSytem files) { files.ReadListFromFile(name(L"list.xls"), list); },
-         attempts + 1},
+        {[&](clsFileSytem files) {
+             EXPECT_TRUE(files.WriteListToFile(name(L"list.xls"), list).busy);
+         },
+         attempts},
+        {[&](clsFileSytem files) {
+             EXPECT_TRUE(files.ReadListFromFile(name(L"list.xls"), list).busy);
+         },
+         attempts},
         {[&](clsFileSytem files) {
              EXPECT_FALSE(files.ReadPointsFromGeometryFile(name(L"list.xls"), points));
          },
-         attempts + 1},
+         attempts},
     };
     for (const auto& [command, calls] : commands) {
         SpreadsheetContext fresh(patience);
@@ -315,6 +411,27 @@ TEST_F(BusySpreadsheets, ADialogOfTheNewApplicationIsWaitedForOnlySoLong) {
         EXPECT_EQ(bytes(L"list.xls"), before);
     }
     EXPECT_FALSE(points.IsSet());
+}
+
+// The application comes free just after the patience ended: by then it must not be asked to put a
+// new workbook in the place of the one that it could not open in time.
+TEST_F(BusySpreadsheets, AWorkbookThatCouldNotBeOpenedInTimeIsNotReplaced) {
+    sheets::Workbook workbook = sheets::Workbook::New();
+    workbook.sheets[0]->Set(3, 14, {L"of the user"});
+    for (const std::wstring& mode : {L"later", L"reject", L"edited"}) {
+        store(L"list.xls", workbook);
+        const std::string before = bytes(L"list.xls");
+        tellSpreadsheets(L"Faults", L"workbooks.Open " + mode + L" " + std::to_wstring(attempts));
+        SpreadsheetContext fresh(patience);
+        const OfferedSpreadsheet instance;
+        instance.waitUntilReady();
+        const FileOutcome outcome =
+            clsFileSytem(fresh).WriteListToFile(name(L"list.xls"), programme(2));
+        EXPECT_FALSE(outcome.complete);
+        EXPECT_TRUE(outcome.busy);
+        EXPECT_TRUE(instance.ended());
+        EXPECT_EQ(bytes(L"list.xls"), before);
+    }
 }
 
 class PatientSpreadsheets : public SpreadsheetTest {
