@@ -57,8 +57,18 @@ class LateBound {
     }
     template <class... Values>
     LateBound object(const wchar_t* member, const Values&... values) const {
-        return LateBound(
-            invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {packed(values)...}));
+        return LateBound(answer(member, values...));
+    }
+    // What a member brings, be it a method or a property.
+    template <class... Values>
+    _variant_t answer(const wchar_t* member, const Values&... values) const {
+        return invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {packed(values)...});
+    }
+    bool knows(const wchar_t* member) const {
+        auto* name = const_cast<wchar_t*>(member);
+        DISPID id = DISPID_UNKNOWN;
+        return SUCCEEDED(
+            object_.pdispVal->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id));
     }
 
     std::int32_t number(const wchar_t* member) const { return get(member); }

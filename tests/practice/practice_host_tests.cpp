@@ -229,6 +229,12 @@ TEST_F(PracticeHost, PlacesUnattendedAndWritesItsFilesAtEveryApply) {
     EXPECT_EQ(LoadDrawing(saved).elements.size(), 4u);
 }
 
+TEST_F(PracticeHost, TheProbeFindsEveryNameThatTheProgramCalls) {
+    start();
+    EXPECT_EQ(ui::runToItsEnd(L"QuartinoProbe.exe", L""), 0u);
+    EXPECT_EQ(ui::runToItsEnd(L"QuartinoProbe.exe", L"KEINSERVER"), 2u);
+}
+
 // --- its objects --------------------------------------------------------------------------------
 
 TEST_F(PracticeHost, TablesAndOutlinesTravelInTheirShapes) {
