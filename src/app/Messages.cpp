@@ -1,6 +1,8 @@
 #include "app/Messages.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 #include "app/TextNumbers.h"
 #include "model/NumberText.h"
@@ -37,8 +39,22 @@ constexpr Message germanMessages[] = {
     {TextNumber::UpKey, L"Nach oben"},
     {TextNumber::DownKey, L"Nach unten"},
     {TextNumber::UnsavedRooms, L"Die Raumliste ist noch nicht gespeichert."},
+    {TextNumber::TooManyAtOnce, L"Bitte geben Sie als Anzahl höchstens 99999 ein."},
 };
 // clang-format on
+
+// The errors whose descriptions are texts from FirstDescription on. The last stands for all others.
+constexpr long describedErrors[] = {
+    RuntimeError::InvalidProcedureCall, RuntimeError::Overflow,
+    RuntimeError::OutOfMemory,          RuntimeError::SubscriptOutOfRange,
+    RuntimeError::DivisionByZero,       RuntimeError::TypeMismatch,
+    RuntimeError::BadFileName,          RuntimeError::FileNotFound,
+    RuntimeError::DeviceError,          RuntimeError::InputPastEndOfFile,
+    RuntimeError::PermissionDenied,     RuntimeError::PathNotFound,
+    RuntimeError::ObjectVariableNotSet, RuntimeError::CannotCreateObject,
+    RuntimeError::KeyAlreadyInUse,      RuntimeError::ServerUnavailable,
+    RuntimeError::DialogCancelled,      RuntimeError::AutomationError};
+constexpr std::int32_t countOfDescriptions = std::size(describedErrors);
 
 } // namespace
 
@@ -46,7 +62,19 @@ std::wstring GermanMessage(std::int32_t number) {
     for (const Message& message : germanMessages)
         if (message.number == number)
             return message.german;
+    const std::int32_t described = number - TextNumber::FirstDescription;
+    if (described >= 0 && described < countOfDescriptions)
+        return RuntimeError(describedErrors[described]).description();
     return {};
+}
+
+std::wstring DescriptionText(const Texts& texts, const RuntimeError& error) {
+    if (!error.hasOwnDescription())
+        return error.description();
+    const long* const found =
+        std::find(std::begin(describedErrors), std::end(describedErrors) - 1, error.number());
+    return MessageText(texts, TextNumber::FirstDescription +
+                                  static_cast<std::int32_t>(found - std::begin(describedErrors)));
 }
 
 std::wstring MessageText(const Texts& texts, std::int32_t number,

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/Texts.h"
+#include "model/RuntimeError.h"
 
 namespace kalvrooms {
 
@@ -14,6 +15,9 @@ namespace kalvrooms {
 // "%9" become the parts; a part's own "%" is left as it is.
 std::wstring MessageText(const Texts& texts, std::int32_t number,
                          const std::vector<std::wstring>& parts = {});
+
+// What an error says: the runtime's own descriptions have texts, a server's stays as it is.
+std::wstring DescriptionText(const Texts& texts, const RuntimeError& error);
 
 // The German that stands in for an empty text; empty where there is none.
 std::wstring GermanMessage(std::int32_t number);

@@ -59,6 +59,9 @@ inline constexpr std::int32_t ModifyRoom = 98;
 
 // Words that a library may give and MessageText has in German (99 to 200).
 inline constexpr std::int32_t RuntimeErrorTitle = 99;
+// The first of the runtime's descriptions of errors, in the order of Messages.cpp.
+inline constexpr std::int32_t FirstDescription = 100;
+
 inline constexpr std::int32_t ListNotSaved = 120;
 inline constexpr std::int32_t ListNotRead = 121;
 inline constexpr std::int32_t ListNotReadWhole = 122;
@@ -80,5 +83,7 @@ inline constexpr std::int32_t EnterKey = 164;
 inline constexpr std::int32_t UpKey = 165;
 inline constexpr std::int32_t DownKey = 166;
 inline constexpr std::int32_t UnsavedRooms = 167;
+
+inline constexpr std::int32_t TooManyAtOnce = 180;
 
 } // namespace kalvrooms::TextNumber

@@ -6,12 +6,14 @@ namespace kalvrooms {
 
 namespace {
 
-std::wstring ownDescription(long number) {
+std::wstring descriptionOf(long number) {
     switch (number) {
     case RuntimeError::InvalidProcedureCall:
         return L"Unzulässiger Aufruf oder unzulässiges Argument";
     case RuntimeError::Overflow:
         return L"Überlauf";
+    case RuntimeError::OutOfMemory:
+        return L"Der Speicher reicht nicht aus";
     case RuntimeError::SubscriptOutOfRange:
         return L"Index außerhalb der Grenzen";
     case RuntimeError::DivisionByZero:
@@ -83,8 +85,8 @@ std::string asciiForm(const std::wstring& text) {
 RuntimeError::RuntimeError(long number) : RuntimeError(number, std::wstring()) {}
 
 RuntimeError::RuntimeError(long number, std::wstring description)
-    : number_(number),
-      description_(description.empty() ? ownDescription(number) : std::move(description)),
+    : number_(number), ownDescription_(description.empty()),
+      description_(description.empty() ? descriptionOf(number) : std::move(description)),
       what_("runtime error " + std::to_string(number) + ": " + asciiForm(description_)) {}
 
 } // namespace kalvrooms

@@ -38,6 +38,8 @@ class RuntimeError : public std::exception {
 
     long number() const noexcept { return number_; }
     const std::wstring& description() const noexcept { return description_; }
+    // Whether the description is the runtime's own and not a server's.
+    bool hasOwnDescription() const noexcept { return ownDescription_; }
     // A server rejected the call because it was in the middle of something else.
     virtual bool IsBusy() const noexcept { return false; }
     // Plain ASCII rendering for test output and debuggers.
@@ -45,6 +47,7 @@ class RuntimeError : public std::exception {
 
   private:
     long number_;
+    bool ownDescription_;
     std::wstring description_;
     std::string what_;
 };

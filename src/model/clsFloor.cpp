@@ -70,6 +70,10 @@ void clsFloor::AddRoom(const clsRoom& room) {
     rooms_.push_back({nextID_, added});
 }
 
+void clsFloor::KeepFirst(std::int32_t count) {
+    rooms_.erase(rooms_.begin() + count, rooms_.end());
+}
+
 void clsFloor::CopyRoom(const clsRoom& source, clsRoom& target) {
     target.ComponentID(source.ComponentID());
     target.FileID(source.FileID());

@@ -30,6 +30,9 @@ class clsFloor {
     // Puts a room that was deleted back where it was.
     void RestoreRoom(const std::shared_ptr<clsRoom>& room);
 
+    // Drops the rooms behind that many.
+    void KeepFirst(std::int32_t count);
+
   private:
     // The key stays what the ID was on adding, whatever a holder of the room writes into it.
     struct Entry {

@@ -1,6 +1,7 @@
 #include "model/clsFloors.h"
 
 #include <exception>
+#include <new>
 
 #include "model/LetterRules.h"
 #include "model/RuntimeError.h"
@@ -63,15 +64,25 @@ void clsFloors::add(clsRoom& room, Adding adding) {
     const auto floor =
         known != floorByKey_.end() ? floors_[known->second] : std::make_shared<clsFloor>();
     bool complete = false;
+    const std::int32_t before = floor->GetCountOfRooms();
     try {
         adding(*floor);
         complete = true;
+    } catch (const std::bad_alloc&) {
+        // Half of what was asked for helps nobody, and its memory is needed for saying so.
+        floor->KeepFirst(before);
+        throw;
     } catch (const std::exception&) {
         // The numbering ran out in the middle: the rooms before that are good.
     }
     if (known == floorByKey_.end() && (complete || floor->GetCountOfRooms() > 0)) {
-        floorByKey_.emplace(key, floors_.size());
         floors_.push_back(floor);
+        try {
+            floorByKey_.emplace(key, floors_.size() - 1);
+        } catch (const std::bad_alloc&) {
+            floors_.pop_back();
+            throw;
+        }
     }
 }
 

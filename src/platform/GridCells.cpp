@@ -42,11 +42,24 @@ bool standsBefore(const SortedRow& a, const SortedRow& b) {
 void GridCells::Resize(int rows, int columns) {
     if (rows < 0 || columns < 0)
         outside();
+    // All that may fail for want of memory comes first, in a table of its own.
+    const auto width = static_cast<std::size_t>(columns);
+    std::vector<std::vector<Cell>> resized(static_cast<std::size_t>(rows));
+    const std::size_t kept = columns == columns_ ? std::min(resized.size(), rows_.size()) : 0;
+    for (std::size_t row = kept; row < resized.size(); ++row)
+        resized[row].resize(width);
+    for (std::size_t row = 0; row < std::min(resized.size(), rows_.size()); ++row) {
+        if (row < kept)
+            resized[row] = std::move(rows_[row]);
+        else
+            std::move(rows_[row].begin(),
+                      rows_[row].begin() +
+                          static_cast<std::ptrdiff_t>(std::min(width, rows_[row].size())),
+                      resized[row].begin());
+    }
     ++changes_;
     columns_ = columns;
-    rows_.resize(static_cast<std::size_t>(rows));
-    for (std::vector<Cell>& row : rows_)
-        row.resize(static_cast<std::size_t>(columns));
+    rows_.swap(resized);
 }
 
 int GridCells::LastFilledRow() const {

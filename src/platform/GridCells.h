@@ -23,7 +23,7 @@ class GridCells {
         Alignment alignment = Alignment::Left;
     };
 
-    // Keeps what fits, fills the rest with empty cells.
+    // Keeps what fits, fills the rest with empty cells. Without memory for it all stays as it was.
     void Resize(int rows, int columns);
     int Rows() const { return static_cast<int>(rows_.size()); }
     int Columns() const { return columns_; }

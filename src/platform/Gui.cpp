@@ -1,28 +1,52 @@
 #include "platform/Gui.h"
 
+#include <cstddef>
 #include <new>
 
 namespace kalvrooms::Gui {
+namespace {
+
+// Enough for a message box with all that the system loads for it.
+constexpr std::size_t reserveSize = 4 * 1024 * 1024;
+
+} // namespace
 
 void Desktop::Dispatch(const std::function<void()>& event) noexcept {
     if (!event)
         return;
-    const auto report = [this](const RuntimeError& error) noexcept {
-        try {
-            if (RuntimeErrorHandler)
-                RuntimeErrorHandler(error);
-        } catch (...) {
-            // Telling of the error failed as well; the program goes on all the same.
-        }
-    };
+    setAside();
     try {
         event();
     } catch (const RuntimeError& error) {
         report(error);
     } catch (const std::bad_alloc&) {
-        report(RuntimeError(RuntimeError::OutOfMemory));
+        report(outOfMemory_);
     } catch (const std::exception&) {
-        report(RuntimeError(RuntimeError::InvalidProcedureCall));
+        report(invalidCall_);
+    }
+}
+
+void Desktop::report(const RuntimeError& error) noexcept {
+    if (error.number() == RuntimeError::OutOfMemory)
+        reserve_.reset();
+    try {
+        if (RuntimeErrorHandler)
+            RuntimeErrorHandler(error);
+    } catch (const std::bad_alloc&) {
+        // Words of its own are worth more than none.
+        if (reserve_)
+            report(outOfMemory_);
+    } catch (...) {
+        // Telling of the error failed as well; the program goes on all the same.
+    }
+}
+
+void Desktop::setAside() noexcept {
+    try {
+        if (!reserve_)
+            reserve_ = std::make_unique_for_overwrite<char[]>(reserveSize);
+    } catch (const std::bad_alloc&) {
+        // Another event may have more luck.
     }
 }
 

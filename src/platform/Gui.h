@@ -252,10 +252,19 @@ class Desktop {
     virtual void Run() = 0;
 
     // The one way in for every event: a runtime error that nobody trapped ends the event here, not
-    // the program.
+    // the program. So does memory that has run out; telling of it has some that is set aside.
     void Dispatch(const std::function<void()>& event) noexcept;
     // Shows such an error; without one it is dropped.
     std::function<void(const RuntimeError&)> RuntimeErrorHandler;
+
+  private:
+    void report(const RuntimeError& error) noexcept;
+    void setAside() noexcept;
+
+    // Made beforehand: there may be no memory left for them when they are needed.
+    const RuntimeError outOfMemory_{RuntimeError::OutOfMemory};
+    const RuntimeError invalidCall_{RuntimeError::InvalidProcedureCall};
+    std::unique_ptr<char[]> reserve_;
 };
 
 } // namespace kalvrooms::Gui

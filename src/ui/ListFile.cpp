@@ -64,11 +64,11 @@ RuntimeError ListFile::NamingTheRoom(const RuntimeError& error, const clsFloors&
 
 std::wstring ListFile::reason(const RuntimeError& error, const clsRoom* room) const {
     if (room == nullptr)
-        return error.description();
+        return DescriptionText(services_.texts, error);
     const std::vector<std::wstring> place = {room->Name(), room->StoryCode()};
     if (room->Geometry->Area() < 0.0)
         return MessageText(services_.texts, TextNumber::RoomWithNegativeArea, place);
-    return error.description() + line(TextNumber::RoomLine, place);
+    return DescriptionText(services_.texts, error) + line(TextNumber::RoomLine, place);
 }
 
 std::wstring ListFile::reasonLines(const std::wstring& fileName, const FileOutcome& outcome) const {

@@ -71,7 +71,7 @@ frmMain::frmMain(Platform& platform, HostServer& host, SpreadsheetServer& spread
     desktop_.RuntimeErrorHandler = [this](const RuntimeError& error) {
         desktop_.ShowMessage(
             {MessageText(*this, TextNumber::RuntimeErrorTitle, {std::to_wstring(error.number())}) +
-                 L"\r" + error.description(),
+                 L"\r" + DescriptionText(*this, error),
              MessageText(*this, TextNumber::Title)});
     };
 }

@@ -19,6 +19,18 @@ constexpr std::uint32_t helpContext = 7;
 constexpr std::size_t longestStoryCode = 8;
 // The main useful areas of DIN 277.
 constexpr int hnfGroups = 6;
+// More rooms at once are a slip of the keys, and the window would stand still for a long time.
+constexpr std::int32_t mostRoomsAtOnce = 99'999;
+
+// A whole number has as many digits as somebody likes to paste.
+bool isTooMany(const std::wstring& quantity) {
+    const std::size_t first = quantity.find_first_not_of(L'0');
+    if (first == std::wstring::npos)
+        return false;
+    if (quantity.find_first_not_of(L"0123456789") == std::wstring::npos)
+        return quantity.size() - first > std::to_wstring(mostRoomsAtOnce).size();
+    return IsNumeric(quantity) && ToDouble(quantity) >= mostRoomsAtOnce + 0.5;
+}
 
 } // namespace
 
@@ -105,6 +117,11 @@ void frmRoom::cmdOk_Click() {
     const std::wstring storyCode = txtStoryCode.Text();
     if (storyCode.empty() || storyCode.size() > longestStoryCode) {
         desktop_.ShowMessage({text(TextNumber::StoryCodeMissing), text(TextNumber::Title)});
+        return;
+    }
+    if (room_->IsNew() && isTooMany(txtQuantity.Text())) {
+        desktop_.ShowMessage(
+            {MessageText(services_.texts, TextNumber::TooManyAtOnce), text(TextNumber::Title)});
         return;
     }
     // A pasted text may bring what no key does. What is no number at all fails below.

@@ -66,7 +66,7 @@ TEST_F(LanguageLibrary, EnglishReplacesEveryText) {
     for (std::int32_t number = 0; number <= clsText::LastText; ++number) {
         const auto found = source.find(number);
         EXPECT_EQ(english[static_cast<std::size_t>(number)],
-                  found == source.end() ? L"" : found->second)
+                  found == source.end() ? german[static_cast<std::size_t>(number)] : found->second)
             << "text " << number;
         replaced +=
             english[static_cast<std::size_t>(number)] != german[static_cast<std::size_t>(number)];

@@ -10,6 +10,7 @@
 #include <cwctype>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -81,8 +82,11 @@ TEST_P(Translation, IsNamedAfterACodeThatTheProgramTakes) {
 }
 
 TEST_P(Translation, HasEveryTextAndNoOther) {
+    // Names of attributes in the drawing, which the host knows by these and no others.
+    const std::set<std::int32_t> staysGerman = {24, 92, 93};
     for (std::int32_t number = 0; number <= clsText::LastText; ++number)
-        EXPECT_EQ(texts_.contains(number), !german(number).empty()) << "text " << number;
+        EXPECT_EQ(texts_.contains(number), !german(number).empty() && !staysGerman.contains(number))
+            << "text " << number;
     for (const auto& [number, text] : texts_)
         EXPECT_FALSE(text.empty()) << "text " << number;
 }

@@ -280,6 +280,10 @@ TEST(ToDouble, RoundsToTheNearestFloat) {
     EXPECT_EQ(ToDouble(L"2.2250738585072014e-308", point), std::numeric_limits<double>::min());
     EXPECT_EQ(ToDouble(L"4.9e-324", point), std::numeric_limits<double>::denorm_min());
     EXPECT_EQ(ToDouble(L"0.30000000000000004", point), 0.1 + 0.2);
+    // Halfway between 1 and its neighbour, and just beyond: the last of many digits decides.
+    const std::wstring halfway = L"1.00000000000000011102230246251565404236316680908203125";
+    EXPECT_EQ(ToDouble(halfway, point), 1.0);
+    EXPECT_GT(ToDouble(halfway + L"1", point), 1.0);
 }
 
 TEST(ToDouble, CountsEveryDigitOfAVeryLongNumber) {

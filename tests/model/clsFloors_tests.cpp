@@ -1,12 +1,13 @@
 #include "model/clsFloors.h"
 
-#include "model/LetterRules.h"
-
+#include <new>
 #include <random>
 #include <utility>
 #include <vector>
 
+#include "model/LetterRules.h"
 #include "model/UserLocaleForTest.h"
+#include "support/MemoryLimit.h"
 
 namespace kalvrooms {
 
@@ -53,6 +54,32 @@ TEST(clsFloors, StartsEmpty) {
     const clsFloors floors;
     EXPECT_EQ(floors.GetCountOfFloors(), 0);
     EXPECT_EQ(floors.GetCountOfRooms(), 0);
+}
+
+TEST(clsFloors, WithoutMemoryForAllOfThemNoRoomIsAddedAndTheCallerLearnsOfIt) {
+    for (const wchar_t* storyCode :
+         {L"EG", L"the code of a storey that the list does not know yet"}) {
+        int failures = 0;
+        for (std::size_t bytes = 0;; bytes += 100) {
+            clsFloors floors;
+            add(floors, L"EG", L"A");
+            clsRoom room = roomOf(storyCode, L"B");
+            try {
+                const MemoryLimit limit(bytes);
+                floors.AddRooms(room, 5);
+                EXPECT_EQ(floors.GetCountOfRooms(), 6);
+                break;
+            } catch (const std::bad_alloc&) {
+                ++failures;
+            }
+            ASSERT_EQ(namesOf(floors), Names{L"A"});
+            ASSERT_EQ(floors.GetCountOfFloors(), 1);
+            // The list can be used as before.
+            add(floors, storyCode, L"C");
+            ASSERT_EQ(namesOf(floors), (Names{L"A", L"C"}));
+        }
+        EXPECT_GT(failures, 5);
+    }
 }
 
 TEST(clsFloors, ListsStoreysInTheOrderOfTheirFirstAppearance) {

@@ -67,12 +67,17 @@ TEST(clsGeometry, AGivenSideLeavesTheOtherToTheArea) {
 TEST(clsGeometry, ASquareIsASquareWithinAThousandthOfASquareMetre) {
     for (const std::wstring& type : {CalculationByDx, CalculationByDy}) {
         EXPECT_EQ(geometry(type, L"5", 25.0).Info(), L"quadratisch");
-        EXPECT_EQ(geometry(type, L"5", 25.0005).Info(), L"quadratisch");
-        EXPECT_EQ(geometry(type, L"5", 24.9995).Info(), L"quadratisch");
-        EXPECT_EQ(geometry(type, L"5", 25.002).Info(), L"rechteckig");
-        EXPECT_EQ(geometry(type, L"5", 24.998).Info(), L"rechteckig");
+        EXPECT_EQ(geometry(type, L"5", 25.00099).Info(), L"quadratisch");
+        EXPECT_EQ(geometry(type, L"5", 24.99901).Info(), L"quadratisch");
+        EXPECT_EQ(geometry(type, L"5", 25.00101).Info(), L"rechteckig");
+        EXPECT_EQ(geometry(type, L"5", 24.99899).Info(), L"rechteckig");
         EXPECT_EQ(geometry(type, L"-5", 25.0).Info(), L"quadratisch");
     }
+}
+
+TEST(clsGeometry, OnlyARatioOfExactlyOneIsASquare) {
+    for (const wchar_t* ratio : {L"1.000000000001", L"0.999999999999"})
+        EXPECT_EQ(geometry(CalculationByRatio, ratio, 25.0).Info(), L"rechteckig") << ratio;
 }
 
 TEST(clsGeometry, WithoutAreaTheDerivedSideIsZero) {
@@ -167,6 +172,12 @@ TEST(clsGeometry, ANegativeProductHasNoRoot) {
     EXPECT_EQ(errorOf([] { geometry(CalculationByRatio, L"1", -16.0).dx(); }),
               RuntimeError::InvalidProcedureCall);
     EXPECT_EQ(geometry(CalculationByRatio, L"-1", -16.0).dx(), 4.0);
+    EXPECT_EQ(geometry(CalculationByRatio, L"-1", -16.0).dy(), 4.0);
+}
+
+TEST(clsGeometry, ANegativeAreaIsSplitAsAnyOther) {
+    EXPECT_EQ(geometry(CalculationByDx, L"5", -20.0).dy(), -4.0);
+    EXPECT_EQ(geometry(CalculationByDy, L"5", -20.0).dx(), -4.0);
 }
 
 TEST(clsGeometry, NegativeSidesAreTakenAsTheyAre) {
@@ -228,6 +239,8 @@ TEST(clsGeometry, SetAspectRatioPrefersAPositiveDx) {
     EXPECT_EQ(g.CalculationType(), CalculationByDx);
     g.SetAspectRatio(L"4", L"abc");
     EXPECT_EQ(g.CalculationType(), CalculationByDx);
+    g.SetAspectRatio(L"4", L"4.000000000001");
+    EXPECT_EQ(g.CalculationType(), CalculationByDx);
 }
 
 TEST(clsGeometry, SetAspectRatioTakesDyWhenDxIsNotPositive) {
@@ -256,6 +269,15 @@ TEST(clsGeometry, DefaultValuesAreTheComputedSides) {
     g.getDefaultValues(dx, dy);
     EXPECT_EQ(dx, 10.0);
     EXPECT_EQ(dy, 5.0);
+}
+
+TEST(clsGeometry, DefaultValuesGiveDxBeforeDyIsAskedFor) {
+    clsGeometry g = geometry(CalculationByDx, L"0", 16.0);
+    double dx = -1.0;
+    double dy = -1.0;
+    EXPECT_EQ(errorOf([&] { g.getDefaultValues(dx, dy); }), RuntimeError::DivisionByZero);
+    EXPECT_EQ(dx, 0.0);
+    EXPECT_EQ(dy, -1.0);
 }
 
 TEST(clsGeometry, DefaultValuesHaveTheSideEffectOfReadingTheSides) {

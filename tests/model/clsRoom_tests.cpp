@@ -181,8 +181,9 @@ TEST(clsRoom, SetRoomIDRaisesWhenTheLeftPartIsNo32BitNumber) {
     room.SetRoomID(L"12-K3");
     EXPECT_EQ(errorOf([&] { room.SetRoomID(L"-12"); }), RuntimeError::TypeMismatch);
     EXPECT_EQ(errorOf([&] { room.SetRoomID(L"  -K3"); }), RuntimeError::TypeMismatch);
-    EXPECT_EQ(errorOf([&] { room.SetRoomID(L"abc-K3"); }), RuntimeError::TypeMismatch);
-    EXPECT_EQ(errorOf([&] { room.SetRoomID(L"2147483648-K3"); }), RuntimeError::Overflow);
+    EXPECT_EQ(errorOf([&] { room.SetRoomID(L"abc-K4"); }), RuntimeError::TypeMismatch);
+    EXPECT_EQ(room.GetRoomID(), L"12-K3");
+    EXPECT_EQ(errorOf([&] { room.SetRoomID(L"2147483648-K4"); }), RuntimeError::Overflow);
     EXPECT_EQ(room.GetRoomID(), L"12-K3"); // a failed call changes nothing
 }
 

@@ -1,9 +1,11 @@
 #include "platform/GridCells.h"
 
 #include <algorithm>
+#include <new>
 
 #include "model/LetterRules.h"
 #include "model/UserLocaleForTest.h"
+#include "support/MemoryLimit.h"
 
 namespace kalvrooms::Gui {
 namespace {
@@ -47,6 +49,38 @@ TEST(GridCells, StartsEmpty) {
     const GridCells cells;
     EXPECT_EQ(cells.Rows(), 0);
     EXPECT_EQ(cells.Columns(), 0);
+}
+
+TEST(GridCells, StaysWholeWhenThereIsNoMemoryForAnotherShape) {
+    const std::wstring text = L"too long for a text that needs no memory of its own";
+    for (const int columns : {1, 2, 3}) {
+        SCOPED_TRACE(columns);
+        GridCells cells;
+        cells.Resize(2, 2);
+        cells.Text(1, 1, text);
+        const std::uint64_t changes = cells.Changes();
+        int failures = 0;
+        for (std::size_t bytes = 0;; bytes += 16) {
+            try {
+                const MemoryLimit limit(bytes);
+                cells.Resize(4, columns);
+                break;
+            } catch (const std::bad_alloc&) {
+                ++failures;
+            }
+            ASSERT_EQ(cells.Rows(), 2);
+            ASSERT_EQ(cells.Columns(), 2);
+            ASSERT_EQ(cells.Changes(), changes);
+            ASSERT_EQ(cells.Text(1, 1), text);
+            ASSERT_EQ(cells.Text(0, 1), L"");
+        }
+        EXPECT_GT(failures, 2);
+        EXPECT_EQ(cells.Rows(), 4);
+        EXPECT_EQ(cells.Columns(), columns);
+        for (int row = 0; row < 4; ++row)
+            for (int column = 0; column < columns; ++column)
+                EXPECT_EQ(cells.Text(row, column), row == 1 && column == 1 ? text : L"");
+    }
 }
 
 TEST(GridCells, FillsNewCellsEmpty) {

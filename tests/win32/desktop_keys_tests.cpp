@@ -2,11 +2,13 @@
 
 #include "desktop_support.h"
 
+#include "support/MemoryLimit.h"
 #include "win32/Win32Environment.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <optional>
 
 namespace kalvrooms::Gui {
 namespace {
@@ -335,6 +337,30 @@ TEST_F(Dialogs, AnErrorWhileLeavingAFieldIsShownAndHarmless) {
     });
     EXPECT_THAT(messages_, ElementsAre(L"Laufzeitfehler 13:\rTypen unverträglich"));
     EXPECT_THAT(keys_, testing::Not(testing::Contains(KeyEnter)));
+}
+
+TEST_F(Dialogs, WithoutAnyMemoryThatIsShownAndTheProgramGoesOn) {
+    std::optional<MemoryLimit> limit;
+    Open<frmRoom>([&](Journey& journey) {
+        journey
+            .When("tab", always,
+                  [&] {
+                      Control<TextField>(L"txtStoryCode").LostFocus = [&] {
+                          limit.emplace(0);
+                          std::vector<char>(10'000'000).at(0) = 'x';
+                      };
+                      typeKey(VK_TAB);
+                  })
+            .When("message", message,
+                  [&] {
+                      limit.reset();
+                      typeKey(VK_RETURN);
+                  })
+            .When(
+                "back", [this] { return !SystemDialog() && HasFocus(L"txtName"); },
+                [this] { EXPECT_TRUE(Top().Enabled()); });
+    });
+    EXPECT_THAT(messages_, ElementsAre(L"Laufzeitfehler 7:\rDer Speicher reicht nicht aus"));
 }
 
 TEST_F(Dialogs, AFieldMayUnloadItsFormWhenItIsLeft) {
