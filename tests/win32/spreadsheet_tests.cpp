@@ -1,6 +1,7 @@
 // Room lists and point lists in workbooks, all the way from the file layer to the practice
 // spreadsheet application in a process of its own.
 
+#include "practice/workbook/Application.h"
 #include "win32/SpreadsheetTest.h"
 
 #include <cstdio>
@@ -418,7 +419,7 @@ TEST_F(BusySpreadsheets, ADialogOfTheNewApplicationIsWaitedForOnlySoLong) {
 TEST_F(BusySpreadsheets, AWorkbookThatCouldNotBeOpenedInTimeIsNotReplaced) {
     sheets::Workbook workbook = sheets::Workbook::New();
     workbook.sheets[0]->Set(3, 14, {L"of the user"});
-    for (const std::wstring& mode : {L"later", L"reject", L"edited"}) {
+    for (const std::wstring mode : {L"later", L"reject", L"edited"}) {
         store(L"list.xls", workbook);
         const std::string before = bytes(L"list.xls");
         tellSpreadsheets(L"Faults", L"workbooks.Open " + mode + L" " + std::to_wstring(attempts));
