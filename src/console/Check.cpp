@@ -10,6 +10,7 @@
 #include "files/FilePath.h"
 #include "files/clsFileSytem.h"
 #include "host/clsKalvero.h"
+#include "model/LetterRules.h"
 #include "model/Utf8.h"
 
 namespace kalvrooms {
@@ -62,7 +63,7 @@ class Checker {
                 find("length", std::string(what) + say_(" hat mehr als 32 Zeichen",
                                                         " has more than 32 characters"));
         const auto [first, isNew] =
-            lines_.try_emplace({fields_[StoryColumn], fields_[NameColumn]}, row_->line);
+            lines_.try_emplace({FoldedCase(fields_[StoryColumn]), fields_[NameColumn]}, row_->line);
         if (!isNew)
             find("twice", say_("dieselbe Bezeichnung im selben Geschoss wie in Zeile ",
                                "the same designation in the same storey as in line ") +

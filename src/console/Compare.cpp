@@ -7,25 +7,21 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "model/LetterRules.h"
+#include "model/Utf8.h"
+
 namespace kalvrooms {
 namespace {
 
 // Half of the last decimal that areas are shown with: nobody sees a smaller difference.
 constexpr double unseen = 0.005;
 
-std::string lowered(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char byte) {
-        return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-    });
-    return text;
-}
-
 std::string identity(const ConsoleRoom& room) {
     return std::to_string(room.componentId) + '-' + room.fileId;
 }
 
 std::string place(const ConsoleRoom& room) {
-    return room.name + '\n' + lowered(room.storey);
+    return room.name + '\n' + ToUtf8(FoldedCase(FromUtf8(room.storey)));
 }
 
 using Taken = std::unordered_set<const ConsoleRoom*>;

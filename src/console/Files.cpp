@@ -5,55 +5,75 @@
 #include <fstream>
 #include <istream>
 #include <iterator>
-#include <optional>
 #include <ostream>
-#include <string_view>
 
+#include "console/Busy.h"
 #include "drawing/DrawingFile.h"
+#include "drawing/Text.h"
 #include "files/FilePath.h"
 #include "model/Utf8.h"
 
 namespace kalvrooms {
 namespace {
 
-constexpr const char* standardStream = "-";
-constexpr std::string_view modelBegins = "ISO-10303-21";
-
-std::filesystem::path pathOf(const std::string& name) {
-    return FilePath(FromUtf8(name));
+std::filesystem::path pathOf(const FileArgument& file) {
+    return FilePath(FromUtf8(file.name));
 }
 
-std::optional<FileKind> kindOfFormat(const std::string& format) {
-    if (format == "text")
-        return FileKind::TextList;
-    if (format == "csv")
-        return FileKind::CsvList;
-    if (format == "json")
-        return FileKind::JsonList;
-    if (format == "drawing")
-        return FileKind::PracticeDrawing;
-    if (format == "ifc")
-        return FileKind::Model;
-    return std::nullopt;
+bool endsWith(const FileArgument& file, std::wstring_view ending) {
+    return EqualsIgnoringCase(FileName(pathOf(file).extension()), ending);
 }
 
 // A list in JSON is an array, or an object of rooms where a drawing has elements.
-FileKind kindOfContents(const std::string& bytes) {
-    const std::size_t start = std::min(bytes.find_first_not_of(" \t\r\n"), bytes.size());
-    if (bytes.compare(start, modelBegins.size(), modelBegins) == 0)
+FileKind kindOfJson(const std::string& bytes) {
+    const std::size_t first = bytes.find_first_of("[{");
+    const bool isList = first != std::string::npos &&
+                        (bytes[first] == '[' || (bytes.find("\"rooms\"") != std::string::npos &&
+                                                 bytes.find("\"elements\"") == std::string::npos));
+    return isList ? FileKind::JsonList : FileKind::PracticeDrawing;
+}
+
+FileKind kindOfContents(const FileArgument& file, const std::string& bytes) {
+    if (ifc::IsModel(bytes))
         return FileKind::Model;
     switch (FormOf(bytes)) {
-    case ListForm::Csv:
-        return FileKind::CsvList;
-    case ListForm::Text:
-        return FileKind::TextList;
     case ListForm::Json:
+        return kindOfJson(bytes);
+    case ListForm::Csv:
+        return endsWith(file, L".txt") ? FileKind::TextList : FileKind::CsvList;
+    case ListForm::Text:
         break;
     }
-    const std::size_t first = bytes.find_first_of("[{");
-    const bool isList = bytes[first] == '[' || (bytes.find("\"rooms\"") != std::string::npos &&
-                                                bytes.find("\"elements\"") == std::string::npos);
-    return isList ? FileKind::JsonList : FileKind::PracticeDrawing;
+    return endsWith(file, L".csv") ? FileKind::CsvList : FileKind::TextList;
+}
+
+FileKind kindOf(const FileArgument& file, const std::string& bytes) {
+    if (file.format == "text")
+        return FileKind::TextList;
+    if (file.format == "csv")
+        return FileKind::CsvList;
+    if (file.format == "json")
+        return kindOfJson(bytes);
+    if (file.format == "drawing")
+        return FileKind::PracticeDrawing;
+    return file.format == "ifc" ? FileKind::Model : kindOfContents(file, bytes);
+}
+
+// In one piece where the size is known: files of 100 MB come in bytes by bytes otherwise.
+std::string bytesOf(std::ifstream& stream) {
+    std::string bytes;
+    const std::streamoff size = stream.seekg(0, std::ios::end).tellg();
+    if (size > 0) {
+        bytes.resize(static_cast<std::size_t>(size));
+        stream.seekg(0).read(bytes.data(), size);
+        bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
+        return bytes;
+    }
+    stream.clear();
+    stream.seekg(0);
+    stream.clear();
+    bytes.assign(std::istreambuf_iterator<char>(stream), {});
+    return bytes;
 }
 
 ListForm formOf(FileKind kind) {
@@ -64,26 +84,34 @@ ListForm formOf(FileKind kind) {
 
 } // namespace
 
-FileError Files::error(const std::string& name, int line, const std::string& what) const {
-    std::string text =
-        name == standardStream ? say_("(Standardeingabe)", "(standard input)") : name;
+FileError Files::error(const std::string& shownName, int line, const std::string& what) {
+    std::string text = shownName;
     if (line > 0)
         text.append(":").append(std::to_string(line));
     return FileError(text.append(": ").append(what));
 }
 
-Files::Input Files::Open(const std::string& name) const {
-    Input input{name, {}, FileKind::TextList};
-    if (name == standardStream) {
+std::string Files::shown(const FileArgument& file, bool isWritten) const {
+    if (!file.IsStandardStream())
+        return file.name;
+    return isWritten ? say_("(Standardausgabe)", "(standard output)")
+                     : say_("(Standardeingabe)", "(standard input)");
+}
+
+Files::Input Files::Open(const FileArgument& file) const {
+    Input input{shown(file, false), {}, FileKind::TextList};
+    const Busy busy(console_, say_("liest ", "reading ") + input.name);
+    if (file.IsStandardStream()) {
         input.bytes.assign(std::istreambuf_iterator<char>(console_.in), {});
     } else {
         std::error_code ignored;
-        std::ifstream file(pathOf(name), std::ios::binary);
-        if (!file || std::filesystem::is_directory(pathOf(name), ignored))
-            throw error(name, 0, say_("die Datei ist nicht lesbar", "the file cannot be read"));
-        input.bytes.assign(std::istreambuf_iterator<char>(file), {});
+        std::ifstream stream(pathOf(file), std::ios::binary);
+        if (!stream || std::filesystem::is_directory(pathOf(file), ignored))
+            throw error(input.name, 0,
+                        say_("die Datei ist nicht lesbar", "the file cannot be read"));
+        input.bytes = bytesOf(stream);
     }
-    input.kind = kindOfFormat(format).value_or(kindOfContents(input.bytes));
+    input.kind = kindOf(file, input.bytes);
     return input;
 }
 
@@ -91,53 +119,102 @@ RoomRows Files::Rows(const Input& input) const {
     if (!input.IsList())
         throw error(input.name, 0, say_("eine Raumliste wird erwartet", "a room list is expected"));
     try {
+        const Busy busy(console_, say_("liest ", "reading ") + input.name);
         return ReadRows(input.bytes, formOf(input.kind), encoding, say_);
     } catch (const ListError& found) {
         throw error(input.name, found.line, found.what());
     }
 }
 
-OpenDrawing Files::DrawingOf(const Input& input) const {
+OpenDrawing Files::DrawingOf(Input input) const {
     if (input.IsList())
         throw error(input.name, 0, say_("eine Zeichnung wird erwartet", "a drawing is expected"));
+    const std::string name = input.name;
     try {
         if (input.kind == FileKind::PracticeDrawing)
             return {ReadDrawing(input.bytes), nullptr};
-        auto model = std::make_shared<const ifc::IfcDrawing>(ifc::ModelBytes{input.bytes});
-        for (const std::string& trouble : model->Troubles())
-            console_.err << error(input.name, 0, trouble).what() << '\n';
-        return {model->Read(), model};
+        return modelOf(std::move(input));
+    } catch (const ifc::ModelError& found) {
+        throw error(name, found.Line(), found.Trouble());
     } catch (const HostError& found) {
-        throw error(input.name, 0, ToUtf8(found.description()));
+        throw error(name, 0, ToUtf8(found.description()));
     }
 }
 
-void Files::SaveRows(const std::string& name, const RoomRows& rows) const {
-    const FileKind kind =
-        kindOfFormat(format).value_or(name.ends_with(".csv")    ? FileKind::CsvList
-                                      : name.ends_with(".json") ? FileKind::JsonList
-                                                                : FileKind::TextList);
+OpenDrawing Files::modelOf(Input input) const {
+    std::shared_ptr<const ifc::IfcDrawing> model;
+    {
+        const Busy busy(console_, say_("liest ", "reading ") + input.name);
+        model = std::make_shared<const ifc::IfcDrawing>(ifc::ModelBytes{std::move(input.bytes)});
+    }
+    for (const std::string& trouble : model->Troubles())
+        console_.err << error(input.name, 0, trouble).what() << '\n';
+    return {model->Read(), model};
+}
+
+FileKind Files::kindOfList(const FileArgument& file) const {
+    if (file.format == "csv" || (file.format.empty() && endsWith(file, L".csv")))
+        return FileKind::CsvList;
+    if (file.format == "json" || (file.format.empty() && endsWith(file, L".json")))
+        return FileKind::JsonList;
+    return FileKind::TextList;
+}
+
+bool Files::TellLosses(const FileArgument& file, RoomRows& rows) const {
+    if (kindOfList(file) != FileKind::TextList)
+        return false;
+    const std::vector<int> lines = FitEncoding(rows, encoding);
+    for (const int line : lines)
+        console_.err << error(
+                            shown(file, true), line,
+                            say_("ein Zeichen fehlt in der Codepage 1252 und wird ein "
+                                 "Fragezeichen; --encoding utf-8 schreibt es",
+                                 "a character is missing in code page 1252 and becomes a question "
+                                 "mark; --encoding utf-8 writes it"))
+                            .what()
+                     << '\n';
+    return !lines.empty();
+}
+
+void Files::SaveRows(const FileArgument& file, const RoomRows& rows) const {
     try {
-        Save(name, WriteRows(rows, formOf(kind), encoding, say_));
+        Save(file, WriteRows(rows, formOf(kindOfList(file)), encoding, say_));
     } catch (const ListError& found) {
-        throw error(name, found.line, found.what());
+        throw error(shown(file, true), found.line, found.what());
     }
 }
 
-void Files::SaveDrawing(const std::string& name, const OpenDrawing& drawing) const {
-    const bool asModel = drawing.model && !name.ends_with(".json");
-    Save(name, asModel ? drawing.model->Write(drawing.drawing) : WriteDrawing(drawing.drawing));
+void Files::SaveDrawing(const FileArgument& file, const OpenDrawing& drawing) const {
+    const bool named = file.format.empty();
+    const bool asJson =
+        named ? endsWith(file, L".json") : file.format == "json" || file.format == "drawing";
+    const bool asModel = named ? endsWith(file, L".ifc") : file.format == "ifc";
+    if (asModel && !drawing.model)
+        throw error(shown(file, true), 0,
+                    say_("aus einer Übungszeichnung wird kein Modell",
+                         "a practice drawing does not become a model"));
+    std::string bytes;
+    try {
+        const Busy busy(console_, say_("schreibt ", "writing ") + shown(file, true));
+        bytes = drawing.model && !asJson ? drawing.model->Write(drawing.drawing)
+                                         : WriteDrawing(drawing.drawing);
+    } catch (const HostError& found) {
+        throw error(shown(file, true), 0, ToUtf8(found.description()));
+    }
+    Save(file, bytes);
 }
 
-void Files::Save(const std::string& name, const std::string& bytes) const {
-    if (name == standardStream) {
+void Files::Save(const FileArgument& file, const std::string& bytes) const {
+    if (file.IsStandardStream()) {
         console_.out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         return;
     }
     try {
-        SaveText(pathOf(name), bytes);
-    } catch (const HostError& found) {
-        throw error(name, 0, ToUtf8(found.description()));
+        const Busy busy(console_, say_("schreibt ", "writing ") + shown(file, true));
+        SaveText(pathOf(file), bytes);
+    } catch (const HostError&) {
+        throw error(file.name, 0,
+                    say_("die Datei ist nicht schreibbar", "the file cannot be written"));
     }
 }
 

@@ -1,11 +1,12 @@
 #pragma once
-// What stands behind a file name of the command line: "-" is standard input or output, the kind is
-// told by --format, else by the name's ending, else by the contents.
+// What stands behind the files of the command line. The kind of what is read is told by --format,
+// else by the contents; of what is written by --format, else by the name's ending.
 
 #include <memory>
-#include <stdexcept>
 #include <string>
 
+#include "console/FileArgument.h"
+#include "console/FileError.h"
 #include "console/Qto.h"
 #include "console/RoomRows.h"
 #include "console/Speech.h"
@@ -22,17 +23,11 @@ struct OpenDrawing {
     std::shared_ptr<const ifc::IfcDrawing> model; // null for a practice drawing
 };
 
-// A file that cannot be used; the message begins with its name.
-struct FileError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
 class Files {
   public:
     Files(const Console& console, const Speech& say) : console_(console), say_(say) {}
 
     ListEncoding encoding = ListEncoding::Windows1252;
-    std::string format; // empty, "text", "csv", "json", "drawing" or "ifc"
 
     struct Input {
         std::string name;
@@ -42,19 +37,26 @@ class Files {
         bool IsList() const { return kind < FileKind::PracticeDrawing; }
     };
     // Error: FileError.
-    Input Open(const std::string& name) const;
+    Input Open(const FileArgument& file) const;
     // Errors: FileError, also for a drawing in a list's place and the other way round.
     RoomRows Rows(const Input& input) const;
-    OpenDrawing DrawingOf(const Input& input) const;
+    OpenDrawing DrawingOf(Input input) const;
 
-    void SaveRows(const std::string& name, const RoomRows& rows) const;
-    // As the model that it came from, or as a practice drawing where the name says so.
-    void SaveDrawing(const std::string& name, const OpenDrawing& drawing) const;
+    void SaveRows(const FileArgument& file, const RoomRows& rows) const;
+    // What a text list in code page 1252 cannot hold becomes a question mark, as the program writes
+    // it; each line that it happens in is told. Whether there was one.
+    bool TellLosses(const FileArgument& file, RoomRows& rows) const;
+    // As the model that it came from, or as a practice drawing where --format or the name says so.
+    void SaveDrawing(const FileArgument& file, const OpenDrawing& drawing) const;
     // A reader of the file sees the old bytes or the new ones.
-    void Save(const std::string& name, const std::string& bytes) const;
+    void Save(const FileArgument& file, const std::string& bytes) const;
 
   private:
-    FileError error(const std::string& name, int line, const std::string& what) const;
+    OpenDrawing modelOf(Input input) const;
+    FileKind kindOfList(const FileArgument& file) const;
+    // As messages name it.
+    std::string shown(const FileArgument& file, bool isWritten) const;
+    static FileError error(const std::string& shownName, int line, const std::string& what);
 
     const Console& console_;
     const Speech& say_;

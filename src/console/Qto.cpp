@@ -3,6 +3,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -10,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include "console/Bridge.h"
+#include "console/Busy.h"
 #include "console/Check.h"
 #include "console/Compare.h"
 #include "console/DrawingRooms.h"
@@ -18,9 +20,11 @@
 #include "console/Manual.h"
 #include "console/Report.h"
 #include "console/Sums.h"
+#include "drawing/Text.h"
 #include "files/FilePath.h"
 #include "files/clsFileSytem.h"
 #include "host/clsKalvero.h"
+#include "model/LetterRules.h"
 #include "model/RuntimeError.h"
 #include "model/Utf8.h"
 
@@ -97,10 +101,10 @@ class Qto {
             else if (manual_)
                 console_.out << ManualPage(app_, say_);
             else if (command_)
-                return command_();
+                return finished(command_());
             else
                 console_.out << app_.help();
-            return ExitCode::Done;
+            return finished(ExitCode::Done);
         } catch (const CLI::CallForHelp&) {
             console_.out << helpOf(app_);
             return ExitCode::Done;
@@ -108,7 +112,7 @@ class Qto {
             console_.out << version.what() << '\n';
             return ExitCode::Done;
         } catch (const CLI::ParseError& error) {
-            console_.err << "qto: " << error.what() << '\n'
+            console_.err << "qto: " << inLanguage(error.what()) << '\n'
                          << say_("qto --help zeigt, was geht", "qto --help says what there is")
                          << '\n';
         } catch (const RuntimeError& error) {
@@ -120,9 +124,57 @@ class Qto {
     }
 
   private:
+    // What was not written was not done.
+    int finished(int code) const {
+        if (console_.out.flush())
+            return code;
+        console_.err << "qto: "
+                     << say_("die Standardausgabe ist nicht schreibbar",
+                             "standard output cannot be written")
+                     << '\n';
+        return ExitCode::Cannot;
+    }
+
     // ------------------------------------------------------------------------- options
 
+    // The option library speaks English.
+    std::string inLanguage(std::string message) const {
+        const std::pair<const char*, const char*> words[] = {
+            {"The following argument was not expected:", "unbekannt:"},
+            {"The following arguments were not expected:", "unbekannt:"},
+            {"Could not convert:", "keine Zahl:"},
+            {" is required", " fehlt"},
+            {" excludes ", " geht nicht zusammen mit "},
+            {" not in ", " ist keines von "},
+            {" required but received ", " nötig, gegeben: "}};
+        for (const auto& [english, german] : words)
+            if (const std::size_t at = message.find(english);
+                say_.german && at != std::string::npos)
+                message.replace(at, std::char_traits<char>::length(english), german);
+        return message;
+    }
+    // The descriptions say the words themselves.
+    static CLI::Validator oneOf(const std::vector<std::string>& words) {
+        return CLI::IsMember(words, CLI::ignore_case).description("");
+    }
+    static CLI::Validator distance() {
+        return CLI::Validator(CLI::NonNegativeNumber).description("");
+    }
+    void labels() {
+        const std::pair<const char*, const char*> words[] = {
+            {"Usage", "Aufruf"},        {"Positionals", "Dateien"}, {"Options", "Optionen"},
+            {"OPTIONS", "OPTIONEN"},    {"REQUIRED", ""},           {"SUBCOMMAND", "BEFEHL"},
+            {"Subcommands", "Befehle"}, {"FLOAT", "ZAHL"}};
+        for (const auto& [english, german] : words)
+            if (say_.german)
+                app_.get_formatter()->label(english, german);
+        app_.get_formatter()->label("REQUIRED", "");
+        app_.get_formatter()->label("TEXT", "");
+        app_.option_defaults()->group(say_("Optionen", "Options"));
+    }
+
     void describe() {
+        labels();
         app_.require_subcommand(0, 1);
         app_.set_version_flag("--version", "qto " QUARTINO_VERSION,
                               say_("zeigt die Version", "shows the version"));
@@ -132,7 +184,8 @@ class Qto {
         app_.add_option("--completion", completion_,
                         say_("schreibt die Vervollständigung für die Shell",
                              "writes the completion for the shell"))
-            ->check(CLI::IsMember({"bash"}));
+            ->check(oneOf({"bash"}))
+            ->type_name("bash");
         language(app_);
 
         CLI::App* check =
@@ -166,7 +219,7 @@ class Qto {
                                   "reads the rooms of the drawing into a list"),
                              [this] { return this->read(); });
         drawingArgument(read);
-        listArgument(read);
+        listArgument(read, true);
         read->add_option("--points", points_,
                          say_("Ordner der Punktdateien", "folder of the point files"))
             ->type_name("DIR");
@@ -176,65 +229,97 @@ class Qto {
                               [this] { return this->write(); });
         listArgument(write);
         drawingArgument(write);
-        outArgument(write);
+        outArgument(write, FilePlace::Takes::Drawing);
         placingOptions(write);
         CLI::App* convert = add("convert",
                                 say_("wandelt zwischen Textliste, CSV und JSON",
                                      "converts between text list, CSV and JSON"),
                                 [this] { return this->convert(); });
         listArgument(convert);
-        outArgument(convert);
+        outArgument(convert, FilePlace::Takes::List);
         CLI::App* report =
             add("report", say_("schreibt eine druckbare Seite", "writes a printable page"),
                 [this] { return this->report(); });
         listArgument(report);
         drawingArgument(report);
-        outArgument(report);
+        report
+            ->add_option("OUT", out_.name,
+                         say_("die Seite (HTML), - für Standardausgabe",
+                              "the page (HTML), - for standard output"))
+            ->required()
+            ->type_name("");
         toleranceOption(report);
     }
 
     CLI::App* add(const char* name, const char* description, std::function<int()> command) {
         CLI::App* sub = app_.add_subcommand(name, description);
-        sub->callback([this, command = std::move(command)] { command_ = command; });
+        sub->callback([this, sub, command = std::move(command)] {
+            command_ = [this, sub, command] {
+                ApplyFormats(formats_, places_[sub], say_);
+                return command();
+            };
+        });
         sub->set_help_flag("-h,--help", say_("zeigt diese Hilfe", "shows this help"));
         language(*sub);
+        const std::string group = say_("Für jeden Befehl", "For every command");
         sub->add_option("--encoding", encoding_,
                         say_("Zeichen der Textliste", "characters of the text list"))
-            ->check(CLI::IsMember({"1252", "utf-8"}));
+            ->check(oneOf({"1252", "utf-8"}))
+            ->type_name("1252|utf-8")
+            ->group(group);
         sub->add_option("--locale", locale_,
                         say_("Zahlen der Liste: de mit Komma, en mit Punkt",
                              "numbers of the list: de with a comma, en with a point"))
-            ->check(CLI::IsMember({"de", "en"}));
-        sub->add_option("--format", files_.format,
-                        say_("Art der Dateien, statt nach Namen und Inhalt",
-                             "kind of the files, in place of name and contents"))
-            ->check(CLI::IsMember({"text", "csv", "json", "drawing", "ifc"}));
+            ->check(oneOf({"de", "en"}))
+            ->type_name("de|en")
+            ->group(group);
+        sub->add_option("--format", formats_,
+                        say_("Art einer Datei: text, csv, json, drawing, ifc; DATEI=ART für eine "
+                             "bestimmte, sonst für -, die geschriebene oder die gelesene",
+                             "kind of a file: text, csv, json, drawing, ifc; FILE=KIND for a "
+                             "certain one, else for -, the written or the read one"))
+            ->type_name(say_("[DATEI=]ART", "[FILE=]KIND"))
+            ->expected(1)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+            ->group(group);
         return sub;
     }
     void language(CLI::App& app) {
         app.add_option("--lang", language_, say_("Sprache: de oder en", "language: de or en"))
-            ->check(CLI::IsMember({"de", "en"}));
+            ->check(oneOf({"de", "en"}))
+            ->type_name("de|en");
     }
-    void listArgument(CLI::App* sub) {
-        sub->add_option("LIST", list_,
-                        say_("Raumliste (Text, CSV, JSON), - für Standardein- oder -ausgabe",
-                             "room list (text, CSV, JSON), - for standard input or output"))
-            ->required();
+    void argument(CLI::App* sub, const FilePlace& place, const std::string& description) {
+        places_[sub].push_back(place);
+        sub->add_option(place.key, place.file->name, description)->required()->type_name("");
+    }
+    void listArgument(CLI::App* sub, bool isWritten = false) {
+        argument(sub, {"LIST", &list_, FilePlace::Takes::List, isWritten},
+                 isWritten ? say_("die Raumliste, die geschrieben wird, - für Standardausgabe",
+                                  "the room list that is written, - for standard output")
+                           : say_("Raumliste (Text, CSV, JSON), - für Standardeingabe",
+                                  "room list (text, CSV, JSON), - for standard input"));
     }
     void drawingArgument(CLI::App* sub) {
-        sub->add_option("DRAWING", drawing_, say_("Zeichnung", "drawing"))->required();
+        argument(sub, {"DRAWING", &drawing_, FilePlace::Takes::Drawing, false},
+                 say_("Modell (.ifc) oder Übungszeichnung (.json), - für Standardeingabe",
+                      "model (.ifc) or practice drawing (.json), - for standard input"));
     }
     void anyArgument(CLI::App* sub) {
-        sub->add_option("FILE", list_, say_("Raumliste oder Zeichnung", "room list or drawing"))
-            ->required();
+        argument(sub, {"FILE", &list_, FilePlace::Takes::Either, false},
+                 say_("Raumliste oder Zeichnung, - für Standardeingabe",
+                      "room list or drawing, - for standard input"));
     }
-    void outArgument(CLI::App* sub) {
-        sub->add_option("OUT", out_, say_("was geschrieben wird", "what is written"))->required();
+    void outArgument(CLI::App* sub, FilePlace::Takes takes) {
+        argument(sub, {"OUT", &out_, takes, true},
+                 say_("was geschrieben wird, - für Standardausgabe",
+                      "what is written, - for standard output"));
     }
     void toleranceOption(CLI::App* sub) {
-        sub->add_option(
-            "--tolerance", tolerance_,
-            say_("erlaubte Abweichung: 5% oder m²", "how far an area may be off: 5% or m²"));
+        sub->add_option("--tolerance", tolerance_,
+                        say_("erlaubte Abweichung in Prozent (5%) oder m² (0,5)",
+                             "how far an area may be off, in per cent (5%) or m² (0.5)"))
+            ->type_name(say_("ZAHL[%]", "NUMBER[%]"));
     }
     void table(CLI::App* sub) {
         CLI::Option* json =
@@ -247,28 +332,28 @@ class Qto {
                            "each room right of the one before, not as a block"));
         sub->add_option("--dx", placement_.distanceX,
                         say_("Abstand im Block, Meter", "distance in the block, metres"))
-            ->check(CLI::PositiveNumber);
+            ->check(distance())
+            ->type_name(say_("ZAHL", "NUMBER"));
         sub->add_option("--dy", placement_.distanceY,
                         say_("Abstand der Reihen, Meter", "distance of the rows, metres"))
-            ->check(CLI::PositiveNumber);
+            ->check(distance())
+            ->type_name(say_("ZAHL", "NUMBER"));
         sub->add_option("--at", at_, say_("Einfügepunkt, Meter", "point of insertion, metres"))
-            ->type_name("X,Y")
-            ->delimiter(',')
-            ->expected(2);
+            ->type_name("X,Y");
         sub->add_option("--storey", storey_,
                         say_("nur die Räume dieses Geschosses", "only this storey's rooms"))
             ->type_name("CODE");
     }
     std::string helpOf(const CLI::App& app) const {
         const auto chosen = app.get_subcommands();
-        return chosen.empty() ? app.help() : chosen.front()->help();
+        return chosen.empty() ? app.help() : chosen.front()->help(app.get_name());
     }
 
     // ------------------------------------------------------------------------- inputs
 
-    Files::Input open(const std::string& name) {
-        files_.encoding = encoding_ == "utf-8" ? ListEncoding::Utf8 : ListEncoding::Windows1252;
-        return files_.Open(name);
+    Files::Input open(const FileArgument& file) {
+        files_.encoding = encoding_ == "1252" ? ListEncoding::Windows1252 : ListEncoding::Utf8;
+        return files_.Open(file);
     }
     NumberLocale localeOf(const RoomRows& rows) const {
         if (locale_ == "de")
@@ -301,17 +386,19 @@ class Qto {
                 room.outline.push_back({points.X(i), points.Y(i)});
         }
     }
-    ConsoleRooms roomsOf(const std::string& name) {
-        const Files::Input input = open(name);
+    ConsoleRooms roomsOf(const FileArgument& file) {
+        Files::Input input = open(file);
         if (input.IsList())
             return roomsOf(input, files_.Rows(input));
-        ConsoleRooms rooms = RoomsOfDrawing(files_.DrawingOf(input));
-        rooms.file = name;
+        ConsoleRooms rooms = RoomsOfDrawing(files_.DrawingOf(std::move(input)));
+        rooms.file = file.name;
         return rooms;
     }
     static std::filesystem::path folderOf(const std::string& name) {
         return FilePath(FromUtf8(name)).parent_path();
     }
+    // Programs read the same words whatever the user's language.
+    Speech tableSpeech() const { return form() == TableForm::Text ? say_ : Speech{false}; }
     TableForm form() const {
         return json_ ? TableForm::Json : csv_ ? TableForm::Csv : TableForm::Text;
     }
@@ -337,7 +424,7 @@ class Qto {
         const RoomRows rows = files_.Rows(input);
         const ConsoleServices services(say_);
         const std::vector<Finding> findings =
-            CheckRows(rows, localeOf(rows), folderOf(list_), services.Files(), say_);
+            CheckRows(rows, localeOf(rows), folderOf(list_.name), services.Files(), say_);
         if (form() == TableForm::Text)
             for (const Finding& finding : findings)
                 console_.out << input.name << ':' << finding.line << ": " << finding.text << " ("
@@ -356,7 +443,8 @@ class Qto {
     }
 
     int sums() {
-        Print(console_.out, SumsOf(roomsOf(list_), say_), form(), say_);
+        const ConsoleRooms rooms = roomsOf(list_);
+        Print(console_.out, SumsOf(rooms, tableSpeech()), form(), say_);
         return ExitCode::Done;
     }
 
@@ -366,7 +454,7 @@ class Qto {
         const ConsoleRooms wanted = roomsOf(list, files_.Rows(list));
         const ConsoleRooms built = RoomsOfDrawing(files_.DrawingOf(open(drawing_)));
         const std::vector<Pair> pairs = ComparePairs(wanted, built, allowed);
-        Print(console_.out, ComparisonOf(pairs, say_), form(), say_);
+        Print(console_.out, ComparisonOf(pairs, tableSpeech()), form(), say_);
         const bool kept = std::all_of(pairs.begin(), pairs.end(), [](const Pair& pair) {
             return pair.state == Pair::State::Kept;
         });
@@ -374,21 +462,35 @@ class Qto {
     }
 
     int read() {
+        const OpenDrawing drawing = files_.DrawingOf(open(drawing_));
         DrawingHost host;
-        host.session.drawing = files_.DrawingOf(open(drawing_)).drawing;
+        host.session.drawing = drawing.drawing;
         host.session.drawing.project.folder = pointFolder();
         ConsoleServices services(say_);
         clsFloors floors;
-        ReadFromDrawing(host, services.Files(), floors);
-        files_.SaveRows(list_, RowsOf(floors, numberLocale()));
-        return complained(services) ? ExitCode::Findings : ExitCode::Done;
+        {
+            const Busy busy(console_, say_("liest Räume", "reading rooms"));
+            ReadFromDrawing(host, services.Files(), floors);
+        }
+        // As the program: a list without rooms is not written over another one.
+        if (floors.GetCountOfRooms() == 0) {
+            console_.err << "qto: "
+                         << say_("die Zeichnung hat keine Räume, es wird nichts geschrieben",
+                                 "the drawing has no rooms, nothing is written")
+                         << '\n';
+            return ExitCode::Findings;
+        }
+        RoomRows rows = RowsOf(floors, numberLocale());
+        const bool lost = files_.TellLosses(list_, rows);
+        files_.SaveRows(list_, rows);
+        return complained(services) || lost ? ExitCode::Findings : ExitCode::Done;
     }
     // Beside the list and named after it, where nothing else was said.
     std::wstring pointFolder() const {
         std::filesystem::path folder = FilePath(FromUtf8(points_));
         if (points_.empty()) {
             const std::filesystem::path list =
-                list_ == "-" ? FilePath(L"qto") : FilePath(FromUtf8(list_));
+                FilePath(list_.IsStandardStream() ? L"qto" : FromUtf8(list_.name));
             folder = list.parent_path() / (list.stem() += say_("-Punkte", "-points"));
         }
         folder = std::filesystem::absolute(folder);
@@ -401,22 +503,39 @@ class Qto {
                                  : NumberLocale::Point();
     }
 
+    Point insertionPoint() const {
+        const std::size_t comma = at_.find(',');
+        const auto x = NumberFrom<double>(FromUtf8(at_.substr(0, comma)));
+        const auto y =
+            NumberFrom<double>(comma < at_.size() ? FromUtf8(at_.substr(comma + 1)) : L"");
+        if (!x || !y)
+            throw FileError("--at " + at_ + ": " +
+                            say_("X,Y mit Dezimalpunkten wird erwartet",
+                                 "X,Y with decimal points is expected"));
+        return {*x, *y};
+    }
+
     int write() {
         const Files::Input list = open(list_);
         RoomRows rows = files_.Rows(list);
         if (!storey_.empty())
             std::erase_if(rows.rows, [this](const RoomRows::Row& row) {
-                return Trim(FromUtf8(row.fields[StoryColumn])) != Trim(FromUtf8(storey_));
+                return FoldedCase(Trim(FromUtf8(row.fields[StoryColumn]))) !=
+                       FoldedCase(Trim(FromUtf8(storey_)));
             });
         OpenDrawing drawing = files_.DrawingOf(open(drawing_));
         DrawingHost host;
         host.session.drawing = drawing.drawing;
-        host.session.placing.At({at_.at(0), at_.at(1)});
+        host.session.placing.At(insertionPoint());
         placement_.block = !single_;
         ConsoleServices services(say_);
         clsFloors floors;
-        FillFloors(floors, rows, localeOf(rows), folderOf(list_));
-        const WrittenRooms written = WriteIntoDrawing(host, services.Files(), floors, placement_);
+        FillFloors(floors, rows, localeOf(rows), folderOf(list_.name));
+        WrittenRooms written;
+        {
+            const Busy busy(console_, say_("erzeugt Räume", "creating rooms"));
+            written = WriteIntoDrawing(host, services.Files(), floors, placement_);
+        }
         const bool refused =
             floors.GetCountOfRooms() == 0 || floors.GetCountOfRooms() > clsKalvero::MostRooms;
         if (complained(services) && refused)
@@ -441,7 +560,7 @@ class Qto {
         const ConsoleRooms wanted = roomsOf(list, files_.Rows(list));
         const OpenDrawing drawing = files_.DrawingOf(open(drawing_));
         ConsoleRooms built = RoomsOfDrawing(drawing);
-        built.file = drawing_;
+        built.file = drawing_.name;
         files_.Save(out_, ReportPage({wanted, built, drawing.drawing, allowed}, say_));
         return ExitCode::Done;
     }
@@ -452,10 +571,13 @@ class Qto {
     CLI::App app_;
     std::function<int()> command_;
 
-    std::string list_, drawing_, out_, points_, storey_;
-    std::string language_, encoding_, locale_, completion_;
+    FileArgument list_, drawing_, out_;
+    std::map<const CLI::App*, std::vector<FilePlace>> places_;
+    std::vector<std::string> formats_;
+    std::string points_, storey_, language_, locale_, completion_;
+    std::string encoding_ = "1252";
     std::string tolerance_ = "0%";
-    std::vector<double> at_ = {0.0, 0.0};
+    std::string at_ = "0,0";
     Placement placement_;
     bool json_ = false, csv_ = false, single_ = false, manual_ = false;
 };

@@ -1,6 +1,7 @@
 #pragma once
 // qto: lists, drawings and the bridge between them on the command line.
 
+#include <chrono>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -16,6 +17,9 @@ struct Console {
     std::ostream& err;
     bool german = true;  // the user's language
     NumberLocale locale; // how the user writes numbers
+    // Whether a person sees the error stream, and how long that person waits without a word.
+    bool isWatched = false;
+    std::chrono::milliseconds patience{1000};
 };
 
 namespace ExitCode {

@@ -188,8 +188,11 @@ RoomRows readJson(std::string_view bytes, const Speech& say) {
         json = Json::parse(bytes);
     } catch (const Json::parse_error& error) {
         const auto before = bytes.substr(0, error.byte);
+        // Behind the library's own name for it.
+        std::string reason = error.what();
+        reason.erase(0, std::min(reason.find("] ") + 2, reason.size()));
         throw ListError(1 + static_cast<int>(std::count(before.begin(), before.end(), '\n')),
-                        error.what());
+                        say("kein gültiges JSON: ", "no valid JSON: ") + reason);
     }
     RoomRows rows;
     rows.titles = GermanTitles();
@@ -277,6 +280,21 @@ RoomRows ReadRows(std::string_view bytes, ListForm form, ListEncoding encoding, 
         break;
     }
     return readText(bytes, encoding);
+}
+
+std::vector<int> FitEncoding(RoomRows& rows, ListEncoding encoding) {
+    std::vector<int> lines;
+    if (encoding == ListEncoding::Utf8)
+        return lines;
+    const HeadlessAnsiCodec codec;
+    for (RoomRows::Row& row : rows.rows) {
+        const Fields before = row.fields;
+        for (std::string& field : row.fields)
+            field = ToUtf8(codec.Decode(codec.Encode(FromUtf8(field))));
+        if (row.fields != before)
+            lines.push_back(row.line);
+    }
+    return lines;
 }
 
 std::string WriteRows(const RoomRows& rows, ListForm form, ListEncoding encoding,

@@ -43,6 +43,8 @@ const RoomRows::Fields& ColumnKeys();
 ListForm FormOf(std::string_view bytes);
 // Error: ListError.
 RoomRows ReadRows(std::string_view bytes, ListForm form, ListEncoding encoding, const Speech& say);
+// Puts a question mark for every character that the encoding of a text list lacks; in which lines.
+std::vector<int> FitEncoding(RoomRows& rows, ListEncoding encoding);
 // Error: ListError for a character that the encoding lacks, or a text that would break its line.
 std::string WriteRows(const RoomRows& rows, ListForm form, ListEncoding encoding,
                       const Speech& say);

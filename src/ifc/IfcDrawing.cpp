@@ -26,7 +26,9 @@ constexpr std::size_t longestHostText = 32;
 constexpr double samePlace = 1e-4;
 
 [[noreturn]] void refuse(const std::exception& error) {
-    throw HostError(FromUtf8(error.what()));
+    const auto* step = dynamic_cast<const StepError*>(&error);
+    throw ModelError(error.what(), step ? static_cast<int>(step->Line()) : 0,
+                     step ? step->Trouble() : error.what());
 }
 
 // A list has one line for a room.
@@ -124,6 +126,9 @@ bool isGlobalId(const std::wstring& text) {
 }
 
 } // namespace
+
+ModelError::ModelError(const std::string& whole, int line, std::string trouble)
+    : HostError(FromUtf8(whole)), line_(line), trouble_(std::move(trouble)) {}
 
 bool IsModel(std::string_view begin) {
     if (begin.starts_with("\xEF\xBB\xBF"))

@@ -21,9 +21,22 @@ struct ModelBytes {
     std::string bytes;
 };
 
+// The same words as a HostError has them, and apart: the line, 0 for none in particular, and what
+// is wrong there with which instance.
+class ModelError : public HostError {
+  public:
+    ModelError(const std::string& whole, int line, std::string trouble);
+    int Line() const { return line_; }
+    const std::string& Trouble() const { return trouble_; }
+
+  private:
+    int line_;
+    std::string trouble_;
+};
+
 class IfcDrawing {
   public:
-    // Raises a HostError that names line and instance where the file is no model.
+    // Raises a ModelError where the file is no model.
     explicit IfcDrawing(const std::filesystem::path& path);
     explicit IfcDrawing(ModelBytes text);
 

@@ -9,6 +9,7 @@
 #include "ifc/Placements.h"
 #include "ifc/SpaceShape.h"
 #include "ifc/StepText.h"
+#include "model/LetterRules.h"
 
 namespace kalvrooms::ifc {
 namespace {
@@ -96,13 +97,16 @@ const RoomWriter::Floor& RoomWriter::floorNamed(const std::wstring& name, const 
     const auto buildingOf = [&](InstanceId storey) {
         return building_.Relations().ParentOf(storey).whole;
     };
+    int best = -1;
     for (const Storey& storey : building_.Storeys()) {
-        // Two buildings may both have a ground floor.
-        const bool better =
-            !found || (room && buildingOf(storey.instance) == buildingOf(room->storey) &&
-                       buildingOf(found->instance) != buildingOf(room->storey));
-        if (storey.name == name && better)
+        // Letter case makes no storey of its own, but tells two that the model has. Two buildings
+        // may both have a ground floor.
+        const int rank = (storey.name == name ? 2 : 0) +
+                         (room && buildingOf(storey.instance) == buildingOf(room->storey) ? 1 : 0);
+        if (FoldedCase(storey.name) == FoldedCase(name) && rank > best) {
             found = &storey;
+            best = rank;
+        }
     }
     if (found) {
         const auto [place, isNew] = floors_.try_emplace(found->instance);
@@ -110,7 +114,7 @@ const RoomWriter::Floor& RoomWriter::floorNamed(const std::wstring& name, const 
             place->second = floorOf(*found);
         return place->second;
     }
-    const auto [place, isNew] = newFloors_.try_emplace(name);
+    const auto [place, isNew] = newFloors_.try_emplace(FoldedCase(name));
     if (isNew)
         place->second = newFloor(name);
     return place->second;

@@ -43,5 +43,6 @@ int wmain(int count, wchar_t** values) {
         arguments.push_back(ToUtf8(values[i]));
     const bool german = PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_GERMAN;
     HandInLetterRules(Win32LetterRules());
-    return RunQto(arguments, {std::cin, std::cout, std::cerr, german, Win32UserLocale()});
+    return RunQto(arguments, {std::cin, std::cout, std::cerr, german, Win32UserLocale(),
+                              _isatty(_fileno(stderr)) != 0});
 }

@@ -3,8 +3,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <thread>
 
 #include "console/Compare.h"
 #include "console/Din277.h"
@@ -163,14 +165,13 @@ TEST_F(Qto, SumsUpByStoreyUseAndFunction) {
         "A \t Verwaltung \t 7,5 \t OG \t a \t nuf 2 \t N \t   \t 0 \t 0 \t ";
     const std::string odd = "B \t  \t 50 \t OG \t a \t Garten \t N \t   \t 0 \t 0 \t ";
     ASSERT_EQ(run({"sums", list({office, hall, upstairs, odd}), "--csv"}), 0) << err;
-    EXPECT_EQ(out,
-              "by,group,count,area,share\r\n"
-              "Geschoss,EG,2,42.5,42.5\r\nGeschoss,OG,2,57.5,57.5\r\n"
-              "Nutzung,HNF 2,1,12.5,12.5\r\nNutzung,NUF 2,1,7.5,7.5\r\nNutzung,VF,1,30.0,30.0\r\n"
-              "Nutzung,\"NF gesamt (NF, HNF, NNF)\",1,12.5,12.5\r\n"
-              "Nutzung,NUF gesamt (NUF 1 bis 7),1,7.5,7.5\r\n"
-              "Nutzung,Garten,1,50.0,50.0\r\nNutzung,Netto-Grundfläche,4,100.0,100.0\r\n"
-              "Funktion,Verwaltung,2,20.0,20.0\r\nFunktion,(kein Eintrag),2,80.0,80.0\r\n");
+    EXPECT_EQ(out, "by,group,count,area,share\r\n"
+                   "storey,EG,2,42.5,42.5\r\nstorey,OG,2,57.5,57.5\r\n"
+                   "use,HNF 2,1,12.5,12.5\r\nuse,NUF 2,1,7.5,7.5\r\nuse,VF,1,30.0,30.0\r\n"
+                   "use,\"NF total (NF, HNF, NNF)\",1,12.5,12.5\r\n"
+                   "use,NUF total (NUF 1 to 7),1,7.5,7.5\r\n"
+                   "use,Garten,1,50.0,50.0\r\nuse,net floor area,4,100.0,100.0\r\n"
+                   "function,Verwaltung,2,20.0,20.0\r\nfunction,(no entry),2,80.0,80.0\r\n");
 }
 
 TEST_F(Qto, ComparesByIdentityThenByDesignationAndStorey) {
@@ -183,7 +184,7 @@ TEST_F(Qto, ComparesByIdentityThenByDesignationAndStorey) {
     std::vector<std::string> states;
     for (const auto& row : json())
         states.push_back(row.at("state"));
-    EXPECT_THAT(states, ElementsAre("passt", "passt", "fehlt", "zusätzlich"));
+    EXPECT_THAT(states, ElementsAre("kept", "kept", "missing", "surplus"));
     EXPECT_EQ(json().at(0).at("difference"), 0.5);
     EXPECT_EQ(json().at(0).at("percent"), 4.0);
 }
@@ -276,6 +277,118 @@ TEST_F(Qto, ReportIsOnePageWithoutScriptsAndForeignAddresses) {
     EXPECT_THAT(page, Not(HasSubstr("src=")));
 }
 
+TEST_F(Qto, FormatIsAboutTheStandardStreamOrTheWrittenFileOrANamedOne) {
+    list({office});
+    const std::string text = bytes("list.txt");
+    ASSERT_EQ(run({"convert", "-", "-", "--format", "json"}, text), 0) << err;
+    EXPECT_EQ(json().at(0).at("area"), "12,5");
+    ASSERT_EQ(run({"convert", "-", file("odd.dat"), "--format", "OUT=csv"}, text), 0) << err;
+    EXPECT_THAT(bytes("odd.dat"), HasSubstr(",Verwaltung,"));
+    ASSERT_EQ(run({"convert", file("odd.dat"), "-", "--format", "list=csv"}), 0) << err;
+    EXPECT_EQ(out, text);
+    ASSERT_EQ(
+        run({"write", "-", drawing({}), "-", "--format", "OUT=json", "--format", "text"}, text), 0)
+        << err;
+    EXPECT_EQ(json().at("elements").at(0).at("name"), "Büro");
+    EXPECT_EQ(run({"check", file("list.txt"), "--format", "ifc"}), 2);
+    EXPECT_EQ(run({"check", file("list.txt"), "--format", "moon"}), 2);
+    EXPECT_EQ(run({"compare", "-", "-"}, text), 2);
+    EXPECT_THAT(err, HasSubstr("Standardeingabe"));
+}
+
+TEST_F(Qto, ADrawingIsReadFromStandardInputWhereverOneIsTaken) {
+    const std::string built = drawingText({element(9, L"Büro", L"EG", 12.5)});
+    const std::string wanted = list({office});
+    EXPECT_EQ(run({"compare", wanted, "-"}, built), 0) << err;
+    EXPECT_EQ(run({"sums", "-"}, built), 0) << err;
+    EXPECT_EQ(run({"report", wanted, "-", "-"}, built), 0) << err;
+    EXPECT_THAT(out, HasSubstr("</html>"));
+    EXPECT_EQ(run({"write", wanted, "-", "-"}, built), 0) << err;
+    EXPECT_EQ(json().at("elements").size(), 2u);
+    EXPECT_EQ(run({"read", "-", "-", "--points", file("points")}, built), 0) << err;
+    EXPECT_THAT(out, HasSubstr("9-K1"));
+}
+
+TEST_F(Qto, ADrawingGoesBackIntoItsOwnKindOrBecomesAPracticeDrawing) {
+    const std::string house = QUARTINO_SOURCE_DIR "/examples/haus/haus.ifc";
+    const std::string extra = list({"E.09 \t Bad \t 6 \t eg \t a \t NNF \t N \t   \t 3 \t 2 \t "});
+    ASSERT_EQ(run({"write", extra, house, file("new.IFC"), "--at", "-20,-3.5"}), 0) << err;
+    ASSERT_EQ(run({"list", file("new.IFC"), "--json"}), 0) << err;
+    EXPECT_EQ(json().size(), 10u);
+    EXPECT_EQ(json().at(4).at("storey"), "EG") << "one storey, whatever the letter case";
+    EXPECT_EQ(json().at(4).at("outline").at(0), nlohmann::json::parse("[-20,-3]"));
+    ASSERT_EQ(run({"write", extra, house, file("new.json")}), 0) << err;
+    EXPECT_EQ(ReadDrawing(bytes("new.json")).elements.size(), 10u);
+    EXPECT_EQ(run({"write", extra, file("new.json"), file("no.ifc")}), 2);
+    EXPECT_EQ(run({"write", extra, house, file("no.ifc"), "--at", "hier"}), 2);
+    EXPECT_FALSE(std::filesystem::exists(FilePath(FromUtf8(file("no.ifc")))));
+}
+
+TEST_F(Qto, ReadingTellsWhatATextListCannotHold) {
+    const std::string built = drawing({element(9, L"Büro ☂", L"EG", 12.5)});
+    EXPECT_EQ(run({"read", built, file("new.txt")}), 1);
+    EXPECT_THAT(err, HasSubstr("new.txt:2: "));
+    EXPECT_THAT(bytes("new.txt"), HasSubstr("B\xFCro ?"));
+    EXPECT_EQ(run({"read", built, file("new.txt"), "--encoding", "UTF-8"}), 0) << err;
+    EXPECT_THAT(bytes("new.txt"), HasSubstr("Büro ☂"));
+}
+
+TEST_F(Qto, ReadingADrawingWithoutRoomsLeavesTheListAsItWas) {
+    const std::string before = list({office});
+    EXPECT_EQ(run({"read", drawing({}), before}), 1);
+    EXPECT_THAT(bytes("list.txt"), HasSubstr("Verwaltung"));
+}
+
+// Says that it has begun, and waits until somebody has been told so.
+class SlowInput : public std::stringbuf {
+  public:
+    SlowInput(const std::string& text, std::function<bool()> told)
+        : text_(text), told_(std::move(told)) {}
+
+  private:
+    int_type underflow() override {
+        while (!told_())
+            std::this_thread::yield();
+        setg(text_.data(), text_.data() + at_, text_.data() + text_.size());
+        at_ = text_.size();
+        return gptr() == egptr() ? traits_type::eof() : traits_type::to_int_type(*gptr());
+    }
+    std::string text_;
+    std::size_t at_ = 0;
+    std::function<bool()> told_;
+};
+
+// Looked at by one thread while another one writes.
+class SharedText : public std::stringbuf {
+  public:
+    std::string text() const {
+        const std::lock_guard lock(mutex_);
+        return str();
+    }
+
+  private:
+    std::streamsize xsputn(const char* bytes, std::streamsize count) override {
+        const std::lock_guard lock(mutex_);
+        return std::stringbuf::xsputn(bytes, count);
+    }
+    mutable std::mutex mutex_;
+};
+
+TEST_F(Qto, TellsAPersonWhoWaitsWhatItDoesAndTakesItBack) {
+    list({office});
+    SharedText told;
+    SlowInput slow(bytes("list.txt"), [&told] { return told.text().ends_with("..."); });
+    std::istream in(&slow);
+    std::ostringstream outStream;
+    std::ostream errStream(&told);
+    ASSERT_EQ(RunQto({"list", "-"}, {in, outStream, errStream, true, NumberLocale::German(), true,
+                                     std::chrono::milliseconds(0)}),
+              0);
+    EXPECT_THAT(told.text(), HasSubstr("qto: liest (Standardeingabe) ..."));
+    EXPECT_THAT(told.text(), ::testing::EndsWith(" \r"));
+    EXPECT_THAT(outStream.str(), HasSubstr("Büro"));
+}
+
 TEST_F(Qto, SaysWhichFileAndLineItCannotRead) {
     EXPECT_EQ(run({"list", file("nothing.txt")}), 2);
     EXPECT_THAT(err, HasSubstr("nothing.txt: "));
@@ -285,6 +398,9 @@ TEST_F(Qto, SaysWhichFileAndLineItCannotRead) {
     write("bad.json", R"({"elements":[{"outline":[1]}]})");
     EXPECT_EQ(run({"list", file("bad.json")}), 2);
     EXPECT_THAT(err, HasSubstr("elements/0/outline"));
+    write("bad.ifc", "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\n#7=IFCSPACE('\n");
+    EXPECT_EQ(run({"list", file("bad.ifc")}), 2);
+    EXPECT_THAT(err, HasSubstr("bad.ifc:5: #7: "));
 }
 
 TEST_F(Qto, SpeaksBothLanguages) {
