@@ -1,9 +1,9 @@
 #include "model/clsGeometry.h"
 
 #include <cmath>
-#include <set>
 
 #include "model/RuntimeError.h"
+#include "model/SharedWord.h"
 
 namespace kalvrooms {
 
@@ -27,19 +27,13 @@ double squareRoot(double value) {
     return std::sqrt(value);
 }
 
-const std::wstring* sharedWord(std::wstring_view word) {
-    static std::set<std::wstring, std::less<>> words;
-    const auto known = words.find(word);
-    return &*(known != words.end() ? known : words.emplace(word).first);
-}
-
 } // namespace
 
-clsGeometry::clsGeometry() : calculationType_(sharedWord({})) {}
+clsGeometry::clsGeometry() : calculationType_(SharedWord({})) {}
 
 void clsGeometry::SetTypeAndValue(std::wstring_view type, std::wstring_view value) {
     if (*calculationType_ != type)
-        calculationType_ = sharedWord(type);
+        calculationType_ = SharedWord(type);
     calculationValue_ = value;
 }
 
@@ -90,7 +84,7 @@ double clsGeometry::valueForSides(const NumberLocale& locale) {
         return ToDouble(calculationValue_, locale);
     if (*calculationType_ == CalculationByFile)
         return 0.0;
-    calculationType_ = sharedWord(CalculationByRatio);
+    calculationType_ = SharedWord(CalculationByRatio);
     return 1.0;
 }
 

@@ -1,5 +1,7 @@
 #include "model/clsRoom.h"
 
+#include "model/SharedWord.h"
+
 #include <tuple>
 
 namespace kalvrooms {
@@ -19,9 +21,17 @@ std::size_t trailingNumberLength(std::wstring_view name, const NumberLocale& loc
     return length;
 }
 
+void share(const std::wstring*& shared, std::wstring_view word) {
+    if (*shared != word)
+        shared = SharedWord(word);
+}
+
 } // namespace
 
-clsRoom::clsRoom() : Geometry(std::make_shared<clsGeometry>()) {
+clsRoom::clsRoom()
+    : Geometry(std::make_shared<clsGeometry>()), storyCode_(SharedWord(L"EG")),
+      enclosure_(SharedWord({})), occupancy_(enclosure_), areaType_(enclosure_),
+      fileID_(enclosure_) {
     Geometry->SetTypeAndValue(CalculationByRatio, L" 1");
     Geometry->Area(16.0);
 }
@@ -46,17 +56,17 @@ void clsRoom::SetRoomID(std::wstring_view key, const NumberLocale& locale) {
     const std::size_t hyphen = key.find(L'-');
     if (key.size() < 3 || hyphen == std::wstring_view::npos) {
         componentID_ = -1;
-        fileID_.clear();
+        share(fileID_, {});
         return;
     }
     componentID_ = ToLong(TrimmedView(key.substr(0, hyphen)), locale);
-    fileID_ = key.substr(hyphen + 1);
+    share(fileID_, key.substr(hyphen + 1));
 }
 
 std::wstring clsRoom::GetRoomID() const {
-    if (componentID_ < 0 || TrimmedView(fileID_).empty())
+    if (componentID_ < 0 || TrimmedView(*fileID_).empty())
         return {};
-    return FromLong(componentID_) + L"-" + fileID_;
+    return FromLong(componentID_) + L"-" + *fileID_;
 }
 
 const std::wstring& clsRoom::Name() const {
@@ -96,35 +106,35 @@ void clsRoom::FunctionName(std::wstring_view text) {
 }
 
 const std::wstring& clsRoom::StoryCode() const {
-    return storyCode_;
+    return *storyCode_;
 }
 
 void clsRoom::StoryCode(std::wstring_view text) {
-    storyCode_ = TrimmedView(text);
+    share(storyCode_, TrimmedView(text));
 }
 
 const std::wstring& clsRoom::Enclosure() const {
-    return enclosure_;
+    return *enclosure_;
 }
 
 void clsRoom::Enclosure(std::wstring_view text) {
-    enclosure_ = TrimmedView(text);
+    share(enclosure_, TrimmedView(text));
 }
 
 const std::wstring& clsRoom::Occupancy() const {
-    return occupancy_;
+    return *occupancy_;
 }
 
 void clsRoom::Occupancy(std::wstring_view text) {
-    occupancy_ = TrimmedView(text);
+    share(occupancy_, TrimmedView(text));
 }
 
 const std::wstring& clsRoom::AreaType() const {
-    return areaType_;
+    return *areaType_;
 }
 
 void clsRoom::AreaType(std::wstring_view text) {
-    areaType_ = TrimmedView(text);
+    share(areaType_, TrimmedView(text));
 }
 
 bool clsRoom::IsNew() const {
@@ -152,11 +162,11 @@ void clsRoom::ComponentID(std::int32_t value) {
 }
 
 const std::wstring& clsRoom::FileID() const {
-    return fileID_;
+    return *fileID_;
 }
 
 void clsRoom::FileID(std::wstring_view text) {
-    fileID_ = TrimmedView(text);
+    share(fileID_, TrimmedView(text));
 }
 
 std::int32_t clsRoom::FileNumber() const {

@@ -65,11 +65,12 @@ class clsRoom {
   private:
     std::wstring name_ = L"1";
     std::wstring functionName_;
-    std::wstring storyCode_ = L"EG";
-    std::wstring enclosure_;
-    std::wstring occupancy_;
-    std::wstring areaType_;
-    std::wstring fileID_;
+    // Few words for many rooms.
+    const std::wstring* storyCode_;
+    const std::wstring* enclosure_;
+    const std::wstring* occupancy_;
+    const std::wstring* areaType_;
+    const std::wstring* fileID_;
     std::int32_t fileNumber_ = -1;
     std::int32_t componentID_ = -1;
     std::int32_t projectNumber_ = -1;

@@ -44,18 +44,19 @@ void GridCells::Resize(int rows, int columns) {
         outside();
     // All that may fail for want of memory comes first, in a table of its own.
     const auto width = static_cast<std::size_t>(columns);
-    std::vector<std::vector<Cell>> resized(static_cast<std::size_t>(rows));
-    const std::size_t kept = columns == columns_ ? std::min(resized.size(), rows_.size()) : 0;
-    for (std::size_t row = kept; row < resized.size(); ++row)
-        resized[row].resize(width);
-    for (std::size_t row = 0; row < std::min(resized.size(), rows_.size()); ++row) {
-        if (row < kept)
-            resized[row] = std::move(rows_[row]);
+    std::vector<Row> resized(static_cast<std::size_t>(rows));
+    const std::size_t kept = std::min(resized.size(), rows_.size());
+    for (std::size_t row = 0; row < kept && columns != columns_; ++row)
+        if (!rows_[row].cells.empty())
+            resized[row].cells.resize(width);
+    for (std::size_t row = 0; row < kept; ++row) {
+        std::vector<Cell>& cells = rows_[row].cells;
+        const auto end = static_cast<std::ptrdiff_t>(std::min(width, cells.size()));
+        resized[row].number = rows_[row].number;
+        if (columns == columns_)
+            resized[row].cells.swap(cells);
         else
-            std::move(rows_[row].begin(),
-                      rows_[row].begin() +
-                          static_cast<std::ptrdiff_t>(std::min(width, rows_[row].size())),
-                      resized[row].begin());
+            std::move(cells.begin(), cells.begin() + end, resized[row].cells.begin());
     }
     ++changes_;
     columns_ = columns;
@@ -63,36 +64,68 @@ void GridCells::Resize(int rows, int columns) {
 }
 
 int GridCells::LastFilledRow() const {
-    const auto filled = [](const std::vector<Cell>& row) {
-        return std::any_of(row.begin(), row.end(),
-                           [](const Cell& cell) { return !cell.text.empty(); });
+    int row = Rows() - 1;
+    const auto isFilled = [&] {
+        for (int column = 0; column < columns_; ++column)
+            if (!Text(row, column).empty())
+                return true;
+        return false;
     };
-    return Rows() - 1 -
-           static_cast<int>(std::find_if(rows_.rbegin(), rows_.rend(), filled) - rows_.rbegin());
+    while (row >= 0 && !isFilled())
+        --row;
+    return row;
 }
 
 void GridCells::Clear() {
     ++changes_;
-    for (std::vector<Cell>& row : rows_)
-        std::fill(row.begin(), row.end(), Cell());
+    std::fill(rows_.begin(), rows_.end(), Row());
+    source_ = nullptr;
+}
+
+void GridCells::Supply(int firstRow, std::int32_t rows, RowSource source) {
+    if (firstRow < 0 || rows < 0 || firstRow > Rows() - rows)
+        outside();
+    ++changes_;
+    source_ = std::move(source);
+    for (std::int32_t number = 1; number <= rows; ++number)
+        rows_[static_cast<std::size_t>(firstRow + number - 1)] = {{}, number};
+}
+
+const std::vector<GridCells::Cell>& GridCells::supplied(std::int32_t number) const {
+    if (askedNumber_ != number || askedAt_ != changes_) {
+        askedNumber_ = 0;
+        asked_.assign(static_cast<std::size_t>(columns_), Cell());
+        source_(number, asked_);
+        askedNumber_ = number;
+        askedAt_ = changes_;
+    }
+    return asked_;
+}
+
+void GridCells::checkPlace(int row, int column) const {
+    if (row < 0 || row >= Rows() || column < 0 || column >= columns_)
+        outside();
 }
 
 const GridCells::Cell& GridCells::at(int row, int column) const {
-    if (row < 0 || row >= Rows() || column < 0 || column >= columns_)
-        outside();
-    return rows_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+    checkPlace(row, column);
+    static const Cell none;
+    const Row& found = rows_[static_cast<std::size_t>(row)];
+    if (found.number > 0)
+        return supplied(found.number)[static_cast<std::size_t>(column)];
+    return found.cells.empty() ? none : found.cells[static_cast<std::size_t>(column)];
 }
 
 GridCells::Cell& GridCells::at(int row, int column) {
+    checkPlace(row, column);
+    Row& found = rows_[static_cast<std::size_t>(row)];
+    if (found.number > 0) {
+        found.cells = supplied(found.number);
+        found.number = 0;
+    }
+    found.cells.resize(static_cast<std::size_t>(columns_));
     ++changes_;
-    return const_cast<Cell&>(std::as_const(*this).at(row, column));
-}
-
-std::vector<GridCells::Cell>& GridCells::Row(int row) {
-    if (row < 0 || row >= Rows())
-        outside();
-    ++changes_;
-    return rows_[static_cast<std::size_t>(row)];
+    return found.cells[static_cast<std::size_t>(column)];
 }
 
 const std::wstring& GridCells::Text(int row, int column) const {
@@ -123,18 +156,19 @@ void GridCells::Sort(int firstRow, int lastRow, int column, SortOrder order) {
     if (firstRow > lastRow)
         return;
     // Both ends have to be there.
-    at(firstRow, column);
-    at(lastRow, column);
+    checkPlace(firstRow, column);
+    checkPlace(lastRow, column);
     // Asked once: the mark must not change between two comparisons.
     const NumberLocale locale = UserLocale();
     std::vector<SortedRow> keys;
     keys.reserve(static_cast<std::size_t>(lastRow - firstRow) + 1);
     for (int row = firstRow; row <= lastRow; ++row)
-        keys.push_back(sortedRow(at(row, column).text, static_cast<std::size_t>(row), locale));
+        keys.push_back(sortedRow(Text(row, column), static_cast<std::size_t>(row), locale));
     std::stable_sort(keys.begin(), keys.end(), standsBefore);
     if (order == SortOrder::Descending)
         std::reverse(keys.begin(), keys.end());
-    std::vector<std::vector<Cell>> sorted;
+    ++changes_;
+    std::vector<Row> sorted;
     sorted.reserve(keys.size());
     for (const SortedRow& key : keys)
         sorted.push_back(std::move(rows_[key.row]));

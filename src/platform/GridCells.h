@@ -4,6 +4,7 @@
 // 100,000 rows costs no more to show than one of 100.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,7 +35,8 @@ class GridCells {
     // Empties every cell, header included; the shape stays.
     void Clear();
 
-    // Row and column from 0. Error: SubscriptOutOfRange outside the shape.
+    // Row and column from 0. The text holds until another row is looked at. Error:
+    // SubscriptOutOfRange outside the shape.
     const std::wstring& Text(int row, int column) const;
     void Text(int row, int column, std::wstring text);
     std::optional<Colour> TextColour(int row, int column) const;
@@ -42,8 +44,12 @@ class GridCells {
     Alignment CellAlignment(int row, int column) const;
     void CellAlignment(int row, int column, Alignment alignment);
 
-    // All cells of a row, to fill it in one go. Error: SubscriptOutOfRange outside the shape.
-    std::vector<Cell>& Row(int row);
+    // Gives the cells of a row by its number, from 1; it gets empty ones.
+    using RowSource = std::function<void(std::int32_t number, std::vector<Cell>& cells)>;
+    // Rows from firstRow on that are not kept, but asked for whenever somebody looks at them, until
+    // the cells are cleared. Setting a cell of such a row keeps that row from then on. Error:
+    // SubscriptOutOfRange outside the shape.
+    void Supply(int firstRow, std::int32_t rows, RowSource source);
 
     // Sorts the rows firstRow to lastRow (both included) by one column: two numbers (under the
     // user's locale) compare as numbers, numbers stand before texts, texts stand in the user's
@@ -51,12 +57,24 @@ class GridCells {
     void Sort(int firstRow, int lastRow, int column, SortOrder order);
 
   private:
+    // A row holds cells once one was set. Until then it is empty, or supplied by number.
+    struct Row {
+        std::vector<Cell> cells;
+        std::int32_t number = 0;
+    };
+    void checkPlace(int row, int column) const;
     const Cell& at(int row, int column) const;
     Cell& at(int row, int column);
+    const std::vector<Cell>& supplied(std::int32_t number) const;
 
     int columns_ = 0;
     std::uint64_t changes_ = 0;
-    std::vector<std::vector<Cell>> rows_;
+    std::vector<Row> rows_;
+    RowSource source_;
+    // The row that was asked for last: its cells are looked at one after the other.
+    mutable std::vector<Cell> asked_;
+    mutable std::int32_t askedNumber_ = 0;
+    mutable std::uint64_t askedAt_ = 0;
 };
 
 } // namespace kalvrooms::Gui

@@ -579,13 +579,15 @@ void frmMain::UpdateTable(bool warn) {
     if (roomCount_ > clsKalvero::MostRooms && warn)
         showRoomLimitWarning();
     initTable();
-    // Asked once: it is the same for all rows.
-    const NumberLocale locale = UserLocale();
-    clsRoom room;
-    for (std::int32_t row = 1; row <= roomCount_; ++row) {
-        floors_->GetRoomByIndex(row, room);
-        fillRow(cells.Row(row), room, locale);
-    }
+    // A row's texts come from the list whenever they are shown: a copy of them all would take more
+    // memory and time than the list itself. The user's marks are asked for once.
+    cells.Supply(
+        1, roomCount_,
+        [this, floors = floors_, room = std::make_shared<clsRoom>(),
+         locale = UserLocale()](std::int32_t number, std::vector<Gui::GridCells::Cell>& row) {
+            floors->GetRoomByIndex(number, *room);
+            fillRow(row, *room, locale);
+        });
     for (int row = roomCount_ + 1; row < leastRows; ++row)
         for (int column = 0; column < visibleColumns; ++column)
             cells.CellAlignment(row, column, Gui::Alignment::Centre);

@@ -26,6 +26,26 @@ INSTANTIATE_TEST_SUITE_P(CommaAndPoint, SeriesUnderBothLocales,
 
 } // namespace
 
+// What a storey's rooms all say is stored once: long lists would not fit into the memory otherwise.
+TEST(clsRoom, SharesTheWordsThatOtherRoomsHaveToo) {
+    clsRoom one;
+    clsRoom other;
+    for (clsRoom* room : {&one, &other}) {
+        room->StoryCode(L" 1. Obergeschoss ");
+        room->Enclosure(L"a");
+        room->Occupancy(L"HNF 3");
+        room->AreaType(L"N");
+        room->SetRoomID(L"12-K3");
+    }
+    EXPECT_EQ(&one.StoryCode(), &other.StoryCode());
+    EXPECT_EQ(&one.Enclosure(), &other.Enclosure());
+    EXPECT_EQ(&one.Occupancy(), &other.Occupancy());
+    EXPECT_EQ(&one.AreaType(), &other.AreaType());
+    EXPECT_EQ(&one.FileID(), &other.FileID());
+    other.StoryCode(L"EG");
+    EXPECT_EQ(one.StoryCode(), L"1. Obergeschoss");
+}
+
 TEST(clsRoom, ANewRoomHasItsDefaults) {
     const clsRoom room;
     EXPECT_EQ(room.Name(), L"1");

@@ -139,6 +139,36 @@ TEST(GridCells, KnowsTheLastRowWithATextInIt) {
     EXPECT_EQ(cells.LastFilledRow(), 3);
 }
 
+TEST(GridCells, AsksForRowsThatAreSupplied) {
+    int asked = 0;
+    GridCells cells;
+    cells.Resize(4, 2);
+    cells.Text(0, 0, L"Kopf");
+    cells.Supply(1, 2, [&asked](std::int32_t number, std::vector<GridCells::Cell>& row) {
+        ++asked;
+        row[0] = {std::to_wstring(number), 7, Alignment::Centre};
+    });
+    EXPECT_EQ(asked, 0);
+    EXPECT_EQ(cells.LastFilledRow(), 2);
+    EXPECT_EQ(column(cells), (Texts{L"1", L"2", L""}));
+    EXPECT_EQ(cells.TextColour(2, 0), 7);
+    EXPECT_EQ(cells.CellAlignment(2, 0), Alignment::Centre);
+    EXPECT_EQ(cells.Text(2, 1), L"");
+    EXPECT_EQ(asked, 3); // once for a row that is looked at again and again
+    cells.Sort(1, 2, 0, SortOrder::Descending);
+    EXPECT_EQ(column(cells), (Texts{L"2", L"1", L""}));
+    // What is set is kept, with the rest of its row.
+    cells.Text(1, 1, L"x");
+    cells.Resize(5, 3);
+    EXPECT_EQ(cells.Text(1, 0), L"2");
+    EXPECT_EQ(cells.Text(1, 1), L"x");
+    EXPECT_EQ(cells.Text(2, 0), L"1");
+    cells.Clear();
+    EXPECT_EQ(cells.LastFilledRow(), -1);
+    EXPECT_EQ(cells.Rows(), 5);
+    EXPECT_EQ(errorOf([&] { cells.Supply(1, 5, nullptr); }), RuntimeError::SubscriptOutOfRange);
+}
+
 TEST(GridCells, RefusesWhatLiesOutside) {
     GridCells cells;
     cells.Resize(2, 3);
