@@ -7,7 +7,12 @@ target_include_directories(quartino_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 if(WIN32)
   target_compile_definitions(quartino_options INTERFACE UNICODE _UNICODE NOMINMAX
                              WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00 WINVER=0x0A00)
-  target_link_options(quartino_options INTERFACE -static -municode)
+  target_compile_options(quartino_options INTERFACE -fstack-protector-strong)
+  # Windows 10 is the oldest system that is meant.
+  target_link_options(quartino_options INTERFACE -static -municode -fstack-protector-strong
+                      -Wl,--tsaware,--nxcompat,--dynamicbase,--high-entropy-va
+                      -Wl,--major-os-version,10,--minor-os-version,0
+                      -Wl,--major-subsystem-version,10,--minor-subsystem-version,0)
 endif()
 
 if(QUARTINO_SANITIZE)

@@ -32,8 +32,13 @@ void ClientProgram::Start(const std::wstring& program, HandOver handOver) {
     std::error_code ignored;
     if (!std::filesystem::exists(path, ignored))
         throw HostError(L"The program is missing: " + path.wstring());
-    if (handOver.helpFile.empty())
-        handOver.helpFile = std::filesystem::path(path).replace_extension(L".chm").wstring();
+    if (handOver.helpFile.empty()) {
+        std::filesystem::path help = path;
+        help.replace_filename(path.stem().wstring() + L"_" + handOver.language + L".chm");
+        if (!std::filesystem::exists(help, ignored))
+            help = std::filesystem::path(path).replace_extension(L".chm");
+        handOver.helpFile = help.wstring();
+    }
     SaveText(path.parent_path() / HandOverFileName, AnsiText(HandOverText(handOver)));
 
     STARTUPINFOW startup{};

@@ -17,7 +17,8 @@ constexpr UINT helpContext = 0x000F;
 void htmlHelp(HWND owner, const char* file, UINT command, DWORD_PTR data) {
     using Call = HWND(WINAPI*)(HWND, LPCSTR, UINT, DWORD_PTR);
     // Loaded when first needed and kept: help windows live in it.
-    static const HMODULE control = LoadLibraryW(L"hhctrl.ocx");
+    static const HMODULE control =
+        LoadLibraryExW(L"hhctrl.ocx", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
     static const auto call = FunctionIn<Call>(control, "HtmlHelpA");
     if (call)
         call(owner, file, command, data);
@@ -72,16 +73,30 @@ std::wstring registeredFolderOf(const std::wstring& helpFile) {
     return {};
 }
 
-// The file that a path means; a bare name is looked for where the system looks for help files.
-// Empty when there is none: the help control would complain about it.
+std::wstring programFolder() {
+    std::vector<wchar_t> path(fileNameBuffer);
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    return folderOf({path.data(), length});
+}
+
+bool isFullPath(const std::wstring& path) {
+    return path.starts_with(L"\\\\") ||
+           (path.size() > 2 && path[1] == L':' && (path[2] == L'\\' || path[2] == L'/'));
+}
+
+// The file that a path means. One without a full path lies in the program's folder, or, named
+// barely, where the system looks for help files; never in the folder that the program happens to be
+// started in. Empty when there is none: the help control would complain about it.
 std::wstring helpFileOf(const std::wstring& file) {
-    if (file.empty() || file.find_first_of(L"\\/:") != std::wstring::npos)
+    if (file.empty() || file.size() >= fileNameBuffer)
+        return L"";
+    if (isFullPath(file))
         return isFile(file) ? file : L"";
-    std::vector<wchar_t> found(fileNameBuffer);
-    const DWORD length = SearchPathW(nullptr, file.c_str(), nullptr,
-                                     static_cast<DWORD>(found.size()), found.data(), nullptr);
-    if (length > 0 && length < found.size() && isFile(found.data()))
-        return found.data();
+    const std::wstring beside = programFolder() + file.substr(file.find(L':') + 1);
+    if (isFile(beside))
+        return beside;
+    if (file.find_first_of(L"\\/:") != std::wstring::npos)
+        return L"";
     std::wstring folder = registeredFolderOf(file);
     if (!folder.empty() && !folder.ends_with(L'\\'))
         folder += L'\\';

@@ -15,8 +15,9 @@
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     using namespace kalvrooms;
-    // No library may come from the folder that the program happens to be started in.
-    SetDllDirectoryW(L"");
+    // The system's libraries come from the system's folder alone: not from the one that the program
+    // happens to be started in, and not from the program's own, where anybody may have put a file.
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     const auto program = [] {
         // Host and spreadsheet application are called from here.
         const ComApartment apartment;

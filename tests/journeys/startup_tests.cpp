@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -21,16 +23,40 @@ constexpr const wchar_t* keyPath = L"Software\\QuartinoTest";
 const std::wstring closeKvdFiles = L" KVD-Dateien können mit dem Quartino nicht bearbeitet werden. "
                                    L"Bitte schließen Sie alle KVD-Dateien.";
 
+// Stands in for the help control of the system, in the system's folder.
+class HelpControlOfTheSystem {
+  public:
+    HelpControlOfTheSystem() {
+        // A run that was broken off may have left the original under its second name.
+        if (!std::filesystem::exists(kept_))
+            std::filesystem::rename(control_, kept_);
+        std::filesystem::copy_file(ui::binFolder() / L"test-libraries" / L"hhctrl.ocx", control_,
+                                   std::filesystem::copy_options::overwrite_existing);
+        // Wine prefers its own to any other.
+        for (const wchar_t* name : {L"hhctrl.ocx", L"*hhctrl.ocx"})
+            loading_.set(name, REG_SZ, std::string("n\0a\0t\0i\0v\0e\0\0\0", 14));
+    }
+    ~HelpControlOfTheSystem() {
+        std::error_code ignored;
+        std::filesystem::remove(folder() / L"code-ran", ignored);
+        std::filesystem::rename(kept_, control_, ignored);
+    }
+    HelpControlOfTheSystem(const HelpControlOfTheSystem&) = delete;
+    HelpControlOfTheSystem& operator=(const HelpControlOfTheSystem&) = delete;
+
+  private:
+    static std::filesystem::path folder() {
+        wchar_t path[MAX_PATH] = L"";
+        GetSystemDirectoryW(path, MAX_PATH);
+        return path;
+    }
+    std::filesystem::path control_ = folder() / L"hhctrl.ocx";
+    std::filesystem::path kept_ = folder() / L"hhctrl.ocx.kept";
+    SettingsKey loading_{L"Software\\Wine\\AppDefaults\\Quartino.exe\\DllOverrides"};
+};
+
 class StartUp : public ::testing::Test {
   protected:
-    // Wine prefers its own help control to the one beside the program; elsewhere the key is no more
-    // than a key.
-    static SettingsKey helpControlBesideTheProgram() {
-        SettingsKey loading(L"Software\\Wine\\AppDefaults\\Quartino.exe\\DllOverrides");
-        for (const wchar_t* name : {L"hhctrl.ocx", L"*hhctrl.ocx"})
-            loading.set(name, REG_SZ, std::string("n\0a\0t\0i\0v\0e\0\0\0", 14));
-        return loading;
-    }
     void pressF1(HWND window) {
         ui::waitFor("the focus", [&] { return GetForegroundWindow() == window; });
         ui::typeKey(VK_F1);
@@ -54,7 +80,7 @@ TEST_F(StartUp, AppliesLanguageSettingsKeyAndHelpFileAndF1OpensTheRightPages) {
     const std::wstring helpFile = (folder.path() / L"Übersicht").wstring();
     folder.writeHandOver(keyPath, L"eng", helpFile + L".kalvhelp");
     const std::string before = readBytes(folder.handOver());
-    const SettingsKey loading = helpControlBesideTheProgram();
+    const HelpControlOfTheSystem recorder;
     const std::string help = toAnsi(helpFile + L".chm");
 
     RunningProgram program(folder);
@@ -92,7 +118,7 @@ TEST_F(StartUp, AppliesLanguageSettingsKeyAndHelpFileAndF1OpensTheRightPages) {
 }
 
 TEST_F(StartUp, F1WithoutTheHelpFileDoesNothing) {
-    const SettingsKey loading = helpControlBesideTheProgram();
+    const HelpControlOfTheSystem recorder;
     const std::filesystem::path help = folder.path() / L"nirgends.chm";
     folder.writeHandOver(keyPath, L"eng", (folder.path() / L"nirgends.kalvhelp").wstring());
     RunningProgram program(folder);
@@ -115,6 +141,55 @@ TEST_F(StartUp, F1WithoutTheHelpFileDoesNothing) {
     postF1(main);
     EXPECT_EQ(waitForHelpCalls(1).size(), 1u);
     EXPECT_EQ(program.close(), 0u);
+}
+
+// What somebody has put beside the program must not run with it.
+TEST_F(StartUp, LibrariesOfTheSystemAreNotTakenFromTheProgramsFolder) {
+    const std::filesystem::path planted = folder.path() / L"hhctrl.ocx";
+    for (const wchar_t* name :
+         {L"dwmapi.dll", L"uxtheme.dll", L"comdlg32.dll", L"winspool.drv", L"shcore.dll",
+          L"shell32.dll", L"shlwapi.dll", L"propsys.dll", L"version.dll", L"msimg32.dll",
+          L"riched20.dll", L"usp10.dll", L"explorerframe.dll", L"windowscodecs.dll",
+          L"netapi32.dll", L"cryptbase.dll", L"mscms.dll", L"sxs.dll"})
+        std::filesystem::copy_file(planted, folder.path() / name);
+    writeBytes(folder.path() / L"hilfe.chm", "");
+    folder.writeHandOver(keyPath, L"xxx", (folder.path() / L"hilfe.kalvhelp").wstring());
+    const HelpControlOfTheSystem recorder;
+
+    RunningProgram program(folder);
+    const HWND main = program.mainWindow();
+    ui::choose(main, ui::MenuOpen);
+    const HWND files = program.fileDialog();
+    PostMessageW(files, WM_COMMAND, IDCANCEL, 0);
+    ui::waitUntilGone(files);
+    pressF1(main);
+    EXPECT_EQ(waitForHelpCalls(1).size(), 1u);
+    EXPECT_EQ(program.close(), 0u);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / L"code-ran"));
+}
+
+TEST_F(StartUp, TheProgramAsksForWindows10AndForAllThatProtectsIt) {
+    const std::string program = readBytes(folder.path() / L"Quartino.exe");
+    IMAGE_DOS_HEADER dos{};
+    std::memcpy(&dos, program.data(), sizeof dos);
+    IMAGE_NT_HEADERS64 headers{};
+    std::memcpy(&headers, program.data() + dos.e_lfanew, sizeof headers);
+    const IMAGE_OPTIONAL_HEADER64& optional = headers.OptionalHeader;
+    EXPECT_EQ(optional.MajorOperatingSystemVersion, 10);
+    EXPECT_EQ(optional.MajorSubsystemVersion, 10);
+    EXPECT_EQ(optional.MinorSubsystemVersion, 0);
+    for (const int protection :
+         {IMAGE_DLLCHARACTERISTICS_NX_COMPAT, IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE,
+          0x20 /* high entropy */, IMAGE_DLLCHARACTERISTICS_TERMINAL_SERVER_AWARE})
+        EXPECT_TRUE(optional.DllCharacteristics & protection) << protection;
+    // Nothing of it works without a table of what to move.
+    EXPECT_FALSE(headers.FileHeader.Characteristics & IMAGE_FILE_RELOCS_STRIPPED);
+    EXPECT_NE(program.find("stack smashing detected"), std::string::npos);
+    EXPECT_NE(program.find("{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"), std::string::npos)
+        << "Windows 10 in the manifest";
+    EXPECT_NE(readBytes(ui::binFolder() / L"KalveroPractice.exe")
+                  .find("{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"),
+              std::string::npos);
 }
 
 class OddHandOver : public StartUp {
@@ -141,6 +216,24 @@ TEST_F(OddHandOver, WithOtherLineEndsAndAFortyThousandCharactersLongLineIsApplie
     writeBytes(folder.handOver(),
                "Kalvero\n" + std::string(40000, 'x') + "\nSoftware\\QuartinoTest\nprb");
     run(true, &below);
+}
+
+// No path is that long.
+TEST_F(OddHandOver, WithAHelpFileOf200MegabytesF1OpensNothingAndTheProgramGoesOn) {
+    const HelpControlOfTheSystem recorder;
+    writeBytes(folder.handOver(), "Kalvero\r\n" + std::string(200'000'000, 'x') +
+                                      ".kalvhelp\r\nSoftware\\QuartinoTest\r\nprb\r\n");
+    RunningProgram program(folder);
+    const HWND main = program.mainWindow();
+    EXPECT_EQ(ui::textOf(main), L" Sprachprobe - Schule");
+    pressF1(main);
+    // The dialog comes after the key in the same queue.
+    ui::choose(main, ui::MenuAddRoom);
+    const HWND room = program.dialog(L" Raum hinzufügen ");
+    PostMessageW(room, WM_CLOSE, 0, 0);
+    ui::waitUntilGone(room);
+    EXPECT_THAT(folder.helpCalls(), IsEmpty());
+    EXPECT_EQ(program.close(), 0u);
 }
 
 // A name in the registry ends at a NUL; half a path would be another key.

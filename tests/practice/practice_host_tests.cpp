@@ -572,6 +572,18 @@ TEST_F(PracticeHost, StartsItsClientWithTheHandOverFileAndEndsWithIt) {
     EXPECT_EQ(code, clientExitCode);
     EXPECT_EQ(bytes(folder() / L"kalvqtotemp"), "Kalvero practice host\r\nC:\\Hilfe\\\xDC"
                                                 "bung.kalvhelp\r\nSoftware\\Probe\r\ndeu\r\n");
+
+    // Without being told, the manual beside the program, in the program's language if there is one.
+    std::ofstream(folder() / L"Quartino_eng.chm").put('x');
+    for (const auto& [language, manual] :
+         {std::pair{L"eng", "Quartino_eng"}, {L"fra", "Quartino"}}) {
+        SetEnvironmentVariableW(clientVariable, L"1");
+        hostWith(L"--hidden --quit-with-client --language " + std::wstring(language) +
+                 L" --start \"" + program.wstring() + L"\"");
+        SetEnvironmentVariableW(clientVariable, nullptr);
+        EXPECT_THAT(bytes(folder() / L"kalvqtotemp"),
+                    HasSubstr("\\" + std::string(manual) + ".kalvhelp\r\n"));
+    }
 }
 
 } // namespace

@@ -2,8 +2,12 @@
 
 #include "win32/StartUp.h"
 
+#include "practice/driver/UiDriver.h"
+
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <new>
 #include <random>
 #include <stdexcept>
@@ -55,9 +59,44 @@ TEST_F(StartUpFrame, WhatNobodyTrappedEndsInAMessage) {
     Expect([] { throw std::runtime_error("no window"); },
            L"Quartino muss beendet werden.\rno window");
     Expect([] { throw std::bad_alloc(); },
-           L"Quartino muss beendet werden.\r" +
-               RuntimeError(RuntimeError::OutOfMemory).description());
+           L"Quartino muss beendet werden.\rDer Speicher reicht nicht aus");
     Expect([] { throw 1; }, L"Quartino muss beendet werden.");
+}
+
+TEST(HelpFiles, OneWithoutAFullPathLiesInTheProgramsFolderAndNeverInTheCurrentOne) {
+    std::vector<std::string> opened;
+    const auto call = [&](HWND, const char* file, UINT, DWORD_PTR) { opened.push_back(file); };
+    const std::filesystem::path program = driver::binFolder();
+    const std::filesystem::path before = std::filesystem::current_path();
+    const std::filesystem::path elsewhere =
+        std::filesystem::temp_directory_path() / std::to_wstring(std::random_device()());
+    const std::wstring name = elsewhere.filename().wstring() + L".chm";
+    std::filesystem::create_directories(elsewhere / L"sub");
+    for (const std::filesystem::path& file : {elsewhere / name, elsewhere / L"sub" / name})
+        std::ofstream(file).put('x');
+    std::filesystem::current_path(elsewhere);
+    const std::wstring drive = elsewhere.root_name().wstring();
+    const std::wstring paths[] = {name, L".\\" + name, L"sub\\" + name, L"sub/" + name,
+                                  drive + name};
+    for (const std::wstring& path : paths)
+        OpenHelpFile(nullptr, path, 20, call);
+    EXPECT_TRUE(opened.empty());
+
+    std::filesystem::create_directories(program / elsewhere.filename());
+    for (const std::wstring& path : {name, elsewhere.filename().wstring() + L"\\" + name}) {
+        std::ofstream(program / path).put('x');
+        OpenHelpFile(nullptr, path, 20, call);
+        std::filesystem::remove(program / path);
+        ASSERT_EQ(opened.size(), 1U);
+        EXPECT_EQ(std::filesystem::path(opened.back()), program / path);
+        opened.clear();
+    }
+    std::filesystem::remove(program / elsewhere.filename());
+    // A full path is one wherever the program is.
+    OpenHelpFile(nullptr, (elsewhere / name).wstring(), 20, call);
+    EXPECT_EQ(opened.size(), 1U);
+    std::filesystem::current_path(before);
+    std::filesystem::remove_all(elsewhere);
 }
 
 TEST(HelpFiles, ABareNameIsLookedForWhereHelpFilesAre) {

@@ -2,6 +2,7 @@
 
 #include "desktop_support.h"
 
+#include "win32/Com.h"
 #include "win32/ControlIds.h"
 #include "win32/DialogTemplate.h"
 #include "win32/Win32AnsiCodec.h"
@@ -15,6 +16,8 @@
 #include <cderr.h>
 
 #include <cstdio>
+#include <type_traits>
+#include <utility>
 
 namespace kalvrooms {
 namespace {
@@ -105,6 +108,21 @@ TEST_F(RegistryOfTheUser, APathWithoutAParentMeansTheHiveItself) {
     std::int32_t value = 0;
     EXPECT_TRUE(key->QueryDword(L"Report", value));
     EXPECT_EQ(value, 1);
+}
+
+TEST(Variants, AreMovedAndNeverCopied) {
+    static_assert(!std::is_copy_constructible_v<Variant> && !std::is_copy_assignable_v<Variant>);
+    static_assert(std::is_nothrow_move_constructible_v<Variant> &&
+                  std::is_nothrow_move_assignable_v<Variant>);
+    Variant first(std::wstring(L"Aula"));
+    const wchar_t* const text = first.raw().bstrVal;
+    Variant second(std::move(first));
+    EXPECT_EQ(second.raw().bstrVal, text);
+    EXPECT_TRUE(first.empty());
+    Variant third(1.5);
+    third = std::move(second);
+    EXPECT_EQ(third.raw().bstrVal, text);
+    EXPECT_EQ(third.ToText(), L"Aula");
 }
 
 TEST(Ansi, WhatTheCodePageLacksBecomesAQuestionMark) {

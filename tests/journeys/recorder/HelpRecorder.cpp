@@ -1,4 +1,5 @@
-// Stands in for the system's help control beside a copy of the program: writes down every call.
+// Stands in for the system's help control: writes down every call, beside the program. Wherever it
+// lies and whatever it is called there, it tells in its own folder that its code ran.
 
 #include <windows.h>
 
@@ -9,9 +10,10 @@ namespace {
 
 HMODULE self = nullptr;
 
-void append(const wchar_t* name, const std::string& line) {
+// Into the folder of a library, or of the program itself.
+void append(HMODULE beside, const wchar_t* name, const std::string& line) {
     wchar_t path[MAX_PATH] = L"";
-    GetModuleFileNameW(self, path, MAX_PATH);
+    GetModuleFileNameW(beside, path, MAX_PATH);
     std::wstring file = path;
     file.resize(file.find_last_of(L'\\') + 1);
     if (std::FILE* out = _wfopen((file + name).c_str(), L"ab")) {
@@ -26,14 +28,15 @@ extern "C" __declspec(dllexport) HWND WINAPI
     HtmlHelpA(HWND owner, LPCSTR file, UINT command, DWORD_PTR data) {
     char title[256] = "";
     GetWindowTextA(owner, title, sizeof title);
-    append(L"help-calls", std::string(file) + "|" + std::to_string(command) + "|" +
-                              std::to_string(data) + "|" + title + "\n");
+    append(nullptr, L"help-calls",
+           std::string(file) + "|" + std::to_string(command) + "|" + std::to_string(data) + "|" +
+               title + "\n");
     return nullptr;
 }
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
     self = instance;
     if (reason == DLL_PROCESS_ATTACH)
-        append(L"code-ran", "x");
+        append(self, L"code-ran", "x");
     return TRUE;
 }
