@@ -503,6 +503,18 @@ bool HeadlessForm::DragTo(Gui::Twips width, Gui::Twips height) {
     return true;
 }
 
+bool HeadlessForm::AskForSessionEnd() {
+    bool may = true;
+    desktop_.Dispatch([this, &may] { may = !MayEndSession || MayEndSession(); });
+    return may;
+}
+
+void HeadlessForm::EndSession() {
+    desktop_.Dispatch(OnSessionEnd);
+    OnUnload = nullptr;
+    Unload();
+}
+
 bool HeadlessForm::Close() {
     if (!AcceptsInput())
         return false;

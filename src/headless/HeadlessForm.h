@@ -226,6 +226,9 @@ class HeadlessForm final : public Gui::Form, public HeadlessControl {
     void Show() override;
     void ShowModal() override;
     void Unload() override;
+    void HoldSession(const std::wstring& reason) override { sessionReason_ = reason; }
+    // What the session waits for; empty when it need not wait.
+    const std::wstring& SessionReason() const { return sessionReason_; }
 
     HeadlessDesktop& OwningDesktop() { return desktop_; }
     bool Loaded() const { return loaded_; }
@@ -276,6 +279,9 @@ class HeadlessForm final : public Gui::Form, public HeadlessControl {
     bool DragTo(Gui::Twips width, Gui::Twips height);
     // The close button of the frame.
     bool Close();
+    // The system asks whether the session may end, and ends it.
+    bool AskForSessionEnd();
+    void EndSession();
 
   private:
     friend class HeadlessControl;
@@ -302,6 +308,7 @@ class HeadlessForm final : public Gui::Form, public HeadlessControl {
     HeadlessControl* focus_ = nullptr;
     std::set<int> pressedKeys_;
     std::wstring ownerName_;
+    std::wstring sessionReason_;
     bool loaded_ = true;
     bool unloading_ = false;
 };

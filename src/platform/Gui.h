@@ -205,6 +205,14 @@ class Form : public virtual Control {
     // Asked before closing: false puts the closing off (a command is still under way).
     std::function<bool()> MayUnload;
     std::function<void()> OnUnload;
+
+    // The user's session is about to end, and he can still answer questions: false when it has to
+    // wait.
+    std::function<bool()> MayEndSession;
+    // It ends now. The form is closed without OnUnload then, unless it may not be closed.
+    std::function<void()> OnSessionEnd;
+    // What the user reads when the session waits for this form; empty when it need not wait.
+    virtual void HoldSession(const std::wstring& reason) = 0;
 };
 
 struct Message {

@@ -58,6 +58,26 @@ class RedrawingOff {
     Gui::Grid& grid_;
 };
 
+// While the user is asked, and what he answered is done.
+class SessionHeld {
+  public:
+    SessionHeld(Gui::Form& form, const std::wstring& reason, bool& asking)
+        : form_(form), asking_(asking) {
+        asking_ = true;
+        form_.HoldSession(reason);
+    }
+    ~SessionHeld() {
+        form_.HoldSession(std::wstring());
+        asking_ = false;
+    }
+    SessionHeld(const SessionHeld&) = delete;
+    SessionHeld& operator=(const SessionHeld&) = delete;
+
+  private:
+    Gui::Form& form_;
+    bool& asking_;
+};
+
 } // namespace
 
 struct frmMain::ChosenFile {
@@ -93,6 +113,8 @@ void frmMain::Show() {
         return !commandUnderWay_;
     };
     form_->OnUnload = [this] { unload(); };
+    form_->MayEndSession = [this] { return mayEndSession(); };
+    form_->OnSessionEnd = [this] { endSession(); };
     grdRooms_->MouseUp = [this](Gui::MouseButton button, int row, int column) {
         onTableMouseUp(button, row, column);
     };
@@ -180,6 +202,13 @@ void frmMain::buildMenus() {
 }
 
 void frmMain::unload() {
+    askToSave();
+    // A session that ends while the window is still loading must not store what was never read.
+    if (settingsRead_)
+        SaveWindowSettings();
+}
+
+void frmMain::askToSave() {
     // Saving may call the spreadsheet, which serves this window's messages: no command any more.
     const bool underWay = std::exchange(commandUnderWay_, true);
     if (hasUnsavedRooms()) {
@@ -193,13 +222,28 @@ void frmMain::unload() {
             }
         });
     }
-    // A session that ends while the window is still loading must not store what was never read.
-    if (settingsRead_)
-        SaveWindowSettings();
     // The end of a session may still be called off; the program goes on then.
     commandUnderWay_ = underWay;
     if (!underWay)
         closeWhenDone_ = false;
+}
+
+bool frmMain::mayEndSession() {
+    // The question that stands already has to be answered first.
+    if (asking_)
+        return false;
+    askToSave();
+    askedForSession_ = true;
+    return true;
+}
+
+void frmMain::endSession() {
+    // Who was not asked before is asked now; under a question that still stands nothing more can be
+    // saved than the settings.
+    if (!asking_ && !askedForSession_)
+        askToSave();
+    if (settingsRead_)
+        SaveWindowSettings();
 }
 
 void frmMain::LoadWindowSettings() {
@@ -300,6 +344,8 @@ void frmMain::command(const std::function<void()>& body) {
     if (commandUnderWay_)
         return;
     commandUnderWay_ = true;
+    // Whoever goes on working is asked again.
+    askedForSession_ = false;
     std::exception_ptr failure;
     try {
         body();
@@ -392,6 +438,7 @@ bool frmMain::hasUnsavedRooms() const {
 }
 
 void frmMain::SaveChangesPrompt() {
+    const SessionHeld held(*form_, MessageText(*this, TextNumber::UnsavedRooms), asking_);
     const Gui::Message question{GetText(TextNumber::SaveChanges), GetText(TextNumber::Title),
                                 Gui::Message::Buttons::YesNo};
     while (dirty_ && desktop_.ShowMessage(question) == Gui::Answer::Yes)

@@ -61,6 +61,9 @@ class frmMain final : public Texts,
     void buildMenus();
     void load();
     void unload();
+    void askToSave();
+    bool mayEndSession();
+    void endSession();
     void LoadWindowSettings();
     void SaveWindowSettings();
 
@@ -144,6 +147,8 @@ class frmMain final : public Texts,
     bool settingsRead_ = false;
     bool commandUnderWay_ = false;
     bool closeWhenDone_ = false;
+    bool asking_ = false;          // whether to save; never twice at once
+    bool askedForSession_ = false; // since the last command
 };
 
 } // namespace kalvrooms

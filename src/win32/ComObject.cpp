@@ -106,6 +106,8 @@ ComObject::~ComObject() {
     }
 }
 
+// While another program waits for the answer to a message, the system lets no calls out. The
+// message is answered then: to the question whether the session may end, 0 is "not now".
 template <typename Step>
 HRESULT ComObject::retried(ComSession& session, Step step) {
     const ComSession::Clock clock(session);
@@ -116,6 +118,8 @@ HRESULT ComObject::retried(ComSession& session, Step step) {
     if (now - session.lastCall_ > betweenCommands)
         session.patience_ = session.fullPatience_;
     HRESULT result = step();
+    if (result == RPC_E_CANTCALLOUT_ININPUTSYNCCALL && ReplyMessage(0))
+        result = step();
     while (IsRejected(result) && session.patience_ > 0) {
         const DWORD wait = std::min(pause, session.patience_);
         session.patience_ -= wait;

@@ -116,7 +116,12 @@ SystemDialogs::SystemDialogs()
       SaveFileCall([](OPENFILENAMEW& data) { return GetSaveFileNameW(&data) != FALSE; }),
       ErrorCall([] { return CommDlgExtendedError(); }),
       ColourCall([](CHOOSECOLORW& data) { return ChooseColorW(&data) != FALSE; }),
-      HelpCall(htmlHelp) {}
+      HelpCall(htmlHelp), HoldSessionCall([](HWND window, const wchar_t* reason) {
+          if (reason)
+              ShutdownBlockReasonCreate(window, reason);
+          else
+              ShutdownBlockReasonDestroy(window);
+      }) {}
 
 void RunFileDialog(FileDialog& dialog, HWND owner, const std::function<bool(OPENFILENAMEW&)>& call,
                    const std::function<DWORD()>& error) {

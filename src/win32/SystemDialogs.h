@@ -19,6 +19,8 @@ struct SystemDialogs {
     std::function<DWORD()> ErrorCall;
     std::function<bool(CHOOSECOLORW&)> ColourCall;
     std::function<void(HWND owner, const char* file, UINT command, DWORD_PTR data)> HelpCall;
+    // Without a reason the end of the session need not wait for the window any more.
+    std::function<void(HWND window, const wchar_t* reason)> HoldSessionCall;
 };
 
 // Raises DialogCancelled when no file was chosen.

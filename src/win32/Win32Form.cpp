@@ -347,10 +347,6 @@ void Win32Form::releaseOwner() {
 }
 
 void Win32Form::Unload() {
-    close(false);
-}
-
-void Win32Form::close(bool sessionEnds) {
     if (!Window() || closing_)
         return;
     const std::weak_ptr<bool> alive = alive_;
@@ -358,23 +354,37 @@ void Win32Form::close(bool sessionEnds) {
         bool may = true;
         const auto ask = MayUnload;
         desktop_.Dispatch([&] { may = ask(); });
-        if (alive.expired() || !Window() || closing_)
+        if (!may || alive.expired() || !Window() || closing_)
             return;
-        if (!may && !sessionEnds)
-            return;
-        if (!may) {
-            // The process ends under a command that still holds the form: save what can be saved,
-            // but leave the window to the command.
-            const auto unload = std::exchange(OnUnload, nullptr);
-            desktop_.Dispatch(unload);
-            return;
-        }
     }
     closing_ = true;
     const auto unload = OnUnload;
     desktop_.Dispatch(unload);
     if (!alive.expired())
         destroy();
+}
+
+bool Win32Form::mayEndSession() {
+    bool may = true;
+    if (const auto ask = MayEndSession)
+        desktop_.Dispatch([&] { may = ask(); });
+    return may;
+}
+
+void Win32Form::endSession() {
+    if (const auto end = std::exchange(OnSessionEnd, nullptr)) {
+        OnUnload = nullptr;
+        const std::weak_ptr<bool> alive = alive_;
+        desktop_.Dispatch(end);
+        if (alive.expired())
+            return;
+    }
+    Unload();
+}
+
+void Win32Form::HoldSession(const std::wstring& reason) {
+    if (Window())
+        desktop_.System().HoldSessionCall(Window(), reason.empty() ? nullptr : reason.c_str());
 }
 
 void Win32Form::destroy() {
@@ -436,47 +446,73 @@ bool Win32Form::chooseMenu(UINT id) {
 }
 
 LRESULT Win32Form::HandleMessage(UINT message, WPARAM word, LPARAM data) {
-    const HWND window = Window();
     LRESULT result = 0;
+    if (handleLife(message, word, result) || handlePlace(message, word, data, result) ||
+        Reflect(Window(), message, word, data, result))
+        return result;
+    handleLooks(message);
+    return Win32Control::HandleMessage(message, word, data);
+}
+
+// What begins and ends the form, and what it is in the middle of.
+bool Win32Form::handleLife(UINT message, WPARAM word, LRESULT& result) {
     switch (message) {
     case runFocusEvents:
         flushFocusEvents();
-        return 0;
+        return true;
     case WM_CLOSE:
-        close(false);
-        return 0;
+        Unload();
+        return true;
     case WM_QUERYENDSESSION:
-        return TRUE;
+        result = mayEndSession();
+        return true;
     case WM_ENDSESSION:
         if (word)
-            close(true);
-        return 0;
+            endSession();
+        return true;
     case WM_ACTIVATE:
         // Releases that come back after another window was active have their press elsewhere.
         if (LOWORD(word) == WA_INACTIVE)
             pressed_.clear();
-        break;
-    case WM_SIZE: {
-        const std::weak_ptr<bool> alive = alive_;
-        result = CallOwnProcedure(window, message, word, data);
-        if (!alive.expired() && shown_ && Resize)
-            Raise(Resize);
-        return result;
-    }
-    case WM_DPICHANGED:
-        changeDpi(HIWORD(word), *reinterpret_cast<const RECT*>(data));
-        return 0;
+        return false;
     case WM_DESTROY:
         // Also when the window goes because its owner goes.
         closing_ = true;
         menuBar_.WindowGone();
-        break;
+        return false;
     default:
-        if (Reflect(window, message, word, data, result))
-            return result;
-        break;
+        return false;
     }
-    return Win32Control::HandleMessage(message, word, data);
+}
+
+bool Win32Form::handlePlace(UINT message, WPARAM word, LPARAM data, LRESULT& result) {
+    if (message == WM_DPICHANGED) {
+        changeDpi(HIWORD(word), *reinterpret_cast<const RECT*>(data));
+        return true;
+    }
+    if (message != WM_SIZE)
+        return false;
+    const std::weak_ptr<bool> alive = alive_;
+    result = CallOwnProcedure(Window(), message, word, data);
+    if (!alive.expired() && shown_ && Resize)
+        Raise(Resize);
+    return true;
+}
+
+// Theme, contrast and colours of the system may change while the program runs.
+void Win32Form::handleLooks(UINT message) {
+    if (message == WM_SYSCOLORCHANGE)
+        // The system tells top-level windows only.
+        EnumChildWindows(
+            Window(),
+            [](HWND child, LPARAM) -> BOOL {
+                SendMessageW(child, WM_SYSCOLORCHANGE, 0, 0);
+                return TRUE;
+            },
+            0);
+    if (message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED || message == WM_SETTINGCHANGE)
+        RedrawWindow(Window(), nullptr, nullptr,
+                     RDW_ERASE | RDW_FRAME | RDW_INVALIDATE | RDW_ALLCHILDREN);
 }
 
 void Win32Form::ApplyFont() {
@@ -515,21 +551,46 @@ void Win32Form::changeDpi(UINT dpi, const RECT& suggested) {
 // Newer systems give a window borders that are not visible; what the user takes for the window's
 // size, and what has to be restored, is the visible frame.
 Win32Form::FrameMargins Win32Form::margins() const {
+    // Minimised, the window has none; what counts is the frame that it comes back with.
+    if (IsIconic(Window()))
+        return usualMargins_;
     RECT whole{};
     RECT visible{};
-    if (!IsWindowVisible(Window()) || IsIconic(Window()) || !GetWindowRect(Window(), &whole) ||
+    if (!IsWindowVisible(Window()) || !GetWindowRect(Window(), &whole) ||
         FAILED(DwmGetWindowAttribute(Window(), DWMWA_EXTENDED_FRAME_BOUNDS, &visible,
                                      sizeof visible)) ||
         IsRectEmpty(&visible))
         return {0, 0, 0, 0};
-    return {static_cast<int>(visible.left - whole.left), static_cast<int>(visible.top - whole.top),
-            static_cast<int>(whole.right - visible.right),
-            static_cast<int>(whole.bottom - visible.bottom)};
+    const FrameMargins now{static_cast<int>(visible.left - whole.left),
+                           static_cast<int>(visible.top - whole.top),
+                           static_cast<int>(whole.right - visible.right),
+                           static_cast<int>(whole.bottom - visible.bottom)};
+    if (!IsZoomed(Window()))
+        usualMargins_ = now;
+    return now;
+}
+
+RECT Win32Form::normalPlace() const {
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    GetWindowPlacement(Window(), &placement);
+    RECT place = placement.rcNormalPosition;
+    // It is counted from the corner of the area beside the taskbar.
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    if (GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTOPRIMARY), &monitor))
+        OffsetRect(&place, static_cast<int>(monitor.rcWork.left - monitor.rcMonitor.left),
+                   static_cast<int>(monitor.rcWork.top - monitor.rcMonitor.top));
+    return place;
 }
 
 Win32Control::Box Win32Form::Bounds() const {
     RECT whole{};
-    GetWindowRect(Window(), &whole);
+    // A minimised window stands far off the screen.
+    if (IsIconic(Window()))
+        whole = normalPlace();
+    else
+        GetWindowRect(Window(), &whole);
     const FrameMargins m = margins();
     return {static_cast<int>(whole.left) + m.left, static_cast<int>(whole.top) + m.top,
             static_cast<int>(whole.right - whole.left) - m.left - m.right,

@@ -30,6 +30,7 @@ class Win32Form : public Form, public Win32Control {
     void Show() override;
     void ShowModal() override;
     void Unload() override;
+    void HoldSession(const std::wstring& reason) override;
 
     Win32Desktop& Desktop() const { return desktop_; }
     const FormEntry& Entry() const { return entry_; }
@@ -82,9 +83,15 @@ class Win32Form : public Form, public Win32Control {
     };
 
     FrameMargins margins() const;
+    // Where a minimised window comes back to.
+    RECT normalPlace() const;
     void changeDpi(UINT dpi, const RECT& suggested);
     bool flushFocusEvents();
-    void close(bool sessionEnds);
+    bool mayEndSession();
+    void endSession();
+    bool handleLife(UINT message, WPARAM word, LRESULT& result);
+    bool handlePlace(UINT message, WPARAM word, LPARAM data, LRESULT& result);
+    void handleLooks(UINT message);
     // For programs that drive this one from outside, who cannot see otherwise that a command has
     // ended: the number of ended commands is a property of the window.
     void countCommand();
@@ -100,6 +107,8 @@ class Win32Form : public Form, public Win32Control {
     Win32Desktop& desktop_;
     const FormEntry& entry_;
     UINT dpi_ = USER_DEFAULT_SCREEN_DPI;
+    // While the window is neither minimised nor maximised.
+    mutable FrameMargins usualMargins_{0, 0, 0, 0};
     bool loaded_ = false;
     bool shown_ = false;
     bool closing_ = false;

@@ -265,10 +265,11 @@ int Win32Grid::TopRow() const {
 }
 
 void Win32Grid::TopRow(int row) {
-    RECT line{};
-    const int from = TopRow();
-    if (Window() && ListView_GetItemRect(Window(), from - 1, &line, LVIR_BOUNDS))
-        ListView_Scroll(Window(), 0, (row - from) * (line.bottom - line.top));
+    if (!Window() || itemCount() == 0)
+        return;
+    // Coming from the end, a row that has just to be seen stands at the top.
+    ListView_EnsureVisible(Window(), itemCount() - 1, FALSE);
+    ListView_EnsureVisible(Window(), std::clamp(row, 1, itemCount()) - 1, FALSE);
 }
 
 void Win32Grid::showCurrent() {
@@ -500,6 +501,10 @@ LRESULT Win32Grid::HandleMessage(UINT message, WPARAM word, LPARAM data) {
     case WM_NCCALCSIZE:
         removeUnwantedBars();
         break;
+    case WM_SYSCOLORCHANGE:
+        // Below the last row the list view paints by itself.
+        ListView_SetBkColor(Window(), GetSysColor(COLOR_WINDOW));
+        break;
     case WM_NOTIFY: {
         const auto& notification = *reinterpret_cast<const NMHDR*>(data);
         if (notification.hwndFrom == header() && headerNotification(notification, result))
@@ -543,6 +548,13 @@ int Win32Grid::headerColumnAt(POINT point) const {
     return column >= 0 ? column : cellAt(point).column;
 }
 
+void Win32Grid::showHeaderTip(UINT message, WPARAM word, LPARAM data) {
+    const int column = headerColumnAt(pointOf(data));
+    if (static_cast<std::size_t>(column) < shownHeader_.size())
+        headerTips_.MouseOver(header(), column, shownHeader_[static_cast<std::size_t>(column)].text,
+                              message, word, data);
+}
+
 LRESULT Win32Grid::headerProcedure(HWND window, UINT message, WPARAM word, LPARAM data,
                                    void* reference) {
     auto& grid = *static_cast<Win32Grid*>(reference);
@@ -550,6 +562,10 @@ LRESULT Win32Grid::headerProcedure(HWND window, UINT message, WPARAM word, LPARA
     case WM_SETCURSOR:
         if (grid.Owner().Desktop().ShowPointer())
             return TRUE;
+        break;
+    case WM_MOUSEMOVE:
+    case WM_LBUTTONDOWN:
+        grid.showHeaderTip(message, word, data);
         break;
     case WM_RBUTTONUP:
         grid.mouseUp(MouseButton::Right, {0, grid.headerColumnAt(pointOf(data))});

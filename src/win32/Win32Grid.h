@@ -4,6 +4,7 @@
 //
 // Row 0 of the cells is the list view's header; row i is its item i - 1.
 
+#include "win32/HeaderTips.h"
 #include "win32/Win32Control.h"
 
 #include <map>
@@ -67,6 +68,7 @@ class Win32Grid : public Grid, public Win32Control {
     bool navigate(WPARAM key);
     CellPosition cellAt(POINT point) const;
     int headerColumnAt(POINT point) const;
+    void showHeaderTip(UINT message, WPARAM word, LPARAM data);
     RECT cellRectangle(int row, int column) const;
     // False when the event ended the form.
     bool mouseUp(MouseButton button, CellPosition cell);
@@ -96,6 +98,7 @@ class Win32Grid : public Grid, public Win32Control {
         bool operator==(const HeaderCell&) const = default;
     };
     std::vector<HeaderCell> shownHeader_;
+    HeaderTips headerTips_;
     // Gives the rows their height.
     HIMAGELIST rowHeight_ = nullptr;
     // The cells in which buttons went down.

@@ -71,32 +71,10 @@ LRESULT Win32MainForm::HandleMessage(UINT message, WPARAM word, LPARAM data) {
     case WM_SETFOCUS:
         FocusFirst();
         return 0;
-    case WM_QUERYENDSESSION:
-        // Later, when the session ends, nobody could answer any more.
-        if (!asking_ && !leftSession_)
-            leaveSession();
-        return TRUE;
-    case WM_ENDSESSION:
-        if (!word)
-            leftSession_ = false; // somebody called it off
-        else if (leftSession_ || asking_)
-            OnUnload = nullptr;
-        break;
     default:
         break;
     }
     return Win32Form::HandleMessage(message, word, data);
-}
-
-void Win32MainForm::leaveSession() {
-    const HWND window = Window();
-    asking_ = true;
-    const auto leave = OnUnload;
-    Desktop().Dispatch(leave);
-    if (!IsWindow(window))
-        return;
-    asking_ = false;
-    leftSession_ = true;
 }
 
 void Win32MainForm::AfterEvent() {

@@ -17,12 +17,7 @@ class Win32MainForm : public Win32Form {
     void FocusFirst() override;
 
   private:
-    // What is done at the end of a run, while the user can still answer.
-    void leaveSession();
-
     Win32Grid* grid_ = nullptr;
-    bool asking_ = false;
-    bool leftSession_ = false;
 };
 
 } // namespace kalvrooms::Gui

@@ -273,21 +273,44 @@ TEST_F(ProgramSettings, OnAMonitorThatIsGoneTheWindowTakesItsPlaceAndTheSystemBr
     EXPECT_EQ(program.close(), 0u);
 }
 
-TEST_F(ProgramSettings, AMinimisedWindowLeavesWhatItReports) {
-    RunningProgram program(folder);
-    const HWND window = program.mainWindow();
-    const RECT before = ui::placeOf(window);
-    PostMessageW(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
-    ui::waitFor("the minimised window", [&] {
-        const RECT now = ui::placeOf(window);
-        return IsIconic(window) && !EqualRect(&before, &now);
-    });
-    const RECT r = ui::placeOf(window);
-    EXPECT_EQ(program.close(), 0u);
-    EXPECT_EQ(key[L"Left"], r.left * twipsPerPixel);
-    EXPECT_EQ(key[L"Top"], r.top * twipsPerPixel);
-    EXPECT_EQ(key[L"Width"], (r.right - r.left) * twipsPerPixel);
-    EXPECT_EQ(key[L"Height"], (r.bottom - r.top) * twipsPerPixel);
+TEST_F(ProgramSettings, AWindowThatIsClosedMinimisedComesBackWhereItWas) {
+    store(1515, 1230, 9990, 6495);
+    for (int run = 0; run < 2; ++run) {
+        RunningProgram program(folder);
+        const HWND window = program.mainWindow();
+        waitForRectangle(window, 101, 82, 666, 433);
+        PostMessageW(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+        ui::waitFor("the minimised window", [&] { return IsIconic(window); });
+        EXPECT_EQ(program.close(), 0u);
+        EXPECT_EQ(key[L"Left"], 1515);
+        EXPECT_EQ(key[L"Top"], 1230);
+        EXPECT_EQ(key[L"Width"], 9990);
+        EXPECT_EQ(key[L"Height"], 6495);
+    }
+}
+
+TEST_F(ProgramSettings, AWindowThatIsClosedMaximisedComesBackWithThatRectangle) {
+    store(1515, 1230, 9990, 6495);
+    RECT maximised{};
+    {
+        RunningProgram program(folder);
+        const HWND window = program.mainWindow();
+        waitForRectangle(window, 101, 82, 666, 433);
+        PostMessageW(window, WM_SYSCOMMAND, SC_MAXIMIZE, 0);
+        ui::waitFor("the maximised window", [&] {
+            maximised = ui::placeOf(window);
+            return IsZoomed(window) && maximised.right - maximised.left > 666;
+        });
+        EXPECT_EQ(program.close(), 0u);
+    }
+    for (int run = 0; run < 2; ++run) {
+        RunningProgram program(folder);
+        const HWND window = program.mainWindow();
+        waitForRectangle(window, maximised.left, maximised.top, maximised.right - maximised.left,
+                         maximised.bottom - maximised.top);
+        EXPECT_FALSE(IsZoomed(window));
+        EXPECT_EQ(program.close(), 0u);
+    }
 }
 
 } // namespace

@@ -6,6 +6,9 @@
 #include "journeys/QuartinoProcess.h"
 #include "practice/Drawings.h"
 
+#include <atomic>
+#include <thread>
+
 namespace kalvrooms::testing {
 namespace {
 
@@ -89,6 +92,32 @@ class WorkbookJourney : public SpreadsheetTest {
 };
 
 constexpr const wchar_t* notSaved = L"Die Raumliste wurde nicht gespeichert.";
+
+// The end of the session is asked for by another process, whose question stands meanwhile.
+TEST_F(WorkbookJourney, AWorkbookIsSavedWhileTheSystemWaitsForTheEndOfTheSession) {
+    QuartinoProcess quartino(folder_);
+    write(L"list.xls", roomsNamed({L"Flur", L"Lager"}));
+    open(quartino, L"list.xls");
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    const auto before = quartino.commandsDone();
+    ui::typeKey(VK_DELETE);
+    quartino.waitForCommand(before);
+    std::atomic<bool> answered = false;
+    DWORD_PTR answer = FALSE;
+    std::thread session([&, window = quartino.main()] {
+        SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, 0, SMTO_NORMAL, ui::usualLimit, &answer);
+        answered = true;
+    });
+    quartino.closeWithEnter(quartino.messageBox());
+    quartino.giveFileName(quartino.fileDialog(), name(L"kept.xls"));
+    ui::waitFor("the answer to the system", [&] { return answered.load(); });
+    session.join();
+    EXPECT_EQ(answer, DWORD_PTR{TRUE});
+    EXPECT_TRUE(spreadsheetProcessesEnd());
+    EXPECT_EQ(readContents(L"kept.xls"), contentsOf(roomsNamed({L"Lager"})));
+    PostMessageW(quartino.main(), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(quartino.program().waitForEnd(), 0u);
+}
 
 TEST_F(WorkbookJourney, AWorkbookIsOpenedSavedInPlaceAndUnderANewName) {
     const std::vector<std::wstring> names = {L"007", L"1/2", L"=1+1", L"-3", L"1E5", L"TRUE"};

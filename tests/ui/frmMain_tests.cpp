@@ -1144,6 +1144,71 @@ TEST_F(MainWindow, NoCommandStartsWhileTheWindowIsUnloading) {
     EXPECT_THAT(contents("mine.txt"), ::testing::HasSubstr("\na \t"));
 }
 
+TEST_F(MainWindow, TheEndOfTheSessionAsksAsOftenAsSomethingIsUnsaved) {
+    show();
+    EXPECT_TRUE(form().AskForSessionEnd());
+    addRooms(L"1", L"1");
+    EXPECT_TRUE(form().AskForSessionEnd());
+    EXPECT_THAT(prompts(), SizeIs(1));
+    // Called off while the question stood, or later: asked again.
+    EXPECT_TRUE(form().AskForSessionEnd());
+    EXPECT_THAT(prompts(), SizeIs(2));
+    desktop().AnswerNext(Gui::Answer::Yes);
+    desktop().ChooseFile(file("kept.txt"), 1);
+    EXPECT_TRUE(form().AskForSessionEnd());
+    EXPECT_TRUE(form().AskForSessionEnd());
+    EXPECT_THAT(prompts(), SizeIs(3)) << "nothing is unsaved any more";
+    EXPECT_TRUE(form().Loaded());
+    EXPECT_FALSE(platform_.registry.HasKey(L"Software\\Host\\QTO"));
+    form().EndSession();
+    EXPECT_FALSE(desktop().IsLoaded(L"frmMain"));
+    EXPECT_THAT(prompts(), SizeIs(3));
+    EXPECT_TRUE(platform_.registry.HasKey(L"Software\\Host\\QTO"));
+}
+
+TEST_F(MainWindow, WhoGoesOnWorkingBeforeTheSessionEndsIsAskedOnceMore) {
+    show();
+    addRooms(L"1", L"1");
+    EXPECT_TRUE(form().AskForSessionEnd());
+    addRooms(L"2", L"1");
+    form().EndSession();
+    EXPECT_THAT(prompts(), SizeIs(2));
+}
+
+TEST_F(MainWindow, AnAnsweredQuestionIsNotRepeatedWhenTheSessionEnds) {
+    show();
+    addRooms(L"1", L"1");
+    EXPECT_TRUE(form().AskForSessionEnd());
+    form().EndSession();
+    EXPECT_THAT(prompts(), SizeIs(1));
+}
+
+TEST_F(MainWindow, TheSessionWaitsForTheQuestionThatStandsAndGetsNoSecondOne) {
+    show();
+    addRooms(L"1", L"1");
+    const auto askedMeanwhile = [this](const Gui::Message&) {
+        EXPECT_EQ(form().SessionReason(), L"Die Raumliste ist noch nicht gespeichert.");
+        EXPECT_FALSE(form().AskForSessionEnd());
+        return Gui::Answer::No;
+    };
+    desktop().AnswerNext(askedMeanwhile);
+    EXPECT_TRUE(form().AskForSessionEnd());
+    EXPECT_EQ(form().SessionReason(), L"");
+    desktop().AnswerNext(askedMeanwhile);
+    form().ChooseMenu(L"mnuNew");
+    EXPECT_THAT(prompts(), SizeIs(2));
+    // Ended all the same: the settings are kept, and nobody is asked twice.
+    addRooms(L"1", L"1");
+    desktop().AnswerNext([this](const Gui::Message&) {
+        EXPECT_FALSE(platform_.registry.HasKey(L"Software\\Host\\QTO"));
+        form().EndSession();
+        EXPECT_TRUE(platform_.registry.HasKey(L"Software\\Host\\QTO"));
+        return Gui::Answer::No;
+    });
+    form().Close();
+    EXPECT_THAT(prompts(), SizeIs(3));
+}
+
 TEST_F(MainWindow, TheReleaseOfF1OpensTheHelp) {
     show();
     form().PressKey(Gui::KeyF1);

@@ -2,6 +2,8 @@
 
 #include "desktop_support.h"
 
+#include "practice/server/Com.h"
+#include "win32/ComObject.h"
 #include "win32/Dpi.h"
 #include "win32/Win32Grid.h"
 
@@ -9,6 +11,8 @@
 
 #include <algorithm>
 #include <set>
+#include <thread>
+#include <utility>
 
 namespace kalvrooms::Gui {
 namespace {
@@ -436,52 +440,251 @@ TEST_F(MainWindow, ClosingAsksFirstAndEndsTheRun) {
     EXPECT_EQ(unloaded, 1);
 }
 
-TEST_F(MainWindow, TheEndOfTheSessionIsAnsweredWhileTheSystemStillAsks) {
-    int unloaded = 0;
-    form_->OnUnload = [&] {
-        ++unloaded;
-        // Asked again meanwhile, it is not unloaded once more.
-        EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+TEST_F(MainWindow, TheEndOfTheSessionIsAskedForAndComesWithoutUnloading) {
+    std::vector<std::wstring> events;
+    bool may = false;
+    form_->MayEndSession = [&] {
+        events.emplace_back(L"asked");
+        return may;
     };
+    form_->OnSessionEnd = [&] { events.emplace_back(L"ended"); };
+    form_->OnUnload = [&] { events.emplace_back(L"unloaded"); };
+    EXPECT_FALSE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    may = true;
     EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
-    EXPECT_EQ(unloaded, 1);
-    EXPECT_TRUE(form_->Loaded());
-    SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
-    EXPECT_EQ(unloaded, 1);
-    EXPECT_FALSE(form_->Loaded());
-}
-
-TEST_F(MainWindow, TheEndOfTheSessionMayBeCalledOff) {
-    int unloaded = 0;
-    form_->OnUnload = [&] { ++unloaded; };
-    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    // Called off, it goes on and is asked again.
     SendMessageW(form_->Window(), WM_ENDSESSION, FALSE, 0);
     EXPECT_TRUE(form_->Loaded());
     EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
-    EXPECT_EQ(unloaded, 2);
-    SendMessageW(form_->Window(), WM_ENDSESSION, FALSE, 0);
-    SendMessageW(form_->Window(), WM_CLOSE, 0, 0);
-    EXPECT_EQ(unloaded, 3);
-    EXPECT_FALSE(form_->Loaded());
-}
-
-TEST_F(MainWindow, ASessionThatEndsWithoutAskingUnloads) {
-    int unloaded = 0;
-    form_->OnUnload = [&] { ++unloaded; };
     SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
-    EXPECT_EQ(unloaded, 1);
     EXPECT_FALSE(form_->Loaded());
+    EXPECT_EQ(events, (std::vector<std::wstring>{L"asked", L"asked", L"asked", L"ended"}));
 }
 
-TEST_F(MainWindow, TheEndOfTheSessionSavesUnderACommandToo) {
-    int unloaded = 0;
+TEST_F(MainWindow, AFormThatMayNotBeClosedStaysWhenTheSessionEnds) {
+    int ended = 0;
     form_->MayUnload = [] { return false; };
-    form_->OnUnload = [&] { ++unloaded; };
-    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
-    EXPECT_EQ(unloaded, 1);
+    form_->OnSessionEnd = [&] { ++ended; };
     SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
-    EXPECT_EQ(unloaded, 1);
+    SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(ended, 1);
     EXPECT_TRUE(form_->Loaded());
+}
+
+TEST_F(MainWindow, TheSystemIsToldWhyTheSessionHadBetterWait) {
+    std::vector<std::wstring> reasons;
+    desktop_.System().HoldSessionCall = [&](HWND window, const wchar_t* reason) {
+        EXPECT_EQ(window, form_->Window());
+        reasons.emplace_back(reason ? reason : L"none");
+    };
+    desktop_.System().MessageBoxCall = [&](HWND, const wchar_t*, const wchar_t*, UINT) {
+        EXPECT_EQ(reasons.size(), 1U);
+        return IDNO;
+    };
+    // Opened and cancelled, the room dialog leaves the list changed.
+    Journey journey;
+    journey.When(
+        "dialog", [this] { return DialogIsActive(); }, [this] { CloseDialog(); });
+    typeKey(VK_INSERT);
+    journey.Run(desktop_);
+    ASSERT_TRUE(PumpUntil(desktop_, [this] { return Focused() == list_; }));
+    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    EXPECT_EQ(reasons,
+              (std::vector<std::wstring>{L"Die Raumliste ist noch nicht gespeichert.", L"none"}));
+}
+
+// An object as the system keeps it from us while another program waits for the answer to a message.
+class RefusedObject final : public practice::Counted<IDispatch> {
+  public:
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* id) override {
+        *id = 1;
+        return answer();
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                     UINT*) override {
+        ++calls;
+        return answer();
+    }
+    int calls = 0;
+    int refusals = 0;
+
+  private:
+    HRESULT answer() {
+        const bool waiting =
+            (InSendMessageEx(nullptr) & (ISMEX_REPLIED | ISMEX_SEND)) == ISMEX_SEND;
+        refusals += waiting;
+        return waiting ? RPC_E_CANTCALLOUT_ININPUTSYNCCALL : S_OK;
+    }
+};
+
+TEST_F(MainWindow, CallsThatAreRefusedUnderAMessageAreMadeOnceItIsAnswered) {
+    const auto workbook = practice::Make<RefusedObject>();
+    bool saved = false;
+    form_->MayEndSession = [&] {
+        ComObject(std::make_shared<ComSession>(), L"workbook", workbook.Get()).Call(L"Save");
+        saved = true;
+        return true;
+    };
+    // From another thread, as the system sends it: not now, but saved.
+    LRESULT answer = TRUE;
+    std::thread system(
+        [&, window = form_->Window()] { answer = SendMessageW(window, WM_QUERYENDSESSION, 0, 0); });
+    EXPECT_TRUE(PumpUntil(desktop_, [&] { return saved; }));
+    system.join();
+    EXPECT_FALSE(answer);
+    EXPECT_EQ(workbook->refusals, 1);
+    EXPECT_EQ(workbook->calls, 1);
+    // Where nothing is refused, the answer is the form's own.
+    EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
+    EXPECT_EQ(workbook->refusals, 1);
+}
+
+TEST_F(MainWindow, AKeyRunsItsCommandOnceAndIsShownInTheMenu) {
+    const HMENU edit = GetSubMenu(GetMenu(form_->Window()), 1);
+    wchar_t caption[80] = L"";
+    GetMenuStringW(edit, 0, caption, 80, MF_BYPOSITION);
+    EXPECT_STREQ(caption, L" Raum &hinzufügen ...\tEinfg");
+    grid_->Row(3);
+    const auto roomsOf = [this] { return std::as_const(*grid_).Cells().LastFilledRow(); };
+    // Held down, it takes one room.
+    pressKey(VK_DELETE);
+    pressKey(VK_DELETE);
+    pressKey(VK_DELETE);
+    releaseKey(VK_DELETE);
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return roomsOf() == 119 && InputIsDone(); }));
+    EXPECT_EQ(grid_->Row(), 3);
+    driver::typeKey('Z', {VK_CONTROL});
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return roomsOf() == 120; }));
+    // With Alt it is a character of the keyboard.
+    driver::typeKey('Y', {VK_CONTROL, VK_MENU});
+    ASSERT_TRUE(PumpUntil(desktop_, InputIsDone));
+    EXPECT_EQ(roomsOf(), 120);
+    driver::typeKey('Y', {VK_CONTROL});
+    ASSERT_TRUE(PumpUntil(desktop_, [&] { return roomsOf() == 119; }));
+    driver::typeKey(VK_DOWN, {VK_CONTROL});
+    ASSERT_TRUE(
+        PumpUntil(desktop_, [this] { return std::as_const(*grid_).Cells().Text(1, 0) == L"120"; }));
+    TakePicture(form_->Window(), "main-sorted");
+}
+
+TEST_F(MainWindow, TheTableStaysWhereItIsWhenItIsFilledAnew) {
+    ListView_EnsureVisible(list_, 70, FALSE);
+    const int top = grid_->TopRow();
+    EXPECT_EQ(top, ListView_GetTopIndex(list_) + 1);
+    ASSERT_GT(top, 1);
+    grid_->Row(top + 2);
+    grid_->Col(1);
+    typeKey(VK_DELETE);
+    ASSERT_TRUE(PumpUntil(desktop_,
+                          [this] { return std::as_const(*grid_).Cells().LastFilledRow() == 119; }));
+    EXPECT_EQ(grid_->TopRow(), top);
+    EXPECT_EQ(grid_->Row(), top + 2);
+    EXPECT_EQ(grid_->Col(), 1);
+    EXPECT_EQ(ListView_GetNextItem(list_, -1, LVNI_SELECTED), top + 1);
+}
+
+TEST_F(MainWindow, EndGoesToTheLastRoom) {
+    main_.UpdateTable(false);
+    for (int room = 0; room < 117; ++room)
+        SendMessageW(form_->Window(), WM_COMMAND, driver::MenuDeleteRoom, 0);
+    ASSERT_EQ(std::as_const(*grid_).Cells().Rows(), 100);
+    typeKey(VK_END);
+    EXPECT_TRUE(PumpUntil(desktop_, [this] { return grid_->Row() == 3; })) << grid_->Row();
+}
+
+TEST_F(MainWindow, AHeaderThatIsCutShowsItsTextAtTheMouse) {
+    const HWND header = ListView_GetHeader(list_);
+    const auto shown = [&]() -> std::wstring {
+        const HWND tips = FindWindowExW(nullptr, nullptr, TOOLTIPS_CLASSW, nullptr);
+        wchar_t text[80] = L"";
+        TTTOOLINFOW tool{};
+        tool.cbSize = sizeof tool;
+        tool.hwnd = header;
+        tool.lpszText = text;
+        if (!tips || !IsWindowVisible(tips))
+            return {};
+        SendMessageW(tips, TTM_GETTEXTW, 80, reinterpret_cast<LPARAM>(&tool));
+        return text;
+    };
+    const auto hover = [&](int column) {
+        RECT item{};
+        Header_GetItemRect(header, column, &item);
+        POINT middle{(item.left + item.right) / 2, (item.top + item.bottom) / 2};
+        ClientToScreen(header, &middle);
+        SetCursorPos(middle.x - 1, middle.y);
+        SetCursorPos(middle.x, middle.y);
+    };
+    form_->Width(9000);
+    driver::parkMouse();
+    ASSERT_TRUE(PumpUntil(desktop_, InputIsDone));
+    hover(4);
+    EXPECT_TRUE(PumpUntil(desktop_, [&] { return shown() == L"Umschließungsart"; }));
+    TakePicture(form_->Window(), "main-header-tip");
+    // One that has room shows nothing.
+    hover(1);
+    EXPECT_TRUE(PumpUntil(desktop_, [&] { return shown().empty() && InputIsDone(); }));
+    driver::parkMouse();
+}
+
+// Changes a colour of the system while it lives.
+class SystemColour {
+  public:
+    SystemColour(int element, COLORREF colour) : element_(element), before_(GetSysColor(element)) {
+        SetSysColors(1, &element_, &colour);
+    }
+    ~SystemColour() { SetSysColors(1, &element_, &before_); }
+    SystemColour(const SystemColour&) = delete;
+    SystemColour& operator=(const SystemColour&) = delete;
+
+  private:
+    int element_;
+    COLORREF before_;
+};
+
+TEST_F(MainWindow, NewColoursOfTheSystemAreFollowed) {
+    const auto colourBelowTheRows = [this] {
+        UpdateWindow(list_);
+        RECT client{};
+        GetClientRect(list_, &client);
+        const WindowContext context(list_);
+        return GetPixel(context, client.right / 2, client.bottom - 3);
+    };
+    std::as_const(*grid_).Cells();
+    grid_->Cells().Resize(3, 11);
+    grid_->Redraw(false);
+    grid_->Redraw(true);
+    {
+        const SystemColour dark(COLOR_WINDOW, RGB(16, 24, 32));
+        SendMessageW(form_->Window(), WM_SYSCOLORCHANGE, 0, 0);
+        EXPECT_EQ(ListView_GetBkColor(list_), RGB(16, 24, 32));
+        EXPECT_TRUE(PumpUntil(desktop_, [&] { return colourBelowTheRows() == RGB(16, 24, 32); }));
+    }
+    SendMessageW(form_->Window(), WM_SYSCOLORCHANGE, 0, 0);
+    EXPECT_TRUE(
+        PumpUntil(desktop_, [&] { return colourBelowTheRows() == GetSysColor(COLOR_WINDOW); }));
+    // A theme, or high contrast: everything is painted anew.
+    for (const UINT change : {WM_THEMECHANGED, WM_SETTINGCHANGE}) {
+        ValidateRect(list_, nullptr);
+        SendMessageW(form_->Window(), change, SPI_SETHIGHCONTRAST, 0);
+        RECT dirty{};
+        EXPECT_TRUE(GetUpdateRect(list_, &dirty, FALSE)) << change;
+    }
+}
+
+TEST_F(MainWindow, AMinimisedWindowReportsThePlaceThatItComesBackTo) {
+    form_->Left(1500);
+    form_->Top(1200);
+    form_->Width(12000);
+    form_->Height(6000);
+    ShowWindow(form_->Window(), SW_MINIMIZE);
+    ASSERT_TRUE(IsIconic(form_->Window()));
+    EXPECT_FLOAT_EQ(form_->Left(), 1500);
+    EXPECT_FLOAT_EQ(form_->Top(), 1200);
+    EXPECT_FLOAT_EQ(form_->Width(), 12000);
+    EXPECT_FLOAT_EQ(form_->Height(), 6000);
+    ShowWindow(form_->Window(), SW_RESTORE);
 }
 
 TEST_F(MainWindow, ThePointerIsTheHourglassEverywhere) {

@@ -125,6 +125,28 @@ TEST_F(Dialogs, EnterPressesTheButtonThatHasTheFocusAndNothingElse) {
     }
 }
 
+TEST_F(Dialogs, TheGeometryDialogOpensOverTheRoomDialog) {
+    Open<frmRoom>([this](Journey& journey) {
+        const auto room = std::make_shared<HWND>();
+        journey
+            .When("button", always,
+                  [this, room] {
+                      *room = Top().Window();
+                      ClickMiddle(WindowOf(Top(), L"cmdGeometry"));
+                  })
+            .When(
+                "geometry", [this, room] { return Top().Window() != *room && DialogIsActive(); },
+                [this, room] {
+                    EXPECT_EQ(GetWindow(Top().Window(), GW_OWNER), *room);
+                    EXPECT_FALSE(IsWindowEnabled(*room));
+                    CloseDialog();
+                })
+            .When(
+                "back", [this, room] { return Top().Window() == *room && DialogIsActive(); },
+                [] {});
+    });
+}
+
 TEST_F(Dialogs, TheReportOpensOnItsDefaultButtonAndEscapeClosesIt) {
     OpenUntilItCloses<frmReport>([this](Journey& journey) {
         journey.When(

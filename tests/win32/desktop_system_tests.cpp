@@ -7,6 +7,7 @@
 #include "win32/DialogTemplate.h"
 #include "win32/Win32AnsiCodec.h"
 #include "win32/Win32Environment.h"
+#include "win32/Win32LetterRules.h"
 #include "win32/Win32Locale.h"
 #include "win32/Win32Registry.h"
 #include "win32/Win32ResourceLibraries.h"
@@ -15,6 +16,7 @@
 
 #include <cderr.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <type_traits>
 #include <utility>
@@ -204,10 +206,44 @@ TEST(UserLocaleOfWindows, AChangeCountsAtOnce) {
     EXPECT_EQ(Win32UserLocale().DecimalMark, std::wstring(before).substr(0, 1));
 }
 
+TEST(LettersOfWindows, LetterCaseIsIgnoredInAllScripts) {
+    const LetterRules rules = Win32LetterRules();
+    for (const auto& [one, other] : {std::pair{L"Geschoß", L"GESCHOß"},
+                                     {L"ÄÖÜ", L"äöü"},
+                                     {L"ŸĀĶ", L"ÿāķ"},
+                                     {L"ΑΩΪΫ", L"αωϊϋ"},
+                                     {L"АЯЁЏ", L"аяёџ"},
+                                     {L"ԱՖ", L"աֆ"}})
+        EXPECT_EQ(rules.Fold(one), rules.Fold(other)) << std::wstring(one).size();
+    for (const auto& [one, other] :
+         {std::pair{L"ß", L"SS"}, {L"A", L"Ä"}, {L"×", L"÷"}, {L"EG", L"E G"}})
+        EXPECT_NE(rules.Fold(one), rules.Fold(other)) << std::wstring(one).size();
+    EXPECT_EQ(rules.Fold(L""), L"");
+    EXPECT_EQ(rules.Fold(std::wstring(L"a\0b", 3)), std::wstring(L"A\0B", 3));
+}
+
+TEST(LettersOfWindows, TextsStandInTheUsersAlphabeticalOrder) {
+    const LetterRules rules = Win32LetterRules();
+    std::vector<std::wstring> texts{L"Zimmer", L"Übung", L"Uhr",   L"",      L"Äste",
+                                    L"Atrium", L"über",  L"Ubahn", L"Küche", L"Kubus"};
+    std::sort(texts.begin(), texts.end(), [&](const std::wstring& a, const std::wstring& b) {
+        return rules.SortKey(a) < rules.SortKey(b);
+    });
+    EXPECT_EQ(texts, (std::vector<std::wstring>{L"", L"Äste", L"Atrium", L"Kubus", L"Küche",
+                                                L"Ubahn", L"über", L"Übung", L"Uhr", L"Zimmer"}));
+    for (const std::wstring& one : texts)
+        for (const std::wstring& other : texts)
+            EXPECT_EQ(rules.SortKey(one) < rules.SortKey(other),
+                      CompareStringEx(LOCALE_NAME_USER_DEFAULT, 0, one.c_str(), -1, other.c_str(),
+                                      -1, nullptr, nullptr, 0) == CSTR_LESS_THAN);
+}
+
 } // namespace
 
 namespace Gui {
 namespace {
+
+constexpr DWORD listFlags = CreatePrompt | FileMustExist | HideReadOnly;
 
 TEST(Templates, AnotherFontLeavesTheControlsAlone) {
     const HRSRC found = FindResourceW(nullptr, MAKEINTRESOURCEW(IDD_REPORT), RT_DIALOG);
@@ -277,7 +313,7 @@ class SystemDialogsAsked : public testing::Test {
         dialog.Filter = L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls";
         dialog.FilterIndex = 1;
         dialog.DefaultExtension = L"xls";
-        dialog.Flags = 0x3004;
+        dialog.Flags = listFlags;
         return dialog;
     }
 
@@ -299,7 +335,7 @@ TEST_F(SystemDialogsAsked, AFileDialogGetsWhatItIsAskedWith) {
     EXPECT_EQ(asked_[0].filter, std::wstring(filter, std::size(filter) - 1));
     EXPECT_EQ(asked_[0].filterIndex, 1U);
     EXPECT_EQ(asked_[0].extension, L"xls");
-    EXPECT_EQ(asked_[0].flags, 0x3004U | OFN_EXPLORER | OFN_NOCHANGEDIR);
+    EXPECT_EQ(asked_[0].flags, listFlags | OFN_EXPLORER | OFN_NOCHANGEDIR);
     EXPECT_EQ(asked_[0].room, 32768U);
     EXPECT_EQ(dialog.FileName, chosen_);
     EXPECT_EQ(dialog.FileTitle, L"Raumliste.xls");
@@ -472,7 +508,7 @@ TEST_F(RealDialogs, APatternWithItsFolderCanBeProposed) {
     dialog.Filter = L"Text Files(*.txt)|*.txt|Microsoft Excel-Dateien (*.xls)|*.xls";
     dialog.FilterIndex = 1;
     dialog.DefaultExtension = L"xls";
-    dialog.Flags = 0x3004;
+    dialog.Flags = listFlags;
     Journey journey;
     journey.When(
         "dialog", [] { return SystemDialog() && GetForegroundWindow() == SystemDialog(); },
