@@ -14,9 +14,12 @@ class TablePlace {
 
     // With that row as the current one; it is shown in any case.
     void Restore(int row) const {
-        grid_.TopRow(topRow_);
+        row = std::min(row, grid_.Cells().Rows() - 1);
         grid_.Col(column_);
-        grid_.Row(std::min(row, grid_.Cells().Rows() - 1));
+        grid_.Row(row);
+        grid_.TopRow(topRow_);
+        // Once more, in case that it was out of sight.
+        grid_.Row(row);
     }
 
   private:
