@@ -18,11 +18,28 @@ std::string troff(const std::string& text) {
     return escaped;
 }
 
-void describe(std::string& page, const CLI::App& app) {
+bool isPositional(const CLI::Option* option) {
+    return option->get_lnames().empty() && option->get_snames().empty();
+}
+
+// Options of a group, or the files of a command.
+void describe(std::string& page, const CLI::App& app, const std::string& group) {
     for (const CLI::Option* option : app.get_options()) {
-        page += ".TP\n.B " + troff(option->get_name(false, true)) + "\n" +
+        if (option->get_group() != group || option == app.get_help_ptr())
+            continue;
+        const std::string type = isPositional(option) ? "" : option->get_type_name();
+        page += ".TP\n.B " + troff(option->get_name(false, true)) +
+                (type.empty() ? "" : " \\fI" + troff(type) + "\\fR") + "\n" +
                 troff(option->get_description()) + "\n";
     }
+}
+
+std::string filesOf(const CLI::App& app) {
+    std::string files;
+    for (const CLI::Option* option : app.get_options())
+        if (isPositional(option))
+            files += " " + option->get_name(false, true);
+    return files;
 }
 
 std::string optionNames(const CLI::App& app) {
@@ -35,16 +52,25 @@ std::string optionNames(const CLI::App& app) {
 
 } // namespace
 
+const char* EveryCommand(const Speech& say) {
+    return say("Für jeden Befehl", "For every command");
+}
+
 std::string ManualPage(const CLI::App& app, const Speech& say) {
+    const std::string ownGroup = say("Optionen", "Options");
+    const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
     std::string page = ".TH QTO 1\n.SH NAME\nqto \\- " + troff(app.get_description()) + "\n.SH " +
                        say("ÜBERSICHT", "SYNOPSIS") + "\n.B qto\n.I " + say("BEFEHL", "COMMAND") +
-                       "\n.RI [ " + say("OPTIONEN", "OPTIONS") + " ]\n.SH " +
-                       say("OPTIONEN", "OPTIONS") + "\n";
-    describe(page, app);
+                       "\n.RI [ " + say("OPTIONEN", "OPTIONS") + " ]\n.I " + say("DATEI", "FILE") +
+                       "\\fR...\n.SH " + say("OPTIONEN", "OPTIONS") + "\n";
+    describe(page, app, ownGroup);
+    page += std::string(".SS ") + EveryCommand(say) + "\n";
+    describe(page, *commands.front(), EveryCommand(say));
     page += std::string(".SH ") + say("BEFEHLE", "COMMANDS") + "\n";
-    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
-        page += ".SS qto " + command->get_name() + "\n" + troff(command->get_description()) + "\n";
-        describe(page, *command);
+    for (const CLI::App* command : commands) {
+        page += ".SS qto " + command->get_name() + troff(filesOf(*command)) + "\n" +
+                troff(command->get_description()) + "\n";
+        describe(page, *command, ownGroup);
     }
     return page + ".SH " + say("ENDEWERTE", "EXIT STATUS") + "\n.TP\n.B 0\n" +
            say("getan", "done") + "\n.TP\n.B 1\n" + say("Befunde", "findings") + "\n.TP\n.B 2\n" +

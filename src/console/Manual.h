@@ -11,6 +11,9 @@ class App;
 
 namespace kalvrooms {
 
+// The group of the options that all commands have.
+const char* EveryCommand(const Speech& say);
+
 std::string ManualPage(const CLI::App& app, const Speech& say); // troff
 std::string Completion(const CLI::App& app);                    // bash
 

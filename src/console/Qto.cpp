@@ -261,7 +261,7 @@ class Qto {
         });
         sub->set_help_flag("-h,--help", say_("zeigt diese Hilfe", "shows this help"));
         language(*sub);
-        const std::string group = say_("Für jeden Befehl", "For every command");
+        const std::string group = EveryCommand(say_);
         sub->add_option("--encoding", encoding_,
                         say_("Zeichen der Textliste", "characters of the text list"))
             ->check(oneOf({"1252", "utf-8"}))

@@ -22,6 +22,7 @@ th { text-align: left; font-weight: 600; border-bottom: 1.5px solid #1d232b; }
 th, td { padding: .22rem .6rem .22rem 0; vertical-align: top; }
 td { border-bottom: 1px solid #dde2e8; overflow-wrap: anywhere; }
 tr { break-inside: avoid; }
+tbody tr:nth-child(-n+3) { break-after: avoid; }
 .number { text-align: right; white-space: nowrap; }
 tr.miss td { background: #fdecea; }
 tr.miss td:last-child { font-weight: 600; color: #a3210f; }
@@ -30,33 +31,16 @@ dt { color: #5a6572; font-size: .85em; }
 dd { margin: 0; font-size: 1.25rem; font-weight: 600; }
 figure { margin: 0 0 1.2rem; break-inside: avoid; }
 figcaption { font-weight: 600; margin-bottom: .3rem; }
-svg { width: 100%; height: auto; max-height: 22cm; border: 1px solid #dde2e8; }
+figcaption small { font-weight: 400; color: #5a6572; }
+svg { width: 100%; height: auto; max-height: 20cm; }
 @page { size: A4; margin: 16mm 14mm; }
 @media print { body { max-width: none; margin: 0; padding: 0; font-size: 9.5pt; }
+               svg { max-height: 10.5cm; }
                * { print-color-adjust: exact; -webkit-print-color-adjust: exact; } }
 )";
 
 std::string escaped(const std::string& text) {
-    std::string html;
-    for (const char byte : text) {
-        switch (byte) {
-        case '&':
-            html += "&amp;";
-            break;
-        case '<':
-            html += "&lt;";
-            break;
-        case '>':
-            html += "&gt;";
-            break;
-        case '"':
-            html += "&quot;";
-            break;
-        default:
-            html += byte;
-        }
-    }
-    return html;
+    return EscapeMarkup(FromUtf8(text));
 }
 
 std::string cellOf(const nlohmann::ordered_json& cell, int decimals, const Speech& say) {
@@ -124,12 +108,6 @@ std::string overview(const ReportInput& input, const std::vector<Pair>& pairs, c
            key(say("zusätzlich", "surplus"), count(Pair::State::Surplus)) + "</dl>\n";
 }
 
-// The picture without what only a file of its own needs in front of it.
-std::string inlineSvg(const Drawing& drawing) {
-    const std::string svg = DrawingSvg(drawing);
-    return svg.substr(std::min(svg.find("<svg"), svg.size()));
-}
-
 std::string plans(const Drawing& drawing, const Speech& say) {
     std::vector<std::wstring> storeys;
     for (const Element& element : drawing.elements)
@@ -138,13 +116,19 @@ std::string plans(const Drawing& drawing, const Speech& say) {
             storeys.push_back(element.storey);
     std::string html;
     for (const std::wstring& storey : storeys) {
-        Drawing part = drawing;
-        std::erase_if(part.elements, [&](const Element& element) {
-            return element.storey != storey || element.outline.empty();
-        });
+        std::int32_t rooms = 0;
+        double area = 0.0;
+        for (const Element& element : drawing.elements) {
+            if (element.storey != storey)
+                continue;
+            ++rooms;
+            area += drawing.FloorArea(element);
+        }
         const std::string name =
             storey.empty() ? say("(ohne Geschoss)", "(no storey)") : ToUtf8(storey);
-        html += "<figure><figcaption>" + escaped(name) + "</figcaption>\n" + inlineSvg(part) +
+        html += "<figure><figcaption>" + escaped(name) + " <small>" + std::to_string(rooms) +
+                (rooms == 1 ? say(" Raum, ", " room, ") : say(" Räume, ", " rooms, ")) +
+                NumberFor(say, area, 2) + " m²</small></figcaption>\n" + PlanSvg(drawing, storey) +
                 "</figure>\n";
     }
     return html;

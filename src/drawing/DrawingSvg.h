@@ -8,5 +8,11 @@
 namespace kalvrooms {
 
 std::string DrawingSvg(const Drawing& drawing);
+// One storey's rooms alone, to stand within a page. All storeys of a drawing come out alike: the
+// same scale, one place above the other.
+std::string PlanSvg(const Drawing& drawing, const std::wstring& storey);
+
+// As text or as a quoted attribute stands in XML and HTML.
+std::string EscapeMarkup(const std::wstring& text);
 
 } // namespace kalvrooms
