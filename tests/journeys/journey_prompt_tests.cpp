@@ -121,7 +121,7 @@ TEST_F(SavePrompt, ComesAgainAfterASaveThatFailedAndTheOldFileStays) {
 TEST_F(SavePrompt, AListThatWasReadInPartIsSavedUnderAnotherName) {
     writeList(file(L"list.txt"),
               {{L"Eins", L"16"}, {L"Zwei", L"16", L" ", L"4", L"4", L"x-K"}, {L"Drei", L"16"}});
-    const std::string whole = readBytes(file(L"list.txt"));
+    const std::string complete = readBytes(file(L"list.txt"));
     QuartinoProcess quartino(folder);
     quartino.command([&] {
         quartino.chooseByKeys(fileMenu, openLine);
@@ -135,7 +135,7 @@ TEST_F(SavePrompt, AListThatWasReadInPartIsSavedUnderAnotherName) {
         quartino.chooseByKeys(fileMenu, saveLine);
         quartino.giveFileName(quartino.fileDialog(), file(L"part.txt").wstring());
     });
-    EXPECT_EQ(readBytes(file(L"list.txt")), whole);
+    EXPECT_EQ(readBytes(file(L"list.txt")), complete);
     EXPECT_EQ(roomsIn(file(L"part.txt")).size(), 1u);
     EXPECT_EQ(quartino.program().close(), 0u);
 }
