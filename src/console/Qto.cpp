@@ -443,8 +443,15 @@ class Qto {
     }
 
     int sums() {
-        const ConsoleRooms rooms = roomsOf(list_);
-        Print(console_.out, SumsOf(rooms, tableSpeech()), form(), say_);
+        Files::Input input = open(list_);
+        const Speech say = tableSpeech();
+        if (input.IsList()) {
+            const RoomRows rows = files_.Rows(input);
+            Print(console_.out, SumsOf(rows, localeOf(rows), say), form(), say_);
+        } else {
+            const OpenDrawing drawing = files_.DrawingOf(std::move(input));
+            Print(console_.out, SumsOf(RoomsOfDrawing(drawing), say), form(), say_);
+        }
         return ExitCode::Done;
     }
 

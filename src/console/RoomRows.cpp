@@ -18,7 +18,24 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 std::string decoded(std::string_view bytes, ListEncoding encoding) {
     if (encoding == ListEncoding::Utf8)
         return std::string(bytes);
-    return ToUtf8(HeadlessAnsiCodec().Decode(std::string(bytes)));
+    static const auto letters = [] {
+        std::array<std::string, 256> all;
+        for (std::size_t i = 0; i < all.size(); ++i)
+            all[i] = ToUtf8(HeadlessAnsiCodec().Decode(std::string(1, static_cast<char>(i))));
+        return all;
+    }();
+    std::string text;
+    text.reserve(bytes.size() + bytes.size() / 16);
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        // Most letters are the same in both.
+        const std::size_t plain = at;
+        while (at < bytes.size() && static_cast<unsigned char>(bytes[at]) < 0x80)
+            ++at;
+        text.append(bytes, plain, at - plain);
+        if (at < bytes.size())
+            text += letters[static_cast<unsigned char>(bytes[at])];
+    }
+    return text;
 }
 
 std::string encoded(const std::string& text, int line, ListEncoding encoding, const Speech& say) {
@@ -58,6 +75,7 @@ RoomRows readText(std::string_view bytes, ListEncoding encoding) {
     const std::string text = decoded(bytes, encoding);
     std::string_view rest = text;
     RoomRows rows;
+    rows.rows.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
     for (int line = 1; !rest.empty(); ++line) {
         const std::size_t end = rest.find('\n');
         std::string_view content = rest.substr(0, end);

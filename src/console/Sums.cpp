@@ -1,10 +1,10 @@
 #include "console/Sums.h"
 
-#include <algorithm>
-#include <functional>
+#include <string_view>
 #include <unordered_map>
 
 #include "console/Din277.h"
+#include "model/Utf8.h"
 
 namespace kalvrooms {
 namespace {
@@ -14,20 +14,20 @@ struct Sum {
     std::int32_t count = 0;
     double area = 0.0;
 
-    void add(const ConsoleRoom& room) {
-        ++count;
-        area += room.area;
+    void add(std::int32_t rooms, double squareMetres) {
+        count += rooms;
+        area += squareMetres;
     }
 };
 
 // Groups in the order in which they first appear.
 class Groups {
   public:
-    void add(const std::string& group, const ConsoleRoom& room) {
+    void add(const std::string& group, double area) {
         const auto [found, isNew] = index_.try_emplace(group, sums_.size());
         if (isNew)
             sums_.push_back({group});
-        sums_[found->second].add(room);
+        sums_[found->second].add(1, area);
     }
     const std::vector<Sum>& sums() const { return sums_; }
 
@@ -38,43 +38,42 @@ class Groups {
 
 class SumTable {
   public:
-    SumTable(const ConsoleRooms& rooms, const Speech& say) : rooms_(rooms), say_(say) {
-        for (const ConsoleRoom& room : rooms.rooms)
-            all_.add(room);
-        table.columns = {
-            {"by", say("nach", "by")},
-            {"group", say("Gruppe", "group")},
-            {"count", say("Anzahl", "count"), 0},
-            {"area", rooms.isList ? say("Soll m²", "target m²") : say("Ist m²", "actual m²")},
-            {"share", say("Anteil %", "share %"), 1}};
+    SumTable(bool isList, const Speech& say) : isList_(isList), say_(say) {}
+
+    void add(const std::string& storey, const std::string& occupancy, const std::string& function,
+             double area) {
+        all_.add(1, area);
+        storeys_.add(storey, area);
+        occupancies_.add(occupancy, area);
+        functions_.add(function, area);
     }
 
-    void storeys() {
-        Groups groups;
-        for (const ConsoleRoom& room : rooms_.rooms)
-            groups.add(room.storey, room);
-        for (const Sum& sum : groups.sums())
+    Table table() {
+        table_.columns = {
+            {"by", say_("nach", "by")},
+            {"group", say_("Gruppe", "group")},
+            {"count", say_("Anzahl", "count"), 0},
+            {"area", isList_ ? say_("Soll m²", "target m²") : say_("Ist m²", "actual m²")},
+            {"share", say_("Anteil %", "share %"), 1}};
+        for (const Sum& sum : storeys_.sums())
             row(say_("Geschoss", "storey"), sum);
-    }
-
-    void functions() {
-        Groups groups;
-        for (const ConsoleRoom& room : rooms_.rooms)
-            groups.add(room.function, room);
-        for (const Sum& sum : groups.sums())
+        uses();
+        for (const Sum& sum : functions_.sums())
             row(say_("Funktion", "function"), sum);
+        return std::move(table_);
     }
 
+  private:
     // Each use that occurs, in the order of the norm; then the norm's sums; then what is no use.
     void uses() {
         std::unordered_map<std::string, Sum> known;
-        Groups unknown;
-        for (const ConsoleRoom& room : rooms_.rooms) {
-            const std::string use = Din277::UseOf(room.occupancy);
+        std::vector<const Sum*> unknown;
+        for (const Sum& sum : occupancies_.sums()) {
+            const std::string use = Din277::UseOf(sum.group);
             if (!use.empty())
-                known[use].add(room);
+                known[use].add(sum.count, sum.area);
             else
-                unknown.add(room.occupancy, room);
+                unknown.push_back(&sum);
         }
         const char* by = say_("Nutzung", "use");
         for (const std::string& use : Din277::Uses()) {
@@ -84,46 +83,59 @@ class SumTable {
             found->second.group = use;
             row(by, found->second);
         }
-        const auto total = [&](const char* name,
-                               const std::function<bool(const std::string&)>& belongs) {
-            Sum sum{name};
-            for (const ConsoleRoom& room : rooms_.rooms)
-                if (belongs(room.occupancy))
-                    sum.add(room);
-            if (sum.count > 0)
-                row(by, sum);
-        };
         total(say_("NF gesamt (NF, HNF, NNF)", "NF total (NF, HNF, NNF)"), Din277::IsOldUsefulArea);
         total(say_("NUF gesamt (NUF 1 bis 7)", "NUF total (NUF 1 to 7)"), Din277::IsUsefulArea);
-        for (const Sum& sum : unknown.sums())
-            row(by, sum);
-        total(say_("Netto-Grundfläche", "net floor area"), [](const std::string&) { return true; });
+        for (const Sum* sum : unknown)
+            row(by, *sum);
+        total(say_("Netto-Grundfläche", "net floor area"), [](std::string_view) { return true; });
     }
 
-    Table table;
+    void total(const char* name, bool (*belongs)(std::string_view)) {
+        Sum total{name};
+        for (const Sum& sum : occupancies_.sums())
+            if (belongs(sum.group))
+                total.add(sum.count, sum.area);
+        if (total.count > 0)
+            row(say_("Nutzung", "use"), total);
+    }
 
-  private:
     void row(const char* by, const Sum& sum) {
         const bool isNothing = sum.group.find_first_not_of(' ') == std::string::npos;
         const double share = all_.area == 0.0 ? 0.0 : 100.0 * sum.area / all_.area;
-        table.rows.push_back({by,
-                              isNothing ? say_("(kein Eintrag)", "(no entry)") : sum.group.c_str(),
-                              sum.count, sum.area, share});
+        table_.rows.push_back({by,
+                               isNothing ? say_("(kein Eintrag)", "(no entry)") : sum.group.c_str(),
+                               sum.count, sum.area, share});
     }
 
-    const ConsoleRooms& rooms_;
+    const bool isList_;
     const Speech& say_;
     Sum all_;
+    Groups storeys_, occupancies_, functions_;
+    Table table_;
 };
+
+std::string trimmed(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string::npos ? std::string()
+                                      : text.substr(first, text.find_last_not_of(' ') + 1 - first);
+}
 
 } // namespace
 
 Table SumsOf(const ConsoleRooms& rooms, const Speech& say) {
-    SumTable sums(rooms, say);
-    sums.storeys();
-    sums.uses();
-    sums.functions();
-    return std::move(sums.table);
+    SumTable sums(rooms.isList, say);
+    for (const ConsoleRoom& room : rooms.rooms)
+        sums.add(room.storey, room.occupancy, room.function, room.area);
+    return sums.table();
+}
+
+Table SumsOf(const RoomRows& rows, const NumberLocale& locale, const Speech& say) {
+    SumTable sums(true, say);
+    for (const RoomRows::Row& row : rows.rows)
+        sums.add(trimmed(row.fields[StoryColumn]), trimmed(row.fields[OccupancyColumn]),
+                 trimmed(row.fields[FunctionColumn]),
+                 NumberOrZero(Trim(FromUtf8(row.fields[AreaColumn])), locale));
+    return sums.table();
 }
 
 } // namespace kalvrooms
