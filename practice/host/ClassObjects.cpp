@@ -13,8 +13,13 @@ ClassObjects::ClassObjects(HostProcess& process) : process_(process) {
         const ServerClass* serverClass;
         IDispatch* (*create)(HostProcess&);
     };
+    const auto newApplication = [](HostProcess& host) {
+        if (host.plain)
+            host.session.state.CheckAccess();
+        return NewApplication(host);
+    };
     const Offer offers[] = {
-        {&ApplicationClass, &NewApplication},
+        {&ApplicationClass, newApplication},
         {&RoomFilterClass, &NewRoomFilter},
         {&AttributeCatalogueClass, &NewAttributeCatalogue},
         {&ControlClass, &NewControl},

@@ -16,7 +16,7 @@ Point PointFrom(const std::wstring& text) {
     const auto x = NumberFrom<double>(text.substr(0, comma));
     const auto y = NumberFrom<double>(comma < text.size() ? text.substr(comma + 1) : L"");
     if (!x || !y)
-        throw HostError(L"--place wants X,Y with decimal points, not \"" + text + L"\".");
+        throw HostError(L"--place needs X,Y with decimal points, not \"" + text + L"\".");
     return {*x, *y};
 }
 
@@ -25,7 +25,7 @@ std::pair<std::int32_t, Fault> FaultFrom(const std::wstring& text) {
     const std::size_t first = text.find(L':');
     const auto n = NumberFrom<std::int32_t>(text.substr(0, first));
     if (first == std::wstring::npos || !n || *n < 1)
-        throw HostError(L"--fail-at wants N:mode or N:mode:argument, not \"" + text + L"\".");
+        throw HostError(L"--fail-at needs N:mode or N:mode:argument, not \"" + text + L"\".");
     const std::size_t second = std::min(text.find(L':', first + 1), text.size());
     return {*n, Fault::From(text.substr(first + 1, second - first - 1),
                             second < text.size() ? text.substr(second + 1) : std::wstring())};
@@ -40,6 +40,7 @@ CommandLine CommandLine::From(const std::vector<std::wstring>& arguments) {
         {L"--unregister", &line.unregisterServer},
         {L"--known-while-running", &line.knownWhileRunning},
         {L"--hidden", &line.hidden},
+        {L"--plain", &line.plain},
         {L"--quit-with-client", &line.quitWithClient}};
     const std::map<std::wstring, std::wstring*> texts = {
         {L"--drawing", &line.drawing},
@@ -55,7 +56,7 @@ CommandLine CommandLine::From(const std::vector<std::wstring>& arguments) {
         const std::wstring& option = arguments[i];
         const auto value = [&]() -> const std::wstring& {
             if (i + 1 >= arguments.size())
-                throw HostError(option + L" wants a value.");
+                throw HostError(option + L" needs a value.");
             return arguments[++i];
         };
         if (switches.contains(option))
@@ -74,7 +75,7 @@ CommandLine CommandLine::From(const std::vector<std::wstring>& arguments) {
     }
     HostState().Set(line.state);
     if (line.quitWithClient && line.start.empty())
-        throw HostError(L"--quit-with-client wants --start.");
+        throw HostError(L"--quit-with-client needs --start.");
     return line;
 }
 

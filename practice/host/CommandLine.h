@@ -20,6 +20,7 @@ struct CommandLine {
     // The system starts the server for a client.
     bool embedding = false;
     bool hidden = false;
+    bool plain = false;
     bool quitWithClient = false;
     std::wstring drawing;
     // In place of the drawing's own project folder.

@@ -34,6 +34,8 @@ class ControlObject : public Automation<ControlObject> {
             Method(
                 L"SetCreationError", 1,
                 [](auto& self, auto& given) { self.session.state.CreationError(given.Text(0)); }),
+            Method(L"Plain", 1,
+                   [](auto& self, auto& given) { self.process.plain = given.Long(0) != 0; }),
             Method(L"PlaceAt", 2,
                    [](auto& self, auto& given) {
                        self.session.placing.At({given.Number(0), given.Number(1)});

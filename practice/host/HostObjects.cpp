@@ -131,7 +131,7 @@ class RoomElementObject : public HostObject<RoomElementObject> {
     static Member<RoomElementObject> TextOf(const wchar_t* name) {
         return Property(
             name, [](auto& self) { return self.element.*Text; },
-            [](auto& self, auto& value) { self.element.*Text = value.ToText(); });
+            [](auto& self, auto& value) { self.element.*Text = ElementText(value.ToText()); });
     }
 };
 

@@ -70,6 +70,11 @@ void HostProcess::Gate::Gone() {
     process_.RemoveUse();
 }
 
+bool HostProcess::Gate::Knows(std::wstring_view member) const {
+    return !process_.plain || (member != L"CheckAccess" && member != L"IdentityTable" &&
+                               member != L"RoomRecord" && member != L"AttributeTable");
+}
+
 bool HostProcess::Gate::Enter(std::wstring_view object, std::wstring_view member) {
     if (!counted_)
         return true;

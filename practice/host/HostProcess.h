@@ -25,6 +25,8 @@ class HostProcess {
 
     DrawingSession session;
     CallLog calls;
+    // Knows no member that is our own invention, and forbids access at the creation itself.
+    bool plain = false;
 
     // A practice drawing or a model, told by its contents. Raises a HostError and keeps the drawing
     // that was open.
@@ -66,6 +68,7 @@ class HostProcess {
       public:
         Gate(HostProcess& process, bool counted) : process_(process), counted_(counted) {}
         bool Enter(std::wstring_view object, std::wstring_view member) override;
+        bool Knows(std::wstring_view member) const override;
         void Created() override;
         void Gone() override;
 

@@ -297,7 +297,7 @@ Point HostWindow::PlaceByClick(const std::vector<Outline>& outlines) {
     scene_.reset();
     InvalidateRect(window_, nullptr, FALSE);
     if (!state.clicked)
-        throw HostError(L"Placing the rooms was cancelled.");
+        throw PlacingCancelled();
     return *state.clicked;
 }
 

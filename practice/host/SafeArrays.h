@@ -1,5 +1,5 @@
 #pragma once
-// Tables and outlines as they travel: arrays inside of variants.
+// Tables and outlines as variants that hold arrays.
 
 #include "host/HostApplication.h"
 #include "win32/Com.h"

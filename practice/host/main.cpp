@@ -48,6 +48,7 @@ void Prepare(HostProcess& process, const CommandLine& line) {
     if (line.place)
         process.session.placing.At(*line.place);
     process.session.state.Set(line.state);
+    process.plain = line.plain;
     for (const auto& [n, fault] : line.faults)
         process.calls.FailAt(n, fault);
 }

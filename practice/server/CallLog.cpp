@@ -13,7 +13,7 @@ namespace {
 std::int32_t WholeNumber(const std::wstring& text, std::int32_t otherwise, std::int32_t least) {
     const auto number = text.empty() ? otherwise : NumberFrom<std::int32_t>(text);
     if (!number || *number < least)
-        throw HostError(L"A fault wants a whole number from " + std::to_wstring(least) +
+        throw HostError(L"A fault needs a whole number from " + std::to_wstring(least) +
                         L" on, not \"" + text + L"\".");
     return *number;
 }
@@ -48,7 +48,7 @@ Fault Fault::From(std::wstring_view mode, const std::wstring& argument) {
         fault.times = WholeNumber(argument, 1, 1);
         break;
     case FaultMode::Stall:
-        fault.milliseconds = WholeNumber(argument, 1000, 0);
+        fault.milliseconds = argument == L"ever" ? Fault::ForEver : WholeNumber(argument, 1000, 0);
         break;
     case FaultMode::Empty:
     case FaultMode::Exit:

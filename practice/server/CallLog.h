@@ -27,6 +27,7 @@ struct Fault {
     std::wstring description;
     std::int32_t times = 1; // in a row, for Reject, Later and Edited
     std::int32_t milliseconds = 0;
+    static constexpr std::int32_t ForEver = -1;
 
     // Raises a HostError for an unknown mode or an argument that does not fit it; an empty argument
     // means the mode's own default.

@@ -1,6 +1,7 @@
 #pragma once
-// What a server offers for a class: makes its objects.
+// What a server offers for a class: makes its objects. A HostError refuses the creation.
 
+#include "drawing/HostError.h"
 #include "practice/server/Com.h"
 
 #include <functional>
@@ -24,6 +25,14 @@ class ClassFactory : public Counted<IClassFactory> {
             return CLASS_E_NOAGGREGATION;
         try {
             return TakeOver(create_())->QueryInterface(iid, object);
+        } catch (const HostError& error) {
+            ComPtr<ICreateErrorInfo> trouble;
+            ComPtr<IErrorInfo> told;
+            if (SUCCEEDED(CreateErrorInfo(&trouble)) &&
+                SUCCEEDED(trouble->SetDescription(Bstr(error.description()).get())) &&
+                SUCCEEDED(trouble.As(&told)))
+                SetErrorInfo(0, told.Get());
+            return HostFailure;
         } catch (const std::bad_alloc&) {
             return E_OUTOFMEMORY;
         }

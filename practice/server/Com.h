@@ -8,6 +8,9 @@
 
 namespace kalvrooms::practice {
 
+// The code of a server's own errors.
+inline constexpr HRESULT HostFailure = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF, 0x200);
+
 // A pointer that takes a counted reference over. (mingw-w64's Attach counts another one.)
 template <class Object>
 ComPtr<Object> TakeOver(Object* object) {

@@ -15,15 +15,13 @@ namespace {
 constexpr IID OwnObjectIid = {
     0x7c0f2b5e, 0x86c1, 0x4b0e, {0x9b, 0x65, 0x0d, 0x0c, 0x2a, 0x6e, 0x7a, 0x11}};
 
-constexpr HRESULT HostFailure = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF, 0x200);
-
-HRESULT Describe(EXCEPINFO* trouble, const std::wstring& description) {
+HRESULT Describe(EXCEPINFO* trouble, const std::wstring& description, HRESULT code = HostFailure) {
     if (trouble) {
         *trouble = {};
         trouble->bstrSource = SysAllocString(L"Kalvero");
         trouble->bstrDescription =
             SysAllocStringLen(description.data(), static_cast<UINT>(description.size()));
-        trouble->scode = HostFailure;
+        trouble->scode = code;
     }
     return DISP_E_EXCEPTION;
 }
@@ -62,7 +60,7 @@ std::wstring Arguments::Text(UINT index) const {
 
 ComPtr<DispatchObject> Arguments::OwnObject(UINT index) const {
     const Variant value = Value(index);
-    IDispatch* object = value.ToObject();
+    const ComPtr<IDispatch> object = value.ToObject();
     void* own = nullptr;
     if (!object || FAILED(object->QueryInterface(OwnObjectIid, &own)))
         throw ComError(DISP_E_TYPEMISMATCH, {}, PlaceOf(index));
@@ -99,7 +97,7 @@ HRESULT DispatchObject::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, L
     for (UINT i = 0; i < count; ++i)
         ids[i] = DISPID_UNKNOWN;
     for (std::size_t member = 0; member < MemberCount(); ++member) {
-        if (_wcsicmp(names[0], MemberName(member)) == 0) {
+        if (_wcsicmp(names[0], MemberName(member)) == 0 && gate_.Knows(MemberName(member))) {
             ids[0] = static_cast<DISPID>(member) + 1;
             return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;
         }
@@ -129,7 +127,8 @@ HRESULT DispatchObject::Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARA
             *result = value.detach();
         return S_OK;
     } catch (const HostError& error) {
-        return Describe(trouble, error.description());
+        return Describe(trouble, error.description(),
+                        error.number() == HostError::DialogCancelled ? E_ABORT : HostFailure);
     } catch (const ComError& error) {
         if (argument)
             *argument = error.argument();

@@ -50,6 +50,8 @@ class CallGate {
     virtual ~CallGate() = default;
     // False when the call ends here with an empty result. Raises a HostError or ComError.
     virtual bool Enter(std::wstring_view object, std::wstring_view member) = 0;
+    // Whether clients get to know a member.
+    virtual bool Knows(std::wstring_view) const { return true; }
     virtual void Created() = 0;
     virtual void Gone() = 0;
 };

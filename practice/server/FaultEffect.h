@@ -6,6 +6,9 @@
 
 namespace kalvrooms::practice {
 
+// Ends a stall.
+inline constexpr const wchar_t* WakeEvent = L"KalveroPracticeWake";
+
 // True: the call goes on. False: its result stays empty. Error: the server's own error, made from
 // the fault's description, or a ComError when the call is rejected. The last act runs before the
 // process is terminated.
@@ -23,8 +26,12 @@ bool Suffer(const Fault& fault, LastAct lastAct) {
     case FaultMode::Edited:
         throw ComError(static_cast<HRESULT>(0x800AC472UL));
     case FaultMode::Stall:
-        // A server that hangs does not answer anybody else either.
-        Sleep(static_cast<DWORD>(fault.milliseconds));
+        // A server that hangs does not answer anybody else either; who wants it back sets the
+        // event.
+        WaitForSingleObject(CreateEventW(nullptr, FALSE, FALSE, WakeEvent),
+                            fault.milliseconds == Fault::ForEver
+                                ? INFINITE
+                                : static_cast<DWORD>(fault.milliseconds));
         return true;
     case FaultMode::Exit:
         lastAct();

@@ -7,7 +7,7 @@ namespace kalvrooms::practice::spreadsheet {
 
 namespace {
 
-// Under which automation knows errors.
+// What is added to an error's number when it travels in a cell.
 constexpr unsigned long errorFacility = 0x800A0000UL;
 struct NamedError {
     unsigned long code;
@@ -21,39 +21,9 @@ constexpr std::array<NamedError, 7> errors{{{2000, L"#NULL!"},
                                             {2036, L"#NUM!"},
                                             {2042, L"#N/A"}}};
 
-// Looks into an array while it lives. The first index runs fastest.
-class Elements {
-  public:
-    explicit Elements(const Variant& array) : array_(array.raw().parray) {
-        if (array.type() != (VT_ARRAY | VT_VARIANT) || !array_ || SafeArrayGetDim(array_) != 2)
-            throw ComError(DISP_E_TYPEMISMATCH);
-        Check(SafeArrayAccessData(array_, reinterpret_cast<void**>(&values_)));
-        rows = extent(1);
-        columns = extent(2);
-    }
-    Elements(const Elements&) = delete;
-    Elements& operator=(const Elements&) = delete;
-    ~Elements() { SafeArrayUnaccessData(array_); }
-
-    VARIANT& at(int row, int column) {
-        return values_[static_cast<std::size_t>(column) * static_cast<std::size_t>(rows) +
-                       static_cast<std::size_t>(row)];
-    }
-    int rows = 0;
-    int columns = 0;
-
-  private:
-    int extent(UINT dimension) const {
-        LONG lower = 0;
-        LONG upper = -1;
-        Check(SafeArrayGetLBound(array_, dimension, &lower));
-        Check(SafeArrayGetUBound(array_, dimension, &upper));
-        return static_cast<int>(upper - lower + 1);
-    }
-
-    SAFEARRAY* array_;
-    VARIANT* values_ = nullptr;
-};
+std::size_t at(int index) {
+    return static_cast<std::size_t>(index);
+}
 
 Variant dateOf(const std::wstring& text) {
     SYSTEMTIME time{};
@@ -114,18 +84,13 @@ CellValue valueOf(const VARIANT& variant) {
 Variant VariantOf(const Sheet& sheet, const CellRange& range) {
     if (range.Rows == 1 && range.Columns == 1)
         return variantOf(sheet.At(range.Row, range.Column));
-    SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(range.Rows), 1},
-                               {static_cast<ULONG>(range.Columns), 1}};
-    SAFEARRAY* array = SafeArrayCreate(VT_VARIANT, 2, bounds);
-    if (!array)
-        throw ComError(E_OUTOFMEMORY);
-    Variant values(array, VT_VARIANT);
-    Elements elements(values);
-    for (int row = 0; row < range.Rows; ++row) {
+    Variant values = NewArray(
+        VT_VARIANT, {{static_cast<ULONG>(range.Rows), 1}, {static_cast<ULONG>(range.Columns), 1}});
+    ArrayView elements(values, 2);
+    for (int row = 0; row < range.Rows; ++row)
         for (int column = 0; column < range.Columns; ++column)
-            elements.at(row, column) =
+            elements.Value(at(row), at(column)) =
                 variantOf(sheet.At(range.Row + row, range.Column + column)).detach();
-    }
     return values;
 }
 
@@ -134,11 +99,11 @@ void Enter(Sheet& sheet, const CellRange& range, const Variant& value) {
         sheet.Fill(range, valueOf(value.raw()));
         return;
     }
-    Elements elements(value);
-    CellBlock block(elements.rows, elements.columns);
+    ArrayView elements(value, 2);
+    CellBlock block(static_cast<int>(elements.rows()), static_cast<int>(elements.columns()));
     for (int row = 0; row < block.Rows(); ++row)
         for (int column = 0; column < block.Columns(); ++column)
-            block.At(row, column) = valueOf(elements.at(row, column));
+            block.At(row, column) = valueOf(elements.Value(at(row), at(column)));
     sheet.Put(range, block);
 }
 

@@ -12,7 +12,7 @@ namespace kalvrooms::practice::spreadsheet {
 
 namespace {
 
-// Under which the runtime's own errors travel.
+// The code that stands for one of the runtime's own error numbers.
 SCODE numbered(int number) {
     return static_cast<SCODE>(0x800A0000UL | static_cast<unsigned long>(number));
 }

@@ -26,17 +26,17 @@ class InProcessSpreadsheets final : public SpreadsheetServer {
     InProcessSpreadsheets();
     ~InProcessSpreadsheets() override;
 
-    // Off, there is no such application on this machine.
+    // False: there is no such application on this machine.
     bool Installed = true;
     std::map<std::wstring, Workbook> Files;
     std::set<std::wstring> ReadOnlyFiles;
-    // An instance that the user had open already.
+    // The instance that the user already has open, if any.
     InstancePointer Running;
     InstancePointer StartByUser();
 
-    // Faults as of the practice servers: "fail" raises the application's own error, "empty" answers
-    // with nothing, "reject" is busy for longer than the client waits, "exit" ends the instance
-    // that is called.
+    // The same faults as in the practice servers: "fail" raises the application's own error,
+    // "empty" answers with nothing, "reject" is busy for longer than the client waits, "exit" ends
+    // the instance that is called.
     void FailAt(int call, FaultMode mode = FaultMode::Fail);
     int Calls() const { return calls_.Count(); }
     // The names of the calls, in order.

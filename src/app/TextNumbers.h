@@ -74,6 +74,17 @@ inline constexpr std::int32_t SpreadsheetIsBusy = 128;
 inline constexpr std::int32_t RoomWithNegativeArea = 129;
 inline constexpr std::int32_t NegativeArea = 130;
 
+// What reading and writing the drawing tell.
+inline constexpr std::int32_t RoomsReadInPart = 140;
+inline constexpr std::int32_t NoProjectFolder = 141;
+inline constexpr std::int32_t HostIsGone = 142;
+inline constexpr std::int32_t ReadingGivenUp = 143;
+inline constexpr std::int32_t ReadingEnded = 144;
+inline constexpr std::int32_t WritingEnded = 145;
+inline constexpr std::int32_t PlacingFailed = 146;
+inline constexpr std::int32_t ReadingProgress = 147;
+inline constexpr std::int32_t WritingProgress = 148;
+
 // Keys, as menus name them, and why the session had better wait.
 inline constexpr std::int32_t WithControl = 160;
 inline constexpr std::int32_t WithControlAndShift = 161;

@@ -15,6 +15,7 @@ class NoWindow final : public ExportWindow {
     explicit NoWindow(const Placement& placement) : placement_(placement) {}
     Placement GetPlace() const override { return placement_; }
     void EnableInput(bool) override {}
+    void ShowProgress(const std::wstring&) override {}
 
   private:
     const Placement placement_;
@@ -38,7 +39,9 @@ class ConsoleServices::MessageTexts final : public Texts {
             {TextNumber::NameCut, L" Only 32 characters of the designation can be taken over."},
             {TextNumber::StoryCodeCut,
              L" Only 32 characters of the storey code can be taken over."},
-            {TextNumber::FunctionCut, L" Only 32 characters of the function can be taken over."}};
+            {TextNumber::FunctionCut, L" Only 32 characters of the function can be taken over."},
+            {TextNumber::NoProjectFolder,
+             L"The project folder is not known. The rooms were read without their outlines."}};
         const auto found = english.find(number);
         return say_.german || found == english.end() ? texts_.GetText(number) : found->second;
     }

@@ -128,6 +128,13 @@ HostIdentity Drawing::NextIdentity() const {
     return identity;
 }
 
+std::wstring ElementText(std::wstring text) {
+    constexpr std::size_t longest = 32;
+    if (text.size() > longest)
+        throw HostError(L"A text of more than 32 characters does not fit.");
+    return text;
+}
+
 std::size_t ItemPlace(std::int32_t index, std::size_t count) {
     if (index < 1 || static_cast<std::size_t>(index) > count)
         throw HostError(L"There is no item " + std::to_wstring(index) + L" in the list.");

@@ -109,6 +109,9 @@ struct Drawing {
     void UpdateFloorArea(Element& element) const;
 };
 
+// What a text of an element becomes. Raises a HostError for one of more than 32 characters.
+std::wstring ElementText(std::wstring text);
+
 // The place of an item whose index counts from 1; raises a HostError when there is none.
 std::size_t ItemPlace(std::int32_t index, std::size_t count);
 

@@ -70,15 +70,15 @@ class RoomElementPart : public HostPart<HostRoomElement> {
     }
     void RoomName(const std::wstring& text) override {
         Enter("RoomName");
-        element_->element.name = text;
+        element_->element.name = ElementText(text);
     }
     void RoomFunction(const std::wstring& text) override {
         Enter("RoomFunction");
-        element_->element.function = text;
+        element_->element.function = ElementText(text);
     }
     void StoreyCode(const std::wstring& text) override {
         Enter("StoreyCode");
-        element_->element.storey = text;
+        element_->element.storey = ElementText(text);
     }
     kalvrooms::Outline Outline() override {
         Enter("Outline");

@@ -3,6 +3,7 @@
 namespace kalvrooms {
 
 WorkingElements DrawingService::Elements() const {
+    session_.state.CheckDrawing();
     WorkingElements copies;
     copies.reserve(session_.drawing.elements.size());
     for (std::size_t i = 0; i < session_.drawing.elements.size(); ++i)
@@ -12,17 +13,25 @@ WorkingElements DrawingService::Elements() const {
 }
 
 WorkingElementPtr DrawingService::NewElement() const {
+    session_.state.CheckDrawing();
     return std::make_shared<WorkingElement>(
         WorkingElement{session_.drawing.NewElement(), std::nullopt});
 }
 
 void DrawingService::Change(const WorkingElements& elements) {
+    session_.state.CheckDrawing();
     Step step;
+    std::set<std::size_t> changing = changing_;
     for (const WorkingElementPtr& copy : elements) {
         if (!copy->index)
             throw HostError(L"An element that is not in the drawing cannot be changed.");
+        if (copy->element.identity.FileNumber <= 0)
+            throw HostError(L"An element of a KVD file cannot be changed.");
+        if (!changing.insert(*copy->index).second)
+            throw HostError(L"The element has been handed over already.");
         step.elements.push_back({copy, copy->element});
     }
+    changing_ = std::move(changing);
     Queue(std::move(step));
 }
 
@@ -33,9 +42,9 @@ void DrawingService::Add(const WorkingElements& elements) {
 void DrawingService::Place(const WorkingElements& elements, std::int32_t mode) {
     if (mode != PlaceAtCrossHair)
         throw HostError(L"There is no mode " + std::to_wstring(mode) + L" of placing.");
+    if (elements.empty())
+        throw HostError(L"There is nothing to place.");
     Step step = NewElements(Step::Kind::Place, elements);
-    if (step.elements.empty())
-        return;
     std::vector<Outline> outlines;
     for (const Queued& queued : step.elements)
         outlines.push_back(queued.element.outline);
@@ -48,6 +57,7 @@ void DrawingService::Place(const WorkingElements& elements, std::int32_t mode) {
 
 DrawingService::Step DrawingService::NewElements(Step::Kind kind,
                                                  const WorkingElements& elements) const {
+    session_.state.CheckDrawing();
     Step step;
     step.kind = kind;
     std::set<WorkingElementPtr> known = queued_;
@@ -66,6 +76,7 @@ void DrawingService::Queue(Step step) {
 }
 
 void DrawingService::Apply() {
+    session_.state.CheckDrawing();
     Drawing drawing = session_.drawing;
     std::vector<std::pair<WorkingElementPtr, std::size_t>> inserted;
     for (const Step& step : steps_) {
@@ -88,6 +99,7 @@ void DrawingService::Apply() {
     pendingRow_ = 0.0;
     steps_.clear();
     queued_.clear();
+    changing_.clear();
     for (const auto& [copy, index] : inserted) {
         copy->element = session_.drawing.elements[index];
         copy->index = index;

@@ -1,6 +1,7 @@
 #pragma once
 // How clients read and change the drawing. What they get are snapshots; what they hand back waits
-// until it is applied, and is forgotten when the service goes without that.
+// until it is applied, and is forgotten when the service goes without that. All of it raises a
+// HostError while the host is in a state that forbids it.
 
 #include "drawing/Drawing.h"
 #include "drawing/HostState.h"
@@ -34,15 +35,18 @@ using WorkingElements = std::vector<WorkingElementPtr>;
 
 class DrawingService {
   public:
-    explicit DrawingService(DrawingSession& session) : session_(session) {}
+    explicit DrawingService(DrawingSession& session) : session_(session) {
+        session.state.CheckDrawing();
+    }
 
     WorkingElements Elements() const;
     WorkingElementPtr NewElement() const;
 
-    // The elements are taken over as they are now; later changes of the copies do not count.
+    // The elements are taken over as they are now; later changes of the copies do not count. None
+    // may be handed over twice before it is applied, and none of a native drawing at all.
     void Change(const WorkingElements& elements);
     void Add(const WorkingElements& elements);
-    // Returns when they were placed. Raises a HostError when that was cancelled.
+    // Returns when they were placed. Raises PlacingCancelled when the user gives up.
     void Place(const WorkingElements& elements, std::int32_t mode);
 
     // All or nothing. Gives the new elements' copies their identity.
@@ -66,6 +70,8 @@ class DrawingService {
     DrawingSession& session_;
     std::vector<Step> steps_;
     std::set<WorkingElementPtr> queued_;
+    // Places in the drawing of the elements that are to be changed.
+    std::set<std::size_t> changing_;
     double pendingRow_ = 0.0;
 };
 

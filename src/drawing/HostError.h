@@ -12,6 +12,16 @@ class HostError : public RuntimeError {
   public:
     explicit HostError(std::wstring description)
         : RuntimeError(AutomationError, std::move(description)) {}
+
+  protected:
+    HostError(long number, std::wstring description)
+        : RuntimeError(number, std::move(description)) {}
+};
+
+// The user gave up placing rooms.
+class PlacingCancelled : public HostError {
+  public:
+    PlacingCancelled() : HostError(DialogCancelled, L"Placing the rooms was cancelled.") {}
 };
 
 } // namespace kalvrooms

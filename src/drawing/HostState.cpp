@@ -13,6 +13,10 @@ void HostState::Set(const std::wstring& name) {
 void HostState::CheckAccess() const {
     if (!creationError_.empty())
         throw HostError(creationError_);
+    CheckDrawing();
+}
+
+void HostState::CheckDrawing() const {
     // Clients know the states by words that stand somewhere behind the beginning.
     if (name_ == L"menu")
         throw HostError(L"Please terminate the menue interaction first.");

@@ -16,6 +16,8 @@ class HostState {
 
     // Raises a HostError that tells a client why it is not let in.
     void CheckAccess() const;
+    // Raises one while the state itself keeps clients away from the drawing.
+    void CheckDrawing() const;
 
   private:
     std::wstring name_;

@@ -14,7 +14,7 @@ inline constexpr double SingleGap = 1.0;
 
 class Placing {
   public:
-    // Asks for the point at which the outlines go; raises a HostError when it was cancelled.
+    // Asks for the point at which the outlines go; raises PlacingCancelled when the user gives up.
     using Click = std::function<Point(const std::vector<Outline>&)>;
 
     // Unattended from here on; rooms that were placed singly before are forgotten.

@@ -264,4 +264,21 @@ void clsFileSytem::WritePointsToGeometryFile(const std::wstring& fileName,
     file.Close();
 }
 
+bool clsFileSytem::WouldBeReadAs(const PointArray& outline, const PointArray& points) {
+    const auto reads = [](double written, double read) {
+        return TextToNumber(FromDoubleInvariant(written)) == read;
+    };
+    try {
+        const std::int16_t last = RoundToInteger(outline.Count() - 1);
+        bool same = points.Count() == last;
+        for (std::int32_t index = 0; same && index < last; ++index)
+            same = reads(outline.X(index), points.X(index)) &&
+                   reads(outline.Y(index), points.Y(index));
+        return same;
+    } catch (const RuntimeError&) {
+        // Nothing that could be written, or read.
+        return false;
+    }
+}
+
 } // namespace kalvrooms

@@ -37,6 +37,9 @@ class clsFileSytem {
     // Errors: TypeMismatch for unset points, Overflow for more than 32,768, those of the file.
     void WritePointsToGeometryFile(const std::wstring& fileName, const PointArray& points);
 
+    // Whether a point file of the outline would be read as the points.
+    static bool WouldBeReadAs(const PointArray& outline, const PointArray& points);
+
   private:
     static bool IsExcelFile(const std::wstring& fileName);
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "headless/HeadlessForm.h"
@@ -51,6 +52,8 @@ class HeadlessDesktop final : public Gui::Desktop {
     // The next colour dialog. Without a script it is cancelled.
     void ChooseColour(Gui::Colour colour);
     void CancelColourDialog();
+    // Stands for Escape pressed while an operation runs.
+    void PressEscape() { escapePressed_ = true; }
     // Stands for the user while the next context menu is open.
     void OnPopup(std::function<void(HeadlessForm&, HeadlessMenuItem&)> script);
     // Stands for the user while the program runs. Forms that it leaves open are closed, in the end
@@ -69,6 +72,7 @@ class HeadlessDesktop final : public Gui::Desktop {
     // The names of the forms that were shown modally and of the menus that were popped up.
     const std::vector<std::wstring>& ModalForms() const { return modalNames_; }
     const std::vector<std::wstring>& Popups() const { return popups_; }
+    bool ProcessEnded() const { return processEnded_; }
     // The names of the forms that had to be unloaded by force.
     const std::vector<std::wstring>& ForcedUnloads() const { return forcedUnloads_; }
     // Errors of program or test that ended up in an event, where they cannot reach the test.
@@ -89,6 +93,9 @@ class HeadlessDesktop final : public Gui::Desktop {
     void ShowColour(Gui::Colour& colour) override;
     std::int16_t MousePointer() const override { return pointer_; }
     void MousePointer(std::int16_t shape) override;
+    bool EscapePressed() override { return std::exchange(escapePressed_, false); }
+    // Remembered only.
+    void EndProcess() override { processEnded_ = true; }
     void OpenHelp(Gui::Form& owner, const std::wstring& file, std::uint32_t context) override;
     void Run() override;
 
@@ -126,6 +133,8 @@ class HeadlessDesktop final : public Gui::Desktop {
     std::vector<std::wstring> forcedUnloads_;
     std::vector<std::wstring> programmingErrors_;
     std::int16_t pointer_ = Gui::DefaultPointer;
+    bool escapePressed_ = false;
+    bool processEnded_ = false;
 };
 
 } // namespace kalvrooms

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,13 +35,16 @@ struct HostRoomRecord {
     std::wstring RoomName;
     std::wstring RoomFunction;
     std::wstring StoreyCode;
+    // False when the host failed to tell some of it, which is then 0 or empty.
+    bool Whole = true;
 };
 
-// One attribute of an element; the number is 0 where the value is none.
+// One attribute of an element; the number is 0 where the value is none. Without a value: the host
+// failed to tell it.
 struct HostAttributeValue {
-    std::wstring Name;
-    double Number = 0.0;
-    std::wstring Text;
+    std::optional<std::wstring> Name;
+    std::optional<double> Number;
+    std::optional<std::wstring> Text;
 };
 
 class HostAttribute {
@@ -60,7 +64,8 @@ class HostAttributeList {
 class HostRoomElement {
   public:
     virtual ~HostRoomElement() = default;
-    // One call where the host offers it.
+    // One call where the host offers it. Raises an error when the host does not tell in which file
+    // the element lies.
     virtual HostRoomRecord Record() = 0;
     virtual void RoomName(const std::wstring& text) = 0;
     virtual void RoomFunction(const std::wstring& text) = 0;
@@ -101,7 +106,7 @@ class HostDrawingService {
     virtual std::unique_ptr<HostRoomElement> CreateRoomElement() = 0;
     virtual void ChangeElements(HostElementList& elements) = 0;
     virtual void AddElements(HostElementList& elements) = 0;
-    // Returns when the user has placed the elements; cancelling raises an error.
+    // Returns when the user has placed the elements. Raises DialogCancelled when the user gives up.
     virtual void PlaceElements(HostElementList& elements, std::int32_t mode) = 0;
     // Nothing that was changed, added or placed reaches the drawing before this.
     virtual void ApplyChanges() = 0;
@@ -138,6 +143,8 @@ class HostServer {
     virtual std::unique_ptr<HostApplication> CreateHostApplication() = 0;
     virtual std::unique_ptr<HostRoomSelection> CreateRoomFilter() = 0;
     virtual std::unique_ptr<HostAttributeCatalogue> CreateAttributeCatalogue() = 0;
+    // A call has been under way for so long that nobody has to wait for it any more.
+    virtual bool Hangs() const { return false; }
 };
 
 } // namespace kalvrooms

@@ -6,6 +6,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "app/Messages.h"
 #include "app/TextNumbers.h"
 #include "files/FilePath.h"
 #include "files/clsFileSytem.h"
@@ -24,6 +25,9 @@ bool attempt(const std::function<void()>& step) {
         return false;
     }
 }
+
+// After so many elements in a row that cannot be taken, the count of the list is not believed.
+constexpr std::int32_t mostFailuresInARow = 20;
 
 // A word at the very start of a host's description counts as absent.
 bool standsBehindStart(const std::wstring& description, const wchar_t* words) {
@@ -65,7 +69,62 @@ class Busy {
     clsWait*& slot_;
 };
 
+PointArray pointsOf(const Outline& outline) {
+    PointArray points;
+    for (const Point& point : outline)
+        points.Add(point.x, point.y);
+    return points;
+}
+
+// Moves a file aside, over one that was moved there before. True when nothing is left at the path
+// that could be read as a file.
+bool setAside(const std::wstring& path) {
+    try {
+        const std::filesystem::path file = FilePath(path);
+        if (!std::filesystem::exists(file) || std::filesystem::is_directory(file))
+            return true;
+        std::error_code failure;
+        std::filesystem::rename(file, FilePath(path + L".bak"), failure);
+        return !failure;
+    } catch (const std::exception&) {
+        // No file can have a name like that.
+        return true;
+    }
+}
+
 } // namespace
+
+// Shows how far an operation is, and asks between two rooms whether the user ends it.
+class clsKalvero::Progress {
+  public:
+    Progress(ExportWindow& window, const FileServices& files, std::int32_t words,
+             std::int32_t total)
+        : window_(window), files_(files), words_(words), total_(total) {
+        // What was pressed before was meant for something else.
+        files_.desktop.EscapePressed();
+    }
+    ~Progress() { window_.ShowProgress(L""); }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    // Before every room. False when the user has ended the operation.
+    bool next() {
+        ended_ = ended_ || files_.desktop.EscapePressed();
+        if (!ended_)
+            window_.ShowProgress(
+                MessageText(files_.texts, words_, {FromLong(++begun_), FromLong(total_)}));
+        return !ended_;
+    }
+    bool ended() const { return ended_; }
+
+  private:
+    ExportWindow& window_;
+    const FileServices& files_;
+    const std::int32_t words_;
+    const std::int32_t total_;
+    std::int32_t begun_ = 0;
+    bool ended_ = false;
+};
 
 // The room elements of the drawing, read once per writing and only if a room asks for them.
 class clsKalvero::Elements {
@@ -73,14 +132,19 @@ class clsKalvero::Elements {
     Elements(HostServer& server, HostDrawingService& service)
         : server_(server), service_(service) {}
 
-    // The element with the room's identity, or null.
-    std::unique_ptr<HostRoomElement> find(const clsRoom& room) {
+    // The element with the room's identity, or null. Two rooms with one identity share it.
+    std::shared_ptr<HostRoomElement> find(const clsRoom& room) {
         const std::wstring key = identityKey(room.ComponentID(), room.FileID());
         if (key.empty())
             return nullptr;
         read();
         const auto found = indexByIdentity_.find(key);
-        return found == indexByIdentity_.end() ? nullptr : list_->Item(found->second);
+        if (found == indexByIdentity_.end())
+            return nullptr;
+        std::shared_ptr<HostRoomElement>& element = taken_[found->second];
+        if (!element)
+            element = list_->Item(found->second);
+        return element;
     }
 
   private:
@@ -103,6 +167,7 @@ class clsKalvero::Elements {
     HostDrawingService& service_;
     std::unique_ptr<HostElementList> list_;
     std::unordered_map<std::wstring, std::int32_t> indexByIdentity_;
+    std::unordered_map<std::int32_t, std::shared_ptr<HostRoomElement>> taken_;
 };
 
 // What the first pass collects: rooms that stand in the drawing, and new ones at their position.
@@ -117,7 +182,8 @@ struct clsKalvero::KnownRooms {
     Elements drawing;
     std::unique_ptr<HostElementList> changed;
     std::unique_ptr<HostElementList> added;
-    std::int32_t changedCount = 0;
+    // No element is handed over twice.
+    std::set<const HostRoomElement*> changedElements;
     std::int32_t addedCount = 0;
     const bool withModify;
     const std::int32_t colour;
@@ -180,12 +246,24 @@ clsKalvero::clsKalvero(HostServer& host, const FileServices& files, ExportWindow
 
 void clsKalvero::connect() {
     application_ = host_.CreateHostApplication();
+    broken_ = false;
+}
+
+template <typename Call>
+auto clsKalvero::ask(Call call) {
+    try {
+        return call(*application_);
+    } catch (const RuntimeError&) {
+        broken_ = true;
+        throw;
+    }
 }
 
 std::unique_ptr<HostDrawingService> clsKalvero::getDrawingService() {
+    const auto service = [](HostApplication& host) { return host.GetDrawingService(); };
     if (application_) {
         try {
-            return application_->GetDrawingService();
+            return ask(service);
         } catch (const RuntimeError& error) {
             if (error.number() != RuntimeError::ServerUnavailable)
                 throw;
@@ -195,7 +273,7 @@ std::unique_ptr<HostDrawingService> clsKalvero::getDrawingService() {
     connect();
     if (!application_)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
-    return application_->GetDrawingService();
+    return ask(service);
 }
 
 std::wstring clsKalvero::GetProjectName() {
@@ -216,8 +294,9 @@ std::wstring clsKalvero::GetProjectName() {
     }
     std::wstring name;
     if (application_) {
-        attempt([&] { name = Trim(application_->GetProject()->ProjectName()); });
-        attempt([&] { projectPath_ = application_->GetProject()->ProjectFolder(); });
+        const auto project = [](HostApplication& host) { return host.GetProject(); };
+        attempt([&] { name = Trim(ask(project)->ProjectName()); });
+        attempt([&] { projectPath_ = ask(project)->ProjectFolder(); });
     }
     return name.empty() ? ProjectWithoutName : name;
 }
@@ -230,8 +309,10 @@ bool clsKalvero::hostForbidsAccess() {
     std::wstring description;
     try {
         auto fresh = host_.CreateHostApplication();
-        if (!application_)
+        if (!application_ || broken_) {
             application_ = std::move(fresh);
+            broken_ = false;
+        }
     } catch (const RuntimeError& error) {
         description = error.description();
     }
@@ -255,131 +336,227 @@ void clsKalvero::showHostMessage(std::int32_t textNumber) {
         wait_->ContinueWait();
 }
 
+void clsKalvero::tell(std::int32_t textNumber, const std::vector<std::wstring>& parts) {
+    desktop_.ShowMessage(
+        {MessageText(texts_, textNumber, parts), MessageText(texts_, TextNumber::Title)});
+}
+
 // ------------------------------------------------------------------------------------- reading
 
+// What one reading knows, and what it has to tell at its end.
+struct clsKalvero::Reading {
+    std::int32_t projectNumber = 0;
+    // Of the point files; empty when the host does not tell it.
+    std::wstring folder;
+    std::int32_t total = 0;
+    std::int32_t read = 0;
+    std::int32_t readInPart = 0;
+    bool skippedNative = false;
+    bool withoutFolder = false;
+    bool gaveUp = false;
+    bool ended = false;
+    bool hostIsGone = false;
+
+    // Tells whether the step went well.
+    bool attempt(const std::function<void()>& step) {
+        try {
+            step();
+            return true;
+        } catch (const RuntimeError& error) {
+            if (error.number() == RuntimeError::ServerUnavailable)
+                hostIsGone = true;
+            return false;
+        }
+    }
+};
+
 void clsKalvero::ImportFloorsFromKalvero(clsFloors& floors) {
-    bool skipped = false;
+    Reading reading;
     {
         Busy busy(wait_, desktop_);
         busy->StartWait();
-        std::int32_t projectNumber = 0;
-        const auto elements = selectRooms(projectNumber);
-        if (!hostForbidsAccess()) {
-            skipped = !readRooms(elements.get(), projectNumber, floors);
-            files_.table.UpdateTable(true);
+        auto elements = selectRooms(reading);
+        broken_ = broken_ || reading.hostIsGone;
+        const HostApplication* const before = application_.get();
+        if (hostForbidsAccess())
+            return;
+        // A broken connection has brought nothing; the check has made another one.
+        if (!elements && application_.get() != before) {
+            reading = {};
+            elements = selectRooms(reading);
         }
+        readRooms(elements.get(), reading, floors);
+        files_.table.UpdateTable(true);
     }
-    if (skipped)
-        desktop_.ShowMessage(
-            {texts_.GetText(TextNumber::NoKvdRooms), texts_.GetText(TextNumber::Title)});
+    tellOf(reading);
 }
 
-std::unique_ptr<HostElementList> clsKalvero::selectRooms(std::int32_t& projectNumber) {
+std::unique_ptr<HostElementList> clsKalvero::selectRooms(Reading& reading) {
     std::unique_ptr<HostDrawingService> service;
     std::unique_ptr<HostRoomSelection> filter;
     std::unique_ptr<HostElementList> elements;
-    attempt([&] { service = getDrawingService(); });
-    attempt([&] { filter = host_.CreateRoomFilter(); });
-    attempt([&] {
-        if (application_)
-            projectNumber = application_->GetProject()->ProjectNumber();
-    });
-    attempt([&] {
+    reading.attempt([&] { service = getDrawingService(); });
+    reading.attempt([&] { filter = host_.CreateRoomFilter(); });
+    if (application_) {
+        std::unique_ptr<HostProject> project;
+        reading.attempt(
+            [&] { project = ask([](HostApplication& host) { return host.GetProject(); }); });
+        if (project) {
+            reading.attempt([&] { reading.projectNumber = project->ProjectNumber(); });
+            // Another project may have been opened since its name was asked for.
+            reading.attempt([&] { reading.folder = project->ProjectFolder(); });
+        }
+    }
+    reading.attempt([&] {
         if (filter)
             filter->SelectRooms();
     });
-    attempt([&] {
+    reading.attempt([&] {
         if (service && filter)
             elements = service->GetElements(*filter);
     });
     return elements;
 }
 
-bool clsKalvero::readRooms(HostElementList* elements, std::int32_t projectNumber,
-                           clsFloors& floors) {
+void clsKalvero::readRooms(HostElementList* elements, Reading& reading, clsFloors& floors) {
     const AttributeNames names(host_);
-    std::int32_t count = 0;
-    attempt([&] {
-        if (elements)
-            count = elements->Count();
-    });
-    bool complete = true;
-    for (std::int32_t index = 1; index <= count; ++index) {
+    if (elements)
+        reading.attempt([&] { reading.total = elements->Count(); });
+    Progress progress(window_, files_, TextNumber::ReadingProgress, reading.total);
+    std::int32_t failuresInARow = 0;
+    for (std::int32_t begun = 0; begun < reading.total && !reading.hostIsGone; ++begun) {
+        if (!progress.next()) {
+            reading.ended = true;
+            return;
+        }
         std::unique_ptr<HostRoomElement> element;
         HostRoomRecord record;
-        attempt([&] { element = elements->Item(index); });
-        attempt([&] {
-            if (element)
-                record = element->Record();
-        });
-        if (record.Identity.FileNumber <= 0) {
-            complete = false;
-            continue;
+        reading.attempt([&] { element = elements->Item(begun + 1); });
+        failuresInARow = element ? 0 : failuresInARow + 1;
+        if (failuresInARow == mostFailuresInARow) {
+            reading.gaveUp = true;
+            return;
         }
-        clsRoom room;
-        room.ProjectNumber(projectNumber);
-        readRoom(*element, record, names, room);
-        floors.AddRoom(room);
+        if (!element || !reading.attempt([&] { record = element->Record(); }))
+            ++reading.readInPart;
+        else if (record.Identity.FileNumber <= 0)
+            reading.skippedNative = true;
+        else
+            readRoom(*element, record, names, reading, floors);
     }
-    return complete;
 }
 
 void clsKalvero::readRoom(HostRoomElement& element, const HostRoomRecord& record,
-                          const AttributeNames& names, clsRoom& room) {
+                          const AttributeNames& names, Reading& reading, clsFloors& floors) {
+    clsRoom room;
+    room.ProjectNumber(reading.projectNumber);
     room.FileNumber(record.Identity.FileNumber);
     room.ComponentID(record.Identity.ComponentID);
     room.FileID(record.Identity.FileID);
     room.FunctionName(record.RoomFunction);
     room.StoryCode(record.StoreyCode);
     room.Name(record.RoomName);
-    ReadRoomAttributes(element, room, names);
-    const std::wstring path = projectPath_ + PathSeparator + FromLong(record.Identity.FileNumber) +
-                              L"-" + FromLong(record.Identity.ComponentID) + L".txt";
-    // An older outline would push itself into the drawing with the next writing.
-    if (!attempt([&] { writePoints(path, element.Outline()); }))
-        removePoints(path);
+    bool whole = ReadRoomAttributes(element, room, names, reading) && record.Whole;
+    const std::wstring path = reading.folder + PathSeparator +
+                              FromLong(record.Identity.FileNumber) + L"-" +
+                              FromLong(record.Identity.ComponentID) + L".txt";
+    whole = readOutline(element, path, reading) && whole;
+    // Of a room that the host took with it nobody knows what is missing.
+    if (reading.hostIsGone)
+        return;
     room.Geometry->SetTypeAndValue(CalculationByFile, path);
+    const std::wstring key = identityKey(room.ComponentID(), room.FileID());
+    if (whole) {
+        readInPart_.erase(key);
+    } else {
+        readInPart_.insert(key);
+        ++reading.readInPart;
+    }
+    floors.AddRoom(room);
+    ++reading.read;
 }
 
-void clsKalvero::ReadRoomAttributes(HostRoomElement& element, clsRoom& room,
-                                    const AttributeNames& names) {
+bool clsKalvero::ReadRoomAttributes(HostRoomElement& element, clsRoom& room,
+                                    const AttributeNames& names, Reading& reading) {
     room.AreaType(L"");
     room.Enclosure(L"");
     room.Occupancy(L"");
     room.Geometry->Area(0.0);
     std::vector<HostAttributeValue> values;
-    attempt([&] {
+    bool whole = reading.attempt([&] {
         if (const auto attributes = element.Attributes())
             values = attributes->Values();
     });
-    for (const HostAttributeValue& value : values)
-        if (value.Name == names.area)
-            room.Geometry->Area(value.Number);
-        else if (value.Name == names.enclosure)
-            room.Enclosure(value.Text);
-        else if (value.Name == names.areaType)
-            room.AreaType(value.Text);
-        else if (value.Name == names.occupancy)
-            room.Occupancy(value.Text);
+    for (const HostAttributeValue& value : values) {
+        bool told = value.Name.has_value();
+        const std::wstring text = value.Text.value_or(L"");
+        if (value.Name == names.area) {
+            told = value.Number.has_value();
+            room.Geometry->Area(value.Number.value_or(0.0));
+        } else if (value.Name == names.enclosure) {
+            told = value.Text.has_value();
+            room.Enclosure(text);
+        } else if (value.Name == names.areaType) {
+            told = value.Text.has_value();
+            room.AreaType(text);
+        } else if (value.Name == names.occupancy) {
+            told = value.Text.has_value();
+            room.Occupancy(text);
+        }
+        whole = whole && told;
+    }
+    return whole;
 }
 
-void clsKalvero::removePoints(const std::wstring& path) {
-    try {
-        std::error_code ignored;
-        std::filesystem::remove(FilePath(path), ignored);
-    } catch (const std::exception&) {
-        // A name that no file can have has left none behind.
+bool clsKalvero::readOutline(HostRoomElement& element, const std::wstring& path, Reading& reading) {
+    if (reading.folder.empty()) {
+        reading.withoutFolder = true;
+        withoutOutline_.insert(path);
+        return true;
     }
+    Outline outline;
+    const bool told = reading.attempt([&] { outline = element.Outline(); });
+    withoutOutline_.erase(path);
+    // An older outline would push itself into the drawing with the next writing.
+    if ((!told || !attempt([&] { writePoints(path, outline); })) && !setAside(path))
+        withoutOutline_.insert(path);
+    return told;
 }
 
 void clsKalvero::writePoints(const std::wstring& path, const Outline& outline) {
-    PointArray points;
-    for (const Point& point : outline)
-        points.Add(point.x, point.y);
-    clsFileSytem(files_).WritePointsToGeometryFile(path, points);
+    clsFileSytem(files_).WritePointsToGeometryFile(path, pointsOf(outline));
+}
+
+void clsKalvero::tellOf(const Reading& reading) {
+    if (reading.skippedNative)
+        desktop_.ShowMessage(
+            {texts_.GetText(TextNumber::NoKvdRooms), texts_.GetText(TextNumber::Title)});
+    if (reading.readInPart > 0)
+        tell(TextNumber::RoomsReadInPart, {FromLong(reading.readInPart)});
+    if (reading.withoutFolder)
+        tell(TextNumber::NoProjectFolder);
+    const std::vector<std::wstring> parts{FromLong(reading.read), FromLong(reading.total)};
+    if (reading.hostIsGone)
+        tell(TextNumber::HostIsGone, parts);
+    else if (reading.gaveUp)
+        tell(TextNumber::ReadingGivenUp, parts);
+    else if (reading.ended)
+        tell(TextNumber::ReadingEnded, parts);
 }
 
 // ------------------------------------------------------------------------------------- writing
+
+// One writing of the list, room by room.
+struct clsKalvero::Writing {
+    const clsFloors& floors;
+    Progress progress;
+    std::unique_ptr<HostDrawingService> service{};
+    // The rooms were not placed: the user gave up, or the host did, in its own words.
+    bool givenUp = false;
+    std::wstring trouble{};
+
+    bool goesOn() const { return !givenUp && !progress.ended(); }
+};
 
 void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithModify,
                                        bool blnRoomsAsBlock, double dblDxOfRooms,
@@ -400,41 +577,56 @@ void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithM
         return;
     }
 
-    Busy busy(wait_, desktop_);
-    std::unique_ptr<HostDrawingService> service;
-    attempt([&] { service = getDrawingService(); });
-    if (hostForbidsAccess())
-        return;
-    busy->StartWait();
-    const InputLock lock(window_);
-    // A host that was ended in the meantime is reached by the connection that the check has made.
-    if (!service)
-        service = getDrawingService();
+    Writing writing{qtoFloors,
+                    Progress(window_, files_, TextNumber::WritingProgress, countOfRooms)};
+    {
+        Busy busy(wait_, desktop_);
+        attempt([&] { writing.service = getDrawingService(); });
+        if (hostForbidsAccess())
+            return;
+        busy->StartWait();
+        const InputLock lock(window_);
+        // A host that was ended in the meantime is reached by the connection that the check has
+        // made.
+        if (!writing.service)
+            writing.service = getDrawingService();
 
-    LeftRooms left;
-    writeRoomsWithCoordinates(*service, qtoFloors, blnWithModify, left, lngNoWithKoNew,
-                              lngNoWithKoOld);
-    service->ApplyChanges();
-    // Half of one row that would hold all rooms: the block comes out as two rows of about equal
-    // length.
-    const double rowLimit = (left.count - 1) / 2.0 * dblDxOfRooms + left.sumOfSides / 2.0;
-    TwoRows rows(dblDxOfRooms, dblDyOfRooms, rowLimit);
-    lngNoWithoutKo =
-        writeRoomsWithoutCoordinates(*service, qtoFloors, blnRoomsAsBlock ? &rows : nullptr);
-    service->ApplyChanges();
-    modificationList_.clear();
+        LeftRooms left;
+        writeRoomsWithCoordinates(writing, blnWithModify, left, lngNoWithKoNew, lngNoWithKoOld);
+        writing.service->ApplyChanges();
+        if (writing.goesOn()) {
+            // Half of one row that would hold all rooms: the block comes out as two rows of about
+            // equal length.
+            const double rowLimit = (left.count - 1) / 2.0 * dblDxOfRooms + left.sumOfSides / 2.0;
+            TwoRows rows(dblDxOfRooms, dblDyOfRooms, rowLimit);
+            lngNoWithoutKo =
+                writeRoomsWithoutCoordinates(writing, blnRoomsAsBlock ? &rows : nullptr);
+            writing.service->ApplyChanges();
+        }
+        modificationList_.clear();
+    }
+    tellOf(writing, lngNoWithKoNew + lngNoWithKoOld + lngNoWithoutKo);
 }
 
-void clsKalvero::writeRoomsWithCoordinates(HostDrawingService& service, const clsFloors& floors,
-                                           bool withModify, LeftRooms& left, std::int32_t& newRooms,
-                                           std::int32_t& updatedRooms) {
-    KnownRooms known(host_, service, withModify, window_.GetPlace().colorOld);
-    const std::int32_t countOfRooms = floors.GetCountOfRooms();
+void clsKalvero::tellOf(const Writing& writing, std::int32_t written) {
+    if (!writing.trouble.empty())
+        tell(TextNumber::PlacingFailed, {writing.trouble});
+    if (writing.progress.ended())
+        tell(TextNumber::WritingEnded,
+             {FromLong(written), FromLong(writing.floors.GetCountOfRooms())});
+}
+
+void clsKalvero::writeRoomsWithCoordinates(Writing& writing, bool withModify, LeftRooms& left,
+                                           std::int32_t& newRooms, std::int32_t& updatedRooms) {
+    KnownRooms known(host_, *writing.service, withModify, window_.GetPlace().colorOld);
+    const std::int32_t countOfRooms = writing.floors.GetCountOfRooms();
     for (std::int32_t index = 1; index <= countOfRooms; ++index) {
         clsRoom room;
-        floors.GetRoomByIndex(index, room);
+        writing.floors.GetRoomByIndex(index, room);
         double side = room.Geometry->dx();
         if (side == 0.0) {
+            if (!writing.progress.next())
+                break;
             if (writeKnownRoom(room, known)) {
                 writtenRooms_.insert(index);
                 continue;
@@ -447,12 +639,12 @@ void clsKalvero::writeRoomsWithCoordinates(HostDrawingService& service, const cl
         left.sumOfSides = RoundToLong(left.sumOfSides + side);
         ++left.count;
     }
-    if (known.changedCount > 0)
-        service.ChangeElements(*known.changed);
-    if (known.addedCount > 0)
-        service.AddElements(*known.added);
-    updatedRooms = known.changedCount;
+    updatedRooms = static_cast<std::int32_t>(known.changedElements.size());
     newRooms = known.addedCount;
+    if (updatedRooms > 0)
+        writing.service->ChangeElements(*known.changed);
+    if (newRooms > 0)
+        writing.service->AddElements(*known.added);
 }
 
 bool clsKalvero::writeKnownRoom(const clsRoom& room, KnownRooms& known) {
@@ -460,11 +652,16 @@ bool clsKalvero::writeKnownRoom(const clsRoom& room, KnownRooms& known) {
     if (const auto element = known.drawing.find(room)) {
         if (!known.withModify)
             return true;
-        fillElement(room, *element, known.colour);
-        if (!outline.empty())
+        HostRoomRecord given;
+        const bool told = attempt([&] { given = element->Record(); });
+        fillElement(room, *element, known.colour, told ? &given : nullptr);
+        // A point file keeps fewer digits than the drawing: only one that says something else may
+        // bend the room.
+        if (!outline.empty() &&
+            !clsFileSytem::WouldBeReadAs(pointsOf(element->Outline()), pointsOf(outline)))
             element->Outline(outline);
-        known.changed->Add(*element);
-        ++known.changedCount;
+        if (known.changedElements.insert(element.get()).second)
+            known.changed->Add(*element);
         return true;
     }
     if (outline.empty())
@@ -480,21 +677,23 @@ bool clsKalvero::writeKnownRoom(const clsRoom& room, KnownRooms& known) {
 Outline clsKalvero::outlineOf(const clsRoom& room) const {
     PointArray points;
     Outline outline;
+    if (withoutOutline_.contains(room.Geometry->FileName()))
+        return outline;
     if (clsFileSytem(files_).ReadPointsFromGeometryFile(room.Geometry->FileName(), points))
         for (std::int32_t i = 0; i < points.Count(); ++i)
             outline.push_back({points.X(i), points.Y(i)});
     return outline;
 }
 
-std::int32_t clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& service,
-                                                      const clsFloors& floors, TwoRows* rows) {
+std::int32_t clsKalvero::writeRoomsWithoutCoordinates(Writing& writing, TwoRows* rows) {
+    HostDrawingService& service = *writing.service;
     const std::int32_t colour = window_.GetPlace().colorNew;
     std::int32_t placed = 0;
     std::unique_ptr<HostElementList> block;
-    const std::int32_t countOfRooms = floors.GetCountOfRooms();
+    const std::int32_t countOfRooms = writing.floors.GetCountOfRooms();
     for (std::int32_t index = 1; index <= countOfRooms; ++index) {
         clsRoom room;
-        floors.GetRoomByIndex(index, room);
+        writing.floors.GetRoomByIndex(index, room);
         // What the first pass has written is done, even if a room of another storey that is to be
         // laid out has the same ID.
         if (writtenRooms_.contains(index))
@@ -505,6 +704,9 @@ std::int32_t clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& servic
         room.Geometry->getDefaultValues(a, b);
         if (a <= 0.0 || b <= 0.0)
             continue;
+        // A block that is not complete is not placed.
+        if (!writing.progress.next())
+            return placed;
         if (rows) {
             if (!block)
                 block = service.CreateElementList();
@@ -513,15 +715,15 @@ std::int32_t clsKalvero::writeRoomsWithoutCoordinates(HostDrawingService& servic
             const auto element = createRectangle(service, room, {}, a, b, colour);
             const auto single = service.CreateElementList();
             single->Add(*element);
-            place(service, *single, placed > 0);
+            if (!place(writing, *single))
+                return placed;
             ++placed;
         }
     }
-    if (block) {
-        placed = block->Count();
-        place(service, *block, false);
-    }
-    return placed;
+    if (!block)
+        return placed;
+    placed = block->Count();
+    return place(writing, *block) ? placed : 0;
 }
 
 std::unique_ptr<HostRoomElement> clsKalvero::createRectangle(HostDrawingService& service,
@@ -535,34 +737,61 @@ std::unique_ptr<HostRoomElement> clsKalvero::createRectangle(HostDrawingService&
     return element;
 }
 
-void clsKalvero::place(HostDrawingService& service, HostElementList& elements,
-                       bool othersArePlaced) {
+bool clsKalvero::place(Writing& writing, HostElementList& elements) {
     // The user works in the drawing now: the pointer must not say that he has to wait.
     wait_->BreakWait();
     try {
-        service.PlaceElements(elements, PlaceAtCrossHair);
-    } catch (...) {
+        writing.service->PlaceElements(elements, PlaceAtCrossHair);
+    } catch (const RuntimeError& error) {
         wait_->ContinueWait();
-        // What the user has placed one by one so far is not lost because he gives up here.
-        if (othersArePlaced)
-            attempt([&] { service.ApplyChanges(); });
-        throw;
+        if (error.number() == RuntimeError::ServerUnavailable)
+            throw;
+        // What stands in the drawing so far is not lost because there is no more to come.
+        writing.givenUp = true;
+        if (error.number() != RuntimeError::DialogCancelled)
+            writing.trouble = error.description();
+        return false;
     }
     wait_->ContinueWait();
+    return true;
 }
 
-void clsKalvero::fillElement(const clsRoom& room, HostRoomElement& element, std::int32_t colour) {
+void clsKalvero::fillElement(const clsRoom& room, HostRoomElement& element, std::int32_t colour,
+                             const HostRoomRecord* given) {
     std::unique_ptr<HostAttributeList> attributes;
-    attempt([&] { attributes = element.Attributes(); });
-    AddRoomToModificationList(room, element, attributes.get());
+    if (!wasReadInPart(room))
+        attempt([&] { attributes = element.Attributes(); });
+    AddRoomToModificationList(room, element, attributes.get(), given);
     element.Colour(colour);
 }
 
+bool clsKalvero::wasReadInPart(const clsRoom& room) const {
+    return readInPart_.contains(identityKey(room.ComponentID(), room.FileID()));
+}
+
 void clsKalvero::AddRoomToModificationList(const clsRoom& room, HostRoomElement& element,
-                                           HostAttributeList* attributes) {
-    element.RoomName(cutForHost(room.Name(), TextNumber::NameCut, warnOfName_));
-    element.StoreyCode(cutForHost(room.StoryCode(), TextNumber::StoryCodeCut, warnOfStoryCode_));
-    element.RoomFunction(cutForHost(room.FunctionName(), TextNumber::FunctionCut, warnOfFunction_));
+                                           HostAttributeList* attributes,
+                                           const HostRoomRecord* given) {
+    const auto write = [&](const std::wstring& text, std::wstring HostRoomRecord::*standing,
+                           void (HostRoomElement::*put)(const std::wstring&), std::int32_t warning,
+                           bool& warn) {
+        // The blanks around the drawing's texts were cut off when they were read.
+        const auto stands = [&](const std::wstring& wanted) {
+            return given && Trim(given->*standing) == Trim(wanted);
+        };
+        if (stands(text) || (text.empty() && wasReadInPart(room)))
+            return;
+        const std::wstring cut = cutForHost(text, warning, warn);
+        if (!stands(cut))
+            (element.*put)(cut);
+    };
+    using Record = HostRoomRecord;
+    using Element = HostRoomElement;
+    write(room.Name(), &Record::RoomName, &Element::RoomName, TextNumber::NameCut, warnOfName_);
+    write(room.StoryCode(), &Record::StoreyCode, &Element::StoreyCode, TextNumber::StoryCodeCut,
+          warnOfStoryCode_);
+    write(room.FunctionName(), &Record::RoomFunction, &Element::RoomFunction,
+          TextNumber::FunctionCut, warnOfFunction_);
     if (!attributes)
         return;
     std::vector<HostAttributeValue> values;
@@ -580,7 +809,7 @@ void clsKalvero::AddRoomToModificationList(const clsRoom& room, HostRoomElement&
 
 void clsKalvero::SetAttributeIfNamed(HostAttributeList& attributes, std::int32_t index,
                                      const HostAttributeValue& attribute, const NamedTexts& texts) {
-    const std::wstring name = Trim(attribute.Name);
+    const std::wstring name = Trim(attribute.Name.value_or(L""));
     for (const auto& [wanted, text] : texts) {
         if (name == wanted) {
             // Every call costs; a text that stands there already is not sent again.

@@ -204,6 +204,8 @@ class Form : public virtual Control {
     std::function<void()> Resize;
     // Asked before closing: false puts the closing off (a command is still under way).
     std::function<bool()> MayUnload;
+    // Every second as long as the form takes no input.
+    std::function<void()> Waiting;
     std::function<void()> OnUnload;
 
     // The user's session is about to end, and he can still answer questions: false when it has to
@@ -254,6 +256,11 @@ class Desktop {
     // The application-wide mouse pointer.
     virtual std::int16_t MousePointer() const = 0;
     virtual void MousePointer(std::int16_t shape) = 0;
+    // Whether Escape was pressed in one of the program's windows since the last question. For
+    // operations that do not come back to the user in between.
+    virtual bool EscapePressed() = 0;
+    // Ends the process at once, whatever is still under way in it.
+    virtual void EndProcess() = 0;
     // Opens the help file at a context number; a missing file does nothing.
     virtual void OpenHelp(Form& owner, const std::wstring& file, std::uint32_t context) = 0;
     // Runs until no form is loaded any more.

@@ -109,8 +109,14 @@ void frmMain::Show() {
             desktop_.OpenHelp(*form_, helpFile_, helpContext);
     };
     form_->MayUnload = [this] {
-        closeWhenDone_ = commandUnderWay_;
-        return !commandUnderWay_;
+        endWithoutHost_ = commandUnderWay_ && host_.Hangs();
+        closeWhenDone_ = commandUnderWay_ && !endWithoutHost_;
+        return !closeWhenDone_;
+    };
+    form_->Waiting = [this] {
+        // A window without input cannot be closed either.
+        if (commandUnderWay_ && host_.Hangs())
+            form_->Enabled(true);
     };
     form_->OnUnload = [this] { unload(); };
     form_->MayEndSession = [this] { return mayEndSession(); };
@@ -206,6 +212,8 @@ void frmMain::unload() {
     // A session that ends while the window is still loading must not store what was never read.
     if (settingsRead_)
         SaveWindowSettings();
+    if (endWithoutHost_)
+        desktop_.EndProcess();
 }
 
 void frmMain::askToSave() {
@@ -330,6 +338,13 @@ void frmMain::AddCurrentRoomsToListOfFloors(std::int32_t quantity) {
 
 void frmMain::EnableInput(bool enabled) {
     form_->Enabled(enabled);
+}
+
+void frmMain::ShowProgress(const std::wstring& words) {
+    if (caption_.empty())
+        caption_ = form_->Text();
+    form_->Text(words.empty() ? std::exchange(caption_, {})
+                              : GetText(TextNumber::Title) + L" - " + words);
 }
 
 void frmMain::HelpFile(const std::wstring& path) {

@@ -49,6 +49,7 @@ class frmMain final : public Texts,
     void AddCurrentRoomsToListOfFloors(std::int32_t quantity) override;
     void UpdateTable(bool warn) override;
     void EnableInput(bool enabled) override;
+    void ShowProgress(const std::wstring& words) override;
     void HelpFile(const std::wstring& path) override;
 
   private:
@@ -141,6 +142,8 @@ class frmMain final : public Texts,
     int fileKind_ = spreadsheetFileKind;
     bool dirty_ = false;
     std::wstring projectName_;
+    // The caption that comes back when an operation has told its progress there.
+    std::wstring caption_;
     std::int32_t roomCount_ = 0;
     bool clickedRoomRow_ = false;
 
@@ -149,6 +152,8 @@ class frmMain final : public Texts,
     bool closeWhenDone_ = false;
     bool asking_ = false;          // whether to save; never twice at once
     bool askedForSession_ = false; // since the last command
+    // A command waits for a host that hangs: the program ends without it.
+    bool endWithoutHost_ = false;
 };
 
 } // namespace kalvrooms

@@ -48,6 +48,30 @@ std::wstring descriptionOf(HRESULT result, const std::wstring& description) {
     return unknown ? systemText(result) : description;
 }
 
+// Of an element of an array; 0 for types that no array of ours has.
+std::size_t sizeOf(VARTYPE type) {
+    switch (type) {
+    case VT_VARIANT:
+        return sizeof(VARIANT);
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+        return sizeof(double);
+    case VT_R4:
+    case VT_I4:
+    case VT_INT:
+        return sizeof(LONG);
+    case VT_I2:
+        return sizeof(SHORT);
+    case VT_BSTR:
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return sizeof(void*);
+    default:
+        return 0;
+    }
+}
+
 } // namespace
 
 ComError::ComError(HRESULT result, const std::wstring& description, UINT argument)
@@ -55,10 +79,10 @@ ComError::ComError(HRESULT result, const std::wstring& description, UINT argumen
       argument_(argument) {}
 
 ArrayView::ArrayView(const Variant& value, UINT dimensions)
-    : type_(static_cast<VARTYPE>(value.type() & VT_TYPEMASK)) {
+    : type_(static_cast<VARTYPE>(value.type() & VT_TYPEMASK)), size_(sizeOf(type_)) {
     SAFEARRAY* const array = value.raw().parray;
-    if (value.type() != (VT_ARRAY | type_) || !array || SafeArrayGetDim(array) != dimensions ||
-        (type_ != VT_VARIANT && type_ != VT_R8))
+    if (value.type() != (VT_ARRAY | type_) || size_ == 0 || !array ||
+        SafeArrayGetDim(array) != dimensions || SafeArrayGetElemsize(array) != size_)
         throw ComError(DISP_E_TYPEMISMATCH);
     const auto extent = [array](UINT dimension) {
         LONG lower = 0;
@@ -74,22 +98,31 @@ ArrayView::ArrayView(const Variant& value, UINT dimensions)
     array_ = array;
 }
 
-void* ArrayView::at(VARTYPE type, std::size_t size, std::size_t row, std::size_t column) const {
-    if (type != type_ || row >= rows_ || column >= columns_)
+void* ArrayView::at(std::size_t row, std::size_t column) const {
+    if (row >= rows_ || column >= columns_)
         throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    return static_cast<std::byte*>(data_) + size * (column * rows_ + row);
+    return static_cast<std::byte*>(data_) + size_ * (column * rows_ + row);
+}
+
+void* ArrayView::at(VARTYPE type, std::size_t row, std::size_t column) const {
+    if (type != type_)
+        throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    return at(row, column);
 }
 
 double& ArrayView::Number(std::size_t row, std::size_t column) {
-    return *static_cast<double*>(at(VT_R8, sizeof(double), row, column));
+    return *static_cast<double*>(at(VT_R8, row, column));
 }
 
 VARIANT& ArrayView::Value(std::size_t row, std::size_t column) {
-    return *static_cast<VARIANT*>(at(VT_VARIANT, sizeof(VARIANT), row, column));
+    return *static_cast<VARIANT*>(at(VT_VARIANT, row, column));
 }
 
-Variant ArrayView::Copy(std::size_t row, std::size_t column) {
-    return type_ == VT_R8 ? Variant(Number(row, column)) : Variant::CopyOf(Value(row, column));
+Variant ArrayView::Copy(std::size_t row, std::size_t column) const {
+    VARIANT element{};
+    element.vt = static_cast<VARTYPE>(VT_BYREF | type_);
+    element.byref = at(row, column);
+    return Variant::CopyOf(element);
 }
 
 } // namespace kalvrooms

@@ -149,8 +149,13 @@ class Variant {
     std::int32_t ToLong() const { return As(VT_I4).value_.lVal; }
     double ToNumber() const { return As(VT_R8).value_.dblVal; }
     std::wstring ToText() const { return TextOf(As(VT_BSTR).value_.bstrVal); }
-    // Null when there is no object in it.
-    IDispatch* ToObject() const { return value_.vt == VT_DISPATCH ? value_.pdispVal : nullptr; }
+    // Null when there is no automation object in it.
+    ComPtr<IDispatch> ToObject() const {
+        ComPtr<IDispatch> object;
+        if ((value_.vt == VT_DISPATCH || value_.vt == VT_UNKNOWN) && value_.punkVal)
+            value_.punkVal->QueryInterface(IID_PPV_ARGS(&object));
+        return object;
+    }
 
     // Gives the value away.
     VARIANT detach() {
@@ -171,8 +176,9 @@ inline Variant NewArray(VARTYPE type, std::initializer_list<SAFEARRAYBOUND> boun
                    type);
 }
 
-// Looks into an array of one or two dimensions while it lives. Elements are counted from 0 whatever
-// the array's own bounds are; those of a column lie side by side.
+// Looks into an array of one or two dimensions while it lives: numbers, texts, objects or variants.
+// Elements are counted from 0 whatever the array's own bounds are; those of a column lie side by
+// side.
 class ArrayView {
   public:
     // Error: DISP_E_TYPEMISMATCH when the value holds no such array.
@@ -187,15 +193,17 @@ class ArrayView {
     // The elements themselves. Error: SubscriptOutOfRange outside the array or for another type.
     double& Number(std::size_t row, std::size_t column = 0);
     VARIANT& Value(std::size_t row, std::size_t column = 0);
-    // A copy of an element of either type.
-    Variant Copy(std::size_t row, std::size_t column = 0);
+    // A copy of an element of any type.
+    Variant Copy(std::size_t row, std::size_t column = 0) const;
 
   private:
-    void* at(VARTYPE type, std::size_t size, std::size_t row, std::size_t column) const;
+    void* at(std::size_t row, std::size_t column) const;
+    void* at(VARTYPE type, std::size_t row, std::size_t column) const;
 
     SAFEARRAY* array_ = nullptr;
     void* data_ = nullptr;
     VARTYPE type_;
+    std::size_t size_; // of an element
     std::size_t rows_ = 0;
     std::size_t columns_ = 1;
 };

@@ -1,5 +1,7 @@
 #include "win32/ComHostServer.h"
 
+#include <type_traits>
+
 namespace kalvrooms {
 namespace {
 
@@ -20,7 +22,7 @@ Outline toOutline(const Variant& value) {
     Outline points;
     if (value.empty())
         return points;
-    ArrayView view(value, 2);
+    const ArrayView view(value, 2);
     if (view.rows() != 2)
         throw RuntimeError(RuntimeError::TypeMismatch);
     for (std::size_t i = 0; i < view.columns(); ++i)
@@ -39,6 +41,13 @@ bool attempted(Step step) {
             throw;
         return false;
     }
+}
+
+// For an empty table: taken for one without rows, a failed answer would have known rooms made again
+// and attributes emptied.
+void requireNone(ComObject& list) {
+    if (LongOf(list.Get(Member::Count)) != 0)
+        throw RuntimeError(RuntimeError::AutomationError);
 }
 
 // An object of the host behind one of the abstract interfaces.
@@ -86,9 +95,11 @@ class ComAttributeList : public Adapter<HostAttributeList> {
     std::vector<HostAttributeValue> valuesAtOnce() {
         std::vector<HostAttributeValue> values;
         const Variant table = object_.Get(bulk_.AttributeTable);
-        if (table.empty())
+        if (table.empty()) {
+            requireNone(object_);
             return values;
-        ArrayView rows(table, 2);
+        }
+        const ArrayView rows(table, 2);
         for (std::size_t i = 0; i < rows.rows(); ++i)
             values.push_back(
                 {TextOf(rows.Copy(i, 0)), NumberOf(rows.Copy(i, 1)), TextOf(rows.Copy(i, 2))});
@@ -97,11 +108,17 @@ class ComAttributeList : public Adapter<HostAttributeList> {
     std::vector<HostAttributeValue> valuesOneByOne() {
         std::vector<HostAttributeValue> values;
         const std::int32_t count = LongOf(object_.Get(Member::Count));
-        for (std::int32_t index = 1; index <= count; ++index) {
+        // After so many in a row that cannot be taken, the count is not believed.
+        constexpr std::int32_t mostFailuresInARow = 20;
+        std::int32_t failuresInARow = 0;
+        for (std::int32_t index = 1; index <= count && failuresInARow < mostFailuresInARow;
+             ++index) {
             HostAttributeValue value;
             std::unique_ptr<ComAttribute> attribute;
-            // What one attribute refuses, a number for a text perhaps, stays empty.
+            ++failuresInARow;
+            // What one attribute refuses, a number for a text perhaps, stays without a value.
             if (attempted([&] { attribute = item(index); })) {
+                failuresInARow = 0;
                 attempted([&] { value.Name = attribute->Name(); });
                 attempted([&] { value.Number = attribute->NumberValue(); });
                 attempted([&] { value.Text = attribute->TextValue(); });
@@ -119,12 +136,23 @@ class ComRoomElement : public Adapter<HostRoomElement> {
         HostRoomRecord record;
         if (bulk_.RoomRecord && attempted([&] { record = recordAtOnce(); }))
             return record;
-        attempted([&] { record.Identity.ComponentID = LongOf(object_.Get(Member::ComponentID)); });
-        attempted([&] { record.Identity.FileNumber = LongOf(object_.Get(Member::FileNumber)); });
-        attempted([&] { record.Identity.FileID = TextOf(object_.Get(Member::FileID)); });
-        attempted([&] { record.RoomName = TextOf(object_.Get(Member::RoomName)); });
-        attempted([&] { record.RoomFunction = TextOf(object_.Get(Member::RoomFunction)); });
-        attempted([&] { record.StoreyCode = TextOf(object_.Get(Member::StoreyCode)); });
+        record = {};
+        record.Identity.FileNumber = LongOf(object_.Get(Member::FileNumber));
+        const auto ask = [&](auto& field, const wchar_t* member) {
+            const bool told = attempted([&] {
+                const Variant answer = object_.Get(member);
+                if constexpr (std::is_same_v<decltype(field), std::wstring&>)
+                    field = TextOf(answer);
+                else
+                    field = LongOf(answer);
+            });
+            record.Whole = record.Whole && told;
+        };
+        ask(record.Identity.ComponentID, Member::ComponentID);
+        ask(record.Identity.FileID, Member::FileID);
+        ask(record.RoomName, Member::RoomName);
+        ask(record.RoomFunction, Member::RoomFunction);
+        ask(record.StoreyCode, Member::StoreyCode);
         return record;
     }
     HostIdentity Identity() {
@@ -149,7 +177,7 @@ class ComRoomElement : public Adapter<HostRoomElement> {
   private:
     HostRoomRecord recordAtOnce() {
         const Variant answer = object_.Get(bulk_.RoomRecord);
-        ArrayView fields(answer, 1);
+        const ArrayView fields(answer, 1);
         const auto text = [&](std::size_t index) { return TextOf(fields.Copy(index)); };
         const auto number = [&](std::size_t index) { return LongOf(fields.Copy(index)); };
         HostRoomRecord record;
@@ -170,9 +198,9 @@ class ComElementList : public Adapter<HostElementList> {
         object_.Call(Member::Add, {ComRoomElement::Of(element)});
     }
     std::vector<HostIdentity> Identities() override {
-        if (bulk_.IdentityTable)
-            return identitiesAtOnce();
         std::vector<HostIdentity> identities;
+        if (bulk_.IdentityTable && attempted([&] { identities = identitiesAtOnce(); }))
+            return identities;
         const std::int32_t count = Count();
         for (std::int32_t index = 1; index <= count; ++index)
             identities.push_back(item(index)->Identity());
@@ -184,12 +212,10 @@ class ComElementList : public Adapter<HostElementList> {
         std::vector<HostIdentity> identities;
         const Variant table = object_.Get(bulk_.IdentityTable);
         if (table.empty()) {
-            // Taken for "no elements", a failed answer would have every known room made again.
-            if (Count() != 0)
-                throw RuntimeError(RuntimeError::AutomationError);
+            requireNone(object_);
             return identities;
         }
-        ArrayView rows(table, 2);
+        const ArrayView rows(table, 2);
         for (std::size_t i = 0; i < rows.rows(); ++i)
             identities.push_back(
                 {LongOf(rows.Copy(i, 0)), LongOf(rows.Copy(i, 1)), TextOf(rows.Copy(i, 2))});
@@ -231,7 +257,16 @@ class ComDrawingService : public Adapter<HostDrawingService> {
         object_.Call(Member::AddElements, {ComElementList::Of(elements)});
     }
     void PlaceElements(HostElementList& elements, std::int32_t mode) override {
-        object_.Call(Member::PlaceElements, {ComElementList::Of(elements), mode});
+        // The user has to act in the host, which may come to the front only with the leave of the
+        // program that is there.
+        CoAllowSetForegroundWindow(object_.dispatch(), nullptr);
+        try {
+            object_.Call(Member::PlaceElements, {ComElementList::Of(elements), mode});
+        } catch (const ComError& error) {
+            if (error.result() == E_ABORT || error.result() == HRESULT_FROM_WIN32(ERROR_CANCELLED))
+                throw RuntimeError(RuntimeError::DialogCancelled);
+            throw;
+        }
     }
     void ApplyChanges() override { object_.Call(Member::ApplyChanges); }
 };
@@ -273,8 +308,13 @@ class ComHostServer : public HostServer {
 
     std::unique_ptr<HostApplication> CreateHostApplication() override {
         ComObject application = create(L"application", Member::ApplicationClass);
-        if (Member::CheckAccess)
+        try {
             application.Call(Member::CheckAccess);
+        } catch (const ComError& error) {
+            // A host without this member forbids the creation itself.
+            if (error.result() != DISP_E_UNKNOWNNAME && error.result() != DISP_E_MEMBERNOTFOUND)
+                throw;
+        }
         return std::make_unique<ComApplication>(std::move(application), bulk_);
     }
     std::unique_ptr<HostRoomSelection> CreateRoomFilter() override {
@@ -285,6 +325,8 @@ class ComHostServer : public HostServer {
         return std::make_unique<ComAttributeCatalogue>(
             create(L"attribute catalogue", Member::AttributeCatalogueClass), bulk_);
     }
+
+    bool Hangs() const override { return session_->Hangs(); }
 
   private:
     ComObject create(const wchar_t* kind, const wchar_t* programmaticIdentifier) {

@@ -46,7 +46,7 @@ void waitServingMessages(DWORD milliseconds) {
     }
 }
 
-// The description that the failed creation left behind.
+// The description that a failed call left behind.
 std::wstring errorInformation() {
     ComPtr<IErrorInfo> information;
     Bstr text;
@@ -78,18 +78,29 @@ CLSID ComSession::ClassOf(const wchar_t* programmaticIdentifier) {
     return classIdentifier;
 }
 
-// Adds the time of its own life.
+// Times a call: from its construction to its destruction.
 class ComSession::Clock {
   public:
-    explicit Clock(ComSession& session) : session_(session) {}
+    explicit Clock(ComSession& session)
+        : session_(session), outer_(std::exchange(session.underWaySince_, start_)) {}
     Clock(const Clock&) = delete;
     Clock& operator=(const Clock&) = delete;
-    ~Clock() { session_.time_ += std::chrono::steady_clock::now() - start_; }
+    ~Clock() {
+        session_.time_ += std::chrono::steady_clock::now() - start_;
+        session_.underWaySince_ = outer_;
+    }
 
   private:
     ComSession& session_;
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    // A call may be made while another one serves the messages of the thread.
+    const std::optional<std::chrono::steady_clock::time_point> outer_;
 };
+
+bool ComSession::Hangs() const {
+    constexpr auto longest = std::chrono::seconds(5);
+    return underWaySince_ && std::chrono::steady_clock::now() - *underWaySince_ >= longest;
+}
 
 // -------------------------------------------------------------------------------- ComObject
 
@@ -165,20 +176,23 @@ ComObject ComObject::Attach(std::shared_ptr<ComSession> session, std::wstring ki
 
 DISPID ComObject::nameOf(const wchar_t* member) {
     const auto key = std::make_pair(kind_, std::wstring(member));
-    const auto known = session_->names_.find(key);
-    if (known != session_->names_.end())
-        return known->second;
-    DISPID id = DISPID_UNKNOWN;
-    ++session_->calls_;
-    LPOLESTR name = const_cast<LPOLESTR>(member);
-    Check(retried(*session_,
-                  [&] { return object_->GetIDsOfNames(IID_NULL, &name, 1, locale_, &id); }));
-    session_->names_.emplace(key, id);
-    return id;
+    auto known = session_->names_.find(key);
+    if (known == session_->names_.end()) {
+        DISPID id = DISPID_UNKNOWN;
+        ++session_->calls_;
+        LPOLESTR name = const_cast<LPOLESTR>(member);
+        const HRESULT result = retried(
+            *session_, [&] { return object_->GetIDsOfNames(IID_NULL, &name, 1, locale_, &id); });
+        if (result != DISP_E_UNKNOWNNAME)
+            Check(result);
+        known = session_->names_.emplace(key, FAILED(result) ? DISPID_UNKNOWN : id).first;
+    }
+    if (known->second == DISPID_UNKNOWN)
+        throw ComError(DISP_E_UNKNOWNNAME);
+    return known->second;
 }
 
-Variant ComObject::invoke(const wchar_t* member, WORD flags, Arguments arguments,
-                          const Variant* value) {
+Variant ComObject::invoke(const wchar_t* member, Arguments arguments, const Variant* value) {
     if (!object_)
         throw RuntimeError(RuntimeError::ObjectVariableNotSet);
     const DISPID id = nameOf(member);
@@ -191,39 +205,45 @@ Variant ComObject::invoke(const wchar_t* member, WORD flags, Arguments arguments
     DISPID putName = DISPID_PROPERTYPUT;
     DISPPARAMS parameters{reversed.data(), value ? &putName : nullptr,
                           static_cast<UINT>(reversed.size()), value ? 1U : 0U};
+    const WORD flags = value ? DISPATCH_PROPERTYPUT : DISPATCH_METHOD | DISPATCH_PROPERTYGET;
     Variant answer;
     std::optional<ComError> raised;
     const HRESULT result = retried(*session_, [&] {
         OwnedException exception;
         UINT badArgument = 0;
         ++session_->calls_;
+        SetErrorInfo(0, nullptr);
         const HRESULT outcome =
             object_->Invoke(id, IID_NULL, locale_, flags, &parameters,
                             value ? nullptr : answer.get(), &exception, &badArgument);
         if (outcome == DISP_E_EXCEPTION)
             raised = exception.error();
+        else if (FAILED(outcome))
+            raised = ComError(outcome, errorInformation());
         return outcome;
     });
     // A server that answers is no longer busy. (Making an object shows nothing: a server may do
     // that while it rejects every call.)
     if (!IsRejected(result))
         session_->patience_ = session_->fullPatience_;
-    if (result == DISP_E_EXCEPTION)
+    if (FAILED(result))
         throw *raised;
-    Check(result);
+    // A reference, maybe to another variant, is good only as long as the server keeps its target.
+    while ((answer.type() & VT_BYREF) != 0)
+        answer = Variant::CopyOf(answer.raw());
     return answer;
 }
 
 Variant ComObject::Call(const wchar_t* member, Arguments arguments) {
-    return invoke(member, DISPATCH_METHOD, arguments, nullptr);
+    return invoke(member, arguments, nullptr);
 }
 
 Variant ComObject::Get(const wchar_t* member, Arguments arguments) {
-    return invoke(member, DISPATCH_PROPERTYGET, arguments, nullptr);
+    return invoke(member, arguments, nullptr);
 }
 
 void ComObject::Put(const wchar_t* member, const Variant& value) {
-    invoke(member, DISPATCH_PROPERTYPUT, {}, &value);
+    invoke(member, {}, &value);
 }
 
 ComObject ComObject::CallObject(std::wstring kind, const wchar_t* member, Arguments arguments) {
@@ -235,9 +255,10 @@ ComObject ComObject::ObjectOf(std::wstring kind, const wchar_t* member, Argument
 }
 
 ComObject ComObject::objectIn(std::wstring kind, const Variant& answer) const {
-    if (!answer.ToObject())
+    const ComPtr<IDispatch> found = answer.ToObject();
+    if (!found)
         throw RuntimeError(RuntimeError::AutomationError);
-    ComObject object(session_, std::move(kind), answer.ToObject());
+    ComObject object(session_, std::move(kind), found.Get());
     object.locale_ = locale_;
     return object;
 }

@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -28,8 +29,10 @@ class ComSession {
         : patience_(patienceInMilliseconds), fullPatience_(patienceInMilliseconds) {}
 
     std::int64_t Calls() const { return calls_; }
-    // What the calls took, the letting go of objects and the waiting for a busy server included.
+    // The time spent in calls, including releasing objects and waiting for a busy server.
     std::chrono::nanoseconds TimeInCalls() const { return time_; }
+    // A call has not come back for five seconds.
+    bool Hangs() const;
 
     // Class identifier of a programmatic identifier. Error: CannotCreateObject.
     static CLSID ClassOf(const wchar_t* programmaticIdentifier);
@@ -39,6 +42,8 @@ class ComSession {
     class Clock;
     std::int64_t calls_ = 0;
     std::chrono::nanoseconds time_{0};
+    std::optional<std::chrono::steady_clock::time_point> underWaySince_;
+    // Members that a kind of object does not know are kept as DISPID_UNKNOWN.
     std::map<std::pair<std::wstring, std::wstring>, DISPID> names_;
     // A server that stays busy is waited for once, not anew with every following call.
     DWORD patience_;
@@ -81,7 +86,9 @@ class ComObject {
     void locale(LCID locale) { locale_ = locale; }
 
   private:
-    Variant invoke(const wchar_t* member, WORD flags, Arguments arguments, const Variant* value);
+    // With a value: sets the property. Else it is a method or a property that has a result; a
+    // server may know a member as either.
+    Variant invoke(const wchar_t* member, Arguments arguments, const Variant* value);
     ComObject objectIn(std::wstring kind, const Variant& answer) const;
     DISPID nameOf(const wchar_t* member);
     template <typename Step>

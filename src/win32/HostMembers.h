@@ -12,7 +12,7 @@ inline constexpr const wchar_t* AttributeCatalogueClass =
     L"KALVCOMSERVERLib.KalvAttributeCatalogue";
 
 // Called right after an application object was created, so that a host that forbids access can
-// say why; null where the host refuses the creation itself.
+// say why. Our own invention: a host that does not know it refuses the creation itself.
 inline constexpr const wchar_t* CheckAccess = L"CheckAccess";
 
 inline constexpr const wchar_t* UpdateProjectInfo = L"UpdateProjectInfo";
@@ -56,8 +56,8 @@ inline constexpr const wchar_t* TextValue = L"TextValue";
 
 namespace kalvrooms {
 
-// Members that bring many values in one call; null where the host has none, the values are then
-// asked for one by one.
+// Members that bring many values in one call, our own invention: where the host does not know them
+// (or null stands here) the values are asked for one by one.
 struct HostBulkMembers {
     const wchar_t* IdentityTable = L"IdentityTable";
     const wchar_t* RoomRecord = L"RoomRecord";

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 namespace kalvrooms::Gui {
 namespace {
@@ -29,9 +30,37 @@ Win32Desktop::Win32Desktop() {
     controls.dwSize = sizeof controls;
     controls.dwICC = ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES;
     InitCommonControlsEx(&controls);
+    hook_ = SetWindowsHookExW(WH_GETMESSAGE, &seeMessage, nullptr, GetCurrentThreadId());
 }
 
-Win32Desktop::~Win32Desktop() = default;
+Win32Desktop::~Win32Desktop() {
+    UnhookWindowsHookEx(hook_);
+}
+
+LRESULT CALLBACK Win32Desktop::seeMessage(int code, WPARAM removed, LPARAM data) {
+    const auto& message = *reinterpret_cast<const MSG*>(data);
+    const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    if (code == HC_ACTION && removed == PM_REMOVE && pressed && message.wParam == VK_ESCAPE)
+        escapePressed_ = true;
+    return CallNextHookEx(nullptr, code, removed, data);
+}
+
+bool Win32Desktop::EscapePressed() {
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            break;
+        }
+        run(message);
+    }
+    return std::exchange(escapePressed_, false);
+}
+
+void Win32Desktop::EndProcess() {
+    // Ending the libraries could wait for the very call that does not come back.
+    TerminateProcess(GetCurrentProcess(), 0);
+}
 
 std::unique_ptr<Form> Win32Desktop::CreateForm(const std::wstring& name) {
     const FormEntry* entry = FindForm(name);
@@ -142,12 +171,16 @@ bool Win32Desktop::PumpMessage() {
             PostQuitMessage(static_cast<int>(message.wParam));
         return false;
     }
+    run(message);
+    return true;
+}
+
+void Win32Desktop::run(MSG& message) {
     Win32Form* form = FormOf(message.hwnd);
     if (form && form->PreDispatch(message))
-        return true;
+        return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
-    return true;
 }
 
 void Win32Desktop::Run() {

@@ -21,6 +21,8 @@ class Win32Desktop : public Desktop {
     void ShowColour(Colour& colour) override;
     std::int16_t MousePointer() const override { return pointer_; }
     void MousePointer(std::int16_t shape) override;
+    bool EscapePressed() override;
+    void EndProcess() override;
     void OpenHelp(Form& owner, const std::wstring& file, std::uint32_t context) override;
     void Run() override;
 
@@ -41,10 +43,16 @@ class Win32Desktop : public Desktop {
 
   private:
     HWND activeWindow() const;
+    void run(MSG& message);
+    static LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM data);
 
     SystemDialogs system_;
     std::vector<Win32Form*> forms_; // in the order of their making
     std::int16_t pointer_ = DefaultPointer;
+    // Messages are also taken from the queue where the program does not look: by calls to other
+    // processes, by dialogs of the system.
+    HHOOK hook_ = nullptr;
+    static inline thread_local bool escapePressed_ = false;
 };
 
 } // namespace kalvrooms::Gui

@@ -13,6 +13,7 @@ constexpr wchar_t className[] = L"QuartinoMain";
 // The size that the window has before anybody chose one: wide enough for the headers.
 constexpr Twips designedWidth = 13200;
 constexpr Twips designedHeight = 8100;
+constexpr UINT_PTR waitingTimer = 1;
 
 void registerClass() {
     const HINSTANCE instance = GetModuleHandleW(nullptr);
@@ -71,6 +72,16 @@ LRESULT Win32MainForm::HandleMessage(UINT message, WPARAM word, LPARAM data) {
     case WM_SETFOCUS:
         FocusFirst();
         return 0;
+    case WM_ENABLE:
+        if (word)
+            KillTimer(Window(), waitingTimer);
+        else
+            SetTimer(Window(), waitingTimer, 1000, nullptr);
+        break;
+    case WM_TIMER:
+        if (word == waitingTimer && Waiting)
+            Raise(Waiting);
+        break;
     default:
         break;
     }

@@ -208,6 +208,55 @@ TEST_F(DrawingServices, TakeAnElementInOnce) {
     EXPECT_EQ(elements.size(), 1u);
 }
 
+TEST_F(DrawingServices, TakeAChangedElementOnceUntilItIsApplied) {
+    elements = {Room(1, 1, L"K1"), Room(2, 1, L"K1")};
+    const WorkingElementPtr copy = service.Elements()[0];
+    EXPECT_THROW(service.Change({copy, copy}), HostError);
+    service.Change({copy});
+    EXPECT_THROW(service.Change({copy}), HostError);
+    EXPECT_THROW(service.Change({service.Elements()[0]}), HostError);
+    service.Apply();
+    service.Change({copy});
+}
+
+TEST_F(DrawingServices, LeaveElementsOfNativeDrawingsAlone) {
+    elements = {Room(1, 0, L"KVD"), Room(2, 1, L"K1")};
+    const WorkingElements copies = service.Elements();
+    copies[1]->element.name = L"anders";
+    EXPECT_THROW(service.Change({copies[1], copies[0]}), HostError);
+    service.Apply();
+    EXPECT_EQ(elements[1].name, L"Raum 2");
+}
+
+TEST_F(DrawingServices, RefuseEverythingWhileTheStateForbidsIt) {
+    elements = {Room(1, 1, L"K1")};
+    session.placing.At({0, 0});
+    const WorkingElements copies = service.Elements();
+    const WorkingElementPtr room = service.NewElement();
+    const WorkingElementPtr placed = service.NewElement();
+    for (const wchar_t* state : {L"menu", L"kvd"}) {
+        session.state.Set(state);
+        EXPECT_THROW(DrawingService{session}, HostError);
+        EXPECT_THROW(service.Elements(), HostError);
+        EXPECT_THROW(service.NewElement(), HostError);
+        EXPECT_THROW(service.Change(copies), HostError);
+        EXPECT_THROW(service.Add({room}), HostError);
+        EXPECT_THROW(service.Place({placed}, PlaceAtCrossHair), HostError);
+        EXPECT_THROW(service.Apply(), HostError);
+    }
+    session.state.Set(L"");
+    service.Change(copies);
+    service.Add({room});
+    service.Place({placed}, PlaceAtCrossHair);
+    service.Apply();
+    EXPECT_EQ(elements.size(), 3u);
+}
+
+TEST(ElementTexts, HaveAtMost32Characters) {
+    EXPECT_EQ(ElementText(std::wstring(32, L'x')).size(), 32u);
+    EXPECT_THROW(ElementText(std::wstring(33, L'x')), HostError);
+}
+
 class UnattendedPlacing : public DrawingServices {
   protected:
     UnattendedPlacing() { session.placing.At({100, 50}); }
@@ -266,10 +315,8 @@ TEST_F(UnattendedPlacing, ABlockIsShiftedAsAWhole) {
     EXPECT_THAT(session.drawing.placements[1].componentIds, ElementsAre(2, 3, 4));
 }
 
-TEST_F(UnattendedPlacing, AnEmptyListIsPlacedWithoutATrace) {
-    service.Place({}, PlaceAtCrossHair);
-    service.Apply();
-    EXPECT_TRUE(session.drawing.placements.empty());
+TEST_F(UnattendedPlacing, AnEmptyListCannotBePlaced) {
+    EXPECT_THROW(service.Place({}, PlaceAtCrossHair), HostError);
 }
 
 TEST_F(UnattendedPlacing, OnlyTheCrossHairIsKnown) {
@@ -294,9 +341,8 @@ TEST_F(AttendedPlacing, TheClickSaysWhere) {
 }
 
 TEST_F(AttendedPlacing, CancellingQueuesNothing) {
-    session.placing.OnClick(
-        [](const std::vector<Outline>&) -> Point { throw HostError(L"cancelled"); });
-    EXPECT_THROW(service.Place({service.NewElement()}, PlaceAtCrossHair), HostError);
+    session.placing.OnClick([](const std::vector<Outline>&) -> Point { throw PlacingCancelled(); });
+    EXPECT_THROW(service.Place({service.NewElement()}, PlaceAtCrossHair), PlacingCancelled);
     service.Apply();
     EXPECT_TRUE(elements.empty());
 }

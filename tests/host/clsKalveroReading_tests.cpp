@@ -49,6 +49,11 @@ class Reading : public ::testing::Test {
         floors_.GetRoomByIndex(index, copy);
         return copy;
     }
+    void writeBack() {
+        std::int32_t placed = 0, updated = 0, atCrossHair = 0;
+        bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, atCrossHair);
+        EXPECT_EQ(updated, floors_.GetCountOfRooms());
+    }
 
     std::filesystem::path folder_;
     BridgeContext context_;
@@ -211,15 +216,226 @@ TEST_F(Reading, APointFileThatCannotBeWrittenLeavesTheRoomItsData) {
     EXPECT_EQ(room(1).Geometry->CalculationValue(), pathOf(L"3-17.txt"));
 }
 
-TEST_F(Reading, AnOutlineThatCannotBeReadLeavesNoOlderOneBehind) {
+TEST_F(Reading, AnOutlineThatCannotBeReadMovesTheOlderOneAside) {
     stand(17, 3, L"a");
     bridge_->ImportFloorsFromKalvero(floors_);
-    EXPECT_NE(contents(L"3-17.txt"), "");
+    const std::string older = contents(L"3-17.txt");
+    EXPECT_NE(older, "");
+    std::ofstream(std::filesystem::path(pathOf(L"3-17.txt.bak"))) << "oldest";
+    for (const bool outline : {false, true}) {
+        floors_ = clsFloors();
+        // Refused by the host, or none at all.
+        context_.host.failMember = outline ? "" : "Outline";
+        context_.host.elements[0].outline.clear();
+        bridge_->ImportFloorsFromKalvero(floors_);
+        EXPECT_EQ(floors_.GetCountOfRooms(), 1);
+        EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(pathOf(L"3-17.txt"))));
+        EXPECT_EQ(contents(L"3-17.txt.bak"), older);
+    }
+}
+
+TEST_F(Reading, AFolderWithAPointFilesNameIsNotTouched) {
+    stand(17, 3, L"a");
+    std::filesystem::create_directory(pathOf(L"3-17.txt"));
+    context_.host.failMember = "Outline";
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_TRUE(std::filesystem::is_directory(pathOf(L"3-17.txt")));
+    EXPECT_FALSE(std::filesystem::exists(pathOf(L"3-17.txt.bak")));
+}
+
+TEST_F(Reading, AnOlderOutlineThatCannotBeMovedAsideDoesNotGetIntoTheDrawing) {
+    stand(17, 3, L"a");
+    bridge_->ImportFloorsFromKalvero(floors_);
+    std::filesystem::create_directories(std::filesystem::path(pathOf(L"3-17.txt.bak")) / "full");
+    const Outline moved{{5, 5}, {9, 5}, {9, 9}};
+    context_.host.elements[0].outline = moved;
     floors_ = clsFloors();
     context_.host.failMember = "Outline";
     bridge_->ImportFloorsFromKalvero(floors_);
+    context_.host.failMember.clear();
+    writeBack();
+    EXPECT_EQ(context_.host.elements[0].outline, moved);
+    // Once the outline is known, its file counts again.
+    floors_ = clsFloors();
+    bridge_->ImportFloorsFromKalvero(floors_);
+    std::ofstream(std::filesystem::path(pathOf(L"3-17.txt")), std::ios::binary)
+        << "3\r\n0\t0\r\n7\t0\r\n7\t7\r\nend\r\n";
+    writeBack();
+    EXPECT_EQ(context_.host.elements[0].outline[1], (Point{7, 0}));
+}
+
+TEST_F(Reading, WhatIsReadAndWrittenBackUneditedLeavesTheDrawingAsItIs) {
+    Element& element = stand(17, 3, std::wstring(40, L'n'), std::wstring(33, L's'));
+    element.outline = {
+        {-0.365, 6.1E-17}, {1.0 / 3.0, 1.8E-15}, {1E20, -0.5}, {12345.6789012345, 3}};
+    element.attributes = {
+        {L"Bodenfläche", 12.5}, {L"Umschließungsart", L"bc"}, {L"Nutzen", L"HNF 2"}};
+    context_.host.drawing.floorArea = [](const Element&) { return 12.5; };
+    const Element before = element;
+    bridge_->ImportFloorsFromKalvero(floors_);
+    const int read = context_.host.counts["Outline"];
+    writeBack();
+    EXPECT_EQ(element.outline, before.outline);
+    EXPECT_EQ(element.name, before.name);
+    EXPECT_EQ(element.storey, before.storey);
+    for (std::size_t i = 0; i < before.attributes.size(); ++i)
+        EXPECT_EQ(element.attributes[i].value, before.attributes[i].value);
+    // One call more and one less.
+    EXPECT_EQ(context_.host.counts["Outline"], read + 1);
+    EXPECT_EQ(context_.host.counts["SetOutline"], 0);
+    EXPECT_THAT(context_.prompts(), IsEmpty());
+}
+
+TEST_F(Reading, RoomsReadInPartAreToldOnceAndLoseNothingInTheDrawing) {
+    for (int i = 1; i <= 3; ++i) {
+        Element& element = stand(i, 1, L"r", L"EG");
+        element.function = L"Büro";
+        element.attributes = {{L"Nutzen", L"VF"}, {L"Umschließungsart", L"a"}};
+    }
+    context_.host.onCall = [this](const std::string& member) {
+        const int n = context_.host.counts[member];
+        if ((member == "Values" && n == 1) || (member == "Outline" && n == 2))
+            throw RuntimeError(RuntimeError::AutomationError, L"failure of a test");
+    };
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_THAT(context_.prompts(), ElementsAre(::testing::StartsWith(
+                                        L"Räume, die nicht vollständig gelesen werden konnten: "
+                                        L"2. ")));
+    for (std::int32_t id = 2; id <= 4; ++id) {
+        std::shared_ptr<clsRoom> stored;
+        floors_.GetRoomByID(L"EG", id, stored);
+        stored->Occupancy(L"HNF 1");
+        stored->FunctionName(id == 3 ? L"Lager" : L"");
+    }
+    writeBack();
+    const auto& elements = context_.host.elements;
+    EXPECT_EQ(elements[0].attributes[0].TextValue(), L"VF");
+    EXPECT_EQ(elements[0].attributes[1].TextValue(), L"a");
+    EXPECT_EQ(elements[0].function, L"Büro");
+    EXPECT_EQ(elements[1].attributes[0].TextValue(), L"VF");
+    // What was typed goes into the drawing.
+    EXPECT_EQ(elements[1].function, L"Lager");
+    EXPECT_EQ(elements[2].attributes[0].TextValue(), L"HNF 1");
+    EXPECT_EQ(elements[2].function, L"");
+    // Read whole, they are rooms like all others.
+    floors_ = clsFloors();
+    bridge_->ImportFloorsFromKalvero(floors_);
+    std::shared_ptr<clsRoom> stored;
+    floors_.GetRoomByID(L"EG", 2, stored);
+    EXPECT_EQ(stored->Occupancy(), L"VF");
+    stored->Occupancy(L"HNF 1");
+    writeBack();
+    EXPECT_EQ(elements[0].attributes[0].TextValue(), L"HNF 1");
+    EXPECT_THAT(context_.prompts(), SizeIs(1));
+}
+
+TEST_F(Reading, AnElementThatDoesNotTellItsFileIsNoNativeOne) {
+    stand(1, 1, L"a");
+    stand(2, 1, L"b");
+    context_.host.onCall = [this](const std::string& member) {
+        if (member == "Record" && context_.host.counts[member] == 1)
+            throw RuntimeError(RuntimeError::AutomationError, L"failure of a test");
+    };
+    bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(floors_.GetCountOfRooms(), 1);
-    EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(pathOf(L"3-17.txt"))));
+    EXPECT_THAT(context_.prompts(), ElementsAre(::testing::HasSubstr(L"konnten: 1. ")));
+}
+
+TEST_F(Reading, TheWalkEndsWithTheHost) {
+    for (int i = 1; i <= 5; ++i)
+        stand(i, 1, L"r");
+    for (const char* member : {"Item", "Record", "Values", "Outline"}) {
+        floors_ = clsFloors();
+        context_.host.counts.clear();
+        bool dead = false;
+        context_.host.onCall = [&](const std::string& called) {
+            dead = dead || (called == member && context_.host.counts[called] == 3);
+            if (dead && called != "CreateHostApplication")
+                throw RuntimeError(RuntimeError::ServerUnavailable);
+        };
+        bridge_->ImportFloorsFromKalvero(floors_);
+        context_.host.onCall = nullptr;
+        EXPECT_EQ(floors_.GetCountOfRooms(), 2) << member;
+        EXPECT_EQ(context_.host.counts["Item"], 3) << member;
+        EXPECT_EQ(context_.prompts().back(),
+                  L"Die CAD-Anwendung antwortet nicht mehr. Gelesene Räume: 2 von 5.");
+    }
+}
+
+TEST_F(Reading, TwentyElementsInARowThatCannotBeTakenEndTheWalk) {
+    for (int i = 1; i <= 60; ++i)
+        stand(i, 1, L"r");
+    context_.host.onCall = [this](const std::string& member) {
+        const int n = context_.host.counts[member];
+        if (member == "Item" && n != 1 && n != 21)
+            throw RuntimeError(RuntimeError::AutomationError, L"failure of a test");
+    };
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(context_.host.counts["Item"], 41);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 2);
+    EXPECT_EQ(context_.prompts().back(), L"Zu viele Räume hintereinander konnten nicht gelesen "
+                                         L"werden. Gelesene Räume: 2 von 60.");
+}
+
+TEST_F(Reading, ProgressNamesEveryRoomAndEscapeEndsTheReadingBetweenTwo) {
+    for (int i = 1; i <= 3; ++i)
+        stand(i, 1, L"r");
+    context_.desktop().PressEscape(); // before: meant for something else
+    context_.host.onCall = [this](const std::string& member) {
+        if (member == "Record" && context_.host.counts[member] == 2)
+            context_.desktop().PressEscape();
+    };
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 2);
+    EXPECT_THAT(context_.tableShown, ElementsAre(true));
+    EXPECT_THAT(context_.progress, ElementsAre(L"Raum 1 von 3 wird gelesen (Esc beendet)",
+                                               L"Raum 2 von 3 wird gelesen (Esc beendet)", L""));
+    EXPECT_THAT(context_.prompts(),
+                ElementsAre(L"Das Lesen wurde beendet. Gelesene Räume: 2 von 3."));
+    EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
+}
+
+TEST_F(Reading, TheProjectFolderIsAskedAnew) {
+    std::filesystem::create_directories(folder_ / "q");
+    context_.host.drawing.project.folder = (folder_ / "q").wstring();
+    stand(17, 3, L"a");
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_NE(contents(L"3-17.txt"), "");
+    EXPECT_EQ(room(1).Geometry->FileName(), pathOf(L"3-17.txt"));
+}
+
+TEST_F(Reading, WithoutAProjectFolderNoPointFileIsWritten) {
+    stand(617283, 3, L"a");
+    stand(617284, 3, L"b");
+    const Outline before = context_.host.elements[0].outline;
+    for (const bool failing : {true, false}) {
+        floors_ = clsFloors();
+        context_.host.failMember = failing ? "ProjectFolder" : "";
+        if (!failing)
+            context_.host.drawing.project.folder.clear();
+        bridge_->ImportFloorsFromKalvero(floors_);
+        ASSERT_EQ(floors_.GetCountOfRooms(), 2);
+        EXPECT_EQ(room(1).Geometry->Info(), L"polygonal");
+        EXPECT_TRUE(std::filesystem::is_empty(folder_ / "p"));
+        EXPECT_FALSE(std::filesystem::exists(room(1).Geometry->FileName()));
+        EXPECT_THAT(context_.prompts().back(),
+                    L"Der Projektordner ist nicht bekannt. Die Räume wurden ohne ihre Umrisse "
+                    L"gelesen.");
+        EXPECT_THAT(context_.prompts(), SizeIs(failing ? 1 : 2));
+    }
+    writeBack();
+    EXPECT_EQ(context_.host.elements[0].outline, before);
+    EXPECT_THAT(context_.host.elements, SizeIs(2));
+}
+
+TEST_F(Reading, ABrokenConnectionIsReplacedByTheOneThatTheCheckHasMade) {
+    stand(17, 3, L"a");
+    context_.host.failNumber = 70;
+    context_.host.calls = 0;
+    context_.host.failAt = 1;
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 1);
+    EXPECT_THAT(context_.prompts(), IsEmpty());
 }
 
 TEST_F(Reading, WhicheverCallFailsTheWalkGoesOnAndThePointerIsBack) {

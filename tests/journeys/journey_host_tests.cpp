@@ -1,6 +1,7 @@
 // The way to the drawing and back, with the practice host in a process of its own.
 
 #include "journeys/JourneyTest.h"
+#include "practice/server/FaultEffect.h"
 
 #include <tlhelp32.h>
 
@@ -138,14 +139,15 @@ TEST_F(JourneyTest, WhileTheHostIsAskedNothingElseStartsAndClosingWaits) {
     // In that call it stays, however long the rest takes.
     std::optional<Frozen> frozen(practiceHost().process().id());
 
-    // The window serves messages meanwhile, but no command.
+    // The window serves messages meanwhile, but no command. (The closing comes first: a host that
+    // does not answer for five seconds would not be waited for.)
     const auto serves = [&](UINT message, int command = 0) {
         return SendMessageTimeoutW(quartino.main(), message, static_cast<WPARAM>(command), 0,
                                    SMTO_NORMAL, ui::usualLimit, &ignored) != 0;
     };
+    EXPECT_TRUE(serves(WM_CLOSE));
     for (const int command : {ui::MenuAddRoom, ui::MenuNew, ui::MenuExport, ui::MenuPlace})
         EXPECT_TRUE(serves(WM_COMMAND, command)) << command;
-    EXPECT_TRUE(serves(WM_CLOSE));
     EXPECT_TRUE(quartino.onlyShows({quartino.main()}));
     EXPECT_THAT(quartino.column(Name), IsEmpty());
     EXPECT_FALSE(answers());
@@ -173,6 +175,73 @@ TEST_F(JourneyTest, AHostThatFailsIsToldAndTheListStays) {
     });
     EXPECT_THAT(quartino.column(Name), ElementsAre(L"Aula"));
     EXPECT_EQ(quartino.program().close(), 0u);
+}
+
+// Ends the host's stalls.
+void wakeHost() {
+    const HANDLE wake = CreateEventW(nullptr, FALSE, FALSE, practice::WakeEvent);
+    SetEvent(wake);
+    CloseHandle(wake);
+}
+
+class AHostThatHangs : public JourneyTest, public ::testing::WithParamInterface<const wchar_t*> {};
+
+TEST_P(AHostThatHangs, LetsTheUserLeaveWithTheList) {
+    writeList(file(L"list.txt"), {{L"Aula", L"100"}});
+    QuartinoProcess quartino(folder);
+    open(quartino, file(L"list.txt"));
+    add(quartino, L"Neu", L"25", L"1");
+    practiceHost().failMember(L"CreateRoomElement", L"stall", GetParam());
+    quartino.chooseByKeys(fileMenu, exportLine);
+    ui::waitFor("the writing", [&] { return !IsWindowEnabled(quartino.main()); });
+    ui::waitFor("a window that can be closed", [&] { return IsWindowEnabled(quartino.main()); });
+    PostMessageW(quartino.main(), WM_CLOSE, 0, 0);
+    const HWND box = quartino.messageBox();
+    EXPECT_EQ(ui::messageText(box), savePrompt);
+    quartino.click(box, IDNO);
+    EXPECT_EQ(quartino.program().waitForEnd(), 0u);
+    EXPECT_GT(key.number(L"Width"), 0u);
+    wakeHost();
+    EXPECT_TRUE(practiceHost().drawing().elements.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(For, AHostThatHangs, ::testing::Values(L"45000", L"ever"),
+                         [](const auto& kind) {
+                             return std::wstring(kind.param) == L"ever" ? "Ever" : "45Seconds";
+                         });
+
+TEST_F(JourneyTest, EscapeEndsReadingAndWritingBetweenTwoRooms) {
+    loadTwoRooms();
+    QuartinoProcess quartino(folder);
+    const auto escapeAt = [&](const wchar_t* caption, const wchar_t* told) {
+        ui::waitFor("the first room", [&] {
+            return ui::textOf(quartino.main()).find(caption) != std::wstring::npos;
+        });
+        ui::typeKey(VK_ESCAPE);
+        wakeHost();
+        const HWND box = quartino.messageBox();
+        EXPECT_EQ(ui::messageText(box), told);
+        quartino.closeWithEnter(box);
+    };
+    practiceHost().failMember(L"RoomRecord", L"stall", L"ever");
+    quartino.command([&] {
+        quartino.chooseByKeys(fileMenu, importLine);
+        escapeAt(L"Raum 1 von 2 wird gelesen",
+                 L"Das Lesen wurde beendet. Gelesene Räume: 1 von 2.");
+    });
+    EXPECT_THAT(quartino.column(Name), ElementsAre(L"Flur 17"));
+    EXPECT_EQ(ui::textOf(quartino.main()).find(L"Raum"), std::wstring::npos);
+
+    add(quartino, L"Neu", L"25", L"1");
+    practiceHost().failMember(L"RoomRecord", L"stall", L"ever");
+    quartino.command([&] {
+        quartino.chooseByKeys(fileMenu, exportLine);
+        escapeAt(L"Raum 1 von 2 wird erzeugt",
+                 L"Das Erzeugen wurde beendet. Erzeugte oder aktualisierte Räume: 1 von 2.");
+        quartino.waitForKeys(quartino.dialog(reportTitle));
+        ui::typeKey(VK_RETURN);
+    });
+    EXPECT_EQ(practiceHost().drawing().elements.size(), 2u);
 }
 
 } // namespace

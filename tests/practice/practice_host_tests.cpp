@@ -352,6 +352,57 @@ TEST_F(PracticeHost, ForbidsAccessInItsStates) {
     EXPECT_EQ(failureOf([&] { host->state(L"moon"); }).result, DISP_E_EXCEPTION);
 }
 
+TEST_F(PracticeHost, RefusesEverythingThatTouchesTheDrawingInItsStates) {
+    start(L"--hidden --place 0,0");
+    const LateBound application = create(practice::ApplicationClass);
+    const LateBound drawing = service();
+    const LateBound list = newRoom(drawing);
+    host->state(L"menu");
+    const auto menu = [](const auto& action) {
+        EXPECT_EQ(refusalOf(action), "Please terminate the menue interaction first.");
+    };
+    menu([&] { application.object(L"GetDrawingService"); });
+    menu([&] { elements(drawing); });
+    menu([&] { drawing.object(L"CreateRoomElement"); });
+    menu([&] { drawing.call(L"ChangeElements", list); });
+    menu([&] { drawing.call(L"AddElements", list); });
+    menu([&] { drawing.call(L"PlaceElements", list, 10); });
+    menu([&] { drawing.call(L"ApplyChanges"); });
+    host->state(L"");
+    drawing.call(L"PlaceElements", list, 10);
+    drawing.call(L"ApplyChanges");
+    EXPECT_EQ(host->drawing().elements.size(), 3u);
+}
+
+TEST_F(PracticeHost, RefusesTextsThatAreTooLongForIt) {
+    start();
+    const LateBound room = elements(service()).object(L"Item", 1);
+    for (const wchar_t* member : {L"RoomName", L"RoomFunction", L"StoreyCode"}) {
+        room.put(member, std::wstring(32, L'x'));
+        EXPECT_THAT(refusalOf([&] { room.put(member, std::wstring(33, L'x')); }),
+                    HasSubstr("32 characters"));
+    }
+}
+
+TEST_F(PracticeHost, PlainItKnowsNothingOfOurOwnInventionAndRefusesTheCreation) {
+    start(L"--hidden --plain --state menu");
+    EXPECT_TRUE(FAILED(failureOf([&] { create(practice::ApplicationClass); }).result));
+    host->state(L"");
+    const LateBound application = create(practice::ApplicationClass);
+    const LateBound list = elements(service());
+    const LateBound room = list.object(L"Item", 1);
+    const auto unknown = [](const auto& action) {
+        EXPECT_EQ(failureOf(action).result, DISP_E_UNKNOWNNAME);
+    };
+    unknown([&] { application.call(L"CheckAccess"); });
+    unknown([&] { list.get(L"IdentityTable"); });
+    unknown([&] { room.get(L"RoomRecord"); });
+    unknown([&] { room.object(L"Attributes").get(L"AttributeTable"); });
+    control.call(L"Plain", false);
+    application.call(L"CheckAccess");
+    EXPECT_EQ(room.get(L"RoomRecord").vt, VT_ARRAY | VT_VARIANT);
+}
+
 TEST_F(PracticeHost, SuffersFaults) {
     start(L"--hidden --fail-at \"2:fail:hier nicht: ä\"");
     const LateBound application = create(practice::ApplicationClass);
@@ -374,6 +425,7 @@ TEST_F(PracticeHost, SuffersFaults) {
     host->clearFaults();
     EXPECT_EQ(check().result, S_OK);
     EXPECT_EQ(failureOf([&] { host->failAt(1, L"moon", L""); }).result, DISP_E_EXCEPTION);
+    EXPECT_EQ(failureOf([&] { host->failAt(1, L"stall", L"never"); }).result, DISP_E_EXCEPTION);
 
     host->failAt(1, L"exit", L"");
     EXPECT_TRUE(FAILED(check().result));

@@ -24,6 +24,7 @@ class BridgeContext : public ExportWindow {
     std::int32_t colorNew = 0x445566;
     std::vector<bool> input; // every EnableInput
     std::vector<bool>& tableShown = files.table.Updates;
+    std::vector<std::wstring> progress; // every ShowProgress
     bool inputEnabled = true;
     bool asBlock = true;
 
@@ -45,6 +46,7 @@ class BridgeContext : public ExportWindow {
         inputEnabled = enabled;
         input.push_back(enabled);
     }
+    void ShowProgress(const std::wstring& words) override { progress.push_back(words); }
 };
 
 } // namespace kalvrooms::testing

@@ -35,6 +35,9 @@ class TestHost : public DrawingHost {
 
     // The n-th call from now on fails (0: none); with this number.
     int failAt = 0;
+    // A call does not come back.
+    bool hangs = false;
+    bool Hangs() const override { return hangs; }
     long failNumber = RuntimeError::AutomationError;
     // Fails every call of this name.
     std::string failMember;

@@ -1333,6 +1333,47 @@ TEST_F(MainWindow, NoSecondCommandStartsAndNoClosingHappensWhileTheHostIsCalled)
     EXPECT_FALSE(desktop().IsLoaded(L"frmMain"));
 }
 
+TEST_F(MainWindow, AHostThatHangsKeepsNobodyFromLeaving) {
+    show();
+    addRooms(L"R", L"1");
+    host_.onCall = [&](const std::string& member) {
+        if (member != "CreateRoomElement")
+            return;
+        EXPECT_FALSE(form().Enabled());
+        form().Waiting();
+        EXPECT_FALSE(form().Enabled());
+        host_.hangs = true;
+        form().Waiting();
+        EXPECT_TRUE(form().Enabled());
+        // Asked about the list, the user does not save it.
+        EXPECT_THAT(desktop().Messages(), IsEmpty());
+        form().Close();
+        EXPECT_THAT(prompts(), ElementsAre(savePrompt));
+        EXPECT_TRUE(desktop().ProcessEnded());
+        EXPECT_EQ(platform_.registry.Number(L"Software\\Host\\QTO", L"Height"), 7500);
+    };
+    // Here the process goes on, and with it the writing.
+    desktop().OnModal(L"frmReport", [](HeadlessForm& report) { report.Click(L"cmdOk"); });
+    form().ChooseMenu(L"mnuExport");
+}
+
+TEST_F(MainWindow, TheCaptionTellsHowFarReadingIsAndComesBack) {
+    Element element;
+    element.identity = {17, 3, L"K3"};
+    host_.elements = {element, element};
+    show();
+    std::vector<std::wstring> captions;
+    host_.onCall = [&](const std::string& member) {
+        if (member == "Record")
+            captions.push_back(form().Text());
+    };
+    const std::wstring before = form().Text();
+    form().ChooseMenu(L"mnuImport");
+    EXPECT_THAT(captions, ElementsAre(L" Quartino - Raum 1 von 2 wird gelesen (Esc beendet)",
+                                      L" Quartino - Raum 2 von 2 wird gelesen (Esc beendet)"));
+    EXPECT_EQ(form().Text(), before);
+}
+
 TEST_F(MainWindow, ImportReplacesTheListAndMakesItDirty) {
     show();
     addRooms(L"a", L"1");
