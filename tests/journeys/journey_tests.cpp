@@ -48,10 +48,9 @@ TEST_F(JourneyTest, ThreeRoomsAreAddedByTheKeyboardAlone) {
     quartino.type(dialog, ID_ROOM_TXTQUANTITY, L"a3.", L"3");
     quartino.picture(dialog, "room-add");
 
-    // Enter acts when it is released, whatever has the focus.
-    quartino.tabTo(dialog, {ID_ROOM_CMDOK, ID_ROOM_CMDCANCEL});
+    // Pressed on a field, Enter acts when it is released, whatever has the focus then.
     ui::pressKey(VK_RETURN);
-    quartino.tabTo(dialog, ID_ROOM_TXTSTORYCODE);
+    quartino.tabTo(dialog, {ID_ROOM_CMDOK, ID_ROOM_CMDCANCEL});
     EXPECT_TRUE(IsWindowVisible(dialog));
     EXPECT_THAT(quartino.column(Name), IsEmpty());
     ui::releaseKey(VK_RETURN);
@@ -95,7 +94,7 @@ TEST_F(JourneyTest, ADoubleClickModifiesARoomAndOnAnEmptyRowAddsOne) {
     dialog = quartino.dialog(addTitle);
     EXPECT_TRUE(quartino.enabled(dialog, ID_ROOM_TXTSTORYCODE));
     EXPECT_TRUE(quartino.enabled(dialog, ID_ROOM_TXTQUANTITY));
-    // Pressed over an open list, Escape closes the list; released, it leaves the dialog.
+    // Escape closes an open list and does nothing else; the next one leaves the dialog.
     const HWND list = ui::control(dialog, ID_ROOM_CBOENCLOSURETYPE);
     quartino.click(dialog, ID_ROOM_TXTAREA);
     quartino.waitForFocus(dialog, ID_ROOM_TXTAREA);
@@ -104,6 +103,10 @@ TEST_F(JourneyTest, ADoubleClickModifiesARoomAndOnAnEmptyRowAddsOne) {
     ui::waitFor("the open list",
                 [&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) != FALSE; });
     quartino.picture(dialog, "room-list");
+    ui::typeKey(VK_ESCAPE);
+    ui::waitFor("the closed list",
+                [&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) == FALSE; });
+    quartino.keysWereHandled(dialog);
     ui::typeKey(VK_ESCAPE);
     quartino.waitForReturn(dialog, quartino.main());
     EXPECT_EQ(quartino.column(Name).size(), 2u);
