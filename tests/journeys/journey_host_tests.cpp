@@ -5,7 +5,6 @@
 
 #include <tlhelp32.h>
 
-#include <map>
 #include <optional>
 
 namespace kalvrooms::testing {
@@ -58,28 +57,6 @@ TEST_F(JourneyTest, RoomsAreReadFromTheDrawingChangedAndWrittenBack) {
     EXPECT_THAT(quartino.column(Name), ElementsAre(L"Flur 17", L"Halle", L"Neu"));
     EXPECT_EQ(quartino.cell(1, Function), L"Sport");
     EXPECT_EQ(quartino.cell(2, Area), L"25");
-}
-
-TEST_F(JourneyTest, InEnglishTheAttributesOfTheDrawingKeepTheNamesThatTheHostKnows) {
-    folder.writeHandOver(keyPath, L"eng");
-    writeList(file(L"list.txt"), {{L"Aula", L"100"}});
-    QuartinoProcess quartino(folder, L'F');
-    quartino.command([&] {
-        quartino.chooseByKeys(L'F', openLine);
-        quartino.giveFileName(quartino.fileDialog(), file(L"list.txt").wstring());
-    });
-    quartino.command([&] {
-        quartino.chooseByKeys(L'F', exportLine);
-        const HWND report = quartino.dialog(reportTitle);
-        EXPECT_EQ(quartino.text(report, ID_REPORT_LBLTEXT3), L" new room placed");
-        ui::typeKey(VK_RETURN);
-    });
-    std::map<std::wstring, std::wstring> texts;
-    for (const Attribute& attribute : practiceHost().drawing().elements.at(0).attributes)
-        texts[attribute.name] = attribute.TextValue();
-    EXPECT_EQ(texts[L"Umschließungsart"], L"a");
-    EXPECT_EQ(texts[L"Nutzen"], L"HNF 2");
-    EXPECT_EQ(texts[L"Flächenart_DIN277"], L"N");
 }
 
 // A window of the host, which answers as long as the host does.

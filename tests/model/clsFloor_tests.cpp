@@ -289,6 +289,10 @@ TEST(clsFloor, ARoomWithoutGeometryCannotBeCopied) {
     room.Geometry = nullptr;
     EXPECT_EQ(errorOf([&] { floor.AddRooms(room, 1); }), RuntimeError::ObjectVariableNotSet);
     EXPECT_EQ(floor.GetCountOfRooms(), 0);
+    // Nor did it take an ID.
+    clsRoom whole = named(L"A 1");
+    floor.AddRooms(whole, 1);
+    EXPECT_EQ(idsOf(floor), IDs{2});
 }
 
 TEST(clsFloor, AddingAStoredRoomToItsOwnStoreyCopiesIt) {
