@@ -241,6 +241,8 @@ TEST(clsGeometry, SetAspectRatioPrefersAPositiveDx) {
     EXPECT_EQ(g.CalculationType(), CalculationByDx);
     g.SetAspectRatio(L"4", L"4.000000000001");
     EXPECT_EQ(g.CalculationType(), CalculationByDx);
+    g.SetAspectRatio(L"0.001", L"7");
+    EXPECT_EQ(g.CalculationType(), CalculationByDx);
 }
 
 TEST(clsGeometry, SetAspectRatioTakesDyWhenDxIsNotPositive) {
@@ -251,6 +253,8 @@ TEST(clsGeometry, SetAspectRatioTakesDyWhenDxIsNotPositive) {
     g.SetAspectRatio(L"-1", L" 7 ");
     EXPECT_EQ(g.CalculationType(), CalculationByDy);
     EXPECT_EQ(g.CalculationValue(), L" 7 ");
+    g.SetAspectRatio(L"-1", L"0.001");
+    EXPECT_EQ(g.CalculationType(), CalculationByDy);
 }
 
 TEST(clsGeometry, SetAspectRatioWithoutPositiveSideIsASquare) {
