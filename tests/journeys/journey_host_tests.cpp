@@ -177,7 +177,7 @@ TEST_P(AHostThatHangs, LetsTheUserLeaveWithTheList) {
     EXPECT_EQ(ui::messageText(box), savePrompt);
     quartino.click(box, IDNO);
     EXPECT_EQ(quartino.program().waitForEnd(), 0u);
-    EXPECT_GT(key.number(L"Width"), 0u);
+    EXPECT_GT(key[L"Width"], 0);
     wakeHost();
     EXPECT_TRUE(practiceHost().drawing().elements.empty());
 }
