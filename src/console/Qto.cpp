@@ -175,6 +175,8 @@ class Qto {
 
     void describe() {
         labels();
+        // A slash begins a path on every system.
+        app_.allow_windows_style_options(false);
         app_.require_subcommand(0, 1);
         app_.set_version_flag("--version", "qto " QUARTINO_VERSION,
                               say_("zeigt die Version", "shows the version"));
