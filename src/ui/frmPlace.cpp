@@ -93,7 +93,8 @@ void frmPlace::cmdOk_Click() {
     if (refused) {
         SSTab1.Tab(arrangementTab);
         desktop_.ShowMessage({text(TextNumber::DistancesTooSmall), applicationTitle});
-        (distanceX == 0.0 ? txtDx : txtDy).SetFocus();
+        Gui::TextField* const wrong = distanceX == 0.0 ? &txtDx : &txtDy;
+        wrong->SetFocus();
         return;
     }
     options_.SetPlace({distanceX, distanceY, block, cmdWithCoordinates.BackColour(),

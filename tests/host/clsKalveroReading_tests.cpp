@@ -275,11 +275,12 @@ TEST_F(Reading, WhatIsReadAndWrittenBackUneditedLeavesTheDrawingAsItIs) {
     bridge_->ImportFloorsFromKalvero(floors_);
     const int read = context_.host.counts["Outline"];
     writeBack();
-    EXPECT_EQ(element.outline, before.outline);
-    EXPECT_EQ(element.name, before.name);
-    EXPECT_EQ(element.storey, before.storey);
+    const Element& after = context_.host.elements[0];
+    EXPECT_EQ(after.outline, before.outline);
+    EXPECT_EQ(after.name, before.name);
+    EXPECT_EQ(after.storey, before.storey);
     for (std::size_t i = 0; i < before.attributes.size(); ++i)
-        EXPECT_EQ(element.attributes[i].value, before.attributes[i].value);
+        EXPECT_EQ(after.attributes[i].value, before.attributes[i].value);
     // One call more and one less.
     EXPECT_EQ(context_.host.counts["Outline"], read + 1);
     EXPECT_EQ(context_.host.counts["SetOutline"], 0);

@@ -475,25 +475,26 @@ TEST_F(Writing, ATextThatTheElementGivesIsNotWritten) {
     const std::wstring cut(32, L'n');
     stand(17, L"K3", {});
     add(whole, CalculationByFile, L"missing.txt", 12, L"EG", L"17-K3");
-    Element& element = context_.host.elements[0];
-    element.storey = L" EG ";
+    // Applying replaces the elements.
+    const auto element = [this]() -> Element& { return context_.host.elements[0]; };
+    element().storey = L" EG ";
     // Whole: nothing is cut, and nobody is warned of it.
-    element.name = whole;
+    element().name = whole;
     write();
-    EXPECT_EQ(element.name, whole);
-    EXPECT_EQ(element.storey, L" EG ");
+    EXPECT_EQ(element().name, whole);
+    EXPECT_EQ(element().storey, L" EG ");
     EXPECT_THAT(context_.prompts(), IsEmpty());
-    element.name = cut;
+    element().name = cut;
     write();
     EXPECT_EQ(context_.host.counts["RoomName"], 0);
     EXPECT_EQ(context_.host.counts["StoreyCode"], 0);
     EXPECT_EQ(context_.host.counts["RoomFunction"], 0);
     EXPECT_THAT(context_.prompts(), ElementsAre(::testing::HasSubstr(L"Raumbezeichnung")));
-    element.name = L"anders";
-    element.function = L"alt";
+    element().name = L"anders";
+    element().function = L"alt";
     write();
-    EXPECT_EQ(element.name, cut);
-    EXPECT_EQ(element.function, L"");
+    EXPECT_EQ(element().name, cut);
+    EXPECT_EQ(element().function, L"");
 }
 
 TEST_F(Writing, TwoRoomsWithOneIdentityHandTheirElementOverOnce) {
