@@ -17,7 +17,10 @@ class Win32MainForm : public Win32Form {
     void FocusFirst() override;
 
   private:
+    void tick(bool on);
+
     Win32Grid* grid_ = nullptr;
+    PTP_TIMER ticking_ = nullptr;
 };
 
 } // namespace kalvrooms::Gui

@@ -28,16 +28,10 @@ class ModelJourney : public JourneyTest {
     }
 
     // Writes the list into the drawing and closes the report; how many rooms were updated.
-    std::wstring exportAll(QuartinoProcess& quartino, bool cutsText) const {
+    std::wstring exportAll(QuartinoProcess& quartino) const {
         std::wstring updated;
         quartino.command([&] {
             quartino.chooseByKeys(fileMenu, exportLine);
-            if (cutsText) {
-                const HWND box = quartino.messageBox();
-                EXPECT_EQ(ui::messageText(box),
-                          L" Für die Funktion können nur 32 Zeichen übernommen werden.");
-                quartino.closeWithEnter(box);
-            }
             const HWND report = quartino.dialogWith(ID_REPORT_LBLNUM1);
             updated = quartino.text(report, ID_REPORT_LBLNUM1);
             ui::typeKey(VK_RETURN);
@@ -60,7 +54,7 @@ TEST_F(ModelJourney, OnlyWhatWasChangedDiffersInTheSavedModel) {
     EXPECT_EQ(quartino.cell(1, Function), L"Küche");
     EXPECT_EQ(quartino.cell(1, Area), number(L"12.25"));
     quartino.picture(quartino.main(), "main-model");
-    EXPECT_EQ(exportAll(quartino, true), L"9");
+    EXPECT_EQ(exportAll(quartino), L"9");
     EXPECT_EQ(saved(), before);
 
     quartino.clickCell(1, Name, false, 2);
@@ -68,7 +62,7 @@ TEST_F(ModelJourney, OnlyWhatWasChangedDiffersInTheSavedModel) {
     quartino.type(dialog, ID_ROOM_TXTNAME, L"E.02a");
     ui::typeKey(VK_RETURN);
     quartino.waitForReturn(dialog, quartino.main());
-    EXPECT_EQ(exportAll(quartino, false), L"9");
+    EXPECT_EQ(exportAll(quartino), L"9");
     const std::vector<std::string> was = linesOf(before);
     const std::vector<std::string> is = linesOf(saved());
     ASSERT_THAT(is, SizeIs(was.size()));

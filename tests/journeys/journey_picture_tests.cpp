@@ -93,11 +93,6 @@ TEST_P(Pictures, OfEveryWindow) {
     quartino.clickCell(0, Name);
     ui::parkMouse();
     take(quartino, main, "main");
-    quartino.openMenu(show.menuLetter);
-    take(quartino, quartino.openPopup(), "menu");
-    ui::typeKey(VK_ESCAPE);
-    ui::typeKey(VK_ESCAPE);
-    quartino.waitForNoPopup();
 
     before = quartino.commandsDone();
     ui::choose(main, ui::MenuModifyRoom);
