@@ -5,7 +5,6 @@
 #include "win32/Win32Grid.h"
 
 #include <stdexcept>
-#include <utility>
 
 namespace kalvrooms::Gui {
 namespace {
@@ -14,14 +13,7 @@ constexpr wchar_t className[] = L"QuartinoMain";
 // The size that the window has before anybody chose one: wide enough for the headers.
 constexpr Twips designedWidth = 13200;
 constexpr Twips designedHeight = 8100;
-// Posted once a second while the window takes no input. A timer of the window's own would not do: a
-// call across processes serves messages that are posted, but does not wake up for a timer.
-constexpr UINT waitingMessage = WM_APP + 100;
-constexpr DWORD waitingPeriod = 1000; // milliseconds
-
-void CALLBACK postWaiting(PTP_CALLBACK_INSTANCE, void* window, PTP_TIMER) {
-    PostMessageW(static_cast<HWND>(window), waitingMessage, 0, 0);
-}
+constexpr UINT_PTR waitingTimer = 1;
 
 void registerClass() {
     const HINSTANCE instance = GetModuleHandleW(nullptr);
@@ -81,32 +73,19 @@ LRESULT Win32MainForm::HandleMessage(UINT message, WPARAM word, LPARAM data) {
         FocusFirst();
         return 0;
     case WM_ENABLE:
-        tick(!word);
+        if (word)
+            KillTimer(Window(), waitingTimer);
+        else
+            SetTimer(Window(), waitingTimer, 1000, nullptr);
         break;
-    case WM_DESTROY:
-        tick(false);
-        break;
-    case waitingMessage:
-        if (Waiting && !IsWindowEnabled(Window()))
+    case WM_TIMER:
+        if (word == waitingTimer && Waiting)
             Raise(Waiting);
-        return 0;
+        break;
     default:
         break;
     }
     return Win32Form::HandleMessage(message, word, data);
-}
-
-void Win32MainForm::tick(bool on) {
-    if (on && !ticking_) {
-        ticking_ = CreateThreadpoolTimer(postWaiting, Window(), nullptr);
-        ULARGE_INTEGER due{}; // now
-        FILETIME first{due.LowPart, due.HighPart};
-        if (ticking_)
-            SetThreadpoolTimer(ticking_, &first, waitingPeriod, 0);
-    } else if (!on && ticking_) {
-        SetThreadpoolTimer(ticking_, nullptr, 0, 0);
-        CloseThreadpoolTimer(std::exchange(ticking_, nullptr));
-    }
 }
 
 void Win32MainForm::AfterEvent() {

@@ -17,10 +17,7 @@ class Win32MainForm : public Win32Form {
     void FocusFirst() override;
 
   private:
-    void tick(bool on);
-
     Win32Grid* grid_ = nullptr;
-    PTP_TIMER ticking_ = nullptr;
 };
 
 } // namespace kalvrooms::Gui

@@ -161,32 +161,6 @@ void wakeHost() {
     CloseHandle(wake);
 }
 
-class AHostThatHangs : public JourneyTest, public ::testing::WithParamInterface<const wchar_t*> {};
-
-TEST_P(AHostThatHangs, LetsTheUserLeaveWithTheList) {
-    writeList(file(L"list.txt"), {{L"Aula", L"100"}});
-    QuartinoProcess quartino(folder);
-    open(quartino, file(L"list.txt"));
-    add(quartino, L"Neu", L"25", L"1");
-    practiceHost().failMember(L"CreateRoomElement", L"stall", GetParam());
-    quartino.chooseByKeys(fileMenu, exportLine);
-    ui::waitFor("the writing", [&] { return !IsWindowEnabled(quartino.main()); });
-    ui::waitFor("a window that can be closed", [&] { return IsWindowEnabled(quartino.main()); });
-    PostMessageW(quartino.main(), WM_CLOSE, 0, 0);
-    const HWND box = quartino.messageBox();
-    EXPECT_EQ(ui::messageText(box), savePrompt);
-    quartino.click(box, IDNO);
-    EXPECT_EQ(quartino.program().waitForEnd(), 0u);
-    EXPECT_GT(key[L"Width"], 0);
-    wakeHost();
-    EXPECT_TRUE(practiceHost().drawing().elements.empty());
-}
-
-INSTANTIATE_TEST_SUITE_P(For, AHostThatHangs, ::testing::Values(L"45000", L"ever"),
-                         [](const auto& kind) {
-                             return std::wstring(kind.param) == L"ever" ? "Ever" : "45Seconds";
-                         });
-
 TEST_F(JourneyTest, EscapeEndsReadingAndWritingBetweenTwoRooms) {
     loadTwoRooms();
     QuartinoProcess quartino(folder);
