@@ -184,7 +184,7 @@ TEST_F(JourneyTest, ARuntimeErrorEndsTheEventAndTheDialogStays) {
     for (const WORD leaving : {VK_TAB, VK_RETURN}) {
         // On a button Enter would press that.
         if (leaving == VK_RETURN)
-            quartino.click(dialog, ID_ROOM_TXTFUNCTION);
+            quartino.click(dialog, ID_ROOM_TXTNAME);
         ui::typeKey(leaving);
         const HWND box = quartino.messageBox();
         EXPECT_THAT(toAnsi(ui::messageText(box)), ::testing::StartsWith("Laufzeitfehler 13:"));
