@@ -55,11 +55,11 @@ Picture Picture::ofScreen() {
 }
 
 Picture Picture::ofWindow(HWND window) {
-    const RECT place = placeOf(window);
-    Picture last(place);
+    Picture last(placeOf(window));
     int alike = 0;
     waitFor("a quiet picture", [&] {
-        Picture now(place);
+        // A window that has just opened may still be on its way to its place.
+        Picture now(placeOf(window));
         alike = now == last && !GetUpdateRect(window, nullptr, FALSE) ? alike + 1 : 0;
         last = std::move(now);
         // A window that shows but was not painted yet is one plain area.

@@ -204,8 +204,9 @@ class Form : public virtual Control {
     std::function<void()> Resize;
     // Asked before closing: false puts the closing off (a command is still under way).
     std::function<bool()> MayUnload;
-    // Every second as long as the form takes no input.
-    std::function<void()> Waiting;
+    // Asked every second, also while a call of a command has not come back: true when the user's
+    // input is served meanwhile.
+    std::function<bool()> ServesInput;
     std::function<void()> OnUnload;
 
     // The user's session is about to end, and he can still answer questions: false when it has to

@@ -113,10 +113,12 @@ void frmMain::Show() {
         closeWhenDone_ = commandUnderWay_ && !endWithoutHost_;
         return !closeWhenDone_;
     };
-    form_->Waiting = [this] {
-        // A window without input cannot be closed either.
-        if (commandUnderWay_ && host_.Hangs())
+    form_->ServesInput = [this] {
+        // Commands are refused meanwhile; what is left is to close the window, which needs input.
+        const bool hangs = commandUnderWay_ && host_.Hangs();
+        if (hangs)
             form_->Enabled(true);
+        return hangs;
     };
     form_->OnUnload = [this] { unload(); };
     form_->MayEndSession = [this] { return mayEndSession(); };

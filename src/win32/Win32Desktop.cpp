@@ -45,15 +45,19 @@ LRESULT CALLBACK Win32Desktop::seeMessage(int code, WPARAM removed, LPARAM data)
     return CallNextHookEx(nullptr, code, removed, data);
 }
 
-bool Win32Desktop::EscapePressed() {
+void Win32Desktop::ServeMessages(UINT first, UINT last) {
     MSG message{};
-    while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
+    while (PeekMessageW(&message, nullptr, first, last, PM_REMOVE)) {
         if (message.message == WM_QUIT) {
             PostQuitMessage(static_cast<int>(message.wParam));
             break;
         }
         run(message);
     }
+}
+
+bool Win32Desktop::EscapePressed() {
+    ServeMessages(WM_KEYFIRST, WM_KEYLAST);
     return std::exchange(escapePressed_, false);
 }
 

@@ -38,6 +38,8 @@ class Win32Desktop : public Desktop {
     Win32Form* FormOf(HWND window) const;
     // Waits for the next message and runs it; false when the thread is asked to end.
     bool PumpMessage();
+    // Runs the messages of a range that have come, without waiting.
+    void ServeMessages(UINT first = 0, UINT last = 0);
     // Shows the pointer that is set; false when every window is to show its own.
     bool ShowPointer() const;
 

@@ -13,7 +13,14 @@ constexpr wchar_t className[] = L"QuartinoMain";
 // The size that the window has before anybody chose one: wide enough for the headers.
 constexpr Twips designedWidth = 13200;
 constexpr Twips designedHeight = 8100;
-constexpr UINT_PTR waitingTimer = 1;
+// Sent once a second: while a call across processes waits, the window gets what is sent to it from
+// another thread, but neither what is posted nor its timers.
+constexpr UINT serveMessage = WM_APP + 100;
+constexpr DWORD servingPeriod = 1000; // milliseconds
+
+void CALLBACK sendServe(PTP_CALLBACK_INSTANCE, void* window, PTP_TIMER) {
+    SendNotifyMessageW(static_cast<HWND>(window), serveMessage, 0, 0);
+}
 
 void registerClass() {
     const HINSTANCE instance = GetModuleHandleW(nullptr);
@@ -35,6 +42,12 @@ void registerClass() {
 }
 
 } // namespace
+
+void EndOfTimer::operator()(PTP_TIMER timer) const {
+    SetThreadpoolTimer(timer, nullptr, 0, 0);
+    WaitForThreadpoolTimerCallbacks(timer, TRUE);
+    CloseThreadpoolTimer(timer);
+}
 
 Win32MainForm::Win32MainForm(Win32Desktop& desktop, const FormEntry& entry)
     : Win32Form(desktop, entry) {
@@ -61,6 +74,10 @@ Win32MainForm::Win32MainForm(Win32Desktop& desktop, const FormEntry& entry)
     grid_->FitRowHeight();
     Width(designedWidth);
     Height(designedHeight);
+    timer_.reset(CreateThreadpoolTimer(sendServe, window, nullptr));
+    FILETIME now{};
+    if (timer_)
+        SetThreadpoolTimer(timer_.get(), &now, servingPeriod, 0);
 }
 
 LRESULT Win32MainForm::HandleMessage(UINT message, WPARAM word, LPARAM data) {
@@ -72,20 +89,22 @@ LRESULT Win32MainForm::HandleMessage(UINT message, WPARAM word, LPARAM data) {
     case WM_SETFOCUS:
         FocusFirst();
         return 0;
-    case WM_ENABLE:
-        if (word)
-            KillTimer(Window(), waitingTimer);
-        else
-            SetTimer(Window(), waitingTimer, 1000, nullptr);
-        break;
-    case WM_TIMER:
-        if (word == waitingTimer && Waiting)
-            Raise(Waiting);
-        break;
+    case serveMessage:
+        serveInput();
+        return 0;
     default:
         break;
     }
     return Win32Form::HandleMessage(message, word, data);
+}
+
+void Win32MainForm::serveInput() {
+    // A menu or a message that is open serves the input itself.
+    if (serving_ || !ServesInput || !ServesInput())
+        return;
+    serving_ = true;
+    Desktop().ServeMessages();
+    serving_ = false;
 }
 
 void Win32MainForm::AfterEvent() {

@@ -3,9 +3,15 @@
 
 #include "win32/Win32Form.h"
 
+#include <memory>
+
 namespace kalvrooms::Gui {
 
 class Win32Grid;
+
+struct EndOfTimer {
+    void operator()(PTP_TIMER timer) const;
+};
 
 class Win32MainForm : public Win32Form {
   public:
@@ -17,7 +23,11 @@ class Win32MainForm : public Win32Form {
     void FocusFirst() override;
 
   private:
+    void serveInput();
+
     Win32Grid* grid_ = nullptr;
+    std::unique_ptr<TP_TIMER, EndOfTimer> timer_;
+    bool serving_ = false;
 };
 
 } // namespace kalvrooms::Gui

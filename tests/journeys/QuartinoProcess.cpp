@@ -22,8 +22,9 @@ std::filesystem::path pictureFile(const std::string& name) {
 [[maybe_unused]] const bool picturesOfFailures = [] {
     ui::beforeWaitFails = [] {
         const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-        ui::Picture::ofScreen().save(
-            pictureFile("failed-" + std::string(test ? test->name() : "")));
+        std::string name = std::string("failed-") + (test ? test->name() : "");
+        std::replace(name.begin(), name.end(), '/', '-');
+        ui::Picture::ofScreen().save(pictureFile(name));
     };
     return true;
 }();

@@ -5,6 +5,7 @@
 
 #include <tlhelp32.h>
 
+#include <map>
 #include <optional>
 
 namespace kalvrooms::testing {
@@ -154,12 +155,67 @@ TEST_F(JourneyTest, AHostThatFailsIsToldAndTheListStays) {
     EXPECT_EQ(quartino.program().close(), 0u);
 }
 
+TEST_F(JourneyTest, InEnglishTheAttributesOfTheDrawingKeepTheNamesThatTheHostKnows) {
+    folder.writeHandOver(keyPath, L"eng");
+    Element element = roomElement(17, 3, L"Flur 17");
+    element.attributes = {
+        {L"Umschließungsart", L"", {}}, {L"Nutzen", L"", {}}, {L"Flächenart_DIN277", L"", {}}};
+    loadDrawing({element});
+    const std::filesystem::path outline = file(L"outline.txt");
+    writeBytes(outline, "4\r\n0\t20\r\n4\t20\r\n4\t24\r\n0\t24\r\nend\r\n");
+    writeList(file(L"list.txt"), {{L"Aula", L"16", outline.wstring(), L"0", L"0", L"17-K3"}});
+    QuartinoProcess quartino(folder, L'F');
+    quartino.command([&] {
+        quartino.chooseByKeys(L'F', openLine);
+        quartino.giveFileName(quartino.fileDialog(), file(L"list.txt").wstring());
+    });
+    quartino.command([&] {
+        quartino.chooseByKeys(L'F', exportLine);
+        const HWND report = quartino.dialog(reportTitle);
+        EXPECT_EQ(quartino.text(report, ID_REPORT_LBLTEXT1), L" room updated");
+        ui::typeKey(VK_RETURN);
+    });
+    std::map<std::wstring, std::wstring> texts;
+    for (const Attribute& attribute : practiceHost().drawing().elements.at(0).attributes)
+        if (const auto* text = std::get_if<std::wstring>(&attribute.value))
+            texts[attribute.name] = *text;
+    EXPECT_EQ(texts[L"Umschließungsart"], L"a");
+    EXPECT_EQ(texts[L"Nutzen"], L"HNF 2");
+    EXPECT_EQ(texts[L"Flächenart_DIN277"], L"N");
+}
+
 // Ends the host's stalls.
 void wakeHost() {
     const HANDLE wake = CreateEventW(nullptr, FALSE, FALSE, practice::WakeEvent);
     SetEvent(wake);
     CloseHandle(wake);
 }
+
+class AHostThatHangs : public JourneyTest, public ::testing::WithParamInterface<const wchar_t*> {};
+
+TEST_P(AHostThatHangs, LetsTheUserLeaveWithTheList) {
+    writeList(file(L"list.txt"), {{L"Aula", L"100"}});
+    QuartinoProcess quartino(folder);
+    open(quartino, file(L"list.txt"));
+    add(quartino, L"Neu", L"25", L"1");
+    practiceHost().failMember(L"CreateRoomElement", L"stall", GetParam());
+    quartino.chooseByKeys(fileMenu, exportLine);
+    ui::waitFor("the writing", [&] { return !IsWindowEnabled(quartino.main()); });
+    ui::waitFor("a window that can be closed", [&] { return IsWindowEnabled(quartino.main()); });
+    PostMessageW(quartino.main(), WM_CLOSE, 0, 0);
+    const HWND box = quartino.messageBox();
+    EXPECT_EQ(ui::messageText(box), savePrompt);
+    quartino.click(box, IDNO);
+    EXPECT_EQ(quartino.program().waitForEnd(), 0u);
+    EXPECT_GT(key[L"Width"], 0);
+    wakeHost();
+    EXPECT_TRUE(practiceHost().drawing().elements.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(For, AHostThatHangs, ::testing::Values(L"45000", L"ever"),
+                         [](const auto& kind) {
+                             return std::wstring(kind.param) == L"ever" ? "Ever" : "45Seconds";
+                         });
 
 TEST_F(JourneyTest, EscapeEndsReadingAndWritingBetweenTwoRooms) {
     loadTwoRooms();

@@ -1340,10 +1340,10 @@ TEST_F(MainWindow, AHostThatHangsKeepsNobodyFromLeaving) {
         if (member != "CreateRoomElement")
             return;
         EXPECT_FALSE(form().Enabled());
-        form().Waiting();
+        EXPECT_FALSE(form().ServesInput());
         EXPECT_FALSE(form().Enabled());
         host_.hangs = true;
-        form().Waiting();
+        EXPECT_TRUE(form().ServesInput());
         EXPECT_TRUE(form().Enabled());
         // Asked about the list, the user does not save it.
         EXPECT_THAT(desktop().Messages(), IsEmpty());
