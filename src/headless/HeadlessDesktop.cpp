@@ -86,16 +86,12 @@ void HeadlessDesktop::CancelColourDialog() {
     colours_.emplace_back(std::nullopt);
 }
 
-void HeadlessDesktop::OnPopup(std::function<void(HeadlessForm&, HeadlessMenuItem&)> script) {
-    popupScripts_.push_back(std::move(script));
-}
-
 void HeadlessDesktop::OnRun(std::function<void()> script) {
     runScript_ = std::move(script);
 }
 
 std::size_t HeadlessDesktop::UnusedScripts() const {
-    std::size_t count = answers_.size() + files_.size() + colours_.size() + popupScripts_.size();
+    std::size_t count = answers_.size() + files_.size() + colours_.size();
     for (const auto& [name, scripts] : modalScripts_)
         count += scripts.size();
     return count;
@@ -170,11 +166,9 @@ void HeadlessDesktop::runModal(HeadlessForm& form) {
         runScript(form.Name(), [&] { (*script)(form); });
 }
 
-void HeadlessDesktop::popup(HeadlessForm& form, HeadlessMenuItem& menu) {
+void HeadlessDesktop::popup(const HeadlessMenuItem& menu) {
     popups_.push_back(menu.Name());
     forgetPressedKeys();
-    if (const auto script = takeFirst(popupScripts_))
-        runScript(menu.Name(), [&] { (*script)(form, menu); });
 }
 
 // ------------------------------------------------------------------------- dialogs
@@ -213,7 +207,6 @@ void HeadlessDesktop::ShowSave(Gui::FileDialog& dialog) {
 }
 
 void HeadlessDesktop::ShowColour(Gui::Colour& colour) {
-    colourDialogs_.push_back(colour);
     forgetPressedKeys();
     if (const auto chosen = takeFirst(colours_); chosen && *chosen)
         colour = **chosen;

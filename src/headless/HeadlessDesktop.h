@@ -54,8 +54,6 @@ class HeadlessDesktop final : public Gui::Desktop {
     void CancelColourDialog();
     // Stands for Escape pressed while an operation runs.
     void PressEscape() { escapePressed_ = true; }
-    // Stands for the user while the next context menu is open.
-    void OnPopup(std::function<void(HeadlessForm&, HeadlessMenuItem&)> script);
     // Stands for the user while the program runs. Forms that it leaves open are closed, in the end
     // by force.
     void OnRun(std::function<void()> script);
@@ -64,8 +62,6 @@ class HeadlessDesktop final : public Gui::Desktop {
 
     const std::vector<Gui::Message>& Messages() const { return messages_; }
     const std::vector<FileDialogCall>& FileDialogs() const { return fileDialogs_; }
-    // The colours with which the colour dialog was opened.
-    const std::vector<Gui::Colour>& ColourDialogs() const { return colourDialogs_; }
     const std::vector<HelpCall>& HelpCalls() const { return helpCalls_; }
     // Every pointer shape that was set, in order.
     const std::vector<std::int16_t>& PointerHistory() const { return pointerHistory_; }
@@ -106,7 +102,7 @@ class HeadlessDesktop final : public Gui::Desktop {
     // A script of the test; what it throws would be lost in the event that it runs in.
     void runScript(const std::wstring& what, const std::function<void()>& script);
     void runModal(HeadlessForm& form);
-    void popup(HeadlessForm& form, HeadlessMenuItem& menu);
+    void popup(const HeadlessMenuItem& menu);
     void unloadByForce(HeadlessForm& form);
     bool isBlocked(const HeadlessForm& form) const;
     // Another window comes to the front: releases of keys pressed before go astray.
@@ -120,12 +116,10 @@ class HeadlessDesktop final : public Gui::Desktop {
     std::deque<AnswerScript> answers_;
     std::deque<FileScript> files_;
     std::deque<std::optional<Gui::Colour>> colours_;
-    std::deque<std::function<void(HeadlessForm&, HeadlessMenuItem&)>> popupScripts_;
     std::function<void()> runScript_;
 
     std::vector<Gui::Message> messages_;
     std::vector<FileDialogCall> fileDialogs_;
-    std::vector<Gui::Colour> colourDialogs_;
     std::vector<HelpCall> helpCalls_;
     std::vector<std::int16_t> pointerHistory_;
     std::vector<std::wstring> modalNames_;

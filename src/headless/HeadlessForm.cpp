@@ -155,12 +155,6 @@ void HeadlessTabs::TabCaption(int index, const std::wstring& caption) {
     note(L"TabCaption(" + std::to_wstring(index) + L")", caption);
 }
 
-void HeadlessGrid::Redraw(bool on) {
-    redrawing_ = on;
-    if (on)
-        ++redraws_;
-}
-
 Gui::Twips HeadlessGrid::ColWidth(int column) const {
     const auto found = columnWidths_.find(column);
     return found == columnWidths_.end() ? 0 : found->second;
@@ -301,7 +295,7 @@ HeadlessMenuItem& HeadlessForm::MenuNamed(const std::wstring& name) {
 
 void HeadlessForm::PopupMenu(Gui::MenuItem& menu) {
     auto& shown = dynamic_cast<HeadlessMenuItem&>(menu);
-    desktop_.popup(*this, shown);
+    desktop_.popup(shown);
 }
 
 void HeadlessForm::Show() {
@@ -362,12 +356,12 @@ void HeadlessForm::clearOtherOptions(const HeadlessOption& chosen) {
 
 // ------------------------------------------------------------------------- what a user can do
 
-bool HeadlessForm::AcceptsInput() const {
+bool HeadlessForm::acceptsInput() const {
     return loaded_ && visible_ && enabled_ && !desktop_.isBlocked(*this);
 }
 
 bool HeadlessForm::canUse(const HeadlessControl& control) const {
-    return AcceptsInput() && control.enabled_ && control.visible_;
+    return acceptsInput() && control.enabled_ && control.visible_;
 }
 
 bool HeadlessForm::Focus(const std::wstring& name) {
@@ -379,7 +373,7 @@ bool HeadlessForm::Focus(const std::wstring& name) {
 }
 
 bool HeadlessForm::LeaveField() {
-    if (!AcceptsInput())
+    if (!acceptsInput())
         return false;
     moveFocus(nullptr);
     return true;
@@ -459,7 +453,7 @@ bool HeadlessForm::DoubleClickCell(const std::wstring& name, int row, int column
 
 bool HeadlessForm::ChooseMenu(const std::wstring& name) {
     HeadlessMenuItem& item = MenuNamed(name);
-    if (!AcceptsInput() || item.IsSeparator() || !item.Items().empty())
+    if (!acceptsInput() || item.IsSeparator() || !item.Items().empty())
         return false;
     desktop_.Dispatch(item.Click);
     return true;
@@ -473,7 +467,7 @@ bool HeadlessForm::PressKey(const Gui::KeyStroke& stroke) {
 }
 
 bool HeadlessForm::KeyDown(const Gui::KeyStroke& stroke) {
-    if (!AcceptsInput())
+    if (!acceptsInput())
         return false;
     if (auto* button = dynamic_cast<HeadlessButton*>(focus_);
         button && stroke.key == Gui::KeyEnter) {
@@ -487,7 +481,7 @@ bool HeadlessForm::KeyDown(const Gui::KeyStroke& stroke) {
 }
 
 bool HeadlessForm::ReleaseKey(int key) {
-    if (!AcceptsInput() || pressedKeys_.erase(key) == 0)
+    if (!acceptsInput() || pressedKeys_.erase(key) == 0)
         return false;
     if (KeyUp)
         desktop_.Dispatch([this, key] { KeyUp(key); });
@@ -495,7 +489,7 @@ bool HeadlessForm::ReleaseKey(int key) {
 }
 
 bool HeadlessForm::DragTo(Gui::Twips width, Gui::Twips height) {
-    if (!AcceptsInput())
+    if (!acceptsInput())
         return false;
     width_ = width;
     height_ = height;
@@ -516,7 +510,7 @@ void HeadlessForm::EndSession() {
 }
 
 bool HeadlessForm::Close() {
-    if (!AcceptsInput())
+    if (!acceptsInput())
         return false;
     Unload();
     return true;

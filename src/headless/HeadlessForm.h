@@ -159,7 +159,7 @@ class HeadlessGrid final : public Gui::Grid, public HeadlessControl {
     using HeadlessControl::HeadlessControl;
 
   public:
-    void Redraw(bool on) override;
+    void Redraw(bool on) override { redrawing_ = on; }
     Gui::Twips ColWidth(int column) const override;
     void ColWidth(int column, Gui::Twips width) override { columnWidths_[column] = width; }
     void Bars(Gui::ScrollBars bars) override { bars_ = bars; }
@@ -172,8 +172,6 @@ class HeadlessGrid final : public Gui::Grid, public HeadlessControl {
     void TopRow(int row) override { topRow_ = row; }
 
     bool Redrawing() const { return redrawing_; }
-    // How often the contents were shown anew.
-    int Redraws() const { return redraws_; }
 
   private:
     std::map<int, Gui::Twips> columnWidths_;
@@ -182,7 +180,6 @@ class HeadlessGrid final : public Gui::Grid, public HeadlessControl {
     int column_ = 0;
     int topRow_ = 1;
     bool redrawing_ = true;
-    int redraws_ = 0;
 };
 
 class HeadlessMenuItem final : public Gui::MenuItem {
@@ -249,7 +246,6 @@ class HeadlessForm final : public Gui::Form, public HeadlessControl {
 
     // ---- What a user can do.
 
-    bool AcceptsInput() const;
     // Moves the focus, as Tab does; the control left behind gets its LostFocus first.
     bool Focus(const std::wstring& name);
     // The focus leaves the last field for somewhere that is no field.
@@ -289,6 +285,7 @@ class HeadlessForm final : public Gui::Form, public HeadlessControl {
     friend class HeadlessDesktop;
     friend class HeadlessMenuItem;
 
+    bool acceptsInput() const;
     template <class Kind>
     Kind& control(const std::wstring& name);
     template <class Kind>

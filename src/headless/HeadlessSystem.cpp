@@ -97,7 +97,7 @@ class HeadlessRegistry::Key final : public RegistryKey {
 
     bool QueryDword(const std::wstring& name, std::int32_t& value) override {
         record(Operation::Query, name, 0);
-        if (registry_.FailQuery || (accessMask_ & queryValue) == 0)
+        if ((accessMask_ & queryValue) == 0)
             return false;
         const Value* found = registry_.Find(path_, name);
         return found && readDword(*found, value);
@@ -190,7 +190,7 @@ std::unique_ptr<RegistryKey> HeadlessRegistry::OpenKey(const std::wstring& path,
     call.Path = path;
     call.AccessMask = accessMask;
     calls_.push_back(std::move(call));
-    if (FailOpen || !HasKey(path))
+    if (!HasKey(path))
         return nullptr;
     return std::make_unique<Key>(*this, path, accessMask);
 }

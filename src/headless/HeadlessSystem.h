@@ -45,8 +45,6 @@ class HeadlessRegistry final : public Registry {
 
     // What fails from now on.
     bool FailCreate = false;
-    bool FailOpen = false;
-    bool FailQuery = false;
     bool FailSet = false;
 
     const std::vector<Call>& Calls() const { return calls_; }
