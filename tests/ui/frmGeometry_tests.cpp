@@ -61,62 +61,35 @@ TEST_F(frmGeometryTest, ShowsItsCaptionsInTheirOrder) {
     });
 }
 
-TEST_F(frmGeometryTest, ShowsTheRatioOfANewRoomWithTwoDecimals) {
-    look([](HeadlessForm& form) {
-        EXPECT_EQ(selected(form), Names{L"optRatio"});
-        EXPECT_EQ(form.Field(L"txtRatio").Text(), L"1,00");
-        EXPECT_EQ(form.Field(L"txtDx").Text(), L"");
-        EXPECT_EQ(form.Field(L"txtDy").Text(), L"");
-        EXPECT_EQ(form.ControlNamed(L"cmdExcelFile").Text(), L"");
-    });
+// A side as it stands; a ratio with two decimals, and as 1 for a type that nobody knows.
+TEST_F(frmGeometryTest, ShowsWhatIsStored) {
+    const std::wstring path = L"C:\\Projekt\\raum.txt";
+    struct Case {
+        std::wstring type, value, option, dx, dy, ratio, file;
+    };
+    const Case cases[] = {{CalculationByRatio, L" 1", L"optRatio", L"", L"", L"1,00", L""},
+                          {CalculationByDx, L" 5.5x", L"optXDirection", L" 5.5x", L"", L"", L""},
+                          {CalculationByDy, L"7", L"optYDirection", L"", L"7", L"", L""},
+                          {CalculationByFile, path, L"optExcelFile", L"", L"", L"", path},
+                          {L"calculationbydx", L"5", L"optRatio", L"", L"", L"1,00", L""},
+                          {CalculationByRatio, L"eins", L"optRatio", L"", L"", L"0,00", L""}};
+    for (const Case& entry : cases) {
+        SCOPED_TRACE(testing::PrintToString(entry.type + entry.value));
+        store(entry.type, entry.value);
+        look([&](HeadlessForm& form) {
+            EXPECT_EQ(selected(form), Names{entry.option});
+            EXPECT_EQ(form.Field(L"txtDx").Text(), entry.dx);
+            EXPECT_EQ(form.Field(L"txtDy").Text(), entry.dy);
+            EXPECT_EQ(form.Field(L"txtRatio").Text(), entry.ratio);
+            EXPECT_EQ(form.ControlNamed(L"cmdExcelFile").Text(), entry.file);
+        });
+        expectStored(entry.type, entry.value);
+    }
 }
 
 TEST_F(frmGeometryTest, ShowsTheRatioWithADecimalPoint) {
     useDecimalPoint();
     look([](HeadlessForm& form) { EXPECT_EQ(form.Field(L"txtRatio").Text(), L"1.00"); });
-}
-
-TEST_F(frmGeometryTest, ShowsTheStoredSideInXAsItStands) {
-    store(CalculationByDx, L" 5.5x");
-    look([](HeadlessForm& form) {
-        EXPECT_EQ(selected(form), Names{L"optXDirection"});
-        EXPECT_EQ(form.Field(L"txtDx").Text(), L" 5.5x");
-        EXPECT_EQ(form.Field(L"txtDy").Text(), L"");
-        EXPECT_EQ(form.Field(L"txtRatio").Text(), L"");
-    });
-}
-
-TEST_F(frmGeometryTest, ShowsTheStoredSideInYAsItStands) {
-    store(CalculationByDy, L"7");
-    look([](HeadlessForm& form) {
-        EXPECT_EQ(selected(form), Names{L"optYDirection"});
-        EXPECT_EQ(form.Field(L"txtDx").Text(), L"");
-        EXPECT_EQ(form.Field(L"txtDy").Text(), L"7");
-    });
-}
-
-TEST_F(frmGeometryTest, ShowsTheStoredFile) {
-    store(CalculationByFile, L"C:\\Projekt\\raum.txt");
-    look([](HeadlessForm& form) {
-        EXPECT_EQ(selected(form), Names{L"optExcelFile"});
-        EXPECT_EQ(form.ControlNamed(L"cmdExcelFile").Text(), L"C:\\Projekt\\raum.txt");
-        for (const wchar_t* name : {L"txtDx", L"txtDy", L"txtRatio"})
-            EXPECT_EQ(form.Field(name).Text(), L"");
-    });
-}
-
-TEST_F(frmGeometryTest, ShowsRatioOneForAnUnknownType) {
-    store(L"calculationbydx", L"5");
-    look([](HeadlessForm& form) {
-        EXPECT_EQ(selected(form), Names{L"optRatio"});
-        EXPECT_EQ(form.Field(L"txtRatio").Text(), L"1,00");
-    });
-    expectStored(L"calculationbydx", L"5");
-}
-
-TEST_F(frmGeometryTest, ShowsARatioThatIsNoNumberAsZero) {
-    store(CalculationByRatio, L"eins");
-    look([](HeadlessForm& form) { EXPECT_EQ(form.Field(L"txtRatio").Text(), L"0,00"); });
 }
 
 TEST_F(frmGeometryTest, CannotOpenOnARatioThatBeginsWithTheMark) {
@@ -289,25 +262,20 @@ TEST_F(frmGeometryTest, CountsAnAmpersandOnceForTheLengthOfTheCaption) {
 
 // ------------------------------------------------------------------------- OK
 
-TEST_F(frmGeometryTest, StoresTheSideInXAsDisplayed) {
-    show([](HeadlessForm& form) {
-        form.Click(L"optXDirection");
-        form.Type(L"txtDx", L"5.5");
-        form.Click(L"cmdOk");
-        EXPECT_FALSE(form.Loaded());
-    });
-    expectStored(CalculationByDx, L"5,500");
+TEST_F(frmGeometryTest, StoresASideAsDisplayed) {
+    for (const auto& [option, field, type] :
+         {std::tuple{L"optXDirection", L"txtDx", CalculationByDx},
+          std::tuple{L"optYDirection", L"txtDy", CalculationByDy}}) {
+        show([&](HeadlessForm& form) {
+            form.Click(option);
+            form.Type(field, L"5.5");
+            form.Click(L"cmdOk");
+            EXPECT_FALSE(form.Loaded());
+        });
+        expectStored(type, L"5,500");
+    }
     EXPECT_EQ(context.room->Geometry->Area(), 16.0);
     EXPECT_TRUE(context.calls.empty());
-}
-
-TEST_F(frmGeometryTest, StoresTheSideInYAsDisplayed) {
-    show([](HeadlessForm& form) {
-        form.Click(L"optYDirection");
-        form.Type(L"txtDy", L"3");
-        form.Click(L"cmdOk");
-    });
-    expectStored(CalculationByDy, L"3,000");
 }
 
 TEST_F(frmGeometryTest, StoresTheRatioAsDisplayed) {
@@ -380,40 +348,7 @@ TEST_F(frmGeometryTest, ChangesTheGeometryThatTheRoomHolds) {
     EXPECT_EQ(geometry->CalculationValue(), L"2,00");
 }
 
-// ------------------------------------------------------------------------- Cancel, fields, keys
-
-TEST_F(frmGeometryTest, ChangesNothingOnCancelEscapeAndClosing) {
-    for (const auto& leave : std::vector<std::function<void(HeadlessForm&)>>{
-             [](HeadlessForm& form) { form.Click(L"cmdCancel"); },
-             [](HeadlessForm& form) { form.PressKey(Gui::KeyEscape); },
-             [](HeadlessForm& form) { form.Close(); }}) {
-        show([&](HeadlessForm& form) {
-            form.Click(L"optXDirection");
-            form.Type(L"txtDx", L"5");
-            leave(form);
-            EXPECT_FALSE(form.Loaded());
-        });
-        expectStored(CalculationByRatio, L" 1");
-    }
-}
-
-TEST_F(frmGeometryTest, SelectsFiltersAndNormalizesItsFields) {
-    look([](HeadlessForm& form) {
-        const std::pair<const wchar_t*, const wchar_t*> fields[] = {
-            {L"txtDx", L"12,500"}, {L"txtDy", L"12,500"}, {L"txtRatio", L"12,50"}};
-        for (const auto& [name, shown] : fields) {
-            form.Type(name, L"a-1 2.x55\b");
-            EXPECT_EQ(form.Field(name).Text(), L"12.5");
-            form.LeaveField();
-            EXPECT_EQ(form.Field(name).Text(), shown);
-            form.Focus(name);
-            EXPECT_EQ(form.Field(name).SelectionStart(), 0);
-            EXPECT_EQ(form.Field(name).SelectionLength(),
-                      static_cast<int>(std::wstring(shown).size()));
-            form.LeaveField();
-        }
-    });
-}
+// ------------------------------------------------------------------------- fields and keys
 
 TEST_F(frmGeometryTest, MakesAnEmptyFieldZeroOnLeaving) {
     look([](HeadlessForm& form) {
@@ -424,23 +359,6 @@ TEST_F(frmGeometryTest, MakesAnEmptyFieldZeroOnLeaving) {
         EXPECT_EQ(form.Field(L"txtDx").Text(), L"0,000");
         EXPECT_EQ(form.Field(L"txtRatio").Text(), L"0,00");
     });
-}
-
-TEST_F(frmGeometryTest, ReportsASideThatBeginsWithTheMark) {
-    look([&](HeadlessForm& form) {
-        form.Type(L"txtDx", L",5");
-        form.LeaveField();
-        EXPECT_EQ(errors, std::vector<long>{RuntimeError::TypeMismatch});
-        EXPECT_EQ(form.Field(L"txtDx").Text(), L",5");
-    });
-}
-
-TEST_F(frmGeometryTest, OpensTheHelpOfTheRoomDialogOnF1) {
-    look([](HeadlessForm& form) { form.PressKey(Gui::KeyF1); });
-    ASSERT_EQ(desktop.HelpCalls().size(), 1u);
-    EXPECT_EQ(desktop.HelpCalls()[0].Owner, L"frmGeometry");
-    EXPECT_EQ(desktop.HelpCalls()[0].File, L"C:\\Hilfe\\quartino.chm");
-    EXPECT_EQ(desktop.HelpCalls()[0].Context, 7u);
 }
 
 TEST_F(frmGeometryTest, NormalizesAllFieldsAndTakesEnterAsOk) {
@@ -464,28 +382,6 @@ TEST_F(frmGeometryTest, StoresTheFileOnEnter) {
         EXPECT_FALSE(form.Loaded());
     });
     expectStored(CalculationByFile, L"C:\\neu.txt");
-}
-
-TEST_F(frmGeometryTest, EndsEnterAtASideThatBeginsWithTheMark) {
-    show([&](HeadlessForm& form) {
-        form.Click(L"optXDirection");
-        form.Type(L"txtDx", L",5");
-        form.PressKey(Gui::KeyEnter);
-        EXPECT_EQ(errors, std::vector<long>{RuntimeError::TypeMismatch});
-        EXPECT_TRUE(form.Loaded());
-        form.Click(L"cmdCancel");
-    });
-    expectStored(CalculationByRatio, L" 1");
-}
-
-TEST_F(frmGeometryTest, PassesOverOtherKeysAndReleasesAlone) {
-    look([](HeadlessForm& form) {
-        form.PressKey(65);
-        form.ReleaseKey(Gui::KeyEnter);
-        form.ReleaseKey(Gui::KeyEscape);
-        EXPECT_TRUE(form.Loaded());
-        EXPECT_EQ(form.Field(L"txtDx").Text(), L"");
-    });
 }
 
 } // namespace kalvrooms

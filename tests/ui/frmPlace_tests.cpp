@@ -246,26 +246,6 @@ TEST_F(frmPlaceTest, ReadsTheDistancesBeforeItAppliesTheReportSwitch) {
     EXPECT_FALSE(context.noReport);
 }
 
-TEST_F(frmPlaceTest, HandsBackNothingOnCancelEscapeAndClosing) {
-    for (const auto& leave : std::vector<std::function<void(HeadlessForm&)>>{
-             [](HeadlessForm& form) { form.Click(L"cmdCancel"); },
-             [](HeadlessForm& form) { form.PressKey(Gui::KeyEscape); },
-             [](HeadlessForm& form) { form.Close(); }}) {
-        desktop.ChooseColour(77);
-        show([&](HeadlessForm& form) {
-            form.Type(L"txtDx", L"9");
-            form.Click(L"cmdWithCoordinates");
-            form.Click(L"chkUpdate");
-            form.Click(L"optSingle");
-            leave(form);
-            EXPECT_FALSE(form.Loaded());
-        });
-    }
-    EXPECT_TRUE(context.calls.empty());
-    EXPECT_EQ(context.placement.distanceX, 1.0);
-    EXPECT_EQ(context.placement.colorOld, 0);
-}
-
 // ------------------------------------------------------------------------- colours
 
 TEST_F(frmPlaceTest, HandsOverTheChosenColours) {
@@ -311,28 +291,6 @@ TEST_F(frmPlaceTest, ARefusedDistanceShowsItsTabAndItsField) {
 
 // ------------------------------------------------------------------------- fields and keys
 
-TEST_F(frmPlaceTest, SelectsFiltersAndNormalizesItsFields) {
-    look([](HeadlessForm& form) {
-        for (const wchar_t* name : {L"txtDx", L"txtDy"}) {
-            form.Focus(name);
-            EXPECT_EQ(form.Field(name).SelectionStart(), 0);
-            EXPECT_EQ(form.Field(name).SelectionLength(), 5);
-            form.Type(name, L"-a1 2.x55\b");
-            EXPECT_EQ(form.Field(name).Text(), L"12.5");
-            form.LeaveField();
-            EXPECT_EQ(form.Field(name).Text(), L"12,500");
-        }
-    });
-}
-
-TEST_F(frmPlaceTest, OpensItsHelpOnF1) {
-    look([](HeadlessForm& form) { form.PressKey(Gui::KeyF1); });
-    ASSERT_EQ(desktop.HelpCalls().size(), 1u);
-    EXPECT_EQ(desktop.HelpCalls()[0].Owner, L"frmPlace");
-    EXPECT_EQ(desktop.HelpCalls()[0].File, L"C:\\Hilfe\\quartino.chm");
-    EXPECT_EQ(desktop.HelpCalls()[0].Context, 11u);
-}
-
 TEST_F(frmPlaceTest, NormalizesBothFieldsAndTakesEnterAsOk) {
     show([](HeadlessForm& form) {
         form.Field(L"txtDy").Text(L"3");
@@ -355,28 +313,6 @@ TEST_F(frmPlaceTest, NormalizesOnEnterEvenWhenItRefuses) {
         EXPECT_EQ(desktop.Messages().size(), 1u);
         form.Click(L"cmdCancel");
     });
-}
-
-TEST_F(frmPlaceTest, EndsEnterAtADistanceThatBeginsWithTheMark) {
-    show([&](HeadlessForm& form) {
-        form.Type(L"txtDx", L",5");
-        form.PressKey(Gui::KeyEnter);
-        EXPECT_EQ(errors, std::vector<long>{RuntimeError::TypeMismatch});
-        EXPECT_TRUE(form.Loaded());
-        EXPECT_TRUE(context.calls.empty());
-        form.PressKey(Gui::KeyEscape);
-    });
-}
-
-TEST_F(frmPlaceTest, PassesOverOtherKeysAndReleasesAlone) {
-    look([](HeadlessForm& form) {
-        form.PressKey(9);
-        form.ReleaseKey(Gui::KeyEnter);
-        form.ReleaseKey(Gui::KeyEscape);
-        form.ReleaseKey(Gui::KeyF1);
-        EXPECT_TRUE(form.Loaded());
-    });
-    EXPECT_TRUE(desktop.HelpCalls().empty());
 }
 
 TEST_F(frmPlaceTest, ShowsTheReportSwitchThatTheReportSet) {

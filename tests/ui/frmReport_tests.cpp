@@ -105,85 +105,46 @@ TEST_F(frmReportTest, SetsItsTextsInTheirOrder) {
     });
 }
 
-TEST_F(frmReportTest, ShowsASingleRoomPlacedInTheFirstRow) {
-    look(0, 0, 1, [](HeadlessForm& form) {
-        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurde");
-        expectHidden(form, 1);
-        expectHidden(form, 2);
-        expectRow(form, 3, L"1", L" neuer Raum abgesetzt", 0x040506);
-        EXPECT_EQ(topOf(form, L"lblNum3"), firstRow);
-        EXPECT_EQ(topOf(form, L"lblText3"), firstRow);
-        expectLowerPartUpBy(form, 720);
-    });
-}
-
-TEST_F(frmReportTest, ShowsUpdatedRoomsAlone) {
-    look(2, 0, 0, [](HeadlessForm& form) {
-        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurden");
-        expectRow(form, 1, L"2", L" Räume aktualisiert", 0x010203);
-        expectHidden(form, 2);
-        expectHidden(form, 3);
-        EXPECT_EQ(topOf(form, L"lblNum1"), firstRow);
-        EXPECT_EQ(topOf(form, L"lblText1"), firstRow + 15);
-        expectLowerPartUpBy(form, 720);
-    });
-}
-
-TEST_F(frmReportTest, SaysOfTwoSingleRoomsThatTheyWereSeveral) {
-    look(1, 1, 0, [](HeadlessForm& form) {
-        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurden");
-        expectRow(form, 1, L"1", L" Raum aktualisiert", 0x010203);
-        expectRow(form, 2, L"1", L" neuer Raum lagerichtig erzeugt", 0x010203);
-        expectHidden(form, 3);
-        EXPECT_EQ(topOf(form, L"lblNum2"), firstRow + pitch);
-        expectLowerPartUpBy(form, 360);
-    });
-}
-
-TEST_F(frmReportTest, MovesTheRowsBelowAHiddenOneUp) {
-    look(0, 3, 5, [](HeadlessForm& form) {
-        expectHidden(form, 1);
-        expectRow(form, 2, L"3", L" neue Räume lagerichtig erzeugt", 0x010203);
-        expectRow(form, 3, L"5", L" neue Räume abgesetzt", 0x040506);
-        EXPECT_EQ(topOf(form, L"lblNum2"), firstRow);
-        EXPECT_EQ(topOf(form, L"lblText2"), firstRow);
-        EXPECT_EQ(topOf(form, L"lblNum3"), firstRow + pitch);
-        EXPECT_EQ(topOf(form, L"lblText3"), firstRow + pitch);
-        expectLowerPartUpBy(form, 360);
-    });
-}
-
-TEST_F(frmReportTest, ClosesUpAHiddenMiddleRow) {
-    look(7, 0, 8, [](HeadlessForm& form) {
-        expectRow(form, 1, L"7", L" Räume aktualisiert", 0x010203);
-        expectHidden(form, 2);
-        expectRow(form, 3, L"8", L" neue Räume abgesetzt", 0x040506);
-        EXPECT_EQ(topOf(form, L"lblNum3"), firstRow + pitch);
-        expectLowerPartUpBy(form, 360);
-    });
-}
-
-TEST_F(frmReportTest, HidesEverythingForNoRoomAtAll) {
-    look(0, 0, 0, [](HeadlessForm& form) {
-        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurden");
-        for (int row = 1; row <= 3; ++row)
-            expectHidden(form, row);
-        expectLowerPartUpBy(form, 1080);
-    });
-}
-
-TEST_F(frmReportTest, SaysOfASingleUpdatedRoomThatItWasOne) {
-    look(1, 0, 0, [](HeadlessForm& form) {
-        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurde");
-        expectRow(form, 1, L"1", L" Raum aktualisiert", 0x010203);
-    });
-}
-
-TEST_F(frmReportTest, HidesANegativeCount) {
-    look(-1, 2, 0, [](HeadlessForm& form) {
-        EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), L" Es wurde");
-        expectHidden(form, 1);
-    });
+TEST_F(frmReportTest, HidesTheRowsWithoutRoomsAndMovesTheOthersUp) {
+    struct Case {
+        std::int32_t counts[3];
+        const wchar_t* top;
+        const wchar_t* texts[3]; // null where the row is hidden
+    };
+    const wchar_t* const two = L" Räume aktualisiert";
+    const wchar_t* const several = L" neue Räume lagerichtig erzeugt";
+    const Case cases[] = {
+        {{0, 0, 1}, L" Es wurde", {nullptr, nullptr, L" neuer Raum abgesetzt"}},
+        {{2, 0, 0}, L" Es wurden", {two, nullptr, nullptr}},
+        {{1, 1, 0},
+         L" Es wurden",
+         {L" Raum aktualisiert", L" neuer Raum lagerichtig erzeugt", nullptr}},
+        {{0, 3, 5}, L" Es wurden", {nullptr, several, L" neue Räume abgesetzt"}},
+        {{7, 0, 8}, L" Es wurden", {two, nullptr, L" neue Räume abgesetzt"}},
+        {{0, 0, 0}, L" Es wurden", {}},
+        {{1, 0, 0}, L" Es wurde", {L" Raum aktualisiert", nullptr, nullptr}},
+        {{-1, 2, 0}, L" Es wurde", {nullptr, several, nullptr}},
+    };
+    for (const auto& [counts, top, texts] : cases) {
+        SCOPED_TRACE(testing::PrintToString(counts));
+        look(counts[0], counts[1], counts[2], [&](HeadlessForm& form) {
+            EXPECT_EQ(form.ControlNamed(L"lblTop").Text(), top);
+            int shown = 0;
+            for (int row = 1; row <= 3; ++row) {
+                if (!texts[row - 1]) {
+                    expectHidden(form, row);
+                    continue;
+                }
+                expectRow(form, row, std::to_wstring(counts[row - 1]), texts[row - 1],
+                          row == 3 ? 0x040506 : 0x010203);
+                const Gui::Twips line = firstRow + static_cast<Gui::Twips>(shown) * pitch;
+                const bool moved = ++shown < row;
+                EXPECT_EQ(topOf(form, L"lblNum" + std::to_wstring(row)), line);
+                EXPECT_EQ(topOf(form, L"lblText" + std::to_wstring(row)), line + (moved ? 0 : 15));
+            }
+            expectLowerPartUpBy(form, static_cast<Gui::Twips>(3 - shown) * pitch);
+        });
+    }
 }
 
 TEST_F(frmReportTest, CannotOpenOnCountsBeyondTheRange) {
