@@ -16,6 +16,18 @@ NumberLocale withGrouping(const std::wstring& mark) {
     return {L",", mark, L"kr", L",", mark};
 }
 
+void expectNumbers(const NumberLocale& locale,
+                   std::initializer_list<std::pair<const wchar_t*, double>> texts) {
+    for (const auto& [text, value] : texts)
+        EXPECT_EQ(ToDouble(text, locale), value) << text;
+}
+
+void expectTexts(const NumberLocale& locale,
+                 std::initializer_list<std::pair<double, const wchar_t*>> numbers) {
+    for (const auto& [value, text] : numbers)
+        EXPECT_EQ(FromDouble(value, locale), text) << value;
+}
+
 } // namespace
 
 TEST(Trim, RemovesBlanksAtBothEndsOnly) {
@@ -87,10 +99,7 @@ TEST(IsNumeric, MarksAndSignsAloneAreNoNumber) {
 }
 
 TEST(ToDouble, ReadsPlainNumbers) {
-    EXPECT_EQ(ToDouble(L"0", german), 0.0);
-    EXPECT_EQ(ToDouble(L"7", german), 7.0);
-    EXPECT_EQ(ToDouble(L"009", german), 9.0);
-    EXPECT_EQ(ToDouble(L"1,5", german), 1.5);
+    expectNumbers(german, {{L"0", 0.0}, {L"7", 7.0}, {L"009", 9.0}, {L"1,5", 1.5}});
     EXPECT_EQ(ToDouble(L"1.5", point), 1.5);
     EXPECT_EQ(ToDouble(L"0,1", german), 0.1);
 }
@@ -108,12 +117,8 @@ TEST(ToDouble, AcceptsWhiteSpaceOfEveryKindAroundTheNumber) {
 }
 
 TEST(ToDouble, AcceptsOneSignInFrontOrBehind) {
-    EXPECT_EQ(ToDouble(L"-3", german), -3.0);
-    EXPECT_EQ(ToDouble(L"+3", german), 3.0);
-    EXPECT_EQ(ToDouble(L"- 3", german), -3.0);
-    EXPECT_EQ(ToDouble(L"3-", german), -3.0);
-    EXPECT_EQ(ToDouble(L"3+", german), 3.0);
-    EXPECT_EQ(ToDouble(L"3 -", german), -3.0);
+    expectNumbers(german, {{L"-3", -3.0}, {L"+3", 3.0}, {L"- 3", -3.0}, {L"3-", -3.0}});
+    expectNumbers(german, {{L"3+", 3.0}, {L"3 -", -3.0}});
     for (const wchar_t* text : {L"--3", L"+-3", L"-+3", L"3--", L"3+-", L"-3-", L"+3+", L"- -3"})
         EXPECT_FALSE(IsNumeric(text, german)) << text;
 }
@@ -127,11 +132,8 @@ TEST(ToDouble, ReadsParenthesesAsMinus) {
 }
 
 TEST(ToDouble, IgnoresGroupingMarksBehindTheFirstDigitWhereverTheyStand) {
-    EXPECT_EQ(ToDouble(L"1.234,5", german), 1234.5);
-    EXPECT_EQ(ToDouble(L"1.2.3", german), 123.0);
-    EXPECT_EQ(ToDouble(L"1..5", german), 15.0);
-    EXPECT_EQ(ToDouble(L"1.5", german), 15.0);
-    EXPECT_EQ(ToDouble(L"5.", german), 5.0);
+    expectNumbers(german, {{L"1.234,5", 1234.5}, {L"1.2.3", 123.0}, {L"1..5", 15.0}});
+    expectNumbers(german, {{L"1.5", 15.0}, {L"5.", 5.0}});
     EXPECT_EQ(ToDouble(L"1,234,567.89", point), 1234567.89);
     EXPECT_EQ(ToDouble(L"1,2,3", point), 123.0);
     EXPECT_EQ(ToDouble(L"1,234.5", german), 1.2345);
@@ -147,23 +149,15 @@ TEST(ToDouble, RefusesAGroupingMarkInFrontAndASecondDecimalMark) {
 }
 
 TEST(ToDouble, TheDecimalMarkMayStandFirstOrLast) {
-    EXPECT_EQ(ToDouble(L",5", german), 0.5);
-    EXPECT_EQ(ToDouble(L"-,5", german), -0.5);
-    EXPECT_EQ(ToDouble(L"5,", german), 5.0);
+    expectNumbers(german, {{L",5", 0.5}, {L"-,5", -0.5}, {L"5,", 5.0}});
     EXPECT_EQ(ToDouble(L".5", point), 0.5);
     EXPECT_EQ(ToDouble(L"5.", point), 5.0);
 }
 
 TEST(ToDouble, ReadsExponentsWithBothLetters) {
-    EXPECT_EQ(ToDouble(L"1e5", german), 1e5);
-    EXPECT_EQ(ToDouble(L"1E+5", german), 1e5);
-    EXPECT_EQ(ToDouble(L"1e-5", german), 1e-5);
-    EXPECT_EQ(ToDouble(L"1,5d3", german), 1500.0);
+    expectNumbers(german, {{L"1e5", 1e5}, {L"1E+5", 1e5}, {L"1e-5", 1e-5}, {L"1,5d3", 1500.0}});
     EXPECT_EQ(ToDouble(L"1.5D-3", point), 0.0015);
-    EXPECT_EQ(ToDouble(L"1,e2", german), 100.0);
-    EXPECT_EQ(ToDouble(L"1e0005", german), 1e5);
-    EXPECT_EQ(ToDouble(L"1e5-", german), -1e5);
-    EXPECT_EQ(ToDouble(L"(1e5)", german), -1e5);
+    expectNumbers(german, {{L"1,e2", 100.0}, {L"1e0005", 1e5}, {L"1e5-", -1e5}, {L"(1e5)", -1e5}});
 }
 
 TEST(ToDouble, RefusesUnfinishedExponents) {
@@ -175,19 +169,12 @@ TEST(ToDouble, RefusesUnfinishedExponents) {
 }
 
 TEST(ToDouble, AcceptsTheUsersCurrencySymbolOnce) {
-    EXPECT_EQ(ToDouble(L"€ 1.234,50", german), 1234.5);
-    EXPECT_EQ(ToDouble(L"1.234,50 €", german), 1234.5);
-    EXPECT_EQ(ToDouble(L"-€1", german), -1.0);
-    EXPECT_EQ(ToDouble(L"€-1", german), -1.0);
-    EXPECT_EQ(ToDouble(L"1 € -", german), -1.0);
-    EXPECT_EQ(ToDouble(L"$(1)", point), -1.0);
-    EXPECT_EQ(ToDouble(L"($1)", point), -1.0);
-    EXPECT_EQ(ToDouble(L"(1$)", point), -1.0);
-    EXPECT_EQ(ToDouble(L"1e5$", point), 1e5);
+    expectNumbers(german, {{L"€ 1.234,50", 1234.5}, {L"1.234,50 €", 1234.5}, {L"-€1", -1.0}});
+    expectNumbers(german, {{L"€-1", -1.0}, {L"1 € -", -1.0}});
+    expectNumbers(point, {{L"$(1)", -1.0}, {L"($1)", -1.0}, {L"(1$)", -1.0}, {L"1e5$", 1e5}});
     EXPECT_FALSE(IsNumeric(L"$1", german));
-    EXPECT_FALSE(IsNumeric(L"€1", point));
-    EXPECT_FALSE(IsNumeric(L"$$1", point));
-    EXPECT_FALSE(IsNumeric(L"$1$", point));
+    for (const wchar_t* text : {L"€1", L"$$1", L"$1$"})
+        EXPECT_FALSE(IsNumeric(text, point)) << text;
 }
 
 TEST(ToDouble, AnAmountOfMoneyHasNoExponent) {
@@ -208,9 +195,7 @@ TEST(ToDouble, ACurrencySymbolMayHaveSeveralLetters) {
 
 TEST(ToDouble, AcceptsTheMarksOfCurrencyAmountsToo) {
     const NumberLocale locale{L".", L",", L"kr", L"!", L"'"};
-    EXPECT_EQ(ToDouble(L"1'000!5", locale), 1000.5);
-    EXPECT_EQ(ToDouble(L"kr 1'000.5", locale), 1000.5);
-    EXPECT_EQ(ToDouble(L"!5", locale), 0.5);
+    expectNumbers(locale, {{L"1'000!5", 1000.5}, {L"kr 1'000.5", 1000.5}, {L"!5", 0.5}});
     EXPECT_FALSE(IsNumeric(L"1.000!5", locale));
 }
 
@@ -224,10 +209,8 @@ TEST(ToDouble, TheMarksOfNumbersWinOverThoseOfAmounts) {
 
 TEST(ToDouble, AnOrdinaryBlankStandsForTheUnbreakableGroupingBlank) {
     const NumberLocale locale = withGrouping(L"\u00A0");
-    EXPECT_EQ(ToDouble(L"1 000,5", locale), 1000.5);
-    EXPECT_EQ(ToDouble(L"1\u00A0000,5", locale), 1000.5);
-    EXPECT_EQ(ToDouble(L" 1 000 ", locale), 1000.0);
-    EXPECT_EQ(ToDouble(L"1 -", locale), -1.0);
+    expectNumbers(locale, {{L"1 000,5", 1000.5}, {L"1\u00A0000,5", 1000.5}, {L" 1 000 ", 1000.0}});
+    expectNumbers(locale, {{L"1 -", -1.0}});
     EXPECT_FALSE(IsNumeric(L"1\u202F000", locale));
     EXPECT_EQ(ToDouble(L"1 000", withGrouping(L" ")), 1000.0);
     EXPECT_FALSE(IsNumeric(L"1\u00A0000", withGrouping(L" ")));
@@ -248,17 +231,10 @@ TEST(ToDouble, AMarkOfSeveralCharactersRoundTrips) {
 }
 
 TEST(ToDouble, ReadsHexadecimalAndOctalPatternsOf32Bits) {
-    EXPECT_EQ(ToDouble(L"&H10", german), 16.0);
-    EXPECT_EQ(ToDouble(L"&hff", german), 255.0);
-    EXPECT_EQ(ToDouble(L" &H00FF ", german), 255.0);
-    EXPECT_EQ(ToDouble(L"&O17", german), 15.0);
-    EXPECT_EQ(ToDouble(L"&o7", german), 7.0);
-    EXPECT_EQ(ToDouble(L"&HFFFF", german), 65535.0);
-    EXPECT_EQ(ToDouble(L"&H7FFFFFFF", german), 2147483647.0);
-    EXPECT_EQ(ToDouble(L"&H80000000", german), -2147483648.0);
-    EXPECT_EQ(ToDouble(L"&HFFFFFFFF", german), -1.0);
-    EXPECT_EQ(ToDouble(L"-&HFF", german), -255.0);
-    EXPECT_EQ(ToDouble(L"(&HFF)", german), -255.0);
+    expectNumbers(german, {{L"&H10", 16.0}, {L"&hff", 255.0}, {L" &H00FF ", 255.0}});
+    expectNumbers(german, {{L"&O17", 15.0}, {L"&o7", 7.0}, {L"&HFFFF", 65535.0}});
+    expectNumbers(german, {{L"&H7FFFFFFF", 2147483647.0}, {L"&H80000000", -2147483648.0}});
+    expectNumbers(german, {{L"&HFFFFFFFF", -1.0}, {L"-&HFF", -255.0}, {L"(&HFF)", -255.0}});
     for (const wchar_t* text : {L"&HG", L"&O8", L"&O78", L"&H FF", L"& HFF", L"&HF.F", L"&HF,F",
                                 L"&HFF&", L"&10", L"&B1", L"€&HFF", L"&HFF€"})
         EXPECT_FALSE(IsNumeric(text, german)) << text;
@@ -274,12 +250,12 @@ TEST(ToDouble, TheTextEndsAtANullCharacter) {
 }
 
 TEST(ToDouble, RoundsToTheNearestFloat) {
-    EXPECT_EQ(ToDouble(L"9007199254740993", point), 9007199254740992.0);
-    EXPECT_EQ(ToDouble(L"9007199254740993.0000000000000000000000001", point), 9007199254740994.0);
-    EXPECT_EQ(ToDouble(L"1.7976931348623157e308", point), std::numeric_limits<double>::max());
-    EXPECT_EQ(ToDouble(L"2.2250738585072014e-308", point), std::numeric_limits<double>::min());
-    EXPECT_EQ(ToDouble(L"4.9e-324", point), std::numeric_limits<double>::denorm_min());
-    EXPECT_EQ(ToDouble(L"0.30000000000000004", point), 0.1 + 0.2);
+    expectNumbers(point, {{L"9007199254740993", 9007199254740992.0}});
+    expectNumbers(point, {{L"9007199254740993.0000000000000000000000001", 9007199254740994.0}});
+    expectNumbers(point, {{L"1.7976931348623157e308", std::numeric_limits<double>::max()}});
+    expectNumbers(point, {{L"2.2250738585072014e-308", std::numeric_limits<double>::min()}});
+    expectNumbers(point, {{L"4.9e-324", std::numeric_limits<double>::denorm_min()}});
+    expectNumbers(point, {{L"0.30000000000000004", 0.1 + 0.2}});
     // Halfway between 1 and its neighbour, and just beyond: the last of many digits decides.
     const std::wstring halfway = L"1.00000000000000011102230246251565404236316680908203125";
     EXPECT_EQ(ToDouble(halfway, point), 1.0);
@@ -307,10 +283,8 @@ TEST(ToDouble, TooLargeIsAnOverflowAndNotNumeric) {
 }
 
 TEST(ToDouble, TooSmallIsZero) {
-    EXPECT_EQ(ToDouble(L"1e-400", point), 0.0);
-    EXPECT_EQ(ToDouble(L"1e-99999999999999999999999999", point), 0.0);
-    EXPECT_EQ(ToDouble(L"1e-324", point), 0.0);
-    EXPECT_EQ(ToDouble(L"0e99999", point), 0.0);
+    expectNumbers(point, {{L"1e-400", 0.0}, {L"1e-99999999999999999999999999", 0.0}});
+    expectNumbers(point, {{L"1e-324", 0.0}, {L"0e99999", 0.0}});
 }
 
 TEST(ToDouble, ATextThatIsNoNumberIsATypeMismatch) {
@@ -375,11 +349,8 @@ TEST(RoundToInteger, KeepsTheLimitsOf16Bits) {
 TEST(FromDouble, ShowsAsManyDecimalsAsNeededUnderTheUsersMark) {
     EXPECT_EQ(FromDouble(12.5, german), L"12,5");
     EXPECT_EQ(FromDouble(12.5, point), L"12.5");
-    EXPECT_EQ(FromDouble(7.0, german), L"7");
-    EXPECT_EQ(FromDouble(-7.25, german), L"-7,25");
-    EXPECT_EQ(FromDouble(1234567.0, german), L"1234567");
-    EXPECT_EQ(FromDouble(0.5, german), L"0,5");
-    EXPECT_EQ(FromDouble(100.0, german), L"100");
+    expectTexts(german, {{7.0, L"7"}, {-7.25, L"-7,25"}, {1234567.0, L"1234567"}, {0.5, L"0,5"}});
+    expectTexts(german, {{100.0, L"100"}});
 }
 
 TEST(FromDouble, ZeroHasNoSign) {
@@ -388,33 +359,25 @@ TEST(FromDouble, ZeroHasNoSign) {
 }
 
 TEST(FromDouble, ShowsFifteenSignificantDigits) {
-    EXPECT_EQ(FromDouble(1.0 / 3.0, german), L"0,333333333333333");
-    EXPECT_EQ(FromDouble(2.0 / 3.0, german), L"0,666666666666667");
-    EXPECT_EQ(FromDouble(0.1 + 0.2, german), L"0,3");
-    EXPECT_EQ(FromDouble(1.0 / 300.0, point), L"0.00333333333333333");
-    EXPECT_EQ(FromDouble(123456789012345.6, point), L"123456789012346");
-    EXPECT_EQ(FromDouble(12345678901234.56, point), L"12345678901234.6");
+    expectTexts(german, {{1.0 / 3.0, L"0,333333333333333"}, {2.0 / 3.0, L"0,666666666666667"}});
+    expectTexts(german, {{0.1 + 0.2, L"0,3"}});
+    expectTexts(point, {{1.0 / 300.0, L"0.00333333333333333"}});
+    expectTexts(point, {{123456789012345.6, L"123456789012346"}});
+    expectTexts(point, {{12345678901234.56, L"12345678901234.6"}});
 }
 
 TEST(FromDouble, TurnsToExponentsForVeryLargeAndVerySmallNumbers) {
-    EXPECT_EQ(FromDouble(1e14, german), L"100000000000000");
-    EXPECT_EQ(FromDouble(1e15, german), L"1E+15");
-    EXPECT_EQ(FromDouble(999999999999999.0, german), L"999999999999999");
-    EXPECT_EQ(FromDouble(999999999999999.5, german), L"1E+15");
-    EXPECT_EQ(FromDouble(-1.5e300, german), L"-1,5E+300");
-    EXPECT_EQ(FromDouble(0.0001, german), L"0,0001");
-    EXPECT_EQ(FromDouble(0.00001, german), L"1E-05");
-    EXPECT_EQ(FromDouble(1.25e-7, german), L"1,25E-07");
-    EXPECT_EQ(FromDouble(1e-100, german), L"1E-100");
+    expectTexts(german, {{1e14, L"100000000000000"}, {1e15, L"1E+15"}});
+    expectTexts(german, {{999999999999999.0, L"999999999999999"}, {999999999999999.5, L"1E+15"}});
+    expectTexts(german, {{-1.5e300, L"-1,5E+300"}, {0.0001, L"0,0001"}, {0.00001, L"1E-05"}});
+    expectTexts(german, {{1.25e-7, L"1,25E-07"}, {1e-100, L"1E-100"}});
     EXPECT_EQ(FromDouble(std::numeric_limits<double>::denorm_min(), point),
               L"4.94065645841247E-324");
 }
 
 TEST(FromDouble, NamesWhatIsNoNumber) {
     const double infinity = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(FromDouble(infinity, german), L"INF");
-    EXPECT_EQ(FromDouble(-infinity, german), L"-INF");
-    EXPECT_EQ(FromDouble(std::nan(""), german), L"NAN");
+    expectTexts(german, {{infinity, L"INF"}, {-infinity, L"-INF"}, {std::nan(""), L"NAN"}});
 }
 
 TEST(FromDoubleInvariant, UsesThePointUnderEveryLocale) {

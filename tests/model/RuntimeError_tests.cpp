@@ -51,14 +51,4 @@ TEST(RuntimeError, RendersAsPlainAsciiForTools) {
                  "runtime error 1000: Groesse AeOeUe aeoeue ?");
 }
 
-TEST(RuntimeError, IsCaughtAsAStandardException) {
-    bool caught = false;
-    try {
-        throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    } catch (const std::exception& error) {
-        caught = std::string(error.what()).find("runtime error 9") == 0;
-    }
-    EXPECT_TRUE(caught);
-}
-
 } // namespace kalvrooms

@@ -263,19 +263,6 @@ TEST(clsFloor, ADeletedRoomLivesAsLongAsItsHolder) {
     EXPECT_EQ(stored->Name(), L"A");
 }
 
-TEST(clsFloor, ReleasesItsRoomsWhenItGoes) {
-    std::weak_ptr<clsRoom> watched;
-    {
-        clsFloor floor;
-        clsRoom room;
-        floor.AddRooms(room, 1);
-        std::shared_ptr<clsRoom> stored;
-        floor.GetRoomByID(2, stored);
-        watched = stored;
-    }
-    EXPECT_TRUE(watched.expired());
-}
-
 TEST(clsFloor, AnOverflowOfTheNumberingKeepsWhatCameBeforeIt) {
     clsFloor floor;
     clsRoom room = named(L"R2147483646");

@@ -151,21 +151,6 @@ TEST(clsFloors, ARoomWithoutStoreyIsUnassigned) {
     EXPECT_TRUE(byID);
 }
 
-TEST(clsFloors, AnEmptyNameIsNumberedFromTheSecondCopyOn) {
-    clsFloors floors;
-    clsRoom room = roomOf(L"EG", L"");
-    floors.AddRooms(room, 2);
-    clsRoom first;
-    clsRoom second;
-    floors.GetRoomByIndex(1, first);
-    floors.GetRoomByIndex(2, second);
-    EXPECT_EQ(first.ID(), 2);
-    EXPECT_EQ(first.Name(), L"");
-    EXPECT_EQ(second.ID(), 3);
-    EXPECT_EQ(second.Name(), L"3");
-    EXPECT_EQ(room.Name(), L"4");
-}
-
 TEST(clsFloors, EveryStoreyCountsItsOwnIDs) {
     clsFloors floors;
     add(floors, L"EG", L"A", 2);
@@ -184,18 +169,6 @@ TEST(clsFloors, AQuantityBelowOneCreatesTheStoreyOnly) {
     add(floors, L"OG", L"B");
     EXPECT_EQ(floors.GetCountOfFloors(), 2);
     EXPECT_EQ(nameAt(floors, 1), L"B");
-}
-
-TEST(clsFloors, ARoomOfTheListIsNeverNew) {
-    clsFloors floors;
-    clsRoom room = roomOf(L"EG", L"A");
-    room.IsNew(true);
-    floors.AddRooms(room, 1);
-    clsRoom copy;
-    copy.IsNew(true);
-    floors.GetRoomByIndex(1, copy);
-    EXPECT_FALSE(copy.IsNew());
-    EXPECT_TRUE(room.IsNew());
 }
 
 TEST(clsFloors, AnIndexBeyondTheTotalCopiesNothing) {
@@ -218,17 +191,6 @@ TEST(clsFloors, AnIndexBelowOneRaisesAsSoonAsThereIsAStorey) {
     add(floors, L"EG", L"A", 3);
     EXPECT_EQ(errorOf([&] { floors.GetRoomByIndex(0, room); }), RuntimeError::SubscriptOutOfRange);
     EXPECT_EQ(errorOf([&] { floors.GetRoomByIndex(-7, room); }), RuntimeError::SubscriptOutOfRange);
-}
-
-TEST(clsFloors, GetRoomByIDHandsOutTheStoredRoom) {
-    clsFloors floors;
-    add(floors, L"EG", L"A");
-    add(floors, L"OG", L"B", 2);
-    std::shared_ptr<clsRoom> stored;
-    floors.GetRoomByID(L"OG", 2, stored);
-    ASSERT_TRUE(stored);
-    stored->Name(L"changed");
-    EXPECT_EQ(nameAt(floors, 2), L"changed");
 }
 
 TEST(clsFloors, GetRoomByIDLeavesTheReferenceForAnUnknownRoom) {
@@ -257,13 +219,6 @@ TEST(clsFloors, AStoredRoomIsFoundInTheStoreyItWasAddedTo) {
     EXPECT_FALSE(again);
     floors.GetRoomByID(L"EG", 2, again);
     EXPECT_EQ(again, stored);
-}
-
-TEST(clsFloors, DeleteRoomRemovesOneRoom) {
-    clsFloors floors;
-    add(floors, L"EG", L"1", 3);
-    floors.DeleteRoom(L"eg", 3);
-    EXPECT_EQ(namesOf(floors), (Names{L"1", L"3"}));
 }
 
 TEST(clsFloors, AStoreyThatBecomesEmptyStays) {
@@ -400,18 +355,6 @@ TEST(clsFloors, RandomChangesAndReadsAgreeWithAPlainList) {
         }
     }
     EXPECT_EQ(floors.GetCountOfFloors(), 12);
-}
-
-TEST(clsFloors, ReleasesItsRoomsWhenItGoes) {
-    std::weak_ptr<clsRoom> watched;
-    {
-        clsFloors floors;
-        add(floors, L"EG", L"A");
-        std::shared_ptr<clsRoom> stored;
-        floors.GetRoomByID(L"EG", 2, stored);
-        watched = stored;
-    }
-    EXPECT_TRUE(watched.expired());
 }
 
 } // namespace kalvrooms

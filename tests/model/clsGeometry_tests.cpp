@@ -23,6 +23,10 @@ class GeometryWithDecimalComma : public testing::Test {
 } // namespace
 
 TEST(clsGeometry, StoresTypeAndValueUnchanged) {
+    EXPECT_EQ(CalculationByDx, L"CalculationByDx"); // as in the files
+    EXPECT_EQ(CalculationByDy, L"CalculationByDy");
+    EXPECT_EQ(CalculationByRatio, L"CalculationByRatio");
+    EXPECT_EQ(CalculationByFile, L"CalculationByFile");
     clsGeometry g;
     g.SetTypeAndValue(L"  any word ", L" 1 ,x ");
     std::wstring type;
@@ -32,13 +36,6 @@ TEST(clsGeometry, StoresTypeAndValueUnchanged) {
     EXPECT_EQ(value, L" 1 ,x ");
     EXPECT_EQ(g.CalculationType(), L"  any word ");
     EXPECT_EQ(g.CalculationValue(), L" 1 ,x ");
-}
-
-TEST(clsGeometry, TypeWordsAreThoseOfTheFiles) {
-    EXPECT_EQ(CalculationByDx, L"CalculationByDx");
-    EXPECT_EQ(CalculationByDy, L"CalculationByDy");
-    EXPECT_EQ(CalculationByRatio, L"CalculationByRatio");
-    EXPECT_EQ(CalculationByFile, L"CalculationByFile");
 }
 
 TEST(clsGeometry, ANewRoomsGeometryIsASquareOfFourByFour) {
@@ -106,12 +103,9 @@ TEST(clsGeometry, ReadingASideTurnsAValueWithoutNumberIntoARatioForGood) {
         EXPECT_EQ(g.dy(), 5.0);
         EXPECT_EQ(g.Info(), L"rechteckig");
     }
-}
-
-TEST(clsGeometry, ReadingDyHasTheSameEffect) {
-    clsGeometry g = geometry(CalculationByDy, L"", 25.0);
-    EXPECT_EQ(g.dy(), 5.0);
-    EXPECT_EQ(g.CalculationType(), CalculationByRatio);
+    clsGeometry empty = geometry(CalculationByDy, L"", 25.0);
+    EXPECT_EQ(empty.dy(), 5.0);
+    EXPECT_EQ(empty.CalculationType(), CalculationByRatio);
 }
 
 TEST(clsGeometry, InfoNeverChangesTheType) {
@@ -216,54 +210,35 @@ TEST(clsGeometry, TheValueFollowsTheDecimalPointToo) {
     EXPECT_EQ(geometry(CalculationByDx, L"2,5", 10.0).dx(), 25.0);
 }
 
-TEST(clsGeometry, SetAspectRatioOfEqualSidesIsASquare) {
+TEST(clsGeometry, SetAspectRatioPrefersAPositiveDxAndMakesEqualSidesASquare) {
+    struct Case {
+        const wchar_t* dx;
+        const wchar_t* dy;
+        std::wstring type;
+        const wchar_t* value;
+    };
+    const Case cases[] = {{L"4", L"4", CalculationByRatio, L"1"},
+                          {L"0", L"0", CalculationByRatio, L"1"},
+                          {L"", L"", CalculationByRatio, L"1"},
+                          {L"abc", L"", CalculationByRatio, L"1"},
+                          {L"4", L" 4.0 ", CalculationByRatio, L"1"},
+                          {L"-3", L"-3", CalculationByRatio, L"1"},
+                          {L"-2", L"0", CalculationByRatio, L"1"},
+                          {L"-2", L"-3", CalculationByRatio, L"1"},
+                          {L" 4 ", L"7", CalculationByDx, L" 4 "},
+                          {L"4", L"-7", CalculationByDx, L"4"},
+                          {L"4", L"abc", CalculationByDx, L"4"},
+                          {L"4", L"4.000000000001", CalculationByDx, L"4"},
+                          {L"0.001", L"7", CalculationByDx, L"0.001"},
+                          {L"0", L"7", CalculationByDy, L"7"},
+                          {L"-1", L" 7 ", CalculationByDy, L" 7 "},
+                          {L"-1", L"0.001", CalculationByDy, L"0.001"}};
     clsGeometry g;
-    for (const auto& [dx, dy] : {std::pair{L"4", L"4"},
-                                 {L"0", L"0"},
-                                 {L"", L""},
-                                 {L"abc", L""},
-                                 {L"4", L" 4.0 "},
-                                 {L"-3", L"-3"}}) {
+    for (const auto& [dx, dy, type, value] : cases) {
         g.SetAspectRatio(dx, dy);
-        EXPECT_EQ(g.CalculationType(), CalculationByRatio) << dx;
-        EXPECT_EQ(g.CalculationValue(), L"1") << dx;
+        EXPECT_EQ(g.CalculationType(), type) << dx << " " << dy;
+        EXPECT_EQ(g.CalculationValue(), value) << dx << " " << dy;
     }
-}
-
-TEST(clsGeometry, SetAspectRatioPrefersAPositiveDx) {
-    clsGeometry g;
-    g.SetAspectRatio(L" 4 ", L"7");
-    EXPECT_EQ(g.CalculationType(), CalculationByDx);
-    EXPECT_EQ(g.CalculationValue(), L" 4 ");
-    g.SetAspectRatio(L"4", L"-7");
-    EXPECT_EQ(g.CalculationType(), CalculationByDx);
-    g.SetAspectRatio(L"4", L"abc");
-    EXPECT_EQ(g.CalculationType(), CalculationByDx);
-    g.SetAspectRatio(L"4", L"4.000000000001");
-    EXPECT_EQ(g.CalculationType(), CalculationByDx);
-    g.SetAspectRatio(L"0.001", L"7");
-    EXPECT_EQ(g.CalculationType(), CalculationByDx);
-}
-
-TEST(clsGeometry, SetAspectRatioTakesDyWhenDxIsNotPositive) {
-    clsGeometry g;
-    g.SetAspectRatio(L"0", L"7");
-    EXPECT_EQ(g.CalculationType(), CalculationByDy);
-    EXPECT_EQ(g.CalculationValue(), L"7");
-    g.SetAspectRatio(L"-1", L" 7 ");
-    EXPECT_EQ(g.CalculationType(), CalculationByDy);
-    EXPECT_EQ(g.CalculationValue(), L" 7 ");
-    g.SetAspectRatio(L"-1", L"0.001");
-    EXPECT_EQ(g.CalculationType(), CalculationByDy);
-}
-
-TEST(clsGeometry, SetAspectRatioWithoutPositiveSideIsASquare) {
-    clsGeometry g;
-    g.SetAspectRatio(L"-2", L"0");
-    EXPECT_EQ(g.CalculationType(), CalculationByRatio);
-    EXPECT_EQ(g.CalculationValue(), L"1");
-    g.SetAspectRatio(L"-2", L"-3");
-    EXPECT_EQ(g.CalculationType(), CalculationByRatio);
 }
 
 TEST(clsGeometry, DefaultValuesAreTheComputedSides) {

@@ -80,17 +80,9 @@ TEST(GridCells, StaysWholeWhenThereIsNoMemoryForAnotherShape) {
         for (int row = 0; row < 4; ++row)
             for (int column = 0; column < columns; ++column)
                 EXPECT_EQ(cells.Text(row, column), row == 1 && column == 1 ? text : L"");
+        EXPECT_EQ(cells.TextColour(0, 0), std::nullopt);
+        EXPECT_EQ(cells.CellAlignment(0, 0), Alignment::Left);
     }
-}
-
-TEST(GridCells, FillsNewCellsEmpty) {
-    GridCells cells;
-    cells.Resize(2, 3);
-    EXPECT_EQ(cells.Rows(), 2);
-    EXPECT_EQ(cells.Columns(), 3);
-    EXPECT_EQ(cells.Text(1, 2), L"");
-    EXPECT_EQ(cells.TextColour(1, 2), std::nullopt);
-    EXPECT_EQ(cells.CellAlignment(1, 2), Alignment::Left);
 }
 
 TEST(GridCells, KeepsWhatFitsWhenTheShapeChanges) {
