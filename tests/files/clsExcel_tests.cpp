@@ -520,6 +520,9 @@ TEST_P(Workbook, CostsOneCallMoreForEveryTextTooLongForABlock) {
     EXPECT_EQ(spreadsheets.Calls(), shortTexts + 3);
 }
 
+constexpr FaultMode allModes[] = {FaultMode::Fail, FaultMode::Exit, FaultMode::Empty,
+                                  FaultMode::Reject};
+
 TEST_P(Workbook, SurvivesAFailureOfAnyCallOfWriting) {
     addRooms(600);
     const auto before = contentsOf(floors);
@@ -532,19 +535,21 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfWriting) {
         const int calls = spreadsheets.Calls();
         const auto last = static_cast<std::size_t>(calls);
         ASSERT_EQ(spreadsheets.Log()[last - 1], "Quit");
-        for (const bool gone : {false, true}) {
+        for (const FaultMode mode : allModes) {
             for (int n = 1; n <= calls; ++n) {
                 spreadsheets.Files.clear();
                 if (!isNew)
                     put(2, 1, L"alt");
                 spreadsheets.ForgetCalls();
-                spreadsheets.FailAt(n, gone ? FaultMode::Exit : FaultMode::Fail);
+                spreadsheets.FailAt(n, mode);
                 EXPECT_NO_THROW(write(floors));
                 EXPECT_EQ(contentsOf(floors), before);
                 EXPECT_EQ(spreadsheets.OpenObjects(), 0);
                 EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
-                // What is on the disk is the old workbook or the whole new one.
-                if (spreadsheets.Files.contains(file) && at(2, 1) != CellValue(L"alt")) {
+                // What is on the disk is the old workbook or the whole new one, unless a call only
+                // seemed to have worked.
+                if (mode != FaultMode::Empty && spreadsheets.Files.contains(file) &&
+                    at(2, 1) != CellValue(L"alt")) {
                     clsFloors again;
                     spreadsheets.ForgetCalls();
                     read(again);
@@ -563,10 +568,10 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfReading) {
     read(whole);
     const auto complete = contentsOf(whole);
     const int calls = spreadsheets.Calls();
-    for (const bool gone : {false, true}) {
+    for (const FaultMode mode : allModes) {
         for (int n = 1; n <= calls; ++n) {
             spreadsheets.ForgetCalls();
-            spreadsheets.FailAt(n, gone ? FaultMode::Exit : FaultMode::Fail);
+            spreadsheets.FailAt(n, mode);
             clsFloors list;
             EXPECT_NO_THROW(read(list));
             const auto contents = contentsOf(list);
@@ -577,21 +582,6 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfReading) {
         }
     }
     EXPECT_TRUE(context.Headless.desktop.Messages().empty());
-}
-
-TEST_P(Workbook, TakesAnApplicationThatAnswersWithNothingForAFailure) {
-    addRooms(2);
-    write(floors);
-    for (int n = 1; n <= 8; ++n) {
-        spreadsheets.ForgetCalls();
-        spreadsheets.FailAt(n, FaultMode::Empty);
-        clsFloors list;
-        EXPECT_NO_THROW(read(list));
-        spreadsheets.ForgetCalls();
-        spreadsheets.FailAt(n, FaultMode::Empty);
-        EXPECT_NO_THROW(write(floors));
-        EXPECT_EQ(spreadsheets.OpenObjects(), 0);
-    }
 }
 
 // ------------------------------------------------------------------------- the user's own
