@@ -34,7 +34,7 @@ FileKind kindOfJson(const std::string& bytes) {
 }
 
 FileKind kindOfContents(const FileArgument& file, const std::string& bytes) {
-    if (ifc::IsModel(bytes))
+    if (ifc::IsModel(bytes) || endsWith(file, L".ifc"))
         return FileKind::Model;
     switch (FormOf(bytes)) {
     case ListForm::Json:

@@ -33,11 +33,14 @@ namespace {
 
 // The language is needed before the options are described in it.
 bool isGerman(const std::vector<std::string>& arguments, const Console& console) {
+    const auto asked = [](const std::string& language) {
+        return !EqualsIgnoringCase(FromUtf8(language), L"en");
+    };
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         if (arguments[i] == "--lang" && i + 1 < arguments.size())
-            return arguments[i + 1] != "en";
+            return asked(arguments[i + 1]);
         if (arguments[i].starts_with("--lang="))
-            return arguments[i] != "--lang=en";
+            return asked(arguments[i].substr(7));
     }
     return console.german;
 }
@@ -81,6 +84,22 @@ void countCorners(Table& table) {
             if (cell.is_array())
                 cell = cell.size();
 }
+
+// While it lives, the user writes numbers as the list does.
+class UserMarks {
+  public:
+    UserMarks(const NumberLocale& now, const NumberLocale& later) : later_(later) { handIn(now); }
+    ~UserMarks() { handIn(later_); }
+    UserMarks(const UserMarks&) = delete;
+    UserMarks& operator=(const UserMarks&) = delete;
+
+    static void handIn(const NumberLocale& marks) {
+        HandInUserLocale([marks] { return marks; });
+    }
+
+  private:
+    const NumberLocale later_;
+};
 
 class Qto {
   public:
@@ -153,7 +172,8 @@ class Qto {
                 message.replace(at, std::char_traits<char>::length(english), german);
         return message;
     }
-    // The descriptions say the words themselves.
+    // The descriptions say the words themselves. As a transformation, so that they arrive in small
+    // letters.
     static CLI::Validator oneOf(const std::vector<std::string>& words) {
         return CLI::IsMember(words, CLI::ignore_case).description("");
     }
@@ -186,7 +206,7 @@ class Qto {
         app_.add_option("--completion", completion_,
                         say_("schreibt die Vervollständigung für die Shell",
                              "writes the completion for the shell"))
-            ->check(oneOf({"bash"}))
+            ->transform(oneOf({"bash"}))
             ->type_name("bash");
         language(app_);
 
@@ -266,13 +286,13 @@ class Qto {
         const std::string group = EveryCommand(say_);
         sub->add_option("--encoding", encoding_,
                         say_("Zeichen der Textliste", "characters of the text list"))
-            ->check(oneOf({"1252", "utf-8"}))
+            ->transform(oneOf({"1252", "utf-8"}))
             ->type_name("1252|utf-8")
             ->group(group);
         sub->add_option("--locale", locale_,
                         say_("Zahlen der Liste: de mit Komma, en mit Punkt",
                              "numbers of the list: de with a comma, en with a point"))
-            ->check(oneOf({"de", "en"}))
+            ->transform(oneOf({"de", "en"}))
             ->type_name("de|en")
             ->group(group);
         sub->add_option("--format", formats_,
@@ -288,7 +308,7 @@ class Qto {
     }
     void language(CLI::App& app) {
         app.add_option("--lang", language_, say_("Sprache: de oder en", "language: de or en"))
-            ->check(oneOf({"de", "en"}))
+            ->transform(oneOf({"de", "en"}))
             ->type_name("de|en");
     }
     void argument(CLI::App* sub, const FilePlace& place, const std::string& description) {
@@ -539,7 +559,10 @@ class Qto {
         placement_.block = !single_;
         ConsoleServices services(say_);
         clsFloors floors;
-        FillFloors(floors, rows, localeOf(rows), folderOf(list_.name));
+        const NumberLocale locale = localeOf(rows);
+        // The sides stay texts until the bridge asks for them.
+        const UserMarks marks(locale, console_.locale);
+        FillFloors(floors, rows, locale, folderOf(list_.name));
         WrittenRooms written;
         {
             const Busy busy(console_, say_("erzeugt Räume", "creating rooms"));
@@ -594,7 +617,7 @@ class Qto {
 } // namespace
 
 int RunQto(const std::vector<std::string>& arguments, const Console& console) {
-    HandInUserLocale([locale = console.locale] { return locale; });
+    UserMarks::handIn(console.locale);
     return Qto(console, isGerman(arguments, console)).run(arguments);
 }
 

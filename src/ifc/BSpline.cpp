@@ -32,15 +32,13 @@ std::size_t degreeOf(const Instance& curve) {
 std::vector<double> bezierKnots(std::size_t points, std::size_t degree) {
     std::vector<double> knots(degree + 1, 0.0);
     double value = 1.0;
-    for (std::size_t i = degree; i + 1 < points; i += degree, value += 1.0)
+    for (std::size_t i = degree; i < points; i += degree, value += 1.0)
         knots.insert(knots.end(), degree, value);
     knots.push_back(knots.back());
     return knots;
 }
 
-std::vector<double> readKnots(const Instance& curve, std::size_t points, std::size_t degree) {
-    if (isBezier(curve))
-        return bezierKnots(points, degree);
+std::vector<double> listedKnots(const Instance& curve, std::size_t points, std::size_t degree) {
     std::vector<double> knots;
     Value::Iterator value = curve[6].begin();
     for (const Value multiplicity : curve[5]) {
@@ -51,6 +49,12 @@ std::vector<double> readKnots(const Instance& curve, std::size_t points, std::si
         knots.insert(knots.end(), static_cast<std::size_t>(times), (*value).Untyped().Number());
         ++value;
     }
+    return knots;
+}
+
+std::vector<double> readKnots(const Instance& curve, std::size_t points, std::size_t degree) {
+    const std::vector<double> knots =
+        isBezier(curve) ? bezierKnots(points, degree) : listedKnots(curve, points, degree);
     if (knots.size() != points + degree + 1 || !std::is_sorted(knots.begin(), knots.end()))
         curve.Refuse("the knots do not fit the points");
     return knots;

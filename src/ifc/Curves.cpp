@@ -213,6 +213,23 @@ Polygon piece(const Polygon& chain, double from, double to) {
     return points;
 }
 
+// Whether one more of its parameter is the next of its points: the parameter of an arc is an angle.
+// For curves that were read before, so that they are made of finitely many.
+bool countsItsPoints(const Instance& curve) {
+    if (curve.Is("IFCPOLYLINE"))
+        return true;
+    if (curve.Is("IFCINDEXEDPOLYCURVE"))
+        return curve[1].IsNull();
+    if (!curve.Is("IFCCOMPOSITECURVE") && !curve.Is("IFC2DCOMPOSITECURVE"))
+        return false;
+    for (const Value member : curve[0]) {
+        const Instance segment = member.File().Get(member);
+        if (!segment.Is("IFCCOMPOSITECURVESEGMENT") || !countsItsPoints(segment.Follow(2)))
+            return false;
+    }
+    return true;
+}
+
 Polygon trimmedCurve(Geometry& geometry, const Instance& curve) {
     const Instance basis = curve.Follow(0);
     const bool preferParameter = !curve[4].IsNull() && curve[4].Word() != "CARTESIAN";
@@ -237,6 +254,8 @@ Polygon trimmedCurve(Geometry& geometry, const Instance& curve) {
         basis.Refuse("a curve that can be trimmed is expected");
     // A polyline counts its points; a spline was sampled in equal steps of its parameter.
     const auto range = SplineRange(basis);
+    if ((!from.point || !to.point) && !range && !countsItsPoints(basis))
+        curve.Refuse("points are expected where a curve of several kinds is trimmed");
     const auto place = [&](const Trim& trim) {
         if (trim.point)
             return nearest(chain, *trim.point);

@@ -99,7 +99,8 @@ class IndexedPoints {
   public:
     IndexedPoints(Geometry& geometry, const Instance& shape, std::size_t numbers)
         : geometry_(geometry), points_(geometry.PointList(shape.Follow(0))) {
-        if (shape[numbers].IsNull())
+        // The first IFC4 had numbers of normals in that place, in lists.
+        if (shape[numbers].IsNull() || shape[numbers][0].IsList())
             return;
         for (const Value number : shape[numbers])
             numbers_.push_back(indexOf(number, points_.size()));

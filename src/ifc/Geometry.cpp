@@ -60,8 +60,10 @@ int Geometry::ArcSteps(double radius, double angle) const {
 
 Geometry::Level::Level(Geometry& geometry, const Instance& shape, double scale)
     : geometry_(geometry), scale_(geometry.scale_) {
-    if (geometry_.depth_ >= deepest)
+    if (geometry_.depth_ >= deepest) {
+        geometry_.ended_ = true;
         shape.Refuse("the shape is made of too many shapes within each other");
+    }
     geometry_.Spend(shape.Arguments());
     ++geometry_.depth_;
     geometry_.scale_ = std::max(scale_ * scale, 1e-6);
@@ -75,9 +77,11 @@ Geometry::Level::~Level() {
 void Geometry::Spend(const Value& place, std::size_t points) {
     spent_ += points;
     spentInAll_ += points;
+    const bool tooManyInAll = spentInAll_ > mostPointsInAll + file.Text().size();
+    ended_ = ended_ || tooManyInAll || spent_ > mostPoints;
     if (spent_ > mostPoints)
         place.Refuse("the shape has too many points");
-    if (spentInAll_ > mostPointsInAll + file.Text().size())
+    if (tooManyInAll)
         place.Refuse("the shapes of the model have too many points");
 }
 

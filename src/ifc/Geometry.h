@@ -44,12 +44,18 @@ class Geometry {
     // Called for every point, so that a small file cannot ask for endless work.
     void Spend(const Value& place, std::size_t points = 1);
     // For the next shape.
-    void StartShape() { spent_ = 0; }
+    void StartShape() {
+        spent_ = 0;
+        ended_ = false;
+    }
+    // Whether a limit was reached: then nothing more of the shape is read.
+    bool ShapeEnded() const { return ended_; }
 
   private:
     Units units_;
     double scale_ = 1.0;
     int depth_ = 0;
+    bool ended_ = false;
     std::size_t spent_ = 0;
     std::size_t spentInAll_ = 0;
 };

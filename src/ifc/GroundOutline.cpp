@@ -4,8 +4,6 @@
 #include <cmath>
 #include <limits>
 
-#include "ifc/JoinOutlines.h"
-
 namespace kalvrooms::ifc {
 namespace {
 
@@ -83,7 +81,7 @@ void keepGround(std::vector<SeenFace>& faces) {
 
 } // namespace
 
-std::optional<Ground> GroundOutline(const std::vector<Part>& parts) {
+std::optional<Ground> GroundOutline(const std::vector<Part>& parts, const Spending& spend) {
     Ground ground;
     ground.bottom = std::numeric_limits<double>::max();
     ground.top = std::numeric_limits<double>::lowest();
@@ -105,7 +103,7 @@ std::optional<Ground> GroundOutline(const std::vector<Part>& parts) {
     // A single line that was left open means to be closed.
     if (polygons.empty() && lines.size() == 1 && lines.front().size() > 2)
         lines.front().push_back(lines.front().front());
-    const std::vector<Outline> outlines = JoinOutlines(polygons, lines);
+    const std::vector<Outline> outlines = JoinOutlines(polygons, lines, spend);
     if (outlines.empty())
         return std::nullopt;
     ground.outline = outlines.front();

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/HostApplication.h"
+#include "ifc/JoinOutlines.h"
 #include "ifc/Shapes.h"
 
 namespace kalvrooms::ifc {
@@ -21,6 +22,6 @@ struct Ground {
 // The flat faces at the lowest level of each part, joined. A part whose lowest faces are no ground
 // (a ramp, or a pit in the floor) is taken as a whole from above. Nothing where nothing encloses an
 // area.
-std::optional<Ground> GroundOutline(const std::vector<Part>& parts);
+std::optional<Ground> GroundOutline(const std::vector<Part>& parts, const Spending& spend);
 
 } // namespace kalvrooms::ifc

@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "ifc/GlobalId.h"
+#include "ifc/Names.h"
 #include "ifc/RoomWriter.h"
 #include "model/NumberText.h"
 #include "model/Utf8.h"
@@ -20,8 +21,6 @@ constexpr const wchar_t* occupancyName = L"Nutzen";
 // The name that writing looks for; the catalogue gives it to whoever reads, so that it stays.
 constexpr const wchar_t* areaTypeName = L"Flächenart_DIN277";
 
-// The host's texts are cut there on their way back.
-constexpr std::size_t longestHostText = 32;
 // What a point moves by on its way through a list.
 constexpr double samePlace = 1e-4;
 
@@ -29,29 +28,6 @@ constexpr double samePlace = 1e-4;
     const auto* step = dynamic_cast<const StepError*>(&error);
     throw ModelError(error.what(), step ? static_cast<int>(step->Line()) : 0,
                      step ? step->Trouble() : error.what());
-}
-
-// A list has one line for a room.
-std::wstring shown(std::wstring text) {
-    std::replace_if(
-        text.begin(), text.end(), [](wchar_t c) { return c < L' '; }, L' ');
-    return text;
-}
-
-// A list in an 8-bit code page has a question mark for every letter that it does not know.
-bool isLetterBy8Bits(wchar_t was, wchar_t is) {
-    return was == is || (is == L'?' && was > 0xFF);
-}
-
-// Whether a text came back as it was, as far as a list can hold it.
-bool isSame(const std::wstring& was, const std::wstring& is) {
-    const std::wstring whole = Trim(was);
-    const std::wstring cut = Trim(whole.substr(0, longestHostText));
-    const std::wstring now = Trim(is);
-    const auto equal = [&](const std::wstring& text) {
-        return std::equal(text.begin(), text.end(), now.begin(), now.end(), isLetterBy8Bits);
-    };
-    return equal(whole) || equal(cut);
 }
 
 // A point file loses the sign in front of a whole part of 0.
@@ -87,7 +63,7 @@ RoomChange changeOf(const Element& was, const Element& is) {
     RoomChange change;
     const auto compare = [](std::optional<std::wstring>& text, const std::wstring& before,
                             const std::wstring& now) {
-        if (!isSame(before, now))
+        if (!IsSameInList(before, now))
             text = now;
     };
     compare(change.name, was.name, is.name);
@@ -158,14 +134,14 @@ IfcDrawing::IfcDrawing(ModelBytes text) {
 Element IfcDrawing::elementOf(const Room& room) const {
     Element element;
     element.identity = {room.componentId, 1, room.globalId};
-    element.name = shown(room.name);
-    element.function = shown(room.function);
-    element.storey = shown(room.storeyName);
+    element.name = InOneLine(room.name);
+    element.function = InOneLine(room.function);
+    element.storey = InOneLine(room.storeyName);
     element.outline = shown(room.outline);
     element.attributes = {{areaName, room.squareMetres},
-                          {enclosureName, shown(room.properties.enclosure.text)},
-                          {occupancyName, shown(room.properties.occupancy.text)},
-                          {areaTypeName, shown(room.properties.areaType.text)}};
+                          {enclosureName, InOneLine(room.properties.enclosure.text)},
+                          {occupancyName, InOneLine(room.properties.occupancy.text)},
+                          {areaTypeName, InOneLine(room.properties.areaType.text)}};
     return element;
 }
 
@@ -175,7 +151,7 @@ Drawing IfcDrawing::Read() const {
         const Instance project = file_->Get(id);
         for (const std::size_t name : {2, 5})
             if (project[name].IsText() && !project[name].RawText().empty())
-                drawing.project.name = shown(project[name].Text());
+                drawing.project.name = InOneLine(project[name].Text());
     }
     drawing.project.folder = path_.parent_path().wstring();
     drawing.attributeNames[AreaTypeNumber] = areaTypeName;

@@ -17,6 +17,9 @@ constexpr double leastArea = 1e-4;
 // Beyond that crossings are not looked for: it would take too long.
 constexpr std::size_t mostCrossingEdges = 6000;
 constexpr std::size_t mostBorders = 200;
+// A crossing takes as long as four points of a shape, and so many looks at two edges as one.
+constexpr std::size_t crossingCost = 4;
+constexpr std::size_t looksPerPoint = 8;
 
 using Vertex = std::uint32_t;
 using Edge = std::pair<Vertex, Vertex>;
@@ -69,6 +72,8 @@ class Vertices {
 // The edges of all polygons and lines, cut where they meet.
 class Network {
   public:
+    explicit Network(const Spending& spend) : spend_(spend) {}
+
     // An edge between two polygons that stand on its two sides is no border of anything.
     void AddPolygon(Outline polygon) {
         if (SignedArea(polygon) < 0.0)
@@ -129,8 +134,12 @@ class Network {
         std::vector<Cuts> cuts(edges.size());
         for (std::size_t i = 0; i < edges.size(); ++i) {
             const double end = right(edges[i]) + near;
-            for (std::size_t j = i + 1; j < edges.size() && left(edges[j]) <= end; ++j)
-                meet(edges[i], edges[j], cuts[i], cuts[j]);
+            std::size_t crossings = 0;
+            std::size_t j = i + 1;
+            for (; j < edges.size() && left(edges[j]) <= end; ++j)
+                crossings += meet(edges[i], edges[j], cuts[i], cuts[j]) ? 1 : 0;
+            if (spend_)
+                spend_(crossings * crossingCost + (j - i) / looksPerPoint);
         }
         edges_.clear();
         for (std::size_t i = 0; i < edges.size(); ++i) {
@@ -159,14 +168,15 @@ class Network {
         return true;
     }
 
-    void meet(const Edge& e, const Edge& f, Cuts& cutsOfE, Cuts& cutsOfF) {
+    // Whether they cross between their ends.
+    bool meet(const Edge& e, const Edge& f, Cuts& cutsOfE, Cuts& cutsOfF) {
         const Point a = vertices_[e.first];
         const Point b = vertices_[e.second];
         const Point c = vertices_[f.first];
         const Point d = vertices_[f.second];
         if (std::max(a.y, b.y) + near < std::min(c.y, d.y) ||
             std::max(c.y, d.y) + near < std::min(a.y, b.y))
-            return;
+            return false;
         bool touch = cutAt(e, f.first, cutsOfE);
         touch = cutAt(e, f.second, cutsOfE) || touch;
         touch = cutAt(f, e.first, cutsOfF) || touch;
@@ -176,11 +186,12 @@ class Network {
         const double ofC = cross(a, b, c);
         const double ofD = cross(a, b, d);
         if (touch || (ofA > 0.0) == (ofB > 0.0) || (ofC > 0.0) == (ofD > 0.0))
-            return;
+            return false;
         const double part = ofA / (ofA - ofB);
         const Vertex vertex = vertices_.Find({a.x + (b.x - a.x) * part, a.y + (b.y - a.y) * part});
         cutsOfE.emplace(part, vertex);
         cutsOfF.emplace(ofC / (ofC - ofD), vertex);
+        return true;
     }
 
     std::vector<Vertex> leftmostOfEachPiece() const {
@@ -259,6 +270,7 @@ class Network {
         close(0);
     }
 
+    const Spending& spend_;
     Vertices vertices_;
     std::set<Edge> edges_;
     // Counter-clockwise.
@@ -314,8 +326,8 @@ double SignedArea(const Outline& outline) {
 }
 
 std::vector<Outline> JoinOutlines(const std::vector<Outline>& polygons,
-                                  const std::vector<Outline>& lines) {
-    Network network;
+                                  const std::vector<Outline>& lines, const Spending& spend) {
+    Network network(spend);
     for (const Outline& polygon : polygons)
         network.AddPolygon(polygon);
     for (const Outline& line : lines)

@@ -1,6 +1,21 @@
 #include "ifc/Names.h"
 
+#include <algorithm>
+
+#include "model/NumberText.h"
+
 namespace kalvrooms::ifc {
+namespace {
+
+// The host's texts are cut there on their way back.
+constexpr std::size_t longestHostText = 32;
+
+// A list in an 8-bit code page has a question mark for every letter that it does not know.
+bool isLetterBy8Bits(wchar_t was, wchar_t is) {
+    return was == is || (is == L'?' && was > 0xFF);
+}
+
+} // namespace
 
 std::wstring PlainName(std::wstring_view name) {
     std::wstring plain;
@@ -18,6 +33,22 @@ std::wstring PlainName(std::wstring_view name) {
         else if (c > L' ' && c != L'_' && c != L'-' && c != L'.' && c != L'\x00A0')
             plain += c;
     return plain;
+}
+
+std::wstring InOneLine(std::wstring text) {
+    std::replace_if(
+        text.begin(), text.end(), [](wchar_t c) { return c < L' '; }, L' ');
+    return text;
+}
+
+bool IsSameInList(const std::wstring& was, const std::wstring& is) {
+    const std::wstring whole = Trim(InOneLine(was));
+    const std::wstring cut = Trim(whole.substr(0, longestHostText));
+    const std::wstring now = Trim(is);
+    const auto equal = [&](const std::wstring& text) {
+        return std::equal(text.begin(), text.end(), now.begin(), now.end(), isLetterBy8Bits);
+    };
+    return equal(whole) || equal(cut);
 }
 
 } // namespace kalvrooms::ifc

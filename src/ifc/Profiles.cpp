@@ -249,11 +249,15 @@ Outlines composite(Geometry& geometry, const Instance& profile) {
 
 // A mirrored profile derives its operator: the Y axis is the mirror.
 Outlines derived(Geometry& geometry, const Instance& profile) {
+    const Transform mirror{{-1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {}};
+    const Transform transform =
+        profile[3].IsReference() ? ReadOperator(geometry, profile.Follow(3)) : mirror;
+    const Geometry::Level level(geometry, profile,
+                                std::max(Length(transform.x), Length(transform.y)));
     Outlines outlines = ReadProfile(geometry, profile.Follow(2));
     for (const Polygon& outline : outlines)
         geometry.Spend(profile.Arguments(), outline.size());
-    const Transform mirror{{-1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {}};
-    place(outlines, profile[3].IsReference() ? ReadOperator(geometry, profile.Follow(3)) : mirror);
+    place(outlines, transform);
     return outlines;
 }
 

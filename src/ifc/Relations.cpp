@@ -42,15 +42,24 @@ void Relations::each(const char* keyword, Read read) {
     }
 }
 
-template <class Found>
-void Relations::eachSpaceOf(const Value& list, Found found) const {
-    eachReference(
-        list,
-        [&](const Value& member) {
-            const InstanceId id = member.Reference();
-            if (spaces_.contains(id))
-                found(id);
-        });
+std::vector<InstanceId> Relations::spacesIn(const Value& list) const {
+    std::vector<InstanceId> spaces;
+    eachReference(list, [&](const Value& member) {
+        if (spaces_.contains(member.Reference()))
+            spaces.push_back(member.Reference());
+    });
+    return spaces;
+}
+
+std::vector<InstanceId> Relations::existing(const Value& references) {
+    std::vector<InstanceId> instances;
+    eachReference(references, [&](const Value& reference) {
+        if (file_.Has(reference.Reference()))
+            instances.push_back(reference.Reference());
+        else
+            troubles_.push_back(reference.Trouble("the instance is missing").what());
+    });
+    return instances;
 }
 
 void Relations::readParts() {
@@ -75,12 +84,8 @@ void Relations::readContents() {
         [&](InstanceId id, const Instance& relation) {
             if (!relation[5].IsReference())
                 return;
-            const InstanceId whole = relation[5].Reference();
-            eachSpaceOf(
-                relation[4],
-                [&](InstanceId space) {
-                    parents_.emplace(space, Parent{whole, id});
-                });
+            for (const InstanceId space : spacesIn(relation[4]))
+                parents_.emplace(space, Parent{relation[5].Reference(), id});
         });
 }
 
@@ -88,16 +93,8 @@ void Relations::readDefinitions() {
     each(
         "IFCRELDEFINESBYPROPERTIES",
         [&](InstanceId id, const Instance& relation) {
-            eachSpaceOf(
-                relation[4],
-                [&](InstanceId space) {
-                    // A set of sets in IFC4.
-                    eachReference(
-                        relation[5].Untyped(),
-                        [&](const Value& definition) {
-                            definitions_[space].push_back({definition.Reference(), id, false});
-                        });
-                });
+            // A set of sets in IFC4.
+            define(spacesIn(relation[4]), relation[5].Untyped(), {0, id, false});
         });
 }
 
@@ -105,29 +102,33 @@ void Relations::readTypes() {
     each(
         "IFCRELDEFINESBYTYPE",
         [&](InstanceId id, const Instance& relation) {
-            eachSpaceOf(
-                relation[4],
-                [&](InstanceId space) {
-                    if (!relation[5].IsReference() || !file_.Has(relation[5].Reference()))
-                        return;
-                    eachReference(
-                        relation.Follow(5)[5],
-                        [&](const Value& definition) {
-                            definitions_[space].push_back({definition.Reference(), id, true});
-                        });
-                });
+            const std::vector<InstanceId> spaces = spacesIn(relation[4]);
+            if (!spaces.empty() && relation[5].IsReference())
+                define(spaces, relation.Follow(5)[5], {0, id, true});
         });
+}
+
+void Relations::define(const std::vector<InstanceId>& spaces, const Value& definitions,
+                       Attached attached) {
+    if (spaces.empty())
+        return;
+    for (const InstanceId definition : existing(definitions)) {
+        attached.definition = definition;
+        for (const InstanceId space : spaces)
+            definitions_[space].push_back(attached);
+    }
 }
 
 void Relations::readClasses() {
     each(
         "IFCRELASSOCIATESCLASSIFICATION",
         [&](InstanceId, const Instance& relation) {
-            if (!relation[5].IsReference())
+            const std::vector<InstanceId> spaces = spacesIn(relation[4]);
+            if (spaces.empty() || !relation[5].IsReference())
                 return;
-            eachSpaceOf(
-                relation[4],
-                [&](InstanceId space) { classes_[space].push_back(relation[5].Reference()); });
+            for (const InstanceId reference : existing(relation[5]))
+                for (const InstanceId space : spaces)
+                    classes_[space].push_back(reference);
         });
 }
 
@@ -136,11 +137,8 @@ std::vector<Attached> Relations::DefinitionsOf(InstanceId space) const {
     if (found == definitions_.end())
         return {};
     std::vector<Attached> definitions = found->second;
-    std::stable_partition(
-        definitions.begin(), definitions.end(),
-        [](const Attached& attached) { return !attached.ofType; });
-    std::erase_if(definitions,
-                  [&](const Attached& attached) { return !file_.Has(attached.definition); });
+    std::stable_partition(definitions.begin(), definitions.end(),
+                          [](const Attached& attached) { return !attached.ofType; });
     return definitions;
 }
 

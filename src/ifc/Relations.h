@@ -16,6 +16,8 @@ struct Attached {
     InstanceId relation = 0;
     // By way of the space's type.
     bool ofType = false;
+    // Of a member: the complex ones between it and the set, the outermost first.
+    std::vector<InstanceId> within{};
 };
 
 struct Parent {
@@ -43,10 +45,12 @@ class Relations {
     void readDefinitions();
     void readTypes();
     void readClasses();
+    void define(const std::vector<InstanceId>& spaces, const Value& definitions, Attached attached);
     template <class Read>
     void each(const char* keyword, Read read);
-    template <class Found>
-    void eachSpaceOf(const Value& list, Found found) const;
+    std::vector<InstanceId> spacesIn(const Value& list) const;
+    // What a relation leads to; what the file lacks is passed over.
+    std::vector<InstanceId> existing(const Value& references);
 
     const StepFile& file_;
     std::unordered_set<InstanceId> spaces_;

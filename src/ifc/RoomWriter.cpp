@@ -6,6 +6,7 @@
 
 #include "ifc/GlobalId.h"
 #include "ifc/JoinOutlines.h"
+#include "ifc/Names.h"
 #include "ifc/Placements.h"
 #include "ifc/SpaceShape.h"
 #include "ifc/StepText.h"
@@ -99,11 +100,15 @@ const RoomWriter::Floor& RoomWriter::floorNamed(const std::wstring& name, const 
     };
     int best = -1;
     for (const Storey& storey : building_.Storeys()) {
-        // Letter case makes no storey of its own, but tells two that the model has. Two buildings
-        // may both have a ground floor.
-        const int rank = (storey.name == name ? 2 : 0) +
+        // Neither letter case nor what a list cannot hold makes a storey of its own, but both tell
+        // two that the model has. Two buildings may both have a ground floor.
+        const int likeness = storey.name == name                                       ? 3
+                             : FoldedCase(storey.name) == FoldedCase(name)             ? 2
+                             : IsSameInList(FoldedCase(storey.name), FoldedCase(name)) ? 1
+                                                                                       : 0;
+        const int rank = 2 * likeness +
                          (room && buildingOf(storey.instance) == buildingOf(room->storey) ? 1 : 0);
-        if (FoldedCase(storey.name) == FoldedCase(name) && rank > best) {
+        if (likeness > 0 && rank > best) {
             found = &storey;
             best = rank;
         }
@@ -131,11 +136,14 @@ RoomWriter::Floor RoomWriter::floorOf(const Storey& storey) const {
     return floor;
 }
 
-// Up to the next storey that is high enough to be one.
+// Up to the next storey of the building that is high enough to be one.
 double RoomWriter::heightOf(const Storey& storey) const {
+    const auto buildingOf = [&](const Storey& part) {
+        return building_.Relations().ParentOf(part.instance).whole;
+    };
     for (const Storey& other : building_.Storeys()) {
         const double height = other.elevation - storey.elevation;
-        if (height >= 1.5 && height <= 20.0)
+        if (height >= 1.5 && height <= 20.0 && buildingOf(other) == buildingOf(storey))
             return height;
     }
     return usualHeight;
@@ -274,6 +282,9 @@ void RoomWriter::replaceAreas(const Room& room, double squareMetres) {
 
 bool RoomWriter::isRoomsOwn(const Attached& set, InstanceId member) const {
     return set.definition != 0 && !set.ofType && file_.IsUsedOnce(member) &&
+           std::all_of(
+               set.within.begin(), set.within.end(),
+               [&](InstanceId complex) { return file_.IsUsedOnce(complex); }) &&
            file_.IsUsedOnce(set.definition) && file_.Get(set.relation)[4].Count() == 1;
 }
 

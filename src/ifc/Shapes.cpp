@@ -11,13 +11,28 @@
 namespace kalvrooms::ifc {
 namespace {
 
+// In points: what is said a thousand times says enough.
+constexpr std::size_t troubleCost = 1000;
+
 class ShapeReader {
   public:
-    explicit ShapeReader(Geometry& geometry) : geometry_(geometry) {}
+    ShapeReader(Geometry& geometry, std::vector<std::string>& troubles)
+        : geometry_(geometry), troubles_(troubles) {}
 
+    // One that cannot be read leaves the others as they are.
     void Items(const Value& items, const Transform& place) {
-        for (const Value item : items)
-            this->item(geometry_.file.Get(item), place);
+        for (const Value item : items) {
+            const std::size_t before = parts_.size();
+            try {
+                this->item(geometry_.file.Get(item), place);
+            } catch (const StepError& error) {
+                if (geometry_.ShapeEnded())
+                    throw;
+                parts_.resize(before);
+                troubles_.push_back(error.what());
+                geometry_.Spend(item, troubleCost);
+            }
+        }
     }
     std::vector<Part> Parts() { return std::move(parts_); }
 
@@ -87,7 +102,8 @@ class ShapeReader {
     // The curves of a set belong together: an outline may be drawn in pieces.
     void set(const Instance& item, const Transform& place) {
         const std::size_t first = parts_.size();
-        Items(item[0], place);
+        for (const Value member : item[0])
+            this->item(geometry_.file.Get(member), place);
         for (std::size_t i = first + 1; i < parts_.size(); ++i) {
             std::move(parts_[i].faces.begin(), parts_[i].faces.end(),
                       std::back_inserter(parts_[first].faces));
@@ -114,14 +130,15 @@ class ShapeReader {
     }
 
     Geometry& geometry_;
+    std::vector<std::string>& troubles_;
     std::vector<Part> parts_;
 };
 
 } // namespace
 
 std::vector<Part> ReadShape(Geometry& geometry, const Instance& representation,
-                            const Transform& place) {
-    ShapeReader reader(geometry);
+                            const Transform& place, std::vector<std::string>& troubles) {
+    ShapeReader reader(geometry, troubles);
     reader.Items(representation[3], place);
     return reader.Parts();
 }

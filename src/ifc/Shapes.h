@@ -1,6 +1,7 @@
 #pragma once
 // A representation of a space, as parts made of faces and lines.
 
+#include <string>
 #include <vector>
 
 #include "ifc/Geometry.h"
@@ -15,8 +16,10 @@ struct Part {
 };
 
 // The parts as `place` puts them. Mapped items are followed, of boolean results the first operand
-// is taken, half spaces, texts and single points are passed over. Raises a StepError.
+// is taken (of a union both: the room is all of it), half spaces, texts and single points are
+// passed over. Items that cannot be read stand in `troubles`; raises a StepError where the
+// representation cannot.
 std::vector<Part> ReadShape(Geometry& geometry, const Instance& representation,
-                            const Transform& place);
+                            const Transform& place, std::vector<std::string>& troubles);
 
 } // namespace kalvrooms::ifc

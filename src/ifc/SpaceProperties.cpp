@@ -11,7 +11,9 @@ namespace kalvrooms::ifc {
 namespace {
 
 // Properties within properties, references to references.
-constexpr int mostNested = 8;
+constexpr std::size_t mostNested = 8;
+// No space has so many.
+constexpr std::size_t mostMembers = 5000;
 
 constexpr int propertyRank = 10;
 constexpr int plannedRank = 20;
@@ -77,29 +79,52 @@ class Reader {
         set_ = attached;
         own_ = set[2].IsText() && set[2].RawText() == OwnPropertySet;
         if (set.Is("IFCPROPERTYSET"))
-            for (const Value member : set[4])
-                attempt([&] { property(file_.Get(member), 0); });
+            members(set[4], &Reader::property);
         else if (set.Is("IFCELEMENTQUANTITY"))
-            for (const Value member : set[5])
-                attempt([&] { quantity(file_.Get(member), 0); });
+            members(set[5], &Reader::quantity);
     }
 
-    void quantity(const Instance& quantity, int depth) {
-        if (quantity.Is("IFCPHYSICALCOMPLEXQUANTITY") && depth < mostNested) {
-            for (const Value member : quantity[2])
-                this->quantity(file_.Get(member), depth + 1);
+    using Member = void (Reader::*)(const Instance&);
+    void members(const Value& list, Member read) {
+        for (const Value member : list) {
+            if (members_ == mostMembers)
+                return;
+            attempt([&] {
+                set_.within.clear();
+                this->member(member, read);
+            });
+        }
+    }
+    void member(const Value& member, Member read) {
+        if (++members_ == mostMembers)
+            member.Refuse("the space has too many properties");
+        (this->*read)(file_.Get(member));
+    }
+    // The members of a complex property or quantity.
+    void inner(const Instance& complex, const Value& list, Member read) {
+        std::vector<InstanceId>& within = set_.within;
+        if (std::find(within.begin(), within.end(), complex.Id()) != within.end())
+            complex.Refuse("the property is within itself");
+        if (within.size() == mostNested)
+            return;
+        within.push_back(complex.Id());
+        for (const Value member : list)
+            this->member(member, read);
+        within.pop_back();
+    }
+
+    void quantity(const Instance& quantity) {
+        if (quantity.Is("IFCPHYSICALCOMPLEXQUANTITY")) {
+            inner(quantity, quantity[2], &Reader::quantity);
         } else if (quantity.Is("IFCQUANTITYAREA")) {
             const std::wstring name = PlainName(quantity[0].Text());
             addArea(quantity, name, quantity[3], quantity[2], 0);
         }
     }
 
-    void property(const Instance& property, int depth) {
-        if (property.Is("IFCCOMPLEXPROPERTY") && depth < mostNested) {
-            for (const Value member : property[3])
-                this->property(file_.Get(member), depth + 1);
-            return;
-        }
+    void property(const Instance& property) {
+        if (property.Is("IFCCOMPLEXPROPERTY"))
+            return inner(property, property[3], &Reader::property);
         const bool single = property.Is("IFCPROPERTYSINGLEVALUE");
         if (!single && !property.Is("IFCPROPERTYENUMERATEDVALUE") &&
             !property.Is("IFCPROPERTYLISTVALUE"))
@@ -168,8 +193,8 @@ class Reader {
     void classification(InstanceId id) {
         bool din277 = false;
         std::vector<std::wstring> words;
-        for (int links = 0; id != 0 && links < mostNested; ++links) {
-            const Instance reference = file_.Get(id);
+        Instance reference = file_.Get(id);
+        for (std::size_t links = 0; links < mostNested; ++links) {
             const bool source = reference.Is("IFCCLASSIFICATION");
             if (!source && !reference.Is("IFCCLASSIFICATIONREFERENCE"))
                 return;
@@ -181,7 +206,9 @@ class Reader {
                 if (links == 0 && !source)
                     words.push_back(text);
             }
-            id = !source && reference[3].IsReference() ? reference[3].Reference() : 0;
+            if (source || !reference[3].IsReference())
+                break;
+            reference = reference.Follow(3);
         }
         for (const std::wstring& word : words)
             takeClass(word, din277);
@@ -209,6 +236,7 @@ class Reader {
     std::vector<std::string>& troubles_;
     SpaceProperties read_;
     Attached set_;
+    std::size_t members_ = 0;
     bool own_ = false;
 };
 

@@ -34,6 +34,14 @@ std::vector<Instance> representationsOf(const Instance& space) {
     return representations;
 }
 
+std::optional<Ground> groundOf(Geometry& geometry, const Instance& representation,
+                               const Transform& place, std::vector<std::string>& troubles) {
+    geometry.StartShape();
+    return GroundOutline(
+        ReadShape(geometry, representation, place, troubles),
+        [&](std::size_t steps) { geometry.Spend(representation.Arguments(), steps); });
+}
+
 } // namespace
 
 std::optional<Ground> ReadSpaceShape(Geometry& geometry, const Instance& space,
@@ -42,8 +50,7 @@ std::optional<Ground> ReadSpaceShape(Geometry& geometry, const Instance& space,
         const Transform place = ReadPlacement(geometry, space[5]);
         for (const Instance& representation : representationsOf(space)) {
             try {
-                geometry.StartShape();
-                if (auto ground = GroundOutline(ReadShape(geometry, representation, place)))
+                if (auto ground = groundOf(geometry, representation, place, troubles))
                     return ground;
             } catch (const StepError& error) {
                 troubles.push_back(error.what());
@@ -57,13 +64,11 @@ std::optional<Ground> ReadSpaceShape(Geometry& geometry, const Instance& space,
 
 std::optional<Ground> ReadSpaceBody(Geometry& geometry, const Instance& space) {
     try {
-        for (const Instance& representation : representationsOf(space)) {
-            if (rankOf(representation) == bodyRank) {
-                geometry.StartShape();
-                return GroundOutline(
-                    ReadShape(geometry, representation, ReadPlacement(geometry, space[5])));
-            }
-        }
+        std::vector<std::string> ignored;
+        for (const Instance& representation : representationsOf(space))
+            if (rankOf(representation) == bodyRank)
+                return groundOf(geometry, representation, ReadPlacement(geometry, space[5]),
+                                ignored);
     } catch (const StepError&) {
         // A body that cannot be read says nothing about its height.
     }

@@ -124,6 +124,7 @@ class StepFile::Scanner {
     // Moves behind the semicolon that ends the statement.
     void closeStatement() {
         int depth = 0;
+        closed_ = nullptr;
         while (true) {
             while (!marks[static_cast<unsigned char>(*at_)])
                 ++at_;
@@ -138,6 +139,8 @@ class StepFile::Scanner {
             case ')':
                 if (--depth < 0)
                     refuse("a parenthesis too many");
+                if (depth == 0 && !closed_)
+                    closed_ = at_ + 1;
                 break;
             case ';':
                 if (depth != 0)
@@ -179,9 +182,10 @@ class StepFile::Scanner {
         skipBlanks();
         if (*at_ != '(')
             refuse("the instance has no arguments");
-        file_.entries_.push_back(
-            {id_, complex ? 0 : hash, static_cast<std::size_t>(begin - file_.text_.data())});
         closeStatement();
+        file_.entries_.push_back({id_, complex ? 0 : hash,
+                                  static_cast<std::size_t>(begin - file_.text_.data()),
+                                  static_cast<std::size_t>(closed_ - file_.text_.data())});
     }
 
     // A statement that is no instance. False: it was the last one.
@@ -210,6 +214,8 @@ class StepFile::Scanner {
     const char* at_;
     const char* end_;
     const char* statement_ = at_;
+    // Behind the first list of the statement.
+    const char* closed_ = nullptr;
     InstanceId id_ = 0;
     bool inData_ = false;
 };
@@ -277,7 +283,7 @@ Instance StepFile::at(const Entry& entry) const {
     while (isWordLetter(*at))
         ++at;
     const std::string_view keyword(begin, static_cast<std::size_t>(at - begin));
-    return {entry.id, keyword, Value::ListBehind(*this, at, text_.data() + text_.size())};
+    return {entry.id, keyword, Value::ListBehind(*this, at, text_.data() + entry.end)};
 }
 
 Instance StepFile::Get(InstanceId id) const {
@@ -332,16 +338,28 @@ bool StepFile::IsUsedOnce(InstanceId id) const {
 }
 
 std::size_t StepFile::LineAt(const char* position) const {
-    return 1 + static_cast<std::size_t>(std::count(text_.data(), position, '\n'));
+    if (lineEnds_.empty()) {
+        for (std::size_t at = 0; at < text_.size(); ++at)
+            if (text_[at] == '\n')
+                lineEnds_.push_back(at);
+    }
+    const auto offset = static_cast<std::size_t>(position - text_.data());
+    const auto line = std::lower_bound(lineEnds_.begin(), lineEnds_.end(), offset);
+    return 1 + static_cast<std::size_t>(line - lineEnds_.begin());
 }
 
 InstanceId StepFile::InstanceAt(const char* position) const {
-    const std::size_t offset = static_cast<std::size_t>(position - text_.data());
-    const Entry* nearest = nullptr;
-    for (const Entry& entry : entries_)
-        if (entry.begin <= offset && (!nearest || nearest->begin < entry.begin))
-            nearest = &entry;
-    return nearest ? nearest->id : 0;
+    if (places_.empty()) {
+        for (const Entry& entry : entries_)
+            places_.push_back(&entry);
+        std::sort(places_.begin(), places_.end(),
+                  [](const Entry* a, const Entry* b) { return a->begin < b->begin; });
+    }
+    const auto offset = static_cast<std::size_t>(position - text_.data());
+    const auto behind =
+        std::upper_bound(places_.begin(), places_.end(), offset,
+                         [](std::size_t at, const Entry* entry) { return at < entry->begin; });
+    return behind == places_.begin() ? 0 : (*std::prev(behind))->id;
 }
 
 } // namespace kalvrooms::ifc

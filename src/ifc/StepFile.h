@@ -70,6 +70,7 @@ class StepFile {
         InstanceId id;
         std::uint32_t keyword; // its hash
         std::size_t begin;     // of the keyword or of the parenthesis of a complex instance
+        std::size_t end;       // behind the parenthesis that closes the arguments
     };
     class Scanner;
 
@@ -85,6 +86,9 @@ class StepFile {
     std::size_t insertPosition_ = 0;
     // Of each entry; 2 stands for more.
     mutable std::vector<std::uint8_t> uses_;
+    // Where lines end and instances begin, in the order of the text; read at the first trouble.
+    mutable std::vector<std::size_t> lineEnds_;
+    mutable std::vector<const Entry*> places_;
 };
 
 } // namespace kalvrooms::ifc

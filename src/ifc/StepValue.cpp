@@ -64,8 +64,7 @@ const char* skipValue(const char* at, const char* end) {
 } // namespace
 
 Value Value::ListBehind(const StepFile& file, const char* at, const char* end) {
-    const char* open = skipBlanks(at, end);
-    return {file, open, skipValue(open, end)};
+    return {file, skipBlanks(at, end), end};
 }
 
 bool Value::IsTyped() const {
@@ -150,10 +149,14 @@ Value Value::Untyped() const {
     return IsTyped() ? (*this)[0] : *this;
 }
 
+StepError Value::Trouble(const std::string& trouble) const {
+    const std::string shown(Raw().substr(0, 40));
+    return {trouble + (shown.empty() ? " and missing" : ", not " + shown), file_->LineAt(begin_),
+            file_->InstanceAt(begin_)};
+}
+
 void Value::Refuse(const std::string& trouble) const {
-    std::string shown(Raw().substr(0, 40));
-    throw StepError(trouble + (shown.empty() ? " and missing" : ", not " + shown),
-                    file_->LineAt(begin_), file_->InstanceAt(begin_));
+    throw Trouble(trouble);
 }
 
 Value::Iterator::Iterator(const StepFile& file, const char* at, const char* end)

@@ -19,7 +19,7 @@ class Value {
     Value(const StepFile& file, const char* begin, const char* end)
         : file_(&file), begin_(begin), end_(end) {}
 
-    // The list that begins at the next letter that is no blank.
+    // The list that begins at the next letter that is no blank and goes on to the end.
     static Value ListBehind(const StepFile& file, const char* at, const char* end);
 
     // $, *, or an argument that is not there.
@@ -54,6 +54,8 @@ class Value {
 
     std::string_view Raw() const { return {begin_, static_cast<std::size_t>(end_ - begin_)}; }
     const StepFile& File() const { return *file_; }
+    // What is wrong with it, with its place.
+    StepError Trouble(const std::string& trouble) const;
     [[noreturn]] void Refuse(const std::string& trouble) const;
 
   private:

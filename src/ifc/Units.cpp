@@ -9,6 +9,8 @@ namespace {
 
 // Units made of units, as a foot of 12 inches; no file goes deeper.
 constexpr int mostNested = 16;
+// And none of more than a few others.
+constexpr int mostElements = 16;
 
 double prefixFactor(const Value& prefix) {
     static const std::map<std::string_view, double> factors{
@@ -41,9 +43,13 @@ double factorOf(const Instance& unit, int depth) {
     }
     if (unit.Is("IFCDERIVEDUNIT")) {
         double product = 1.0;
+        int elements = 0;
         for (const Value element : unit[0]) {
+            if (++elements > mostElements)
+                unit.Refuse("the unit is made of too many others");
             const Instance part = unit.Arguments().File().Get(element);
-            product *= std::pow(factorOf(part.Follow(0), depth + mostNested / 2), part[1].Number());
+            product *=
+                std::pow(factorOf(part.Follow(0), depth + mostNested / 2 + 1), part[1].Number());
         }
         return product;
     }

@@ -160,6 +160,20 @@ TEST_F(Qto, TakesTheDecimalMarkFromTheListItself) {
     EXPECT_EQ(json().at(0).at("area"), 125.0);
 }
 
+TEST_F(Qto, WritesTheSidesByTheMarksOfTheList) {
+    const std::string points = "A \t  \t 11 \t EG \t  \t  \t  \t   \t 5.5 \t 2 \t ";
+    const std::string commas = "A \t  \t 11 \t EG \t  \t  \t  \t   \t 5,5 \t 2 \t ";
+    const auto corner = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "write");
+        arguments.insert(arguments.end(), {drawing({}), file("out.json"), "--single"});
+        EXPECT_EQ(run(arguments), 0) << err;
+        return ReadDrawing(bytes("out.json")).elements.at(0).outline.at(2);
+    };
+    EXPECT_EQ(corner({list({points})}), (Point{5.5, 2}));
+    EXPECT_EQ(corner({list({commas}), "--locale", "DE"}), (Point{5.5, 2}));
+    EXPECT_EQ(corner({list({points}), "--locale", "EN"}), (Point{5.5, 2}));
+}
+
 TEST_F(Qto, SumsUpByStoreyUseAndFunction) {
     const std::string upstairs =
         "A \t Verwaltung \t 7,5 \t OG \t a \t nuf 2 \t N \t   \t 0 \t 0 \t ";
@@ -398,6 +412,9 @@ TEST_F(Qto, SaysWhichFileAndLineItCannotRead) {
     write("bad.json", R"({"elements":[{"outline":[1]}]})");
     EXPECT_EQ(run({"list", file("bad.json")}), 2);
     EXPECT_THAT(err, HasSubstr("elements/0/outline"));
+    write("z.ifc", "Raum 1\r\n");
+    EXPECT_EQ(run({"list", file("z.ifc")}), 2);
+    EXPECT_THAT(err, HasSubstr("z.ifc:1: "));
     write("bad.ifc", "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\n#7=IFCSPACE('\n");
     EXPECT_EQ(run({"list", file("bad.ifc")}), 2);
     EXPECT_THAT(err, HasSubstr("bad.ifc:5: #7: "));
@@ -406,7 +423,7 @@ TEST_F(Qto, SaysWhichFileAndLineItCannotRead) {
 TEST_F(Qto, SpeaksBothLanguages) {
     ASSERT_EQ(run({"--help"}), 0);
     EXPECT_THAT(out, HasSubstr("prüft eine Liste"));
-    ASSERT_EQ(run({"--lang", "en", "--help"}), 0);
+    ASSERT_EQ(run({"--lang", "EN", "--help"}), 0);
     EXPECT_THAT(out, HasSubstr("checks a list"));
     EXPECT_EQ(run({"--nonsense"}), 2);
 }

@@ -250,6 +250,60 @@ TEST(BrokenModels, WhatIsWrongIsNamedAndTheRoomStays) {
               "line 28, #120: the placement stands on itself");
 }
 
+TEST(BrokenModels, AnItemThatCannotBeReadLeavesTheOthers) {
+    ModelText model = with("#110=IFCSPIRAL(1.);\n");
+    model.items = "#110,#100";
+    const Read read(model);
+    EXPECT_NEAR(SignedArea(read.First().outline), 20.0, 1e-9);
+    EXPECT_EQ(read.building.Troubles().size(), 1u);
+}
+
+TEST(BrokenModels, ParametersOfACurveOfSeveralKindsAreRefused) {
+    EXPECT_NE(troubleWith(Extruded("IFCARBITRARYCLOSEDPROFILEDEF(.AREA.,$,#110);\n") +
+                          "#110=IFCTRIMMEDCURVE(#111,(IFCPARAMETERVALUE(0.)),(IFCPARAMETERVALUE("
+                          "180.)),.T.,.PARAMETER.);\n#111=IFCCOMPOSITECURVE((#112),.F.);\n"
+                          "#112=IFCCOMPOSITECURVESEGMENT(.CONTINUOUS.,.T.,#113);\n"
+                          "#113=IFCCIRCLE(#8,2.);\n")
+                  .find("points are expected where a curve"),
+              std::string::npos);
+}
+
+TEST(BrokenModels, CrossingsWithoutEndAreRefused) {
+    std::string lines;
+    std::string points;
+    for (int i = 0; i < 3000; ++i) {
+        points += (i ? ",#" : "#") + std::to_string(200 + i);
+        lines += "#" + std::to_string(200 + i) + "=IFCCARTESIANPOINT((" +
+                 std::to_string(i * 1499 % 2999) + ".," + std::to_string(i * i % 2999) + ".));\n";
+    }
+    EXPECT_NE(troubleWith("#100=IFCPOLYLINE((" + points + ",#200));\n" + lines).find("too many"),
+              std::string::npos);
+}
+
+TEST(BrokenModels, UnitsThatAreMadeOfTooManyOthersAreRefused) {
+    std::string many = "#92";
+    for (int i = 0; i < 16; ++i)
+        many += ",#92";
+    const Read read(with(quantities("#202", "#202=IFCQUANTITYAREA('NetFloorArea',$,#90,18.,$);\n"
+                                            "#90=IFCDERIVEDUNIT((" +
+                                                many +
+                                                "),.USERDEFINED.,$);\n"
+                                                "#92=IFCDERIVEDUNITELEMENT(#3,2);\n")));
+    EXPECT_EQ(read.building.Troubles(),
+              std::vector<std::string>{"line 31, #90: the unit is made of too many others"});
+}
+
+TEST(BrokenModels, WhatARelationLeadsToMayBeMissing) {
+    const Read read(
+        with("#200=IFCRELDEFINESBYPROPERTIES('0000000000000000000200',$,$,$,(#20),#201);\n"
+             "#210=IFCRELDEFINESBYTYPE('0000000000000000000210',$,$,$,(#20),#211);\n"
+             "#220=IFCRELASSOCIATESCLASSIFICATION('0000000000000000000220',$,$,$,(#20),#221);\n"));
+    EXPECT_EQ(read.building.Troubles(),
+              (std::vector<std::string>{"line 28, #200: the instance is missing, not #201",
+                                        "line 29, #210: the instance is missing, not #211",
+                                        "line 30, #220: the instance is missing, not #221"}));
+}
+
 TEST(BrokenModels, ShapesThatAreMadeOfThemselvesAreRefused) {
     EXPECT_NE(troubleWith("#100=IFCMAPPEDITEM(#101,#102);\n#101=IFCREPRESENTATIONMAP(#5,#21);\n"
                           "#102=IFCCARTESIANTRANSFORMATIONOPERATOR3D($,$,#4,1.,$);\n")
@@ -259,6 +313,27 @@ TEST(BrokenModels, ShapesThatAreMadeOfThemselvesAreRefused) {
         troubleWith("#100=IFCBOOLEANRESULT(.DIFFERENCE.,#100,#100);\n").find("too many points"),
         std::string::npos);
     EXPECT_NE(troubleWith("#100=IFCBOOLEANRESULT(.UNION.,#100,#100);\n").find("too many"),
+              std::string::npos);
+}
+
+TEST(BrokenModels, PropertiesThatAreMadeOfThemselvesAreRefused) {
+    const auto trouble = [](const std::string& lines) {
+        const Read read(with(lines));
+        return read.building.Troubles().size() == 1 ? read.building.Troubles()[0] : "";
+    };
+    EXPECT_EQ(trouble(properties("IFCCOMPLEXPROPERTY('A',$,'',(#203));\n"
+                                 "#203=IFCCOMPLEXPROPERTY('B',$,'',(#202))")),
+              "line 30, #202: the property is within itself");
+    std::string wide = "#209";
+    for (int i = 0; i < 199; ++i)
+        wide += ",#209";
+    std::string lines = "IFCCOMPLEXPROPERTY('A',$,'',(#203))";
+    for (int i = 203; i < 208; ++i)
+        lines += ";\n#" + std::to_string(i) + "=IFCCOMPLEXPROPERTY('A',$,'',(#" +
+                 std::to_string(i + 1) + ",#" + std::to_string(i + 1) + "))";
+    lines += ";\n#208=IFCCOMPLEXPROPERTY('A',$,'',(" + wide +
+             "));\n#209=IFCPROPERTYSINGLEVALUE('Nutzen',$,IFCTEXT('VF'),$)";
+    EXPECT_NE(trouble(properties(lines)).find("#208: the space has too many properties"),
               std::string::npos);
 }
 

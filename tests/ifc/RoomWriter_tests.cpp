@@ -168,6 +168,26 @@ TEST_F(RoomWriting, APropertyThatOtherRoomsShareStaysAsItIs) {
     EXPECT_EQ(RoomOf(text, L"1.02").properties.occupancy.text, L"NF");
 }
 
+TEST_F(RoomWriting, WhatStandsInASharedComplexOneStaysAsItIs) {
+    const std::string others =
+        "#220=IFCRELDEFINESBYPROPERTIES('0000000000000000000220',$,$,$,(#30),#221);\n"
+        "#221=IFCPROPERTYSET('0000000000000000000221',$,'Q',$,(#213));\n"
+        "#230=IFCRELDEFINESBYPROPERTIES('0000000000000000000230',$,$,$,(#30),#231);\n"
+        "#231=IFCELEMENTQUANTITY('0000000000000000000231',$,'Q',$,$,(#203));\n";
+    ModelText model =
+        with(use + net + secondRoom + others + "#213=IFCCOMPLEXPROPERTY('D',$,'',(#212));\n" +
+             "#203=IFCPHYSICALCOMPLEXQUANTITY('D',$,(#202),'',$,$);\n");
+    model.lines.replace(model.lines.find("(#212))"), 7, "(#213))");
+    model.lines.replace(model.lines.find("(#202))"), 7, "(#203))");
+    RoomChange change = outlined({{0, 0}, {2, 0}, {2, 3}, {0, 3}});
+    change.occupancy = L"VF";
+    const std::string text = Changed(model, change);
+    EXPECT_EQ(RoomOf(text).properties.occupancy.text, L"VF");
+    EXPECT_EQ(RoomOf(text).squareMetres, 6.0);
+    EXPECT_EQ(RoomOf(text, L"1.02").properties.occupancy.text, L"NF");
+    EXPECT_EQ(RoomOf(text, L"1.02").squareMetres, 18.0);
+}
+
 TEST_F(RoomWriting, AnEnumeratedAttributeMayLeaveItsEnumeration) {
     RoomChange change;
     change.occupancy = L"VF";
@@ -276,6 +296,32 @@ TEST_F(RoomWriting, AStoreyThatTheModelLacksIsMade) {
     RoomOf(cellar);
     EXPECT_EQ(building_->Storeys()[0].name, L"KG");
     EXPECT_EQ(building_->Storeys()[0].elevation, -3.0);
+}
+
+TEST_F(RoomWriting, AStoreyIsKnownByWhatAListHoldsOfItsName) {
+    const std::pair<const char*, const wchar_t*> names[] = {
+        {"OG ", L"og"},
+        {"O\\X\\0AG", L"O G"},
+        {"Obergeschoss des gro\\X\\DFen Hauses am See", L"Obergeschoss des großen Hauses a"},
+        {"\\X2\\4E2D\\X0\\ OG", L"? OG"}};
+    for (const auto& [stands, arrives] : names) {
+        ModelText model = with(upperStorey);
+        model.lines.replace(model.lines.find("'OG'"), 4, "'" + std::string(stands) + "'");
+        EXPECT_EQ(RoomOf(Changed(model, inStorey(arrives))).storey, 40u) << stands;
+        EXPECT_EQ(building_->Storeys().size(), 2u) << stands;
+    }
+}
+
+TEST_F(RoomWriting, ANewRoomIsAsHighAsItsStoreyOfTheSameBuilding) {
+    RoomChange room = inStorey(L"EG");
+    room.outline = Outline{{0, 0}, {2, 0}, {2, 3}, {0, 3}};
+    ModelText model = with(upperStorey);
+    EXPECT_NE(Added(model, room).find("#7,3.);"), std::string::npos);
+    const std::string beside =
+        "#60=IFCBUILDING('0000000000000000000060',$,'2',$,$,#9,$,$,.ELEMENT.,$,$,$);\n"
+        "#61=IFCBUILDINGSTOREY('0000000000000000000061',$,'ZG',$,$,#9,$,$,.ELEMENT.,1.75);\n"
+        "#62=IFCRELAGGREGATES('0000000000000000000062',$,$,$,#60,(#61));\n";
+    EXPECT_EQ(Added(with(upperStorey + beside), room).find("#7,1.75);"), std::string::npos);
 }
 
 TEST_F(RoomWriting, RoomsThatChangePlacesLeaveNoRelationWithoutMembers) {

@@ -125,6 +125,10 @@ void addProfiles(std::vector<Sample>& samples) {
         "#114=IFCDIRECTION((-1.,0.));\n"
         "#113=IFCCARTESIANPOINT((10.,0.))",
         80, {5, -4, 15, 4});
+    add("derived profile of a small circle",
+        "IFCDERIVEDPROFILEDEF(.AREA.,$,#110,#111,$);\n#110=IFCCIRCLEPROFILEDEF(.AREA.,$,#8,0.02);\n"
+        "#111=IFCCARTESIANTRANSFORMATIONOPERATOR2D($,$,#10,100.)",
+        4 * pi, {-2, -2, 2, 2});
     add("mirrored profile",
         "IFCMIRROREDPROFILEDEF(.AREA.,$,#110,*,$);\n"
         "#110=IFCRECTANGLEPROFILEDEF(.AREA.,$,#111,4.,5.);\n#111=IFCAXIS2PLACEMENT2D(#112,$);\n"
@@ -206,6 +210,22 @@ void addCurves(std::vector<Sample>& samples) {
                 ".F.,(3,3),(0.,1.),.UNSPECIFIED.);\n#124=IFCCARTESIANPOINT((2.,6.));\n"),
          8 + 16.0 / 3,
          {0, 0, 4, 4}});
+    const auto spline = [&](const std::string& name, const std::string& curve,
+                            const std::vector<std::string>& between, double area,
+                            const char* schema = "IFC4") {
+        ModelText text =
+            closed(composite + segment + "#120=" + curve + ";\n" + points(124, between));
+        text.schema = schema;
+        samples.push_back({name, text, area, {0, 0, 4, 4}});
+    };
+    spline("rational b-spline",
+           "IFCRATIONALBSPLINECURVEWITHKNOTS(2,(#118,#124,#125,#126,#115),.UNSPECIFIED.,.F.,.F.,"
+           "(3,2,3),(0.,0.5,1.),.UNSPECIFIED.,(1.,0.70710678,1.,0.70710678,1.))",
+           {"4.,4.", "2.,4.", "0.,4."}, halfRound);
+    spline("bezier", "IFCBEZIERCURVE(2,(#118,#124,#115),.UNSPECIFIED.,.F.,.F.)", {"2.,6."},
+           8 + 16.0 / 3, "IFC2X3");
+    spline("two beziers", "IFCBEZIERCURVE(2,(#118,#124,#125,#126,#115),.UNSPECIFIED.,.F.,.F.)",
+           {"4.,4.", "2.,4.", "0.,4."}, 12 + 8.0 / 3, "IFC2X3");
     samples.push_back({"whole circle", closed("IFCCIRCLE(#8,2.);\n"), 4 * pi, {-2, -2, 2, 2}});
 }
 
@@ -281,10 +301,15 @@ void addFaceSets(std::vector<Sample>& samples) {
     const std::string list =
         "#101=IFCCARTESIANPOINTLIST3D(((0.,0.,0.),(4.,0.,0.),(4.,5.,0.),(0.,5.,"
         "0.),(1.,1.,3.),(3.,1.,3.),(3.,4.,3.),(1.,4.,3.)));\n";
-    add("triangles", "#100=IFCTRIANGULATEDFACESET(#101,$,.T.,((1,4,3),(1,3,2),(5,6,7),(5,7,8),(1,2,"
-                     "6),(1,6,5),(2,"
-                     "3,7),(2,7,6),(3,4,8),(3,8,7),(4,1,5),(4,5,8)),$);\n" +
-                         list);
+    const auto triangles = [&](const char* name, const char* first, const char* last) {
+        add(name, "#100=IFCTRIANGULATEDFACESET(#101,$,.T.,((" + std::string(first) +
+                      "),(1,3,2),(5,6,7),(5,7,8),(1,2,6),(1,6,5),(2,3,7),(2,7,6),(3,4,8),(3,8,7),"
+                      "(4,1,5),(4,5,8))," +
+                      last + ");\n" + list);
+    };
+    triangles("triangles", "1,4,3", "$");
+    triangles("triangles with normals", "1,4,3", "((1,1,1),(1,1,1))");
+    triangles("triangles by numbers of numbers", "1,9,3", "(1,2,3,4,5,6,7,8,4)");
     add("polygons",
         "#100=IFCPOLYGONALFACESET(#101,.T.,(#102,#103,#104,#105,#106,#107),$);\n" + list +
             "#102=IFCINDEXEDPOLYGONALFACE((1,4,3,2));\n#103=IFCINDEXEDPOLYGONALFACE((5,6,7,8));\n"
