@@ -17,8 +17,8 @@ constexpr double leastArea = 1e-4;
 // Beyond that crossings are not looked for: it would take too long.
 constexpr std::size_t mostCrossingEdges = 6000;
 constexpr std::size_t mostBorders = 200;
-// A crossing takes as long as four points of a shape, and so many looks at two edges as one.
-constexpr std::size_t crossingCost = 4;
+// A crossing takes as long as eight points of a shape, and so many looks at two edges as one.
+constexpr std::size_t crossingCost = 8;
 constexpr std::size_t looksPerPoint = 8;
 
 using Vertex = std::uint32_t;
