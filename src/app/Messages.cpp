@@ -40,6 +40,7 @@ constexpr Message germanMessages[] = {
     {TextNumber::PlacingFailed, L"Die Räume konnten nicht abgesetzt werden: %1"},
     {TextNumber::ReadingProgress, L"Raum %1 von %2 wird gelesen (Esc beendet)"},
     {TextNumber::WritingProgress, L"Raum %1 von %2 wird erzeugt (Esc beendet)"},
+    {TextNumber::DrawingNotRead, L"Das Teilbild konnte nicht gelesen werden: %1"},
     {TextNumber::WithControl, L"Strg+%1"},
     {TextNumber::WithControlAndShift, L"Strg+Umschalt+%1"},
     {TextNumber::InsertKey, L"Einfg"},

@@ -84,6 +84,7 @@ inline constexpr std::int32_t WritingEnded = 145;
 inline constexpr std::int32_t PlacingFailed = 146;
 inline constexpr std::int32_t ReadingProgress = 147;
 inline constexpr std::int32_t WritingProgress = 148;
+inline constexpr std::int32_t DrawingNotRead = 149;
 
 // Keys, as menus name them, and why the session had better wait.
 inline constexpr std::int32_t WithControl = 160;

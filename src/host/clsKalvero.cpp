@@ -108,11 +108,13 @@ class clsKalvero::Progress {
     Progress& operator=(const Progress&) = delete;
 
     // Before every room. False when the user has ended the operation.
-    bool next() {
+    bool next(std::int32_t room) {
         ended_ = ended_ || files_.desktop.EscapePressed();
-        if (!ended_)
-            window_.ShowProgress(
-                MessageText(files_.texts, words_, {FromLong(++begun_), FromLong(total_)}));
+        // A room that one pass leaves to the other is begun once.
+        if (!ended_ && begun_.insert(room).second)
+            window_.ShowProgress(MessageText(
+                files_.texts, words_,
+                {FromLong(static_cast<std::int32_t>(begun_.size())), FromLong(total_)}));
         return !ended_;
     }
     bool ended() const { return ended_; }
@@ -122,7 +124,7 @@ class clsKalvero::Progress {
     const FileServices& files_;
     const std::int32_t words_;
     const std::int32_t total_;
-    std::int32_t begun_ = 0;
+    std::set<std::int32_t> begun_;
     bool ended_ = false;
 };
 
@@ -351,6 +353,8 @@ struct clsKalvero::Reading {
     std::int32_t total = 0;
     std::int32_t read = 0;
     std::int32_t readInPart = 0;
+    // Why there is nothing to read.
+    std::optional<RuntimeError> failure;
     bool skippedNative = false;
     bool withoutFolder = false;
     bool gaveUp = false;
@@ -365,6 +369,7 @@ struct clsKalvero::Reading {
         } catch (const RuntimeError& error) {
             if (error.number() == RuntimeError::ServerUnavailable)
                 hostIsGone = true;
+            failure = error;
             return false;
         }
     }
@@ -419,13 +424,14 @@ std::unique_ptr<HostElementList> clsKalvero::selectRooms(Reading& reading) {
 }
 
 void clsKalvero::readRooms(HostElementList* elements, Reading& reading, clsFloors& floors) {
+    if (!elements || !reading.attempt([&] { reading.total = elements->Count(); }))
+        return;
+    reading.failure.reset();
     const AttributeNames names(host_);
-    if (elements)
-        reading.attempt([&] { reading.total = elements->Count(); });
     Progress progress(window_, files_, TextNumber::ReadingProgress, reading.total);
     std::int32_t failuresInARow = 0;
     for (std::int32_t begun = 0; begun < reading.total && !reading.hostIsGone; ++begun) {
-        if (!progress.next()) {
+        if (!progress.next(begun)) {
             reading.ended = true;
             return;
         }
@@ -434,6 +440,8 @@ void clsKalvero::readRooms(HostElementList* elements, Reading& reading, clsFloor
         reading.attempt([&] { element = elements->Item(begun + 1); });
         failuresInARow = element ? 0 : failuresInARow + 1;
         if (failuresInARow == mostFailuresInARow) {
+            // They are no rooms.
+            reading.readInPart -= failuresInARow - 1;
             reading.gaveUp = true;
             return;
         }
@@ -466,10 +474,13 @@ void clsKalvero::readRoom(HostRoomElement& element, const HostRoomRecord& record
         return;
     room.Geometry->SetTypeAndValue(CalculationByFile, path);
     const std::wstring key = identityKey(room.ComponentID(), room.FileID());
+    // Without its identity the room is still known by its place in the project folder.
+    std::set<std::wstring>& inPart = key.empty() ? unidentified_ : readInPart_;
+    const std::wstring& mark = key.empty() ? path : key;
     if (whole) {
-        readInPart_.erase(key);
+        inPart.erase(mark);
     } else {
-        readInPart_.insert(key);
+        inPart.insert(mark);
         ++reading.readInPart;
     }
     floors.AddRoom(room);
@@ -538,6 +549,8 @@ void clsKalvero::tellOf(const Reading& reading) {
     const std::vector<std::wstring> parts{FromLong(reading.read), FromLong(reading.total)};
     if (reading.hostIsGone)
         tell(TextNumber::HostIsGone, parts);
+    else if (reading.failure && reading.total == 0)
+        tell(TextNumber::DrawingNotRead, {DescriptionText(texts_, *reading.failure)});
     else if (reading.gaveUp)
         tell(TextNumber::ReadingGivenUp, parts);
     else if (reading.ended)
@@ -625,9 +638,9 @@ void clsKalvero::writeRoomsWithCoordinates(Writing& writing, bool withModify, Le
         writing.floors.GetRoomByIndex(index, room);
         double side = room.Geometry->dx();
         if (side == 0.0) {
-            if (!writing.progress.next())
+            if (!writing.progress.next(index))
                 break;
-            if (writeKnownRoom(room, known)) {
+            if (isUnidentified(room) || writeKnownRoom(room, known)) {
                 writtenRooms_.insert(index);
                 continue;
             }
@@ -657,8 +670,10 @@ bool clsKalvero::writeKnownRoom(const clsRoom& room, KnownRooms& known) {
         fillElement(room, *element, known.colour, told ? &given : nullptr);
         // A point file keeps fewer digits than the drawing: only one that says something else may
         // bend the room.
+        Outline standing;
         if (!outline.empty() &&
-            !clsFileSytem::WouldBeReadAs(pointsOf(element->Outline()), pointsOf(outline)))
+            !(attempt([&] { standing = element->Outline(); }) &&
+              clsFileSytem::WouldBeReadAs(pointsOf(standing), pointsOf(outline))))
             element->Outline(outline);
         if (known.changedElements.insert(element.get()).second)
             known.changed->Add(*element);
@@ -705,7 +720,7 @@ std::int32_t clsKalvero::writeRoomsWithoutCoordinates(Writing& writing, TwoRows*
         if (a <= 0.0 || b <= 0.0)
             continue;
         // A block that is not complete is not placed.
-        if (!writing.progress.next())
+        if (!writing.progress.next(index))
             return placed;
         if (rows) {
             if (!block)
@@ -763,6 +778,11 @@ void clsKalvero::fillElement(const clsRoom& room, HostRoomElement& element, std:
         attempt([&] { attributes = element.Attributes(); });
     AddRoomToModificationList(room, element, attributes.get(), given);
     element.Colour(colour);
+}
+
+bool clsKalvero::isUnidentified(const clsRoom& room) const {
+    return identityKey(room.ComponentID(), room.FileID()).empty() &&
+           unidentified_.contains(room.Geometry->FileName());
 }
 
 bool clsKalvero::wasReadInPart(const clsRoom& room) const {

@@ -119,6 +119,8 @@ class clsKalvero {
     void fillElement(const clsRoom& room, HostRoomElement& element, std::int32_t colour,
                      const HostRoomRecord* given = nullptr);
     bool wasReadInPart(const clsRoom& room) const;
+    // It stands in the drawing already, and nobody knows where.
+    bool isUnidentified(const clsRoom& room) const;
     bool isInModificationList(const clsRoom& room) const;
     std::wstring cutForHost(const std::wstring& text, std::int32_t warning, bool& warn);
     // The first pair whose name is the attribute's gives its text; else it is left alone.
@@ -137,6 +139,8 @@ class clsKalvero {
     std::wstring projectPath_;
     // Identities of the rooms that could not be read whole in this run.
     std::set<std::wstring> readInPart_;
+    // Paths of the point files of rooms whose identity could not be read.
+    std::set<std::wstring> unidentified_;
     // Where point files would lie that were not written; what lies there is no outline of ours.
     std::set<std::wstring> withoutOutline_;
     bool warnOfName_ = true;

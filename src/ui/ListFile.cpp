@@ -26,9 +26,10 @@ void ListFile::TellOfReading(const std::wstring& fileName, const FileOutcome& ou
 }
 
 bool ListFile::Write(const std::wstring& fileName, const clsFloors& floors) {
+    const FileState before = StateOf(fileName);
     const FileOutcome outcome = clsFileSytem(services_).WriteListToFile(fileName, floors);
-    // Whatever became of it, it was not somebody else.
-    state_ = StateOf(fileName);
+    // What is there after a failure may be somebody else's, who came in between.
+    state_ = outcome.complete || !before.there ? StateOf(fileName) : before;
     whole_ = whole_ || outcome.complete;
     if (!outcome.complete)
         tell(MessageText(services_.texts, TextNumber::ListNotSaved) +

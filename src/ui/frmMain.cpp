@@ -109,15 +109,18 @@ void frmMain::Show() {
             desktop_.OpenHelp(*form_, helpFile_, helpContext);
     };
     form_->MayUnload = [this] {
+        // The question that stands already has to be answered first.
+        if (asking_)
+            return false;
         endWithoutHost_ = commandUnderWay_ && host_.Hangs();
         closeWhenDone_ = commandUnderWay_ && !endWithoutHost_;
         return !closeWhenDone_;
     };
     form_->ServesInput = [this] {
         // Commands are refused meanwhile; what is left is to close the window, which needs input.
-        const bool hangs = commandUnderWay_ && host_.Hangs();
-        if (hangs)
-            form_->Enabled(true);
+        const bool hangs = commandUnderWay_ && !asking_ && host_.Hangs();
+        if (inputLocked_ && form_->Enabled() != hangs)
+            form_->Enabled(hangs);
         return hangs;
     };
     form_->OnUnload = [this] { unload(); };
@@ -339,6 +342,7 @@ void frmMain::AddCurrentRoomsToListOfFloors(std::int32_t quantity) {
 }
 
 void frmMain::EnableInput(bool enabled) {
+    inputLocked_ = !enabled;
     form_->Enabled(enabled);
 }
 
@@ -451,7 +455,7 @@ void frmMain::newList() {
 }
 
 bool frmMain::hasUnsavedRooms() const {
-    return roomCount_ != 0 && dirty_;
+    return dirty_ && floors_ && floors_->GetCountOfRooms() != 0;
 }
 
 void frmMain::SaveChangesPrompt() {
@@ -480,7 +484,13 @@ void frmMain::setDefaultFileName() {
 void frmMain::importRooms() {
     newList();
     dirty_ = true;
-    kalvero_->ImportFloorsFromKalvero(*floors_);
+    try {
+        kalvero_->ImportFloorsFromKalvero(*floors_);
+    } catch (...) {
+        // What was read until then is there to be seen and saved.
+        UpdateTable(false);
+        throw;
+    }
     UpdateTable(false);
 }
 

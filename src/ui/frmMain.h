@@ -154,6 +154,8 @@ class frmMain final : public Texts,
     bool askedForSession_ = false; // since the last command
     // A command waits for a host that hangs: the program ends without it.
     bool endWithoutHost_ = false;
+    // By a writing, as long as the host answers.
+    bool inputLocked_ = false;
 };
 
 } // namespace kalvrooms

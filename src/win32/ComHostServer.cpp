@@ -137,7 +137,11 @@ class ComRoomElement : public Adapter<HostRoomElement> {
         if (bulk_.RoomRecord && attempted([&] { record = recordAtOnce(); }))
             return record;
         record = {};
-        record.Identity.FileNumber = LongOf(object_.Get(Member::FileNumber));
+        const Variant fileNumber = object_.Get(Member::FileNumber);
+        // No answer is not the number of a native file.
+        if (fileNumber.empty())
+            throw RuntimeError(RuntimeError::TypeMismatch);
+        record.Identity.FileNumber = LongOf(fileNumber);
         const auto ask = [&](auto& field, const wchar_t* member) {
             const bool told = attempted([&] {
                 const Variant answer = object_.Get(member);
@@ -148,6 +152,8 @@ class ComRoomElement : public Adapter<HostRoomElement> {
             });
             record.Whole = record.Whole && told;
         };
+        // A number that no element has, unless it is told.
+        record.Identity.ComponentID = -1;
         ask(record.Identity.ComponentID, Member::ComponentID);
         ask(record.Identity.FileID, Member::FileID);
         ask(record.RoomName, Member::RoomName);
@@ -202,8 +208,12 @@ class ComElementList : public Adapter<HostElementList> {
         if (bulk_.IdentityTable && attempted([&] { identities = identitiesAtOnce(); }))
             return identities;
         const std::int32_t count = Count();
-        for (std::int32_t index = 1; index <= count; ++index)
-            identities.push_back(item(index)->Identity());
+        for (std::int32_t index = 1; index <= count; ++index) {
+            HostIdentity identity;
+            // One element that does not tell who it is keeps nobody from finding the others.
+            attempted([&] { identity = item(index)->Identity(); });
+            identities.push_back(identity);
+        }
         return identities;
     }
 

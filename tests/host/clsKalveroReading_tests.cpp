@@ -14,6 +14,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
+using ::testing::StartsWith;
 
 class Reading : public ::testing::Test {
   protected:
@@ -374,8 +375,24 @@ TEST_F(Reading, TwentyElementsInARowThatCannotBeTakenEndTheWalk) {
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(context_.host.counts["Item"], 41);
     EXPECT_EQ(floors_.GetCountOfRooms(), 2);
-    EXPECT_EQ(context_.prompts().back(), L"Zu viele Räume hintereinander konnten nicht gelesen "
-                                         L"werden. Gelesene Räume: 2 von 60.");
+    ASSERT_THAT(context_.prompts(), SizeIs(2));
+    EXPECT_THAT(context_.prompts()[0], StartsWith(L"Räume, die nicht vollständig gelesen werden "
+                                                  L"konnten: 19."));
+    EXPECT_EQ(context_.prompts()[1], L"Zu viele Räume hintereinander konnten nicht gelesen "
+                                     L"werden. Gelesene Räume: 2 von 60.");
+}
+
+TEST_F(Reading, ADrawingThatCannotBeReadAtAllIsNotTakenForAnEmptyOne) {
+    stand(17, 1, L"r");
+    for (const char* member : {"GetDrawingService", "CreateRoomFilter", "GetElements", "Count"}) {
+        context_.host.failMember = member;
+        floors_ = clsFloors();
+        const std::size_t before = context_.prompts().size();
+        bridge_->ImportFloorsFromKalvero(floors_);
+        ASSERT_THAT(context_.prompts(), SizeIs(before + 1)) << member;
+        EXPECT_EQ(context_.prompts().back(),
+                  L"Das Teilbild konnte nicht gelesen werden: failure of a test");
+    }
 }
 
 TEST_F(Reading, ProgressNamesEveryRoomAndEscapeEndsTheReadingBetweenTwo) {

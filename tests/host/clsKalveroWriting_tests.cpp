@@ -391,9 +391,21 @@ TEST_F(Writing, ProgressNamesEveryRoomOnceAndTheCaptionComesBack) {
     stand(17, L"K3", {{0, 0}, {1, 0}, {1, 1}});
     addSquare(L"1", 16);
     add(L"da", CalculationByFile, L"missing.txt", 25, L"EG", L"17-K3");
+    // Begun in the first pass, laid out in the second.
+    add(L"ohne Punkte", CalculationByFile, L"missing.txt", 25);
     write();
-    EXPECT_THAT(context_.progress, ElementsAre(L"Raum 1 von 2 wird erzeugt (Esc beendet)",
-                                               L"Raum 2 von 2 wird erzeugt (Esc beendet)", L""));
+    EXPECT_THAT(context_.progress, ElementsAre(L"Raum 1 von 3 wird erzeugt (Esc beendet)",
+                                               L"Raum 2 von 3 wird erzeugt (Esc beendet)",
+                                               L"Raum 3 von 3 wird erzeugt (Esc beendet)", L""));
+}
+
+TEST_F(Writing, AnOutlineThatIsNotToldIsWrittenAnew) {
+    stand(17, L"K3", {{0, 0}, {1, 0}, {1, 1}});
+    add(L"da", CalculationByFile, pointFile("p.txt", {{0, 0}, {2, 0}, {2, 2}}), 25, L"EG",
+        L"17-K3");
+    context_.host.failMember = "Outline";
+    EXPECT_EQ(write().updated, 1);
+    EXPECT_EQ(context_.host.elements[0].outline[1], (Point{2, 0}));
 }
 
 TEST_F(Writing, EscapeEndsTheWritingBetweenTwoRooms) {

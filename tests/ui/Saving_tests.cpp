@@ -176,6 +176,39 @@ TEST_F(Saving, AsksBeforeItOverwritesWhatSomebodyElseWrote) {
     EXPECT_EQ(desktop().Messages().size(), messages);
 }
 
+// Somebody else saves the workbook while the application is too busy to do it for us.
+class BusySpreadsheets : public SpreadsheetServer {
+  public:
+    std::unique_ptr<SpreadsheetApplication> AttachRunning() override { return nullptr; }
+    std::unique_ptr<SpreadsheetApplication> CreateInstance() override {
+        class Busy : public RuntimeError {
+          public:
+            Busy() : RuntimeError(AutomationError) {}
+            bool IsBusy() const noexcept override { return true; }
+        };
+        meanwhile();
+        throw Busy();
+    }
+    std::function<void()> meanwhile;
+};
+
+TEST_F(Saving, ThatFailsDoesNotMakeTheirFileOurs) {
+    BusySpreadsheets spreadsheets;
+    spreadsheets.meanwhile = [this] { writeFile("list.xls", "theirs"); };
+    writeFile("list.xls", "before");
+    main_ = std::make_unique<frmMain>(platform_.Bundle(), host_, spreadsheets);
+    main_->SetLang(L"");
+    main_->Show();
+    addRooms(L"a", L"1");
+    desktop().ChooseFile(file("list.xls"), 2);
+    form().ChooseMenu(L"mnuSaveAS");
+    form().ChooseMenu(L"mnuSave");
+    ASSERT_THAT(prompts(), SizeIs(2));
+    EXPECT_THAT(prompts()[0], StartsWith(L"Die Raumliste wurde nicht gespeichert."));
+    EXPECT_THAT(prompts()[1], StartsWith(L"Die Datei wurde inzwischen von jemand anderem"));
+    main_.reset();
+}
+
 TEST_F(Saving, IntoTheDrawingNamesTheRoomWithTheNegativeArea) {
     show();
     open(writeListWith("list.txt", negativeRoom));

@@ -1357,6 +1357,54 @@ TEST_F(MainWindow, AHostThatHangsKeepsNobodyFromLeaving) {
     form().ChooseMenu(L"mnuExport");
 }
 
+TEST_F(MainWindow, RoomsThatWereReadUntilTheHostHangsAreNotLostUnasked) {
+    Element element;
+    element.identity = {17, 3, L"K3"};
+    host_.elements = {element, element};
+    show();
+    host_.onCall = [&](const std::string& member) {
+        if (member != "Record" || host_.counts[member] != 2)
+            return;
+        host_.hangs = true;
+        EXPECT_TRUE(form().ServesInput());
+        form().Close();
+        EXPECT_THAT(prompts(), ElementsAre(savePrompt));
+        EXPECT_TRUE(desktop().ProcessEnded());
+    };
+    form().ChooseMenu(L"mnuImport");
+}
+
+TEST_F(MainWindow, AHostThatAnswersAgainTakesTheInputBack) {
+    show();
+    addRooms(L"R", L"1");
+    const auto served = [this](bool hangs) {
+        host_.hangs = hangs;
+        const bool serves = form().ServesInput();
+        EXPECT_EQ(form().Enabled(), serves);
+        return serves;
+    };
+    host_.onCall = [&](const std::string& member) {
+        if (member != "PlaceElements")
+            return;
+        EXPECT_TRUE(served(true));
+        EXPECT_FALSE(served(false));
+        // A question that stands is not joined by another one.
+        desktop().AnswerNext([&](const Gui::Message&) {
+            EXPECT_FALSE(form().ServesInput());
+            form().Close();
+            return Gui::Answer::No;
+        });
+        host_.hangs = true;
+        EXPECT_TRUE(form().AskForSessionEnd());
+        EXPECT_THAT(prompts(), ElementsAre(savePrompt));
+        host_.hangs = false;
+    };
+    desktop().OnModal(L"frmReport", [](HeadlessForm& report) { report.Click(L"cmdOk"); });
+    form().ChooseMenu(L"mnuExport");
+    EXPECT_TRUE(form().Enabled());
+    EXPECT_FALSE(desktop().ProcessEnded());
+}
+
 TEST_F(MainWindow, TheCaptionTellsHowFarReadingIsAndComesBack) {
     Element element;
     element.identity = {17, 3, L"K3"};

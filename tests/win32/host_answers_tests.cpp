@@ -268,6 +268,59 @@ TEST_F(Answers, MembersOfOurOwnInventionMayBeUnknown) {
     EXPECT_THAT(process_.calls.Report(), ::testing::Not(HasSubstr(L"CheckAccess")));
 }
 
+TEST_F(Answers, ARoomThatDoesNotTellItsIdentityIsNotMadeAgain) {
+    process_.plain = true;
+    for (const wchar_t* member : {L"FileID", L"ComponentID"}) {
+        process_.calls.FailMember(member, {});
+        read();
+        process_.calls.ClearFaults();
+        ASSERT_EQ(floors_.GetCountOfRooms(), 2) << member;
+        EXPECT_THAT(context_.prompts().back(), HasSubstr(L"gelesen werden konnten: 1."));
+        clsRoom square;
+        square.Occupancy(L"HNF 4");
+        floors_.AddRooms(square, 1);
+        const std::size_t before = process_.session.drawing.elements.size();
+        std::int32_t atPosition = 0, updated = 0, placed = 0;
+        bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, atPosition, updated, placed);
+        EXPECT_EQ(updated, 1);
+        EXPECT_EQ(atPosition, 0);
+        ASSERT_EQ(process_.session.drawing.elements.size(), before + 1);
+        // New rooms have no identity either, and get all that they are to have.
+        EXPECT_EQ(process_.session.drawing.elements[before].attributes[2].TextValue(), L"HNF 4");
+        process_.session.drawing.elements.resize(2);
+    }
+}
+
+TEST_F(Answers, WhatWasReadGoesBackBitByBit) {
+    auto& elements = process_.session.drawing.elements;
+    elements[0].outline = {{-0.365, 6.1E-17}, {1.0 / 3.0, 1.8E-15}, {1E20, -0.5}};
+    const Outline before = elements[0].outline;
+    read();
+    std::int32_t atPosition = 0, updated = 0, placed = 0;
+    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, atPosition, updated, placed);
+    EXPECT_EQ(updated, 2);
+    EXPECT_EQ(elements[0].outline, before);
+}
+
+TEST_F(Answers, GivingUpAtTheCrossHairKeepsWhatWasPlaced) {
+    int clicks = 0;
+    process_.session.placing.ByClick();
+    process_.session.placing.OnClick([&](const std::vector<Outline>&) {
+        if (++clicks == 2)
+            throw PlacingCancelled();
+        return Point();
+    });
+    bridge_ = context_.bridge();
+    clsRoom square;
+    floors_.AddRooms(square, 3);
+    std::int32_t atPosition = 0, updated = 0, placed = 0;
+    bridge_->ExportFloorsToKalvero(floors_, true, false, 1, 1, atPosition, updated, placed);
+    EXPECT_EQ(clicks, 2);
+    EXPECT_EQ(placed, 1);
+    EXPECT_EQ(process_.session.drawing.elements.size(), 3u);
+    EXPECT_THAT(context_.prompts(), IsEmpty());
+}
+
 TEST_F(Answers, ErrorsMayBeToldByErrorObjects) {
     forms_.errorObjects = true;
     process_.session.state.Set(L"menu");
