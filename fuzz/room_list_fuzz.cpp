@@ -9,13 +9,20 @@
 namespace {
 
 // The list without its sides: of those, one is computed anew from the other, and its last digit may
-// wander.
+// wander. Nor the blanks around its fields: a line break at the end of a text is written as one,
+// and reading trims it.
 std::string withoutSides(const std::string& list) {
     std::string rest;
     int field = 0;
+    bool inside = false; // of a field's text
     for (const char c : list) {
-        field = c == '\n' ? 0 : field + (c == '\t');
-        if (field != 8 && field != 9)
+        const bool end = c == '\n' || c == '\t';
+        if (end) {
+            rest.erase(rest.find_last_not_of(" \r") + 1);
+            field = c == '\n' ? 0 : field + 1;
+        }
+        inside = !end && (inside || c != ' ');
+        if ((end || inside) && field != 8 && field != 9)
             rest += c;
     }
     return rest;

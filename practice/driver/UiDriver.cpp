@@ -232,6 +232,19 @@ void choose(HWND mainWindow, int command) {
     PostMessageW(mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
 }
 
+void runCommand(HWND mainWindow, int command, const std::function<void()>& answer, DWORD limit) {
+    const auto done = [mainWindow] { return GetPropW(mainWindow, L"QuartinoCommandsDone"); };
+    const auto before = done();
+    choose(mainWindow, command);
+    waitFor(
+        "the end of a command",
+        [&] {
+            answer();
+            return done() != before;
+        },
+        limit);
+}
+
 void setText(HWND control, const std::wstring& text) {
     send(control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
 }

@@ -105,6 +105,10 @@ HWND fileNameField(HWND fileDialog);
 
 void press(HWND dialog, int control);
 void choose(HWND mainWindow, int command);
+// Chooses a command and waits for its end; meanwhile somebody answers what comes up.
+// Error: WaitFailed.
+void runCommand(HWND mainWindow, int command, const std::function<void()>& answer,
+                DWORD limit = usualLimit);
 void setText(HWND control, const std::wstring& text);
 void enterFileName(HWND fileDialog, const std::wstring& path);
 // Drops a file on a window that takes files.

@@ -126,20 +126,14 @@ class Tour {
 
     // Chooses a menu entry and answers what comes up until the command has ended.
     void command(int id, const std::function<bool(HWND)>& answer) {
-        const auto done = [this] {
-            return reinterpret_cast<std::uintptr_t>(GetPropW(main_, L"QuartinoCommandsDone"));
-        };
-        const auto before = done();
-        ui::choose(main_, id);
-        ui::waitFor(
-            "the end of a command",
+        ui::runCommand(
+            main_, id,
             [&] {
                 answerMessages();
                 for (const HWND window : ui::windowsOf(quartino_))
                     if (window != main_ && !ui::isMessageBox(window) && IsWindowEnabled(window) &&
                         answer(window))
                         break;
-                return done() != before;
             },
             longLimit);
         given_.clear();
