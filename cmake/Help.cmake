@@ -1,5 +1,5 @@
-# Help files: every folder of help/ that has a project (.hhp) becomes a compiled help file of the
-# project's name, beside the program.
+# Help: every folder of help/ that has a project (.hhp) becomes a compiled help file and a manual for
+# printing, both of the project's name, beside the program.
 find_program(HELP_COMPILER chmcmd)
 find_program(HELP_READER chmls)
 find_program(PERL perl)
@@ -8,27 +8,31 @@ if(NOT HELP_COMPILER OR NOT HELP_READER OR NOT PERL)
                       "run setup/install")
 endif()
 
-file(GLOB style CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/help/*.css)
+file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/help/*.css
+     ${PROJECT_SOURCE_DIR}/docs/pictures/*.png)
 file(GLOB projects CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/help/*/*.hhp)
 set(helpFiles "")
+set(bin ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+set(maker ${PROJECT_SOURCE_DIR}/cmake/make-help)
 foreach(project ${projects})
   cmake_path(GET project STEM name)
   cmake_path(GET project PARENT_PATH folder)
   file(GLOB pages CONFIGURE_DEPENDS ${folder}/*)
+  # The program's pictures in the language of the pages.
+  set(pictures ${PROJECT_SOURCE_DIR}/docs/pictures/)
+  if(folder MATCHES "/eng$")
+    string(APPEND pictures english-)
+  endif()
   # The compiler takes and leaves everything in the folder that it is started in.
   set(work ${CMAKE_BINARY_DIR}/help/${name})
-  set(compiled ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}.chm)
+  file(MAKE_DIRECTORY ${work} ${bin})
   add_custom_command(
-    OUTPUT ${compiled}
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${work} ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
-    COMMAND ${CMAKE_COMMAND} -E copy ${pages} ${style} ${work}
-    COMMAND ${CMAKE_COMMAND} -E chdir ${work} ${HELP_COMPILER} ${name}.hhp
-    COMMAND ${CMAKE_COMMAND} -E chdir ${work} ${HELP_READER} extract ${name}.chm /\#STRINGS strings
-    COMMAND ${PERL} ${PROJECT_SOURCE_DIR}/cmake/relative-topics ${work}/${name}.chm ${work}/strings
-    COMMAND ${CMAKE_COMMAND} -E copy ${work}/${name}.chm ${compiled}
-    DEPENDS ${pages} ${style} ${PROJECT_SOURCE_DIR}/cmake/relative-topics
-    COMMENT "Help file ${name}.chm"
+    OUTPUT ${bin}/${name}.chm ${bin}/${name}.html
+    COMMAND ${PERL} ${maker} ${folder} ${pictures} ${PROJECT_VERSION} "$ENV{SOURCE_DATE_EPOCH}" ${bin}
+    WORKING_DIRECTORY ${work}
+    DEPENDS ${pages} ${sources} ${maker}
+    COMMENT "Help file ${name}.chm and manual ${name}.html"
     VERBATIM)
-  list(APPEND helpFiles ${compiled})
+  list(APPEND helpFiles ${bin}/${name}.chm)
 endforeach()
 add_custom_target(help_files ALL DEPENDS ${helpFiles})
