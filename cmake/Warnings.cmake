@@ -21,6 +21,18 @@ if(QUARTINO_SANITIZE)
   target_link_options(quartino_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# Whole numbers that lose digits or overflow; what may, stands in the list.
+if(QUARTINO_ANALYSE STREQUAL "integer")
+  set(allowed ${PROJECT_SOURCE_DIR}/tests/night/integers-allowed)
+  target_compile_options(quartino_options INTERFACE -fsanitize=integer,implicit-conversion
+                         -fno-sanitize-recover=all -fsanitize-ignorelist=${allowed})
+  target_link_options(quartino_options INTERFACE -fsanitize=integer,implicit-conversion)
+elseif(QUARTINO_ANALYSE STREQUAL "coverage")
+  # Without inlining, so that a line stands where it was written.
+  target_compile_options(quartino_options INTERFACE --coverage -O0 -fprofile-update=atomic)
+  target_link_options(quartino_options INTERFACE --coverage)
+endif()
+
 # Every branch tells the fuzzer that it was taken.
 if(QUARTINO_FUZZ)
   target_compile_options(quartino_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined

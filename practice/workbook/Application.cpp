@@ -28,7 +28,7 @@ WorkbookPointer Application::Open(const std::wstring& name) {
         if (EqualsIgnoringCase(open->name, lastPart(fullName)))
             throw SheetError(L"A workbook of this name is open already: " + open->name);
     }
-    const auto workbook = std::make_shared<OpenWorkbook>();
+    auto workbook = std::make_shared<OpenWorkbook>();
     if (automationSecurity != SpreadsheetApplication::MacrosOff)
         ++opensWithMacros;
     workbook->file = files_.Open(fullName);
@@ -40,7 +40,7 @@ WorkbookPointer Application::Open(const std::wstring& name) {
 }
 
 WorkbookPointer Application::Add() {
-    const auto workbook = std::make_shared<OpenWorkbook>();
+    auto workbook = std::make_shared<OpenWorkbook>();
     workbook->book = Workbook::New();
     workbook->name = workbook->fullName = L"Book" + std::to_wstring(++added_);
     workbooks_.push_back(workbook);

@@ -120,7 +120,7 @@ Workbook Workbook::Copy() const {
 }
 
 std::shared_ptr<Sheet> Workbook::AddSheet() {
-    const auto sheet = std::make_shared<Sheet>(L"Sheet" + std::to_wstring(sheets.size() + 1));
+    auto sheet = std::make_shared<Sheet>(L"Sheet" + std::to_wstring(sheets.size() + 1));
     sheets.insert(sheets.begin() + static_cast<std::ptrdiff_t>(active), sheet);
     return sheet;
 }

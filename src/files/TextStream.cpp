@@ -76,7 +76,7 @@ void openFile(std::filebuf& file, const std::filesystem::path& path, std::ios::o
 // must not be written.
 std::filesystem::path fileToKeep(const std::wstring& fileName, OldFile oldFile) {
     std::error_code ignored;
-    const std::filesystem::path path = pathOf(fileName);
+    std::filesystem::path path = pathOf(fileName);
     if (oldFile == OldFile::Emptied || !std::filesystem::is_regular_file(path, ignored))
         return {};
     std::filebuf writable;

@@ -125,7 +125,7 @@ void HeadlessField::replaceSelection(const std::wstring& text) {
 }
 
 void HeadlessField::typeKey(wchar_t character) {
-    auto key = static_cast<std::int16_t>(character);
+    auto key = static_cast<std::int16_t>(static_cast<std::uint16_t>(character));
     if (KeyPress)
         form_.OwningDesktop().Dispatch([this, &key] { KeyPress(key); });
     const auto typed = static_cast<wchar_t>(static_cast<std::uint16_t>(key));
