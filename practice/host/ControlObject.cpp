@@ -1,7 +1,6 @@
 #include "practice/host/HostObjects.h"
 
 #include "drawing/DrawingFile.h"
-#include "drawing/DrawingSvg.h"
 #include "drawing/Text.h"
 
 namespace kalvrooms::practice {
@@ -21,9 +20,7 @@ class ControlObject : public Automation<ControlObject> {
             Method(L"SaveDrawing", 1,
                    [](auto& self, auto& given) { self.process.Save(given.Text(0)); }),
             Method(L"ExportSvg", 1,
-                   [](auto& self, auto& given) {
-                       SaveText(given.Text(0), DrawingSvg(self.session.drawing));
-                   }),
+                   [](auto& self, auto& given) { self.process.SaveSvg(given.Text(0)); }),
             Property(L"DrawingText",
                      [](auto& self) { return FromUtf8(WriteDrawing(self.session.drawing)); }),
             Method(L"SetState", 1,

@@ -1,10 +1,13 @@
 #include "practice/host/HostProcess.h"
 
 #include "drawing/DrawingFile.h"
+#include "drawing/DrawingSvg.h"
 #include "drawing/Text.h"
 #include "ifc/IfcDrawing.h"
+#include "ifc/TroubleText.h"
 #include "practice/server/FaultEffect.h"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 
@@ -44,6 +47,22 @@ void HostProcess::Save(const std::filesystem::path& file) const {
         throw HostError(L"Eine Übungszeichnung lässt sich nicht als Modell speichern: " +
                         file.wstring());
     SaveDrawing(session.drawing, file);
+}
+
+void HostProcess::SaveSvg(const std::filesystem::path& file) const {
+    SaveText(file, DrawingSvg(session.drawing, model_ ? Storeys::Apart : Storeys::AsTheyStand));
+}
+
+std::wstring HostProcess::PassedOver() const {
+    if (!model_ || model_->Troubles().empty())
+        return {};
+    constexpr std::size_t mostShown = 10;
+    const std::vector<std::string>& troubles = model_->Troubles();
+    std::wstring text = L"Im Modell ist nicht alles lesbar (" + std::to_wstring(troubles.size()) +
+                        (troubles.size() == 1 ? L" Meldung):" : L" Meldungen):");
+    for (std::size_t i = 0; i < std::min(troubles.size(), mostShown); ++i)
+        text += L"\n" + FromUtf8(ifc::InGerman(troubles[i]));
+    return troubles.size() > mostShown ? text + L"\n…" : text;
 }
 
 void HostProcess::AddUse() {

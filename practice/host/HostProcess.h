@@ -34,7 +34,11 @@ class HostProcess {
     // A model goes back into its own kind of file, or becomes a practice drawing under a name that
     // ends with ".json". Raises a HostError.
     void Save(const std::filesystem::path& file) const;
+    // The drawing as a picture, the storeys of a model side by side. Raises a HostError.
+    void SaveSvg(const std::filesystem::path& file) const;
     bool HasModel() const { return model_ != nullptr; }
+    // What could not be read of the open model, for the user; empty where all was.
+    std::wstring PassedOver() const;
     // Of the open drawing; empty without one.
     const std::filesystem::path& File() const { return file_; }
 

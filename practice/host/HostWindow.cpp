@@ -1,8 +1,8 @@
 #include "practice/host/HostWindow.h"
 
 #include "drawing/DrawingFile.h"
-#include "drawing/DrawingSvg.h"
 #include "drawing/Text.h"
+#include "ifc/TroubleText.h"
 #include "practice/host/Commands.h"
 #include "practice/host/Gdi.h"
 
@@ -428,9 +428,9 @@ void HostWindow::Try(const std::function<void()>& action) {
     try {
         action();
     } catch (const HostError& error) {
-        trouble = error.description();
+        trouble = ifc::InGerman(error.description());
     } catch (const std::exception& error) {
-        trouble = FromUtf8(error.what());
+        trouble = ifc::InGerman(FromUtf8(error.what()));
     }
     if (!trouble.empty())
         MessageBoxW(window_, trouble.c_str(), L"Kalvero", MB_OK | MB_ICONWARNING);
@@ -510,6 +510,9 @@ void HostWindow::Open(const std::wstring& file) {
     if (placing_)
         throw HostError(L"Bitte setzen Sie zuerst die Räume ab.");
     process_.Open(file);
+    const std::wstring passedOver = process_.PassedOver();
+    if (!passedOver.empty())
+        MessageBoxW(window_, passedOver.c_str(), L"Kalvero", MB_OK | MB_ICONINFORMATION);
 }
 
 // The storeys of a model stand one above the other: the lowest is shown alone.
@@ -541,7 +544,7 @@ void HostWindow::SaveDrawing() {
 void HostWindow::SaveSvg() {
     const std::wstring path = AskForFile(true, SvgFilter, L"svg");
     if (!path.empty())
-        SaveText(path, DrawingSvg(process_.session.drawing));
+        process_.SaveSvg(path);
 }
 
 } // namespace kalvrooms::practice

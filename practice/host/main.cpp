@@ -1,6 +1,6 @@
 #include "drawing/DrawingFile.h"
-#include "drawing/DrawingSvg.h"
 #include "drawing/Text.h"
+#include "ifc/TroubleText.h"
 #include "practice/host/ClassIds.h"
 #include "practice/host/ClassObjects.h"
 #include "practice/host/ClientProgram.h"
@@ -22,27 +22,35 @@ using namespace kalvrooms::practice;
 
 constexpr int TroubleCode = 2;
 
+// False: there is no console.
+bool Say(const std::wstring& text) {
+    HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+    const std::string line = "KalveroPractice: " + ToUtf8(text) + "\n";
+    DWORD written = 0;
+    return console && console != INVALID_HANDLE_VALUE &&
+           WriteFile(console, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+}
+
 // On the console, or in a message box when there is none.
 void Tell(const std::wstring& trouble) {
-    HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
-    const std::string line = "KalveroPractice: " + ToUtf8(trouble) + "\n";
-    DWORD written = 0;
-    if (console && console != INVALID_HANDLE_VALUE &&
-        WriteFile(console, line.data(), static_cast<DWORD>(line.size()), &written, nullptr))
-        return;
-    MessageBoxW(nullptr, trouble.c_str(), L"Kalvero", MB_OK | MB_ICONWARNING);
+    const std::wstring german = ifc::InGerman(trouble);
+    if (!Say(german))
+        MessageBoxW(nullptr, german.c_str(), L"Kalvero", MB_OK | MB_ICONWARNING);
 }
 
 void WriteOutputs(const HostProcess& process, const CommandLine& line) {
     if (!line.save.empty())
         process.Save(line.save);
     if (!line.svg.empty())
-        SaveText(line.svg, DrawingSvg(process.session.drawing));
+        process.SaveSvg(line.svg);
 }
 
 void Prepare(HostProcess& process, const CommandLine& line) {
     if (!line.drawing.empty())
         process.Open(line.drawing);
+    // Nobody may be there who could close a message box.
+    if (const std::wstring passedOver = process.PassedOver(); !passedOver.empty())
+        Say(passedOver);
     if (!line.projectFolder.empty())
         process.session.drawing.project.folder = line.projectFolder;
     if (line.place)

@@ -11,6 +11,7 @@
 #include "files/clsFileSytem.h"
 #include "host/clsKalvero.h"
 #include "model/LetterRules.h"
+#include "model/RuntimeError.h"
 #include "model/Utf8.h"
 
 namespace kalvrooms {
@@ -34,6 +35,7 @@ class Checker {
         checkArea();
         checkPointFile();
         checkWords();
+        checkRoomId();
         if (++count_ == clsKalvero::MostRooms + 1)
             find("count", say_("mehr als 150 Räume gehen nicht auf einmal in die Zeichnung",
                                "more than 150 rooms do not go into a drawing at once"));
@@ -118,6 +120,15 @@ class Checker {
         unknown(OccupancyColumn, Din277::IsUse);
         unknown(EnclosureColumn, Din277::IsEnclosure);
         unknown(AreaTypeColumn, Din277::IsAreaType);
+    }
+
+    void checkRoomId() {
+        try {
+            clsRoom().SetRoomID(fields_[RoomIDColumn], locale_);
+        } catch (const RuntimeError&) {
+            find("roomId", say_("die Raum-ID ist nicht lesbar: ", "the room ID cannot be read: ") +
+                               ToUtf8(fields_[RoomIDColumn]));
+        }
     }
 
     const NumberLocale& locale_;

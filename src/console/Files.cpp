@@ -11,6 +11,7 @@
 #include "drawing/DrawingFile.h"
 #include "drawing/Text.h"
 #include "files/FilePath.h"
+#include "ifc/TroubleText.h"
 #include "model/Utf8.h"
 
 namespace kalvrooms {
@@ -91,6 +92,10 @@ FileError Files::error(const std::string& shownName, int line, const std::string
     return FileError(text.append(": ").append(what));
 }
 
+std::string Files::words(const std::string& trouble) const {
+    return say_.german ? ifc::InGerman(trouble) : trouble;
+}
+
 std::string Files::shown(const FileArgument& file, bool isWritten) const {
     if (!file.IsStandardStream())
         return file.name;
@@ -135,9 +140,9 @@ OpenDrawing Files::DrawingOf(Input input) const {
             return {ReadDrawing(input.bytes), nullptr};
         return modelOf(std::move(input));
     } catch (const ifc::ModelError& found) {
-        throw error(name, found.Line(), found.Trouble());
+        throw error(name, found.Line(), words(found.Trouble()));
     } catch (const HostError& found) {
-        throw error(name, 0, ToUtf8(found.description()));
+        throw error(name, 0, words(ToUtf8(found.description())));
     }
 }
 
@@ -148,7 +153,7 @@ OpenDrawing Files::modelOf(Input input) const {
         model = std::make_shared<const ifc::IfcDrawing>(ifc::ModelBytes{std::move(input.bytes)});
     }
     for (const std::string& trouble : model->Troubles())
-        console_.err << error(input.name, 0, trouble).what() << '\n';
+        console_.err << error(input.name, 0, words(trouble)).what() << '\n';
     return {model->Read(), model};
 }
 
@@ -163,17 +168,20 @@ FileKind Files::kindOfList(const FileArgument& file) const {
 bool Files::TellLosses(const FileArgument& file, RoomRows& rows) const {
     if (kindOfList(file) != FileKind::TextList)
         return false;
-    const std::vector<int> lines = FitEncoding(rows, encoding);
-    for (const int line : lines)
-        console_.err << error(
-                            shown(file, true), line,
-                            say_("ein Zeichen fehlt in der Codepage 1252 und wird ein "
-                                 "Fragezeichen; --encoding utf-8 schreibt es",
-                                 "a character is missing in code page 1252 and becomes a question "
-                                 "mark; --encoding utf-8 writes it"))
-                            .what()
-                     << '\n';
-    return !lines.empty();
+    const auto tell = [&](const std::vector<int>& lines, const char* what) {
+        for (const int line : lines)
+            console_.err << error(shown(file, true), line, what).what() << '\n';
+        return !lines.empty();
+    };
+    const bool broken =
+        tell(PutInOneLine(rows), say_("ein Tabulator oder Zeilenumbruch wird ein Leerzeichen",
+                                      "a tab or a line break becomes a blank"));
+    return tell(FitEncoding(rows, encoding),
+                say_("ein Zeichen fehlt in der Codepage 1252 und wird ein Fragezeichen; "
+                     "--encoding utf-8 schreibt es",
+                     "a character is missing in code page 1252 and becomes a question mark; "
+                     "--encoding utf-8 writes it")) ||
+           broken;
 }
 
 void Files::SaveRows(const FileArgument& file, const RoomRows& rows) const {
@@ -199,7 +207,7 @@ void Files::SaveDrawing(const FileArgument& file, const OpenDrawing& drawing) co
         bytes = drawing.model && !asJson ? drawing.model->Write(drawing.drawing)
                                          : WriteDrawing(drawing.drawing);
     } catch (const HostError& found) {
-        throw error(shown(file, true), 0, ToUtf8(found.description()));
+        throw error(shown(file, true), 0, words(ToUtf8(found.description())));
     }
     Save(file, bytes);
 }

@@ -43,8 +43,8 @@ class Files {
     OpenDrawing DrawingOf(Input input) const;
 
     void SaveRows(const FileArgument& file, const RoomRows& rows) const;
-    // What a text list in code page 1252 cannot hold becomes a question mark, as the program writes
-    // it; each line that it happens in is told. Whether there was one.
+    // What a text list cannot hold becomes a blank, or a question mark in code page 1252, as the
+    // program writes it; each line that it happens in is told. Whether there was one.
     bool TellLosses(const FileArgument& file, RoomRows& rows) const;
     // As the model that it came from, or as a practice drawing where --format or the name says so.
     void SaveDrawing(const FileArgument& file, const OpenDrawing& drawing) const;
@@ -56,6 +56,8 @@ class Files {
     FileKind kindOfList(const FileArgument& file) const;
     // As messages name it.
     std::string shown(const FileArgument& file, bool isWritten) const;
+    // What a reader complains about, in the language of the user.
+    std::string words(const std::string& trouble) const;
     static FileError error(const std::string& shownName, int line, const std::string& what);
 
     const Console& console_;

@@ -18,14 +18,19 @@ std::string troff(const std::string& text) {
     return escaped;
 }
 
+bool isPrograms(const CLI::App& program, const CLI::Option& option) {
+    return program.get_option_no_throw(option.get_name()) != nullptr;
+}
+
 bool isPositional(const CLI::Option* option) {
     return option->get_lnames().empty() && option->get_snames().empty();
 }
 
-// Options of a group, or the files of a command.
+// Options of a group, or the files of a command; what the program itself knows stands there once.
 void describe(std::string& page, const CLI::App& app, const std::string& group) {
     for (const CLI::Option* option : app.get_options()) {
-        if (option->get_group() != group || option == app.get_help_ptr())
+        if (option->get_group() != group || option == app.get_help_ptr() ||
+            (app.get_parent() && isPrograms(*app.get_parent(), *option)))
             continue;
         const std::string type = isPositional(option) ? "" : option->get_type_name();
         page += ".TP\n.B " + troff(option->get_name(false, true)) +

@@ -4,6 +4,7 @@
 
 #include "console/Sums.h"
 #include "drawing/DrawingSvg.h"
+#include "model/LetterRules.h"
 #include "model/Utf8.h"
 
 namespace kalvrooms {
@@ -109,17 +110,22 @@ std::string overview(const ReportInput& input, const std::vector<Pair>& pairs, c
 }
 
 std::string plans(const Drawing& drawing, const Speech& say) {
+    const auto isOf = [](const std::wstring& storey) {
+        return [key = FoldedCase(storey)](const std::wstring& other) {
+            return FoldedCase(other) == key;
+        };
+    };
     std::vector<std::wstring> storeys;
     for (const Element& element : drawing.elements)
         if (!element.outline.empty() &&
-            std::find(storeys.begin(), storeys.end(), element.storey) == storeys.end())
+            std::none_of(storeys.begin(), storeys.end(), isOf(element.storey)))
             storeys.push_back(element.storey);
     std::string html;
     for (const std::wstring& storey : storeys) {
         std::int32_t rooms = 0;
         double area = 0.0;
         for (const Element& element : drawing.elements) {
-            if (element.storey != storey)
+            if (!isOf(storey)(element.storey))
                 continue;
             ++rooms;
             area += drawing.FloorArea(element);
@@ -128,8 +134,8 @@ std::string plans(const Drawing& drawing, const Speech& say) {
             storey.empty() ? say("(ohne Geschoss)", "(no storey)") : ToUtf8(storey);
         html += "<figure><figcaption>" + escaped(name) + " <small>" + std::to_string(rooms) +
                 (rooms == 1 ? say(" Raum, ", " room, ") : say(" Räume, ", " rooms, ")) +
-                NumberFor(say, area, 2) + " m²</small></figcaption>\n" + PlanSvg(drawing, storey) +
-                "</figure>\n";
+                NumberFor(say, area, 2) + " m²</small></figcaption>\n" +
+                PlanSvg(drawing, storey, say.german) + "</figure>\n";
     }
     return html;
 }

@@ -1,5 +1,7 @@
 #include "console/RoomRows.h"
 
+#include <algorithm>
+
 #include <nlohmann/json.hpp>
 
 #include "app/clsText.h"
@@ -49,6 +51,20 @@ std::string encoded(const std::string& text, int line, ListEncoding encoding, co
             line, say("ein Zeichen fehlt in der Codepage 1252; --encoding utf-8 schreibt es",
                       "a character is missing in code page 1252; --encoding utf-8 writes it"));
     return bytes;
+}
+
+// Error: ListError with the first line that is not UTF-8.
+void checkUtf8(std::string_view bytes, const Speech& say) {
+    for (int line = 1; !bytes.empty(); ++line) {
+        const std::size_t end = bytes.find('\n');
+        const std::string_view content = bytes.substr(0, end);
+        const bool isAscii = std::all_of(content.begin(), content.end(),
+                                         [](char byte) { return (byte & 0x80) == 0; });
+        if (!isAscii && ToUtf8(FromUtf8(content)) != content)
+            throw ListError(line, say("die Zeile ist nicht in UTF-8 geschrieben",
+                                      "the line is not written in UTF-8"));
+        bytes.remove_prefix(end == std::string_view::npos ? bytes.size() : end + 1);
+    }
 }
 
 // ------------------------------------------------------------------------- text list
@@ -289,6 +305,8 @@ RoomRows ReadRows(std::string_view bytes, ListForm form, ListEncoding encoding, 
     if (form != ListForm::Text || encoding == ListEncoding::Utf8)
         if (bytes.starts_with(byteOrderMark))
             bytes.remove_prefix(byteOrderMark.size());
+    if (form == ListForm::Csv || (form == ListForm::Text && encoding == ListEncoding::Utf8))
+        checkUtf8(bytes, say);
     switch (form) {
     case ListForm::Csv:
         return readCsv(bytes, say);
@@ -298,6 +316,20 @@ RoomRows ReadRows(std::string_view bytes, ListForm form, ListEncoding encoding, 
         break;
     }
     return readText(bytes, encoding);
+}
+
+std::vector<int> PutInOneLine(RoomRows& rows) {
+    std::vector<int> lines;
+    for (RoomRows::Row& row : rows.rows) {
+        const Fields before = row.fields;
+        for (std::string& field : row.fields)
+            std::replace_if(
+                field.begin(), field.end(),
+                [](char byte) { return byte == '\t' || byte == '\r' || byte == '\n'; }, ' ');
+        if (row.fields != before)
+            lines.push_back(row.line);
+    }
+    return lines;
 }
 
 std::vector<int> FitEncoding(RoomRows& rows, ListEncoding encoding) {

@@ -43,6 +43,8 @@ const RoomRows::Fields& ColumnKeys();
 ListForm FormOf(std::string_view bytes);
 // Error: ListError.
 RoomRows ReadRows(std::string_view bytes, ListForm form, ListEncoding encoding, const Speech& say);
+// Puts a blank for every TAB and line break; in which lines.
+std::vector<int> PutInOneLine(RoomRows& rows);
 // Puts a question mark for every character that the encoding of a text list lacks; in which lines.
 std::vector<int> FitEncoding(RoomRows& rows, ListEncoding encoding);
 // Error: ListError for a character that the encoding lacks, or a text that would break its line.

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "console/Din277.h"
+#include "model/LetterRules.h"
 #include "model/Utf8.h"
 
 namespace kalvrooms {
@@ -26,14 +27,24 @@ class Groups {
     void add(const std::string& group, double area) {
         const auto [found, isNew] = index_.try_emplace(group, sums_.size());
         if (isNew)
-            sums_.push_back({group});
+            found->second = placeOf(group);
         sums_[found->second].add(1, area);
     }
     const std::vector<Sum>& sums() const { return sums_; }
 
   private:
+    // Letter case tells no groups apart.
+    std::size_t placeOf(const std::string& group) {
+        const auto [found, isNew] = folded_.try_emplace(FoldedCase(FromUtf8(group)), sums_.size());
+        if (isNew)
+            sums_.push_back({group});
+        return found->second;
+    }
+
     std::vector<Sum> sums_;
+    // By how they are written, and without letter case.
     std::unordered_map<std::string, std::size_t> index_;
+    std::unordered_map<std::wstring, std::size_t> folded_;
 };
 
 class SumTable {

@@ -1,5 +1,7 @@
 #include "drawing/DrawingScene.h"
 
+#include "model/LetterRules.h"
+
 #include "drawing/Text.h"
 
 #include <algorithm>
@@ -205,16 +207,17 @@ std::wstring SceneStorey::Figures() const {
     return std::to_wstring(rooms) + (rooms == 1 ? L" Raum, " : L" Räume, ") + AreaText(area);
 }
 
-std::wstring AreaText(double squareMetres) {
+std::wstring AreaText(double squareMetres, bool german) {
     std::string digits = FixedText(std::round(squareMetres * 100) / 100, 2);
     const std::size_t point = digits.find('.');
     const std::size_t decimals = point == std::string::npos ? 0 : digits.size() - point - 1;
     if (point == std::string::npos)
         digits += '.';
     digits.append(2 - decimals, '0');
-    std::replace(digits.begin(), digits.end(), '.', ',');
+    if (german)
+        std::replace(digits.begin(), digits.end(), '.', ',');
     for (std::size_t place = digits.size() - 3; place > 3; place -= 3)
-        digits.insert(place - 3, 1, '.');
+        digits.insert(place - 3, 1, german ? '.' : ',');
     return std::wstring(digits.begin(), digits.end()) + L" m²";
 }
 
@@ -228,7 +231,7 @@ SceneLabel FitLabel(const Outline& outline, const std::wstring& name, double are
             Wrap(words, std::max(whole / pieces + (pieces > 1 ? 1 : 0), std::size_t{4})));
     auto namesWithArea = names;
     for (std::vector<std::wstring>& lines : namesWithArea)
-        lines.push_back(AreaText(area));
+        lines.push_back(AreaText(area, rules.german));
     SceneLabel label = LargestLabel(outline, namesWithArea, rules.largest);
     // The name alone is better than nothing.
     if (label.fontSize < rules.smallest && !words.empty())
@@ -249,11 +252,14 @@ Scene MakeScene(const Drawing& drawing, const View& view, const LabelRules& labe
     scene.view = view;
     std::map<std::wstring, std::size_t> storeys;
     for (const Element& element : drawing.elements) {
-        const auto [found, isNew] = storeys.try_emplace(element.storey, scene.storeys.size());
+        const auto [found, isNew] =
+            storeys.try_emplace(FoldedCase(element.storey), scene.storeys.size());
         if (isNew) {
             const std::int32_t tint = Tints[scene.storeys.size() % Tints.size()];
-            scene.storeys.push_back(
-                {element.storey.empty() ? L"ohne Geschoss" : element.storey, tint, 0, 0.0});
+            scene.storeys.push_back({!element.storey.empty() ? element.storey
+                                     : labels.german         ? L"ohne Geschoss"
+                                                             : L"no storey",
+                                     tint, 0, 0.0});
         }
         const double area = drawing.FloorArea(element);
         SceneStorey& storey = scene.storeys[found->second];

@@ -55,13 +55,15 @@ struct SceneRoom {
 
 struct Scene {
     View view;
-    std::vector<SceneStorey> storeys; // in the order in which the drawing names them
+    // In the order in which the drawing names them; letter case tells none apart.
+    std::vector<SceneStorey> storeys;
     std::vector<SceneRoom> rooms;
 };
 
 struct LabelRules {
     double smallest = 0.0; // a label below this size is left out
     double largest = 0.0;
+    bool german = true; // else English
 };
 
 // Zoomed to fit the frame, with room for the outlines (metres) that are yet to come.
@@ -69,8 +71,8 @@ View FitView(const Drawing& drawing, const Frame& frame, const std::vector<Outli
 
 Scene MakeScene(const Drawing& drawing, const View& view, const LabelRules& labels);
 
-// "12,50 m²", as the window's language writes it.
-std::wstring AreaText(double squareMetres);
+// "12,50 m²", or in English "12.50 m²".
+std::wstring AreaText(double squareMetres, bool german = true);
 
 // A label for an outline in picture coordinates: inside of it, off every wall, the name wrapped at
 // blanks so that the letters become as large as they can; without lines where none fits.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace kalvrooms {
 
@@ -76,6 +77,25 @@ std::string StoreySvg(const Scene& scene, const Drawing& drawing, std::size_t st
     return svg + "</g>\n";
 }
 
+// A cell of the frame for each storey, all of them at one scale.
+Scene ScenesApart(const Drawing& drawing, const Frame& frame) {
+    const std::size_t storeys = MakeScene(drawing, {}, Labels).storeys.size();
+    const auto columns = std::max(1.0, std::ceil(std::sqrt(static_cast<double>(storeys))));
+    const double rows = std::max(1.0, std::ceil(static_cast<double>(storeys) / columns));
+    const Point cell{frame.width / columns, frame.height / rows};
+    const Frame first{frame.left, frame.top, cell.x - Margin, cell.y - Margin};
+    Scene scene = MakeScene(drawing, FitView(drawing, first), Labels);
+    for (SceneRoom& room : scene.rooms) {
+        const auto storey = static_cast<double>(room.storey);
+        const double row = std::floor(storey / columns);
+        const Point offset{(storey - row * columns) * cell.x, row * cell.y};
+        for (Point& point : room.outline)
+            point = {point.x + offset.x, point.y + offset.y};
+        room.label.centre = {room.label.centre.x + offset.x, room.label.centre.y + offset.y};
+    }
+    return scene;
+}
+
 std::string LegendSvg(const Scene& scene) {
     const double left = PictureWidth - LegendWidth;
     double y = TitleHeight + Margin;
@@ -126,10 +146,12 @@ std::string EscapeMarkup(const std::wstring& text) {
     return escaped;
 }
 
-std::string DrawingSvg(const Drawing& drawing) {
+std::string DrawingSvg(const Drawing& drawing, Storeys storeys) {
     const Frame frame{Margin, TitleHeight + Margin, PictureWidth - LegendWidth - 3 * Margin,
                       PictureHeight - TitleHeight - 2 * Margin};
-    const Scene scene = MakeScene(drawing, FitView(drawing, frame), Labels);
+    const Scene scene = storeys == Storeys::Apart
+                            ? ScenesApart(drawing, frame)
+                            : MakeScene(drawing, FitView(drawing, frame), Labels);
     const std::wstring title = drawing.project.name.empty() ? L"Kalvero" : drawing.project.name;
 
     std::string svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -146,9 +168,10 @@ std::string DrawingSvg(const Drawing& drawing) {
     return svg + "</svg>\n";
 }
 
-std::string PlanSvg(const Drawing& drawing, const std::wstring& storey) {
+std::string PlanSvg(const Drawing& drawing, const std::wstring& storey, bool german) {
     const Frame frame{0, 0, PictureWidth, PictureHeight};
-    const Scene scene = MakeScene(drawing, FitView(drawing, frame), Labels);
+    const Scene scene =
+        MakeScene(drawing, FitView(drawing, frame), {Labels.smallest, Labels.largest, german});
     // As much of the frame as the drawing takes.
     Point low{PictureWidth, PictureHeight};
     Point high{0, 0};

@@ -122,6 +122,11 @@ TEST_F(Qto, RefusesToLoseACharacter) {
     EXPECT_THAT(err, HasSubstr("a.txt:1:"));
     EXPECT_FALSE(std::filesystem::exists(FilePath(FromUtf8(file("a.txt")))));
     EXPECT_EQ(run({"convert", file("a.json"), file("a.txt"), "--encoding", "utf-8"}), 0);
+    EXPECT_EQ(run({"convert", list({hall, office}), file("b.csv"), "--encoding", "utf-8"}), 2);
+    EXPECT_THAT(err, HasSubstr("list.txt:1: "));
+    write("c.csv", "a,b,c,d,e,f,g,h,i,j,k\nB\xFCro,,,,,,,,,,\n");
+    EXPECT_EQ(run({"convert", file("c.csv"), file("c.json")}), 2);
+    EXPECT_THAT(err, HasSubstr("c.csv:2: "));
 }
 
 TEST_F(Qto, ReadsStandardInputAndTellsItsKindByItsContents) {
@@ -177,7 +182,7 @@ TEST_F(Qto, WritesTheSidesByTheMarksOfTheList) {
 TEST_F(Qto, SumsUpByStoreyUseAndFunction) {
     const std::string upstairs =
         "A \t Verwaltung \t 7,5 \t OG \t a \t nuf 2 \t N \t   \t 0 \t 0 \t ";
-    const std::string odd = "B \t  \t 50 \t OG \t a \t Garten \t N \t   \t 0 \t 0 \t ";
+    const std::string odd = "B \t  \t 50 \t og \t a \t Garten \t N \t   \t 0 \t 0 \t ";
     ASSERT_EQ(run({"sums", list({office, hall, upstairs, odd}), "--csv"}), 0) << err;
     EXPECT_EQ(out, "by,group,count,area,share\r\n"
                    "storey,EG,2,42.5,42.5\r\nstorey,OG,2,57.5,57.5\r\n"
@@ -215,14 +220,14 @@ TEST_F(Qto, ChecksEveryLineThatWouldSurprise) {
     const std::string wanted =
         list({office, "B\xFCro \t  \t x \t EG \t q \t HNF 9 \t N \t   \t 0 \t 0 \t ",
               "C \t  \t 20 \t Erdgeschoss \t  \t  \t  \t   \t 4 \t 6 \t ",
-              std::string(33, 'n') + " \t  \t 4 \t EG \t  \t  \t  \t fehlt.txt \t 0 \t 0 \t "});
+              std::string(33, 'n') + " \t  \t 4 \t EG \t  \t  \t  \t fehlt.txt \t 0 \t 0 \t x-17"});
     EXPECT_EQ(run({"check", wanted, "--json"}), 1);
     std::vector<std::string> found;
     for (const auto& row : json())
         found.push_back(std::to_string(row.at("line").get<int>()) + " " +
                         row.at("kind").get<std::string>());
     EXPECT_THAT(found, ElementsAre("3 twice", "3 area", "3 din277", "3 din277", "4 storey",
-                                   "4 sides", "5 length", "5 pointFile"));
+                                   "4 sides", "5 length", "5 pointFile", "5 roomId"));
     EXPECT_EQ(run({"check", list({office, hall})}), 0);
     EXPECT_THAT(out, IsEmpty());
 }
@@ -291,6 +296,16 @@ TEST_F(Qto, ReportIsOnePageWithoutScriptsAndForeignAddresses) {
     EXPECT_THAT(page, Not(HasSubstr("src=")));
 }
 
+TEST_F(Qto, ReportSpeaksTheLanguageInItsPlansToo) {
+    const std::string built = drawing(
+        {element(7, L"A", L"EG", 1.5), element(8, L"B", L"eg", 1), element(9, L"C", L"", 1)});
+    ASSERT_EQ(run({"report", list({office}), built, "-", "--lang", "en"}), 0) << err;
+    EXPECT_THAT(out, HasSubstr(">1.50 m²</text>"));
+    EXPECT_THAT(out, HasSubstr("data-storey=\"no storey\""));
+    EXPECT_THAT(out, HasSubstr("EG <small>2 rooms, "));
+    EXPECT_THAT(out, Not(HasSubstr("<figcaption>eg ")));
+}
+
 TEST_F(Qto, FormatIsAboutTheStandardStreamOrTheWrittenFileOrANamedOne) {
     list({office});
     const std::string text = bytes("list.txt");
@@ -345,6 +360,11 @@ TEST_F(Qto, ReadingTellsWhatATextListCannotHold) {
     EXPECT_THAT(bytes("new.txt"), HasSubstr("B\xFCro ?"));
     EXPECT_EQ(run({"read", built, file("new.txt"), "--encoding", "UTF-8"}), 0) << err;
     EXPECT_THAT(bytes("new.txt"), HasSubstr("Büro ☂"));
+    EXPECT_EQ(run({"read", drawing({element(9, L"Halle\tA\r\nSüd", L"EG", 1)}), file("new.txt")}),
+              1);
+    EXPECT_THAT(err, HasSubstr("new.txt:2: "));
+    EXPECT_THAT(bytes("new.txt"), HasSubstr("Halle A  S\xFC"
+                                            "d"));
 }
 
 TEST_F(Qto, ReadingADrawingWithoutRoomsLeavesTheListAsItWas) {
@@ -417,7 +437,9 @@ TEST_F(Qto, SaysWhichFileAndLineItCannotRead) {
     EXPECT_THAT(err, HasSubstr("z.ifc:1: "));
     write("bad.ifc", "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\n#7=IFCSPACE('\n");
     EXPECT_EQ(run({"list", file("bad.ifc")}), 2);
-    EXPECT_THAT(err, HasSubstr("bad.ifc:5: #7: "));
+    EXPECT_THAT(err, HasSubstr("bad.ifc:5: #7: ein Text ohne Ende"));
+    EXPECT_EQ(run({"list", file("bad.ifc"), "--lang", "en"}), 2);
+    EXPECT_THAT(err, HasSubstr("bad.ifc:5: #7: a text without an end"));
 }
 
 TEST_F(Qto, SpeaksBothLanguages) {
@@ -431,6 +453,7 @@ TEST_F(Qto, SpeaksBothLanguages) {
 TEST_F(Qto, ManualAndCompletionNameEveryCommand) {
     ASSERT_EQ(run({"--man"}), 0);
     const std::string manual = out;
+    EXPECT_EQ(manual.find("\\-\\-lang"), manual.rfind("\\-\\-lang"));
     ASSERT_EQ(run({"--completion", "bash"}), 0);
     for (const char* command :
          {"check", "list", "sums", "compare", "read", "write", "convert", "report"}) {

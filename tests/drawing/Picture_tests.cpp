@@ -247,6 +247,22 @@ TEST(DrawingSvg, RoomsStandInTheGroupOfTheirStorey) {
     EXPECT_GT(svg.find(">Büro<"), second);
 }
 
+TEST(DrawingSvg, StoreysThatStandAboveEachOtherCanStandSideBySide) {
+    Drawing drawing;
+    drawing.elements = {Room(L"a", L"EG", Square(0, 0, 2)), Room(L"b", L"OG", Square(0, 0, 2))};
+    const auto places = [&](Storeys storeys) {
+        const std::string svg = DrawingSvg(drawing, storeys);
+        const std::size_t first = svg.find("points=");
+        const std::size_t second = svg.find("points=", first + 1);
+        return std::pair(svg.substr(first, svg.find(' ', first) - first),
+                         svg.substr(second, svg.find(' ', second) - second));
+    };
+    const auto apart = places(Storeys::Apart);
+    EXPECT_NE(apart.first, apart.second);
+    const auto stacked = places(Storeys::AsTheyStand);
+    EXPECT_EQ(stacked.first, stacked.second);
+}
+
 TEST(DrawingSvg, TextsAreEscapedAndWhatXmlLacksIsReplaced) {
     Drawing drawing;
     drawing.elements = {Room(L"<a>&\"b\"\x01", L"E\"G<", Square(0, 0, 2))};
