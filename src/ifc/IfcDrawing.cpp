@@ -11,6 +11,7 @@
 #include "ifc/RoomWriter.h"
 #include "model/NumberText.h"
 #include "model/Utf8.h"
+#include "model/clsFloors.h"
 
 namespace kalvrooms::ifc {
 namespace {
@@ -183,7 +184,11 @@ std::string IfcDrawing::Write(const Drawing& drawing) const {
         for (const Element& element : drawing.elements) {
             const auto room = rooms.find(key(element.identity));
             if (room != rooms.end()) {
-                writer.Change(*room->second, changeOf(elementOf(*room->second), element));
+                RoomChange change = changeOf(elementOf(*room->second), element);
+                // A list has that word for a room that stands in no storey.
+                if (room->second->storeyName.empty() && change.storey == clsFloors::UnassignedStory)
+                    change.storey.reset();
+                writer.Change(*room->second, change);
                 continue;
             }
             const std::wstring& id = element.identity.FileID;

@@ -8,13 +8,6 @@
 
 namespace kalvrooms {
 
-namespace {
-
-// The storey of rooms without a storey code.
-constexpr const wchar_t* unassignedStory = L"unbelegt";
-
-} // namespace
-
 std::int32_t clsFloors::GetCountOfFloors() const {
     return static_cast<std::int32_t>(floors_.size());
 }
@@ -57,7 +50,7 @@ void clsFloors::AddRoom(clsRoom& room) {
 template <class Adding>
 void clsFloors::add(clsRoom& room, Adding adding) {
     if (room.StoryCode().empty())
-        room.StoryCode(unassignedStory);
+        room.StoryCode(UnassignedStory);
     forgetCursor();
     const std::wstring key = FoldedCase(room.StoryCode());
     const auto known = floorByKey_.find(key);

@@ -14,6 +14,9 @@ namespace kalvrooms {
 
 class clsFloors {
   public:
+    // The storey of rooms without a storey code.
+    static constexpr const wchar_t* UnassignedStory = L"unbelegt";
+
     std::int32_t GetCountOfFloors() const;
     std::int32_t GetCountOfRooms() const;
     // Copies the room at the 1-based running index over all storeys; beyond the total it does

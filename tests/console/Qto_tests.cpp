@@ -353,6 +353,29 @@ TEST_F(Qto, ADrawingGoesBackIntoItsOwnKindOrBecomesAPracticeDrawing) {
     EXPECT_FALSE(std::filesystem::exists(FilePath(FromUtf8(file("no.ifc")))));
 }
 
+TEST_F(Qto, OfAModelOnlyWhatTheListChangesIsWrittenAnew) {
+    std::ifstream house(QUARTINO_SOURCE_DIR "/examples/haus/haus.ifc");
+    std::string model;
+    for (std::string line; std::getline(house, line);)
+        model += line + "\r\n";
+    const auto replace = [](std::string& text, const std::string& was, const std::string& is) {
+        ASSERT_NE(text.find(was), std::string::npos) << was;
+        text.replace(text.find(was), was.size(), is);
+    };
+    // One of the rooms stands in no storey.
+    replace(model, "#81,#103)", "#81)");
+    replace(model, "(#25,#173)", "(#25,#173,#103)");
+    const std::string before = write("model.ifc", model);
+    ASSERT_EQ(run({"read", before, file("list.txt")}), 0) << err;
+    ASSERT_EQ(run({"write", file("list.txt"), before, file("same.ifc")}), 0) << err;
+    EXPECT_TRUE(bytes("same.ifc") == model);
+    std::string rooms = bytes("list.txt");
+    replace(rooms, "E.04", "E.04a");
+    ASSERT_EQ(run({"write", write("list.txt", rooms), before, file("new.ifc")}), 0) << err;
+    replace(model, "'E.04'", "'E.04a'");
+    EXPECT_TRUE(bytes("new.ifc") == model);
+}
+
 TEST_F(Qto, ReadingTellsWhatATextListCannotHold) {
     const std::string built = drawing({element(9, L"Büro ☂", L"EG", 12.5)});
     EXPECT_EQ(run({"read", built, file("new.txt")}), 1);

@@ -240,6 +240,23 @@ TEST_P(RoomWritingInEverySchema, ANewRoomHasAllThatARoomHas) {
     EXPECT_NE(text.find(",2.5);"), std::string::npos) << "the storey above all has no height";
 }
 
+TEST_F(RoomWriting, NewInstancesHaveTheOwnerHistoryOfTheModel) {
+    RoomChange room = inStorey(L"DG");
+    room.occupancy = L"VF";
+    room.outline = Outline{{0, 0}, {2, 0}, {2, 3}, {0, 3}};
+    const StepFile file([] {
+        std::string model = with("#99=IFCOWNERHISTORY($,$,$,.NOCHANGE.,$,$,$,0);\n").Text();
+        return model.replace(model.find("',$,'Haus',$,$,$,$,(#6)"), 3, "',#99");
+    }());
+    const Building building(file);
+    RoomWriter writer(building);
+    writer.Add("2x00000000000000000099", room);
+    int owned = 0;
+    for (const std::string& line : linesBeyond(writer.Text(), file.Text()))
+        owned += line.find("',#99,") != std::string::npos ? 1 : 0;
+    EXPECT_EQ(owned, 7) << "storey, space, properties, quantities, and what relates the last three";
+}
+
 INSTANTIATE_TEST_SUITE_P(Schemas, RoomWritingInEverySchema,
                          ::testing::Values("IFC2X3", "IFC4", "IFC4X3_ADD2"));
 

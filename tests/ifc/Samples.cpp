@@ -273,6 +273,7 @@ void addSolids(std::vector<Sample>& samples) {
             "#103=IFCHALFSPACESOLID(#104,.F.);\n#104=IFCPLANE(#105);\n"
             "#105=IFCAXIS2PLACEMENT3D(#106,$,$);\n#106=IFCCARTESIANPOINT((0.,0.,2.));\n",
         20, box, "IFC2X3");
+    add("bounding box", "#100=IFCBOUNDINGBOX(#4,4.,5.,3.);\n", 20, {0, 0, 4, 5});
     add("union",
         "#100=IFCBOOLEANRESULT(.UNION.,#102,#103);\n#102=IFCEXTRUDEDAREASOLID(#101,#5,#7,3.);\n" +
             rectangle +
@@ -298,6 +299,23 @@ void addFaceSets(std::vector<Sample>& samples) {
         "#100=IFCSHELLBASEDSURFACEMODEL((#101));\n#101=IFCOPENSHELL((" + sixFaces + "));\n" +
             bodyFaces(300, "IFCFACEBOUND"),
         "IFC2X3");
+    // A half round, with an edge and a curve that go the other way.
+    samples.push_back(
+        {"advanced brep",
+         model("#100=IFCADVANCEDBREP(#101);\n#101=IFCCLOSEDSHELL((#102));\n"
+               "#102=IFCADVANCEDFACE((#103),#119,.T.);\n#103=IFCFACEOUTERBOUND(#104,.T.);\n"
+               "#104=IFCEDGELOOP((#105,#106,#107,#108));\n#105=IFCORIENTEDEDGE(*,*,#109,.T.);\n"
+               "#106=IFCORIENTEDEDGE(*,*,#110,.F.);\n#107=IFCORIENTEDEDGE(*,*,#111,.T.);\n"
+               "#108=IFCORIENTEDEDGE(*,*,#112,.F.);\n#109=IFCEDGE(#113,#114);\n"
+               "#110=IFCEDGECURVE(#115,#114,#117,.T.);\n#111=IFCEDGE(#115,#116);\n"
+               "#112=IFCEDGECURVE(#113,#116,#118,.F.);\n#113=IFCVERTEXPOINT(#124);\n"
+               "#114=IFCVERTEXPOINT(#125);\n#115=IFCVERTEXPOINT(#126);\n"
+               "#116=IFCVERTEXPOINT(#127);\n#117=IFCLINE(#126,#120);\n#118=IFCCIRCLE(#122,2.);\n"
+               "#119=IFCPLANE(#5);\n#120=IFCVECTOR(#121,1.);\n#121=IFCDIRECTION((-1.,0.,0.));\n"
+               "#122=IFCAXIS2PLACEMENT3D(#123,$,$);\n#123=IFCCARTESIANPOINT((2.,2.,0.));\n" +
+               points(124, {"0.,2.,0.", "0.,0.,0.", "4.,0.,0.", "4.,2.,0."})),
+         8 + 2 * pi,
+         {0, 0, 4, 4}});
     const std::string list =
         "#101=IFCCARTESIANPOINTLIST3D(((0.,0.,0.),(4.,0.,0.),(4.,5.,0.),(0.,5.,"
         "0.),(1.,1.,3.),(3.,1.,3.),(3.,4.,3.),(1.,4.,3.)));\n";
@@ -332,6 +350,16 @@ void addPlaces(std::vector<Sample>& samples) {
                 "#111=IFCCARTESIANPOINT((10.,0.,0.));\n"),
          120,
          {10, 0, 18, 15}});
+    samples.push_back(
+        {"mapped curve",
+         model("#100=IFCMAPPEDITEM(#102,#103);\n#102=IFCREPRESENTATIONMAP(#8,#104);\n"
+               "#103=IFCCARTESIANTRANSFORMATIONOPERATOR2D(#105,$,#106,2.);\n"
+               "#104=IFCSHAPEREPRESENTATION(#6,'FootPrint','Curve2D',(#107));\n"
+               "#105=IFCDIRECTION((0.,1.));\n#106=IFCCARTESIANPOINT((10.,0.));\n"
+               "#107=IFCPOLYLINE(" +
+               loop(111, 4) + ");\n" + points(111, {"0.,0.", "2.,0.", "2.,1.", "0.,1."})),
+         8,
+         {8, 0, 10, 4}});
     ModelText placed = profile("IFCRECTANGLEPROFILEDEF(.AREA.,$,#8,4.,5.);\n");
     placed.spacePlacement = "#120";
     placed.lines +=

@@ -565,6 +565,19 @@ TEST_F(PracticeHostWindow, AFileThatIsDroppedIsOpened) {
     EXPECT_EQ(ui::textOf(window), L"Kalvero – Haus am Park");
 }
 
+TEST_F(PracticeHostWindow, WhatAModelHasThatCannotBeReadIsSaid) {
+    const auto strange = folder() / L"strange.ifc";
+    std::string text = bytes(house);
+    text.replace(text.find("IFCGEOMETRICCURVESET"), 20, "IFCSPIRAL");
+    std::ofstream(strange, std::ios::binary) << text;
+    ui::dropFile(window, strange);
+    const HWND box = ui::waitForWindow("a message", host->process(), ui::isMessageBox);
+    EXPECT_THAT(ToUtf8(ui::messageText(box)), HasSubstr("nicht alles lesbar (1 Meldung):\nZeile "));
+    ui::press(box, IDCANCEL);
+    ui::waitUntilGone(box);
+    EXPECT_EQ(host->drawing().elements.size(), 9u);
+}
+
 TEST_F(PracticeHostWindow, AModelIsShownOneStoreyAfterTheOtherOrWhole) {
     control.call(L"LoadDrawing", house.wstring());
     ui::waitFor("the model", [&] { return ui::textOf(window) == L"Kalvero – Haus am Park"; });
