@@ -97,6 +97,21 @@ class TemporaryFolder {
     std::filesystem::path path_;
 };
 
+// A room with something in every column of a list.
+inline void expectEveryColumn(const clsRoom& room) {
+    EXPECT_EQ(room.Name(), L"Büro 1");
+    EXPECT_EQ(room.FunctionName(), L"Arbeiten");
+    EXPECT_EQ(room.Geometry->Area(), 50.25);
+    EXPECT_EQ(room.StoryCode(), L"EG");
+    EXPECT_EQ(room.Enclosure(), L"a");
+    EXPECT_EQ(room.Occupancy(), L"HNF 2");
+    EXPECT_EQ(room.AreaType(), L"N");
+    EXPECT_EQ(room.Geometry->CalculationType(), CalculationByDx);
+    EXPECT_EQ(room.Geometry->CalculationValue(), L"10");
+    EXPECT_EQ(room.ComponentID(), 12);
+    EXPECT_EQ(room.FileID(), L"K3");
+}
+
 // A base of tests on one folder, one context and one list.
 class FileTest : public testing::Test {
   protected:

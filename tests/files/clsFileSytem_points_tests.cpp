@@ -40,16 +40,6 @@ TEST_P(PointFile, IsWrittenWithoutTheLastPoint) {
               "4\r\n0\t0\r\n4\t0\r\n4\t3\r\n0\t3\r\nend\r\n");
 }
 
-TEST_P(PointFile, IsReadBackWithThePointsThatWereWritten) {
-    written(pointsOf({{0, 0}, {4, 0}, {4, 3}, {0, 3}, {0, 0}}));
-    ASSERT_TRUE(clsFileSytem(context).ReadPointsFromGeometryFile(folder.Path(L"p.txt"), points));
-    ASSERT_EQ(points.Count(), 4);
-    expectPoint(0, 0, 0);
-    expectPoint(1, 4, 0);
-    expectPoint(2, 4, 3);
-    expectPoint(3, 0, 3);
-}
-
 TEST_P(PointFile, HasPointNumbersUnderEveryLocale) {
     EXPECT_EQ(written(pointsOf({{12.5, -3}, {0.00001, 1e20}, {1.0 / 3, -0.5}, {0, 0}})),
               "3\r\n12.5\t-3\r\n1E-05\t1E+20\r\n0.333333333333333\t-0.5\r\nend\r\n");
@@ -103,58 +93,36 @@ TEST_P(PointFile, IsWrittenAsTextUnderAWorkbooksName) {
     EXPECT_EQ(context.Spreadsheets.Calls(), 0);
 }
 
-TEST_P(PointFile, TakesBothDecimalMarks) {
-    ASSERT_TRUE(read("2\r\n7,25\t1.5\r\n-2.5\t-2,5\r\nend\r\n"));
-    expectPoint(0, 7.25, 1.5);
-    expectPoint(1, -2.5, -2.5);
-}
-
-TEST_P(PointFile, LosesTheSignOfAZeroWholePart) {
-    ASSERT_TRUE(read("1\r\n-0.5\t-0,25\r\n"));
-    expectPoint(0, 0.5, 0.25);
-}
-
-TEST_P(PointFile, NeedsNoEndLineAndNoLastLineEnd) {
-    ASSERT_TRUE(read("2\r\n1\t2\r\n3\t4"));
-    EXPECT_EQ(points.Count(), 2);
-    expectPoint(1, 3, 4);
-}
-
-TEST_P(PointFile, IsReadOnlyAsFarAsItsCountGoes) {
-    ASSERT_TRUE(read("1\r\n1\t2\r\n3\t4\r\nrubbish\r\n"));
-    EXPECT_EQ(points.Count(), 1);
-}
-
-TEST_P(PointFile, TakesLinesThatEndWithLf) {
-    ASSERT_TRUE(read("2\n1\t2\n3\t4\nend\n"));
-    expectPoint(1, 3, 4);
-}
-
-TEST_P(PointFile, LeavesAPointWithoutTabAtZero) {
-    ASSERT_TRUE(read("3\r\n1\t2\r\n3 4\r\n5\t6\r\nend\r\n"));
-    expectPoint(1, 0, 0);
-    expectPoint(2, 5, 6);
-}
-
-TEST_P(PointFile, ReadsTextsThatAreNoNumbersAsZero) {
-    ASSERT_TRUE(read("3\r\na\t2\r\n\t\r\n5\t6\t7\r\n"));
-    expectPoint(0, 0, 2);
-    expectPoint(1, 0, 0);
-    expectPoint(2, 5, 0);
-}
-
-TEST_P(PointFile, ThatEndsBeforeItsCountIsNotRead) {
-    EXPECT_FALSE(read("3\r\n1\t2\r\n3\t4\r\n"));
-    ASSERT_EQ(points.Count(), 3);
-    expectPoint(1, 3, 4);
-    expectPoint(2, 0, 0);
-}
-
-TEST_P(PointFile, WithANumberThatDoesNotConvertIsNotRead) {
-    EXPECT_FALSE(read("2\r\n1\t2\r\n7\t" + localBytes(".5") + "\r\n"));
-    ASSERT_EQ(points.Count(), 2);
-    expectPoint(0, 1, 2);
-    expectPoint(1, 7, 0);
+TEST_P(PointFile, IsReadLineByLine) {
+    using Points = std::vector<std::pair<double, double>>;
+    struct Case {
+        std::string bytes;
+        bool complete;
+        Points read;
+    };
+    const Case cases[] = {
+        {"2\r\n7,25\t1.5\r\n-2.5\t-2,5\r\nend\r\n", true, {{7.25, 1.5}, {-2.5, -2.5}}},
+        // The sign of a whole part of zero is lost.
+        {"1\r\n-0.5\t-0,25\r\n", true, {{0.5, 0.25}}},
+        // Neither the end line nor the last line end are needed, and ends may be LF.
+        {"2\r\n1\t2\r\n3\t4", true, {{1, 2}, {3, 4}}},
+        {"2\n1\t2\n3\t4\nend\n", true, {{1, 2}, {3, 4}}},
+        // As far as the count goes, which may have blanks around it.
+        {"1\r\n1\t2\r\n3\t4\r\nrubbish\r\n", true, {{1, 2}}},
+        {"  2 \r\n1\t2\r\n3\t4\r\n", true, {{1, 2}, {3, 4}}},
+        // A line without tab, and texts that are no numbers, are zero.
+        {"3\r\n1\t2\r\n3 4\r\n5\t6\r\nend\r\n", true, {{1, 2}, {0, 0}, {5, 6}}},
+        {"3\r\na\t2\r\n\t\r\n5\t6\t7\r\n", true, {{0, 2}, {0, 0}, {5, 0}}},
+        {"3\r\n1\t2\r\n3\t4\r\n", false, {{1, 2}, {3, 4}, {0, 0}}},
+        {"2\r\n1\t2\r\n7\t" + localBytes(".5") + "\r\n", false, {{1, 2}, {7, 0}}}};
+    for (const auto& [bytes, complete, expected] : cases) {
+        points = PointArray();
+        EXPECT_EQ(read(bytes), complete) << bytes;
+        Points seen;
+        for (std::int32_t i = 0; i < points.Count(); ++i)
+            seen.emplace_back(points.X(i), points.Y(i));
+        EXPECT_EQ(seen, expected) << bytes;
+    }
 }
 
 TEST_P(PointFile, WithoutACountOfPointsIsNotRead) {
@@ -166,11 +134,6 @@ TEST_P(PointFile, WithoutACountOfPointsIsNotRead) {
     EXPECT_FALSE(read(""));
     EXPECT_FALSE(read(localBytes("2.5") + "\r\n1\t2\r\n3\t4\r\n5\t6\r\n"));
     EXPECT_FALSE(points.IsSet());
-}
-
-TEST_P(PointFile, TakesBlanksAroundItsCount) {
-    ASSERT_TRUE(read("  2 \r\n1\t2\r\n3\t4\r\n"));
-    EXPECT_EQ(points.Count(), 2);
 }
 
 TEST_P(PointFile, ThatPromisesMorePointsThanAnyMemoryHoldsIsNotRead) {
@@ -330,7 +293,8 @@ TEST_P(PointWorkbook, WithAnImpossibleCountIsNotRead) {
 }
 
 TEST_P(PointWorkbook, IsReadWholeHoweverManyPointsItHolds) {
-    constexpr int count = 65'535; // to the last row of the sheet
+    constexpr int count = 2047; // to the last row of the sheet
+    context.SheetOf(L"p.xls").rows = count + 1;
     put(1, 1, static_cast<double>(count));
     for (int i = 0; i < count; ++i) {
         put(i + 2, 1, i * 0.5);
@@ -338,9 +302,8 @@ TEST_P(PointWorkbook, IsReadWholeHoweverManyPointsItHolds) {
     }
     ASSERT_TRUE(read());
     ASSERT_EQ(points.Count(), count);
-    for (int i = 0; i < count; i += 97)
+    for (int i = 0; i < count; ++i)
         expectPoint(i, i * 0.5, i * 0.25);
-    expectPoint(count - 1, (count - 1) * 0.5, (count - 1) * 0.25);
     EXPECT_LE(context.Spreadsheets.Calls(), 10 + count / 512 + 1);
 }
 
