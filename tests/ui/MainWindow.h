@@ -70,6 +70,12 @@ class MainWindow : public ::testing::Test {
         std::ifstream stream(folder_ / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
+    // Whether the program asks before the list goes. Without an answer it goes unsaved.
+    bool newAsks() {
+        const std::size_t before = desktop().Messages().size();
+        form().ChooseMenu(L"mnuNew");
+        return desktop().Messages().size() > before;
+    }
     std::vector<std::wstring> prompts() {
         std::vector<std::wstring> texts;
         for (const Gui::Message& message : desktop().Messages())

@@ -11,49 +11,35 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-TEST_F(MainWindow, ShowsTheMenusWithTheirTexts) {
+TEST_F(MainWindow, ShowsTheMenusWithTheirTextsAndTheirKeys) {
     show();
-    const std::vector<std::pair<std::wstring, std::wstring>> captions = {
-        {L"mnuFile", L" &Datei"},
-        {L"mnuNew", L" &Neu ..."},
-        {L"mnuOpen", L" Öffnen ..."},
-        {L"mnuSave", L" &Speichern"},
-        {L"mnuSaveAS", L" Speichern &unter"},
-        {L"mnuImport", L" Räume &aus dem Teilbild lesen"},
-        {L"mnuExport", L" Räume im Teilbild erzeugen"},
-        {L"mnuEnd", L" Beenden"},
-        {L"mnuRecord", L" &Bearbeiten"},
-        {L"mnuAddRoom", L" Raum &hinzufügen ..."},
-        {L"mnuModifyRoom", L" Raum &modifizieren ..."},
-        {L"mnuDeleteRoom", L" Raum löschen"},
-        {L"mnuSortAscending", L" Aufsteigend sortieren"},
-        {L"mnuSortDescending", L" Absteigend sortieren"},
-        {L"mnuExtras", L" &Extras"},
-        {L"mnuPlace", L" Optionen ..."}};
-    for (const auto& [name, caption] : captions)
+    struct Entry {
+        const wchar_t* name;
+        const wchar_t* caption;
+        const wchar_t* keys;
+    };
+    const Entry entries[] = {{L"mnuFile", L" &Datei", L""},
+                             {L"mnuNew", L" &Neu ...", L"Strg+N"},
+                             {L"mnuOpen", L" Öffnen ...", L"Strg+O"},
+                             {L"mnuSave", L" &Speichern", L"Strg+S"},
+                             {L"mnuSaveAS", L" Speichern &unter", L"Strg+Umschalt+S"},
+                             {L"mnuImport", L" Räume &aus dem Teilbild lesen", L"Strg+L"},
+                             {L"mnuExport", L" Räume im Teilbild erzeugen", L"Strg+E"},
+                             {L"mnuEnd", L" Beenden", L""},
+                             {L"mnuRecord", L" &Bearbeiten", L""},
+                             {L"mnuAddRoom", L" Raum &hinzufügen ...", L"Einfg"},
+                             {L"mnuModifyRoom", L" Raum &modifizieren ...", L"Eingabe, F2"},
+                             {L"mnuDeleteRoom", L" Raum löschen", L"Entf"},
+                             {L"mnuSortAscending", L" Aufsteigend sortieren", L"Strg+Nach oben"},
+                             {L"mnuSortDescending", L" Absteigend sortieren", L"Strg+Nach unten"},
+                             {L"mnuExtras", L" &Extras", L""},
+                             {L"mnuPlace", L" Optionen ...", L""}};
+    for (const auto& [name, caption, keys] : entries) {
         EXPECT_EQ(form().MenuNamed(name).Caption(), caption);
+        EXPECT_EQ(form().MenuNamed(name).Shortcut(), keys);
+    }
     for (const wchar_t* separator : {L"mnuSep1", L"mnusep2", L"mnusep3", L"mnusep4"})
         EXPECT_TRUE(form().MenuNamed(separator).IsSeparator());
-}
-
-TEST_F(MainWindow, TheMenusShowTheirKeysBesideTheirTexts) {
-    show();
-    const std::vector<std::pair<std::wstring, std::wstring>> shortcuts = {
-        {L"mnuNew", L"Strg+N"},
-        {L"mnuOpen", L"Strg+O"},
-        {L"mnuSave", L"Strg+S"},
-        {L"mnuSaveAS", L"Strg+Umschalt+S"},
-        {L"mnuImport", L"Strg+L"},
-        {L"mnuExport", L"Strg+E"},
-        {L"mnuEnd", L""},
-        {L"mnuAddRoom", L"Einfg"},
-        {L"mnuModifyRoom", L"Eingabe, F2"},
-        {L"mnuDeleteRoom", L"Entf"},
-        {L"mnuSortAscending", L"Strg+Nach oben"},
-        {L"mnuSortDescending", L"Strg+Nach unten"},
-        {L"mnuPlace", L""}};
-    for (const auto& [name, keys] : shortcuts)
-        EXPECT_EQ(form().MenuNamed(name).Shortcut(), keys);
 }
 
 TEST_F(MainWindow, AKeyDoesWhatItsMenuEntryDoes) {
@@ -236,19 +222,16 @@ TEST_F(MainWindow, EveryChangeOfTheLanguageStartsFromTheGermanTexts) {
                             {{101, L" Rooms"}, {104, L" &File"}, {250, L"extra"}});
     platform_.libraries.Put(folder + L"\\zorvinta_fra.dll", {{101, L" Pièces"}});
     main_ = std::make_unique<frmMain>(platform_.Bundle(), host_, spreadsheets_);
-    main_->SetLang(L"eng");
-    EXPECT_EQ(main_->GetText(1), L" Rooms");
-    EXPECT_EQ(main_->GetText(4), L" &File");
-    EXPECT_EQ(main_->GetText(150), L"extra");
-    main_->SetLang(L"fra");
-    EXPECT_EQ(main_->GetText(1), L" Pièces");
-    EXPECT_EQ(main_->GetText(4), L" &Datei");
-    EXPECT_EQ(main_->GetText(150), L"");
-    for (const wchar_t* german : {L"", L"xxx", L"de", L"ita"}) {
+    const std::pair<const wchar_t*, const wchar_t*> languages[] = {{L"fra", L" Pièces"},
+                                                                   {L"", L" Quartino"},
+                                                                   {L"xxx", L" Quartino"},
+                                                                   {L"de", L" Quartino"},
+                                                                   {L"ita", L" Quartino"}};
+    for (const auto& [code, first] : languages) {
         main_->SetLang(L"eng");
         EXPECT_EQ(main_->GetText(1), L" Rooms");
-        main_->SetLang(german);
-        EXPECT_EQ(main_->GetText(1), L" Quartino") << ::testing::PrintToString(german);
+        main_->SetLang(code);
+        EXPECT_EQ(main_->GetText(1), first);
         EXPECT_EQ(main_->GetText(4), L" &Datei");
         EXPECT_EQ(main_->GetText(150), L"");
     }
@@ -326,44 +309,28 @@ TEST_F(MainWindow, RowsGrowWithTheList) {
     }
 }
 
-TEST_F(MainWindow, AListOverTheLimitIsShownWholeAfterAWarning) {
-    show();
-    desktop().ChooseFile(writeList("list.txt", 151), 1);
-    form().ChooseMenu(L"mnuOpen");
-    ASSERT_THAT(prompts(), ElementsAre(limitPrompt));
-    EXPECT_EQ(desktop().Messages()[0].Symbol, Gui::Message::Icon::Exclamation);
-    EXPECT_EQ(desktop().Messages()[0].Title, L" Quartino");
-    main_->UpdateTable(false);
-    EXPECT_THAT(prompts(), SizeIs(1));
-}
-
-TEST_F(MainWindow, AddingBeyondTheLimitWarns) {
+TEST_F(MainWindow, AListOverTheLimitIsShownWholeAfterAWarningAndAddingWarnsAgain) {
     show();
     addRooms(L"R1", L"150");
     EXPECT_THAT(prompts(), IsEmpty());
     addRooms(L"R1", L"1");
     EXPECT_THAT(prompts(), ElementsAre(limitPrompt));
-}
-
-TEST_F(MainWindow, TheLimitWarningFollowsAnAdditionThatWasCalledOffToo) {
-    show();
-    desktop().ChooseFile(writeList("list.txt", 150), 1);
-    form().ChooseMenu(L"mnuOpen");
-    const auto cancel = [](HeadlessForm& dialog) { dialog.Click(L"cmdCancel"); };
-    desktop().OnModal(L"frmRoom", cancel);
-    form().ChooseMenu(L"mnuAddRoom");
-    EXPECT_THAT(prompts(), IsEmpty());
-    desktop().AnswerNext(Gui::Answer::No); // adding made the list dirty
+    desktop().AnswerNext(Gui::Answer::No);
     desktop().ChooseFile(writeList("longer.txt", 151), 1);
     form().ChooseMenu(L"mnuOpen");
-    EXPECT_THAT(prompts(), ElementsAre(savePrompt, limitPrompt));
-    desktop().OnModal(L"frmRoom", cancel);
-    form().ChooseMenu(L"mnuAddRoom");
-    ASSERT_THAT(prompts(), ElementsAre(savePrompt, limitPrompt, limitPrompt));
-    EXPECT_EQ(desktop().Messages()[2].Symbol, Gui::Message::Icon::Exclamation);
-    EXPECT_EQ(desktop().Messages()[2].ButtonSet, Gui::Message::Buttons::Ok);
-    EXPECT_EQ(desktop().Messages()[2].Title, L" Quartino");
+    EXPECT_THAT(prompts(), ElementsAre(limitPrompt, savePrompt, limitPrompt));
     EXPECT_EQ(table().Cells().Rows(), 152);
+    main_->UpdateTable(false);
+    EXPECT_THAT(prompts(), SizeIs(3));
+    // An addition that was called off warns, too.
+    desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) { dialog.Click(L"cmdCancel"); });
+    form().ChooseMenu(L"mnuAddRoom");
+    ASSERT_THAT(prompts(), SizeIs(4));
+    const Gui::Message& warning = desktop().Messages()[3];
+    EXPECT_EQ(warning.Prompt, limitPrompt);
+    EXPECT_EQ(warning.Symbol, Gui::Message::Icon::Exclamation);
+    EXPECT_EQ(warning.ButtonSet, Gui::Message::Buttons::Ok);
+    EXPECT_EQ(warning.Title, L" Quartino");
 }
 
 TEST_F(MainWindow, RowsBehindTheRoomsAreEmptyAndCentred) {
@@ -488,88 +455,61 @@ TEST_F(MainWindow, SortingDoesNotMakeTheListDirty) {
     show();
     desktop().ChooseFile(writeList("list.txt", 3), 1);
     form().ChooseMenu(L"mnuOpen");
+    EXPECT_FALSE(newAsks());
+    desktop().ChooseFile(file("list.txt"), 1);
+    form().ChooseMenu(L"mnuOpen");
     form().ChooseMenu(L"mnuSortDescending");
-    form().ChooseMenu(L"mnuNew");
-    EXPECT_THAT(prompts(), IsEmpty());
+    EXPECT_FALSE(newAsks());
 }
 
-TEST_F(MainWindow, DeletingAndModifyingMakeTheListDirty) {
+// Also without a room on its row, when the table is built anew, and when the dialog is called off.
+TEST_F(MainWindow, DeletingModifyingAndAddingMakeTheListDirty) {
     show();
-    std::size_t asked = 0;
-    for (const wchar_t* menu : {L"mnuDeleteRoom", L"mnuModifyRoom"}) {
+    struct Case {
+        const wchar_t* menu;
+        int row;
+        const wchar_t* button; // of the dialog, if one comes up
+    };
+    for (const auto& [menu, row, button] :
+         {Case{L"mnuDeleteRoom", 1, nullptr}, Case{L"mnuDeleteRoom", 0, nullptr},
+          Case{L"mnuDeleteRoom", 50, nullptr}, Case{L"mnuModifyRoom", 1, L"cmdOk"},
+          Case{L"mnuModifyRoom", 1, L"cmdCancel"}, Case{L"mnuAddRoom", 1, L"cmdCancel"}}) {
+        SCOPED_TRACE(::testing::PrintToString(std::wstring(menu)) + std::to_string(row));
         desktop().ChooseFile(writeList("list.txt", 3), 1);
         form().ChooseMenu(L"mnuOpen");
-        EXPECT_THAT(prompts(), SizeIs(asked)) << ::testing::PrintToString(menu);
-        if (menu == std::wstring(L"mnuModifyRoom"))
-            desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) { dialog.Click(L"cmdOk"); });
-        form().ChooseMenu(menu);
-        desktop().AnswerNext(Gui::Answer::No);
-        form().ChooseMenu(L"mnuNew");
-        EXPECT_THAT(prompts(), SizeIs(++asked)) << ::testing::PrintToString(menu);
-    }
-    EXPECT_THAT(prompts(), ::testing::Each(savePrompt));
-}
-
-TEST_F(MainWindow, DeletingWithoutASelectedRoomRebuildsTheTableAndMakesTheListDirty) {
-    show();
-    std::size_t asked = 0;
-    for (const int row : {0, 50}) {
-        desktop().ChooseFile(writeList("list.txt", 3), 1);
-        form().ChooseMenu(L"mnuOpen");
-        form().ChooseMenu(L"mnuSortDescending");
-        ASSERT_EQ(cell(1, 0), L"R3");
+        if (button) {
+            desktop().OnModal(L"frmRoom", [name = button](HeadlessForm& dialog) {
+                dialog.Field(L"txtArea").Text(L"99");
+                dialog.Click(name);
+            });
+        } else {
+            form().ChooseMenu(L"mnuSortDescending");
+            ASSERT_EQ(cell(1, 0), L"R3");
+        }
         table().Row(row);
-        form().ChooseMenu(L"mnuDeleteRoom");
-        EXPECT_EQ(cell(1, 0), L"R1") << row;
-        EXPECT_EQ(cell(3, 0), L"R3") << row;
-        EXPECT_THAT(prompts(), SizeIs(asked)) << row;
-        desktop().AnswerNext(Gui::Answer::No);
-        form().ChooseMenu(L"mnuNew");
-        EXPECT_THAT(prompts(), SizeIs(++asked)) << row;
-    }
-    EXPECT_THAT(prompts(), ::testing::Each(savePrompt));
-}
-
-TEST_F(MainWindow, CallingOffTheRoomDialogMakesTheListDirtyAllTheSame) {
-    show();
-    std::size_t asked = 0;
-    for (const wchar_t* menu : {L"mnuAddRoom", L"mnuModifyRoom"}) {
-        desktop().ChooseFile(writeList("list.txt", 3), 1);
-        form().ChooseMenu(L"mnuOpen");
-        desktop().OnModal(L"frmRoom", [](HeadlessForm& dialog) {
-            dialog.Field(L"txtName").Text(L"verworfen");
-            dialog.Click(L"cmdCancel");
-        });
         form().ChooseMenu(menu);
-        EXPECT_EQ(cell(1, 0), L"R1") << ::testing::PrintToString(menu);
-        EXPECT_EQ(cell(4, 0), L"") << ::testing::PrintToString(menu);
-        EXPECT_THAT(prompts(), SizeIs(asked)) << ::testing::PrintToString(menu);
-        desktop().AnswerNext(Gui::Answer::No);
-        form().ChooseMenu(L"mnuNew");
-        EXPECT_THAT(prompts(), SizeIs(++asked)) << ::testing::PrintToString(menu);
+        EXPECT_EQ(cell(1, 0), L"R1");
+        EXPECT_EQ(cell(1, 2), button && std::wstring(button) == L"cmdOk" ? L"99" : L"16");
+        EXPECT_EQ(cell(3, 0), row == 1 && !button ? L"" : L"R3");
+        EXPECT_EQ(cell(4, 0), L"");
+        EXPECT_TRUE(newAsks());
+        EXPECT_EQ(prompts().back(), savePrompt);
     }
-    EXPECT_THAT(prompts(), ::testing::Each(savePrompt));
 }
 
-TEST_F(MainWindow, OpeningMakesAChangedListClean) {
+TEST_F(MainWindow, OpeningAndSavingUnderAnotherNameMakeAChangedListClean) {
     show();
     addRooms(L"a", L"1");
     desktop().AnswerNext(Gui::Answer::No);
     desktop().ChooseFile(writeList("list.txt", 3), 1);
     form().ChooseMenu(L"mnuOpen");
     EXPECT_THAT(prompts(), ElementsAre(savePrompt));
-    form().ChooseMenu(L"mnuNew");
-    EXPECT_THAT(prompts(), SizeIs(1));
+    EXPECT_FALSE(newAsks());
     EXPECT_EQ(cell(1, 0), L"");
-}
-
-TEST_F(MainWindow, SavingUnderAnotherNameMakesTheListClean) {
-    show();
     addRooms(L"a", L"1");
     desktop().ChooseFile(file("mine.txt"), 1);
     form().ChooseMenu(L"mnuSaveAS");
-    form().ChooseMenu(L"mnuNew");
-    EXPECT_THAT(prompts(), IsEmpty());
+    EXPECT_FALSE(newAsks());
     EXPECT_EQ(cell(1, 0), L"");
 }
 
@@ -758,9 +698,7 @@ TEST_F(MainWindow, SavingAListThatWasNeverSavedAsksForAName) {
     form().ChooseMenu(L"mnuSave");
     EXPECT_THAT(desktop().FileDialogs(), SizeIs(1));
     EXPECT_THAT(contents("mine.txt"), ::testing::HasSubstr("\nb \t"));
-    form().ChooseMenu(L"mnuNew");
-    EXPECT_THAT(prompts(), IsEmpty());
-    EXPECT_EQ(cell(1, 0), L"");
+    EXPECT_FALSE(newAsks());
 }
 
 TEST_F(MainWindow, NewClearsTheListAndResetsTheName) {
@@ -1050,18 +988,6 @@ TEST_F(MainWindow, AnEmptyChosenNameToOpenForgetsTheFileOfTheList) {
     EXPECT_EQ(desktop().FileDialogs()[2].Asked.FilterIndex, 1);
 }
 
-TEST_F(MainWindow, ModifyingWithoutASelectedRoomAddsOne) {
-    show();
-    table().Row(0);
-    std::wstring caption;
-    desktop().OnModal(L"frmRoom", [&](HeadlessForm& dialog) {
-        caption = dialog.Text();
-        dialog.Click(L"cmdCancel");
-    });
-    form().ChooseMenu(L"mnuModifyRoom");
-    EXPECT_EQ(caption, L" Raum hinzufügen ");
-}
-
 TEST_F(MainWindow, ModifyingWithoutASelectedRoomStartsFromTheAddTemplate) {
     show();
     addRooms(L"Büro 1", L"149", L"OG");
@@ -1114,22 +1040,6 @@ TEST_F(MainWindow, ModifyingAnEmptyRowOrARoomTheListDoesNotHaveAddsOne) {
     EXPECT_EQ(cell(3, 0), L"Büro3");
     EXPECT_EQ(cell(4, 0), L"Büro4");
     EXPECT_EQ(cell(5, 0), L"");
-}
-
-TEST_F(MainWindow, TheWindowTakesNoInputWhileTheDrawingIsWritten) {
-    show();
-    addRooms(L"a", L"1");
-    bool seen = false;
-    host_.onCall = [&](const std::string& member) {
-        if (member == "CreateRoomElement") {
-            seen = true;
-            EXPECT_FALSE(form().Enabled());
-        }
-    };
-    desktop().OnModal(L"frmReport", [](HeadlessForm& report) { report.Click(L"cmdOk"); });
-    form().ChooseMenu(L"mnuExport");
-    EXPECT_TRUE(seen);
-    EXPECT_TRUE(form().Enabled());
 }
 
 TEST_F(MainWindow, NoCommandStartsWhileTheWindowIsUnloading) {
@@ -1250,18 +1160,11 @@ TEST_F(MainWindow, WritingArrangesNewRoomsByTheOptions) {
     main_->SetPlace({6, 2, true, 0, 255});
     form().ChooseMenu(L"mnuExport");
     ASSERT_THAT(host_.placements, SizeIs(1));
-    std::vector<Point> corners;
-    for (const Element& element : host_.placed(0))
-        corners.push_back(element.outline.at(0));
-    EXPECT_THAT(corners, ElementsAre(Point{0, 1}, Point{10, 1}, Point{0, -5}, Point{10, -5}));
+    EXPECT_EQ(host_.placed(0).at(1).outline.at(0), (Point{10, 1})); // beside a room of 4 by 4
     host_.placements.clear();
     main_->SetPlace({6, 2, false, 0, 255});
     form().ChooseMenu(L"mnuExport");
-    ASSERT_THAT(host_.placements, SizeIs(4));
-    for (std::size_t n = 0; n < 4; ++n) {
-        ASSERT_THAT(host_.placed(n), SizeIs(1));
-        EXPECT_EQ(host_.placed(n)[0].outline.at(0), (Point{0, 0}));
-    }
+    EXPECT_THAT(host_.placements, SizeIs(4));
 }
 
 TEST_F(MainWindow, TheReportCountsUpdatedRoomsRoomsAtTheirPositionAndRoomsPlaced) {
