@@ -14,8 +14,10 @@
 #include <limits>
 #include <map>
 #include <random>
+#include <ranges>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -288,15 +290,15 @@ class TextGenerator {
 
     std::vector<std::wstring> texts() {
         std::set<std::wstring> seen;
-        for (const wchar_t* text : corners)
-            seen.insert(text);
-        for (const wchar_t* text : cornersOfTheLocale) {
+        for (const auto& text : std::views::split(corners, L'|'))
+            seen.emplace(text.begin(), text.end());
+        for (const auto& text : std::views::split(cornersOfTheLocale, L'|')) {
             std::wstring own;
-            for (const wchar_t* c = text; *c != 0; ++c) {
-                own += *c == L'$'    ? locale_.CurrencySymbol
-                       : *c == L'~'  ? locale_.DecimalMark
-                       : *c == L'\'' ? locale_.GroupingMark
-                                     : std::wstring(1, *c);
+            for (const wchar_t c : text) {
+                own += c == L'$'    ? locale_.CurrencySymbol
+                       : c == L'~'  ? locale_.DecimalMark
+                       : c == L'\'' ? locale_.GroupingMark
+                                    : std::wstring(1, c);
             }
             seen.insert(own);
         }
@@ -316,198 +318,23 @@ class TextGenerator {
     }
 
   private:
-    static constexpr const wchar_t* corners[] = {L"",
-                                                 L" ",
-                                                 L"\t",
-                                                 L"\u00A0",
-                                                 L".",
-                                                 L",",
-                                                 L"-",
-                                                 L"+",
-                                                 L"()",
-                                                 L"(",
-                                                 L")",
-                                                 L"1",
-                                                 L"0",
-                                                 L"-0",
-                                                 L" 1 ",
-                                                 L"\t1\r\n",
-                                                 L"\u00A01",
-                                                 L"1\u00A0",
-                                                 L"\u20031",
-                                                 L"\u30001",
-                                                 L"\u200B1",
-                                                 L"\uFEFF1",
-                                                 L"1 2",
-                                                 L"1\t2",
-                                                 L"- 1",
-                                                 L"+1",
-                                                 L"1-",
-                                                 L"1 -",
-                                                 L"1+",
-                                                 L"(1)",
-                                                 L"( 1 )",
-                                                 L"+-1",
-                                                 L"-+1",
-                                                 L"1--",
-                                                 L"1-+",
-                                                 L"--1",
-                                                 L"-1-",
-                                                 L"(-1)",
-                                                 L"-(1)",
-                                                 L"(1)-",
-                                                 L"((1))",
-                                                 L"(1))",
-                                                 L"(1",
-                                                 L"1)",
-                                                 L".5",
-                                                 L",5",
-                                                 L"-.5",
-                                                 L"-,5",
-                                                 L"5.",
-                                                 L"5,",
-                                                 L"1.5",
-                                                 L"1,5",
-                                                 L"1.234,5",
-                                                 L"1,234.5",
-                                                 L"1.2.3",
-                                                 L"1,2,3",
-                                                 L"1..5",
-                                                 L"1,,5",
-                                                 L"..5",
-                                                 L",,5",
-                                                 L",.5",
-                                                 L".,5",
-                                                 L"1.,5",
-                                                 L"1,.5",
-                                                 L"1.234.567,89",
-                                                 L"1,234,567.89",
-                                                 L"1e5",
-                                                 L"1E5",
-                                                 L"1d5",
-                                                 L"1D5",
-                                                 L"1e+5",
-                                                 L"1e-5",
-                                                 L"1e",
-                                                 L"1e+",
-                                                 L"e5",
-                                                 L".e5",
-                                                 L"1.e5",
-                                                 L"1,e5",
-                                                 L"1e 5",
-                                                 L"1 e5",
-                                                 L"1e5e5",
-                                                 L"1e5-",
-                                                 L"1e--5",
-                                                 L"1e5.",
-                                                 L"1e5,",
-                                                 L"1e5,5",
-                                                 L"1e5.5",
-                                                 L"1e308",
-                                                 L"1e309",
-                                                 L"-1e309",
-                                                 L"1e-400",
-                                                 L"1e99999",
-                                                 L"0e99999",
-                                                 L"1e32767",
-                                                 L"1e32768",
-                                                 L"1e-32768",
-                                                 L"1.7976931348623157e308",
-                                                 L"4.9e-324",
-                                                 L"2.2250738585072014e-308",
-                                                 L"9007199254740993",
-                                                 L"123456789012345678901234567890",
-                                                 L"1 000",
-                                                 L"1\u00A0000",
-                                                 L"1\u202F000",
-                                                 L"1'000",
-                                                 L"1\u2019000",
-                                                 L"5 .",
-                                                 L"5 ,",
-                                                 L"5-,",
-                                                 L"5-.",
-                                                 L"&H10",
-                                                 L"&hff",
-                                                 L"&O17",
-                                                 L"&H",
-                                                 L"&HG",
-                                                 L"&O8",
-                                                 L"& H1",
-                                                 L"-&HFF",
-                                                 L"&HFF-",
-                                                 L"(&HFF)",
-                                                 L" &HFF ",
-                                                 L"&H7FFFFFFF",
-                                                 L"&H80000000",
-                                                 L"&H80000001",
-                                                 L"&HFFFFFFFF",
-                                                 L"&H100000000",
-                                                 L"&HFF,0",
-                                                 L"0x10",
-                                                 L"1a",
-                                                 L"a1",
-                                                 L"abc",
-                                                 L"1%",
-                                                 L"1#",
-                                                 L"NaN",
-                                                 L"inf",
-                                                 L"True",
-                                                 L"Wahr",
-                                                 L"12:30",
-                                                 L"2001-01-01",
-                                                 L"1/2",
-                                                 L"\u0661",
-                                                 L"\uFF11",
-                                                 L"\u22121",
-                                                 L"Raum 12",
-                                                 L" 12",
-                                                 L"-3",
-                                                 L"K3",
-                                                 L"12-K3",
-                                                 L"16,000",
-                                                 L"16.000"};
-    static constexpr const wchar_t* cornersOfTheLocale[] = {L"$",
-                                                            L"$1",
-                                                            L"$ 1",
-                                                            L"1$",
-                                                            L"1 $",
-                                                            L"-$1",
-                                                            L"$-1",
-                                                            L"$1-",
-                                                            L"1-$",
-                                                            L"1$-",
-                                                            L"$$1",
-                                                            L"$1$",
-                                                            L"($1)",
-                                                            L"$(1)",
-                                                            L"(1$)",
-                                                            L"(1)$",
-                                                            L"$1,5",
-                                                            L"$1.5",
-                                                            L"$,5",
-                                                            L"$.5",
-                                                            L"$5,",
-                                                            L"$5.",
-                                                            L"$1e5",
-                                                            L"1e5$",
-                                                            L"$&HFF",
-                                                            L"&HFF$",
-                                                            L"$ 1.234,50",
-                                                            L"1,234.50 $",
-                                                            L"1 $ -",
-                                                            L"5$,",
-                                                            L"1'234~5",
-                                                            L"1~7976931348623157e308",
-                                                            L"1~7976931348623159e308",
-                                                            L"2~2250738585072014e-308",
-                                                            L"4~9e-324",
-                                                            L"5 '",
-                                                            L"$1$",
-                                                            L"1$$",
-                                                            L"$ 1 $",
-                                                            L"1e5'",
-                                                            L"-1'234~50 $",
-                                                            L"0~30000000000000004"};
+    static constexpr std::wstring_view corners =
+        L"| |\t|\u00A0|.|,|-|+|()|(|)|1|0|-0| 1 |\t1\r\n|\u00A01|1\u00A0|\u20031|\u30001|\u200B1|"
+        L"\uFEFF1|1 2|1\t2|- 1|+1|1-|1 -|1+|(1)|( 1 )|+-1|-+1|1--|1-+|--1|-1-|(-1)|-(1)|(1)-|"
+        L"((1))|(1))|(1|1)|.5|,5|-.5|-,5|5.|5,|1.5|1,5|1.234,5|1,234.5|1.2.3|1,2,3|1..5|1,,5|..5|"
+        L",,5|,.5|.,5|1.,5|1,.5|1.234.567,89|1,234,567.89|1e5|1E5|1d5|1D5|1e+5|1e-5|1e|1e+|e5|.e5|"
+        L"1.e5|1,e5|1e 5|1 e5|1e5e5|1e5-|1e--5|1e5.|1e5,|1e5,5|1e5.5|1e308|1e309|-1e309|1e-400|"
+        L"1e99999|0e99999|1e32767|1e32768|1e-32768|1.7976931348623157e308|4.9e-324|"
+        L"2.2250738585072014e-308|9007199254740993|123456789012345678901234567890|1 000|"
+        L"1\u00A0000|1\u202F000|1'000|1\u2019000|5 .|5 ,|5-,|5-.|&H10|&hff|&O17|&H|&HG|&O8|& H1|"
+        L"-&HFF|&HFF-|(&HFF)| &HFF |&H7FFFFFFF|&H80000000|&H80000001|&HFFFFFFFF|&H100000000|"
+        L"&HFF,0|0x10|1a|a1|abc|1%|1#|NaN|inf|True|Wahr|12:30|2001-01-01|1/2|\u0661|\uFF11|"
+        L"\u22121|Raum 12| 12|-3|K3|12-K3|16,000|16.000";
+    static constexpr std::wstring_view cornersOfTheLocale =
+        L"$|$1|$ 1|1$|1 $|-$1|$-1|$1-|1-$|1$-|$$1|$1$|($1)|$(1)|(1$)|(1)$|$1,5|$1.5|$,5|$.5|$5,|"
+        L"$5.|$1e5|1e5$|$&HFF|&HFF$|$ 1.234,50|1,234.50 $|1 $ -|5$,|1'234~5|"
+        L"1~7976931348623157e308|1~7976931348623159e308|2~2250738585072014e-308|4~9e-324|5 '|$1$|"
+        L"1$$|$ 1 $|1e5'|-1'234~50 $|0~30000000000000004";
 
     std::size_t below(std::size_t limit) { return random_() % limit; }
     bool oneIn(std::size_t n) { return below(n) == 0; }
@@ -642,6 +469,36 @@ class TextGenerator {
     std::mt19937 random_;
 };
 
+// Every kind of number: what users type, what is computed, and every kind of float.
+std::vector<double> numbersToWrite() {
+    using Limits = std::numeric_limits<double>;
+    std::vector<double> numbers = {0.0,  -0.0, 1.0,  -1.0, 0.5,   0.1,   1e14,   1e15,   1e16,
+                                   1e-4, 1e-5, 16.0, 12.5, 2.675, 1e100, 1e-100, 5e-324, 1e308};
+    for (const double value :
+         {0.30000000000000004, 999999999999999.0, 999999999999999.5, 123456789012345.5,
+          0.000099999999999999999, Limits::max(), Limits::min(), Limits::infinity(),
+          -Limits::infinity(), Limits::quiet_NaN()})
+        numbers.push_back(value);
+    std::mt19937_64 random(31);
+    for (int i = 0; i < 3000; ++i) {
+        // Areas and lengths as users type them, quotients and roots as they are computed.
+        const auto whole = static_cast<double>(random() % 1000000);
+        numbers.push_back(whole / 1000.0);
+        numbers.push_back(-whole / 100.0);
+        numbers.push_back(whole / static_cast<double>(1 + random() % 1000));
+        numbers.push_back(std::sqrt(whole / 7.0));
+        numbers.push_back(whole * std::pow(10.0, static_cast<int>(random() % 40) - 20));
+    }
+    for (int i = 0; i < 3000; ++i) { // every kind of float
+        const std::uint64_t bits = random();
+        double value = 0.0;
+        std::memcpy(&value, &bits, sizeof value);
+        if (std::isfinite(value))
+            numbers.push_back(value);
+    }
+    return numbers;
+}
+
 } // namespace
 
 class NumberReference : public testing::TestWithParam<LCID> {};
@@ -694,52 +551,7 @@ TEST_P(NumberReference, TextsReadAsThePlatformReadsThem) {
 
 TEST_P(NumberReference, NumbersAreWrittenAsThePlatformWritesThem) {
     const NumberLocale locale = numberLocale(GetParam());
-    std::vector<double> numbers = {0.0,
-                                   -0.0,
-                                   1.0,
-                                   -1.0,
-                                   0.5,
-                                   0.1,
-                                   1e14,
-                                   1e15,
-                                   1e16,
-                                   1e-4,
-                                   1e-5,
-                                   16.0,
-                                   12.5,
-                                   0.30000000000000004,
-                                   2.675,
-                                   1e100,
-                                   1e-100,
-                                   5e-324,
-                                   1e308,
-                                   999999999999999.0,
-                                   999999999999999.5,
-                                   123456789012345.5,
-                                   0.000099999999999999999,
-                                   std::numeric_limits<double>::max(),
-                                   std::numeric_limits<double>::min(),
-                                   std::numeric_limits<double>::infinity(),
-                                   -std::numeric_limits<double>::infinity(),
-                                   std::numeric_limits<double>::quiet_NaN()};
-    std::mt19937_64 random(31);
-    for (int i = 0; i < 3000; ++i) {
-        // Areas and lengths as users type them, quotients and roots as they are computed.
-        const auto whole = static_cast<double>(random() % 1000000);
-        numbers.push_back(whole / 1000.0);
-        numbers.push_back(-whole / 100.0);
-        numbers.push_back(whole / static_cast<double>(1 + random() % 1000));
-        numbers.push_back(std::sqrt(whole / 7.0));
-        numbers.push_back(whole * std::pow(10.0, static_cast<int>(random() % 40) - 20));
-    }
-    for (int i = 0; i < 3000; ++i) { // every kind of float
-        const std::uint64_t bits = random();
-        double value = 0.0;
-        std::memcpy(&value, &bits, sizeof value);
-        if (std::isfinite(value))
-            numbers.push_back(value);
-    }
-
+    const std::vector<double> numbers = numbersToWrite();
     int pointsInExponentForm = 0;
     for (const double value : numbers) {
         BSTR text = nullptr;
