@@ -29,25 +29,6 @@ inline constexpr const wchar_t* optionsTitle = L" Optionen ";
 inline constexpr const wchar_t* reportTitle = L" Quartino";
 inline constexpr const wchar_t* savePrompt = L" Sollen Ihre Änderungen gespeichert werden?";
 
-// Lines of the menus below the first one.
-inline constexpr wchar_t fileMenu = L'D';
-inline constexpr wchar_t editMenu = L'B';
-inline constexpr wchar_t extrasMenu = L'E';
-inline constexpr int newLine = 0;
-inline constexpr int openLine = 1;
-inline constexpr int saveLine = 2;
-inline constexpr int saveAsLine = 3;
-inline constexpr int importLine = 4;
-inline constexpr int exportLine = 5;
-inline constexpr int endLine = 6;
-inline constexpr int addLine = 0;
-inline constexpr int modifyLine = 1;
-inline constexpr int deleteLine = 2;
-inline constexpr int ascendingLine = 3;
-inline constexpr int descendingLine = 4;
-
-enum Column { Name, Function, Area, Story, Enclosure, Occupancy, AreaType, Shape };
-
 // "12.5" as the user writes it.
 inline std::wstring number(std::wstring text) {
     if (const auto at = text.find(L'.'); at != std::wstring::npos)
@@ -120,12 +101,11 @@ class JourneyTest : public ::testing::Test {
 
     std::filesystem::path file(const wchar_t* name) const { return folder.path() / name; }
 
-    // Opens a list, or saves it, by the menu and the file dialog.
-    void open(QuartinoProcess& quartino, const std::filesystem::path& list) const {
-        nameByKeys(quartino, openLine, list);
+    static void open(QuartinoProcess& quartino, const std::filesystem::path& list) {
+        quartino.open(list);
     }
-    void saveAs(QuartinoProcess& quartino, const std::filesystem::path& list) const {
-        nameByKeys(quartino, saveAsLine, list);
+    static void saveAs(QuartinoProcess& quartino, const std::filesystem::path& list) {
+        quartino.saveAs(list);
     }
     // Adds rooms by the keyboard.
     void add(QuartinoProcess& quartino, const std::wstring& name, const std::wstring& area,
@@ -149,14 +129,6 @@ class JourneyTest : public ::testing::Test {
     ProgramFolder folder;
     SettingsKey whole{keyPath};
     SettingsKey key{std::wstring(keyPath) + L"\\QTO"};
-
-  private:
-    static void nameByKeys(QuartinoProcess& quartino, int line, const std::filesystem::path& list) {
-        quartino.command([&] {
-            quartino.chooseByKeys(fileMenu, line);
-            quartino.giveFileName(quartino.fileDialog(), list.wstring());
-        });
-    }
 };
 
 } // namespace kalvrooms::testing

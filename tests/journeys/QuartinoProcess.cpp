@@ -117,14 +117,15 @@ bool RunningProgram::onlyShows(std::vector<HWND> expected) const {
     return shown == expected;
 }
 
-QuartinoProcess::QuartinoProcess(const ProgramFolder& folder, wchar_t fileMenu) : program_(folder) {
+QuartinoProcess::QuartinoProcess(const ProgramFolder& folder, wchar_t firstMenu)
+    : program_(folder) {
     SetProcessDPIAware(); // places on the screen are the real ones
     main_ = program_.mainWindow();
     table_ = FindWindowExW(main_, nullptr, WC_LISTVIEWW, nullptr);
     SetForegroundWindow(main_);
     waitForKeys(main_);
     // A menu that opened shows that the window manager, too, knows who has the focus.
-    openMenu(fileMenu);
+    openMenu(firstMenu);
     ui::typeKey(VK_ESCAPE);
     ui::typeKey(VK_ESCAPE);
     waitForNoPopup();
@@ -267,6 +268,13 @@ void QuartinoProcess::giveFileName(HWND fileDialog, const std::wstring& path) {
     ui::typeText(path);
     ui::waitFor("the file name in its field", [&] { return ui::textOf(field) == path; });
     ui::typeKey(VK_RETURN);
+}
+
+void QuartinoProcess::nameByKeys(int line, const std::filesystem::path& list) {
+    command([&] {
+        chooseByKeys(fileMenu, line);
+        giveFileName(fileDialog(), list.wstring());
+    });
 }
 
 void QuartinoProcess::closeWithEnter(HWND messageBox) const {

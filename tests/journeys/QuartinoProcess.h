@@ -6,6 +6,7 @@
 
 #include <commctrl.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,25 @@ namespace kalvrooms::testing {
 
 // Of the user's locale.
 std::wstring decimalMark();
+
+// Lines of the menus below the first one.
+inline constexpr wchar_t fileMenu = L'D';
+inline constexpr wchar_t editMenu = L'B';
+inline constexpr wchar_t extrasMenu = L'E';
+inline constexpr int newLine = 0;
+inline constexpr int openLine = 1;
+inline constexpr int saveLine = 2;
+inline constexpr int saveAsLine = 3;
+inline constexpr int importLine = 4;
+inline constexpr int exportLine = 5;
+inline constexpr int endLine = 6;
+inline constexpr int addLine = 0;
+inline constexpr int modifyLine = 1;
+inline constexpr int deleteLine = 2;
+inline constexpr int ascendingLine = 3;
+inline constexpr int descendingLine = 4;
+
+enum Column { Name, Function, Area, Story, Enclosure, Occupancy, AreaType, Shape };
 
 // The program as it starts and ends.
 class RunningProgram {
@@ -51,7 +71,7 @@ class RunningProgram {
 class QuartinoProcess {
   public:
     // Starts the program and waits for its main window. The letter of its first menu.
-    explicit QuartinoProcess(const ProgramFolder& folder, wchar_t fileMenu = L'D');
+    explicit QuartinoProcess(const ProgramFolder& folder, wchar_t firstMenu = fileMenu);
 
     HWND main() const { return main_; }
     HWND table() const { return table_; }
@@ -107,6 +127,9 @@ class QuartinoProcess {
     void runByKeys(wchar_t menuLetter, int itemsBelow) {
         command([&] { chooseByKeys(menuLetter, itemsBelow); });
     }
+    // Opens a list, or saves it, by the menu and the file dialog.
+    void open(const std::filesystem::path& list) { nameByKeys(openLine, list); }
+    void saveAs(const std::filesystem::path& list) { nameByKeys(saveAsLine, list); }
     // Types a path into a file dialog and confirms it with Enter.
     void giveFileName(HWND fileDialog, const std::wstring& path);
     // Closes a message box with the Enter key.
@@ -129,6 +152,7 @@ class QuartinoProcess {
 
   private:
     HWND withKeys(HWND window) const;
+    void nameByKeys(int line, const std::filesystem::path& list);
 
     RunningProgram program_;
     HWND main_ = nullptr;

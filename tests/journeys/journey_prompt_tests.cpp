@@ -1,10 +1,7 @@
-// Nothing is lost without a question: the save prompt, also when the session ends, and the warning
-// about lists that are too long.
+// Nothing is lost without a question: the save prompt, also when the session ends.
 
 #include "journeys/JourneyTest.h"
-
-#include <atomic>
-#include <thread>
+#include "journeys/SessionEnd.h"
 
 namespace kalvrooms::testing {
 namespace {
@@ -118,80 +115,6 @@ TEST_F(SavePrompt, ComesAgainAfterASaveThatFailedAndTheOldFileStays) {
     EXPECT_EQ(readBytes(file(L"list.txt")), old);
 }
 
-TEST_F(SavePrompt, AListThatWasReadInPartIsSavedUnderAnotherName) {
-    writeList(file(L"list.txt"),
-              {{L"Eins", L"16"}, {L"Zwei", L"16", L" ", L"4", L"4", L"x-K"}, {L"Drei", L"16"}});
-    const std::string complete = readBytes(file(L"list.txt"));
-    QuartinoProcess quartino(folder);
-    quartino.command([&] {
-        quartino.chooseByKeys(fileMenu, openLine);
-        quartino.giveFileName(quartino.fileDialog(), file(L"list.txt").wstring());
-        const HWND box = quartino.messageBox();
-        EXPECT_THAT(ui::messageText(box), HasSubstr(L"Zeile 3 und alles danach fehlt."));
-        quartino.closeWithEnter(box);
-    });
-    EXPECT_THAT(quartino.column(Name), ::testing::ElementsAre(L"Eins"));
-    quartino.command([&] {
-        quartino.chooseByKeys(fileMenu, saveLine);
-        quartino.giveFileName(quartino.fileDialog(), file(L"part.txt").wstring());
-    });
-    EXPECT_EQ(readBytes(file(L"list.txt")), complete);
-    EXPECT_EQ(roomsIn(file(L"part.txt")).size(), 1u);
-    EXPECT_EQ(quartino.program().close(), 0u);
-}
-
-TEST_F(JourneyTest, ANegativeAreaIsRefusedAndNamedWhereAListBringsOne) {
-    writeList(file(L"list.txt"), {{L"Eins", L"16"}, {L"Zwei", L"-1"}});
-    QuartinoProcess quartino(folder);
-    open(quartino, file(L"list.txt"));
-    quartino.command([&] {
-        quartino.chooseByKeys(fileMenu, exportLine);
-        const HWND box = quartino.messageBox();
-        EXPECT_THAT(ui::messageText(box),
-                    HasSubstr(L"Der Raum \"Zwei\" im Geschoss \"EG\" hat eine "
-                              L"negative Fläche."));
-        quartino.closeWithEnter(box);
-    });
-    quartino.command([&] {
-        quartino.chooseByKeys(editMenu, addLine);
-        const HWND dialog = quartino.dialog(addTitle);
-        ui::setText(ui::control(dialog, ID_ROOM_TXTAREA), L"-5");
-        ui::typeKey(VK_RETURN);
-        const HWND box = quartino.messageBox();
-        EXPECT_EQ(ui::messageText(box), L"Bitte geben Sie eine Fläche ein, die nicht negativ ist.");
-        quartino.closeWithEnter(box);
-        EXPECT_TRUE(IsWindowVisible(dialog));
-        quartino.waitForKeys(dialog);
-        ui::typeKey(VK_ESCAPE);
-    });
-    EXPECT_EQ(quartino.column(Name).size(), 2u);
-}
-
-// The system that asks whether the session may end, and waits for the answer.
-class SessionEnd {
-  public:
-    explicit SessionEnd(HWND window)
-        : asking_([this, window] {
-              SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, 0, SMTO_NORMAL, ui::usualLimit,
-                                  &answer_);
-              answered_ = true;
-          }) {}
-    ~SessionEnd() { asking_.join(); }
-    SessionEnd(const SessionEnd&) = delete;
-    SessionEnd& operator=(const SessionEnd&) = delete;
-
-    bool answered() const { return answered_; }
-    void expectConsent() const {
-        ui::waitFor("the answer to the system", [this] { return answered(); });
-        EXPECT_EQ(answer_, static_cast<DWORD_PTR>(TRUE));
-    }
-
-  private:
-    DWORD_PTR answer_ = 0;
-    std::atomic<bool> answered_ = false;
-    std::thread asking_;
-};
-
 TEST_F(SavePrompt, ComesWhileTheSystemStillWaitsForTheEndOfTheSession) {
     QuartinoProcess quartino(folder);
     add(quartino, L"Neu", L"20", L"2");
@@ -205,33 +128,6 @@ TEST_F(SavePrompt, ComesWhileTheSystemStillWaitsForTheEndOfTheSession) {
     PostMessageW(quartino.main(), WM_ENDSESSION, TRUE, 0);
     EXPECT_EQ(quartino.program().waitForEnd(), 0u);
     EXPECT_EQ(key.values().size(), 7u);
-}
-
-TEST_F(JourneyTest, MoreThanAHundredAndFiftyRoomsAreWarnedAboutAndNotWritten) {
-    writeList(file(L"151.txt"), std::vector<ListedRoom>(151, {L"Raum", L"16"}));
-    QuartinoProcess quartino(folder);
-    const auto expectWarning = [&](const std::wstring& text) {
-        const HWND box = quartino.messageBox();
-        EXPECT_EQ(ui::messageText(box), text);
-        EXPECT_EQ(ui::textOf(box), L" Quartino");
-        EXPECT_EQ(GetDlgItem(box, IDNO), nullptr);
-        quartino.picture(box, "message-limit");
-        quartino.closeWithEnter(box);
-    };
-    quartino.command([&] {
-        quartino.chooseByKeys(fileMenu, openLine);
-        quartino.giveFileName(quartino.fileDialog(), file(L"151.txt").wstring());
-        expectWarning(L" Ihre Raumliste besteht aus mehr als 150 Räumen. Bitte beachten Sie, mit "
-                      L"dem Quatrinoen\r können maximal 150 Räume bearbeitet werden.");
-    });
-    EXPECT_EQ(ui::rowCount(quartino.table()), 151);
-    EXPECT_EQ(quartino.cell(150, Area), L"16");
-    quartino.command([&] {
-        quartino.chooseByKeys(fileMenu, exportLine);
-        expectWarning(L" Die Raumliste besteht aus mehr als 150 Räumen. Es können maximal 150 "
-                      L"Räume übertragen werden.");
-    });
-    EXPECT_THAT(practiceHost().drawing().elements, IsEmpty());
 }
 
 } // namespace

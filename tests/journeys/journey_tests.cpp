@@ -94,47 +94,39 @@ TEST_F(JourneyTest, ADoubleClickModifiesARoomAndOnAnEmptyRowAddsOne) {
     dialog = quartino.dialog(addTitle);
     EXPECT_TRUE(quartino.enabled(dialog, ID_ROOM_TXTSTORYCODE));
     EXPECT_TRUE(quartino.enabled(dialog, ID_ROOM_TXTQUANTITY));
-    // Escape closes an open list and does nothing else; the next one leaves the dialog.
-    const HWND list = ui::control(dialog, ID_ROOM_CBOENCLOSURETYPE);
-    quartino.click(dialog, ID_ROOM_TXTAREA);
-    quartino.waitForFocus(dialog, ID_ROOM_TXTAREA);
-    quartino.tabTo(dialog, {ID_ROOM_CMDGEOMETRY, ID_ROOM_CBOENCLOSURETYPE});
-    ui::typeKey(VK_F4);
-    ui::waitFor("the open list",
-                [&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) != FALSE; });
-    quartino.picture(dialog, "room-list");
-    ui::typeKey(VK_ESCAPE);
-    ui::waitFor("the closed list",
-                [&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) == FALSE; });
-    quartino.keysWereHandled(dialog);
     ui::typeKey(VK_ESCAPE);
     quartino.waitForReturn(dialog, quartino.main());
     EXPECT_EQ(quartino.column(Name).size(), 2u);
     EXPECT_EQ(quartino.commandsDone(), before);
 }
 
-TEST_F(JourneyTest, GeometryComesFromASideOrFromAFile) {
-    const std::filesystem::path points =
-        file(L"Umriss der Aula mit einem Namen, der für die Schaltfläche zu lang ist.txt");
-    writeBytes(points, "4\r\n0\t0\r\n10\t0\r\n10\t5\r\n0\t5\r\nend\r\n");
-    const std::wstring path = points.wstring();
-    QuartinoProcess quartino(folder);
-    add(quartino, L"R 1", L"50", L"2");
-    HWND room = nullptr;
-    const auto openGeometry = [&](int row) {
+// The geometry of a room in the table, from its dialog.
+class GeometryJourney : public JourneyTest {
+  protected:
+    HWND openGeometry(QuartinoProcess& quartino, int row) {
         quartino.clickCell(row, Name, false, 2);
         room = quartino.dialog(modifyTitle);
         quartino.waitForFocus(room, ID_ROOM_TXTNAME);
         quartino.tabTo(room, {ID_ROOM_TXTFUNCTION, ID_ROOM_TXTAREA, ID_ROOM_CMDGEOMETRY});
         ui::typeKey(VK_SPACE);
         return quartino.dialog(geometryTitle);
-    };
-    const auto confirmRoom = [&] {
+    }
+    void confirmRoom(QuartinoProcess& quartino) const {
         quartino.click(room, ID_ROOM_CMDOK);
         quartino.waitForReturn(room, quartino.main());
-    };
+    }
 
-    HWND dialog = openGeometry(0);
+    HWND room = nullptr;
+};
+
+TEST_F(GeometryJourney, GeometryComesFromASideOrFromAFile) {
+    const std::filesystem::path points =
+        file(L"Umriss der Aula mit einem Namen, der für die Schaltfläche zu lang ist.txt");
+    writeBytes(points, "4\r\n0\t0\r\n10\t0\r\n10\t5\r\n0\t5\r\nend\r\n");
+    const std::wstring path = points.wstring();
+    QuartinoProcess quartino(folder);
+    add(quartino, L"R 1", L"50", L"2");
+    HWND dialog = openGeometry(quartino, 0);
     quartino.click(dialog, ID_GEOMETRY_OPTXDIRECTION);
     ui::waitFor("the option", [&] { return quartino.checked(dialog, ID_GEOMETRY_OPTXDIRECTION); });
     EXPECT_FALSE(quartino.checked(dialog, ID_GEOMETRY_OPTRATIO));
@@ -146,9 +138,9 @@ TEST_F(JourneyTest, GeometryComesFromASideOrFromAFile) {
     // The room dialog does not take the same Enter.
     quartino.keysWereHandled(room);
     EXPECT_TRUE(IsWindowVisible(room));
-    confirmRoom();
+    confirmRoom(quartino);
 
-    dialog = openGeometry(1);
+    dialog = openGeometry(quartino, 1);
     quartino.click(dialog, ID_GEOMETRY_CMDEXCELFILE);
     const HWND files = quartino.fileDialog();
     quartino.picture(files, "file-points");
@@ -160,7 +152,7 @@ TEST_F(JourneyTest, GeometryComesFromASideOrFromAFile) {
     quartino.picture(dialog, "geometry-file");
     quartino.click(dialog, ID_GEOMETRY_CMDOK);
     quartino.waitForReturn(dialog, room);
-    confirmRoom();
+    confirmRoom(quartino);
     EXPECT_THAT(quartino.column(Shape), ElementsAre(L"rechteckig", L"polygonal"));
     quartino.picture(quartino.main(), "main-geometry");
 
@@ -172,76 +164,21 @@ TEST_F(JourneyTest, GeometryComesFromASideOrFromAFile) {
     EXPECT_EQ(Sides(rooms[1].begin() + 7, rooms[1].begin() + 10), (Sides{path, L"0", L"0"}));
 }
 
-TEST_F(JourneyTest, ARuntimeErrorEndsTheEventAndTheDialogStays) {
-    QuartinoProcess quartino(folder);
-    const auto before = quartino.commandsDone();
-    quartino.chooseByKeys(editMenu, addLine);
-    const HWND dialog = quartino.dialog(addTitle);
-    const std::wstring text = decimalMark() + L"5";
-    quartino.click(dialog, ID_ROOM_TXTAREA);
-    quartino.type(dialog, ID_ROOM_TXTAREA, text);
-    // On leaving the field, and with Enter, which does not get as far as OK.
-    for (const WORD leaving : {VK_TAB, VK_RETURN}) {
-        // On a button Enter would press that.
-        if (leaving == VK_RETURN)
-            quartino.click(dialog, ID_ROOM_TXTNAME);
-        ui::typeKey(leaving);
-        const HWND box = quartino.messageBox();
-        EXPECT_THAT(toAnsi(ui::messageText(box)), ::testing::StartsWith("Laufzeitfehler 13:"));
-        EXPECT_EQ(ui::textOf(box), L" Quartino");
-        quartino.picture(box, "message-error");
-        ui::pressKey(VK_RETURN);
-        quartino.waitForReturn(box, dialog);
-        ui::releaseKey(VK_RETURN);
-    }
-    quartino.keysWereHandled(dialog);
-    EXPECT_TRUE(quartino.onlyShows({quartino.main(), dialog}));
-    EXPECT_EQ(quartino.text(dialog, ID_ROOM_TXTAREA), text);
-    EXPECT_THAT(quartino.column(Name), IsEmpty());
-
-    // Put right, all goes on.
-    quartino.click(dialog, ID_ROOM_TXTAREA);
-    quartino.type(dialog, ID_ROOM_TXTAREA, L"7");
-    ui::typeKey(VK_RETURN);
-    quartino.waitForCommand(before);
-    EXPECT_THAT(quartino.column(Area), ElementsAre(L"7"));
-}
-
 // --- the table and the files --------------------------------------------------------------------
 
-TEST_F(JourneyTest, AListIsSortedThinnedSavedAndOpenedAgain) {
-    writeList(file(L"list.txt"), {{L"b", L"100"}, {L"c", L"9"}, {L"a", L"20"}});
-    QuartinoProcess quartino(folder);
-    open(quartino, file(L"list.txt"));
-    EXPECT_EQ(ui::textOf(quartino.main()), L" Quartino - list.txt");
-    const auto names = [&] {
-        std::wstring joined;
-        for (const std::wstring& name : quartino.column(Name))
-            joined += name;
-        return joined;
-    };
-    const auto waitForNames = [&](const std::wstring& order) {
-        ui::waitFor("the order " + toAnsi(order), [&] { return names() == order; });
-    };
-    ASSERT_EQ(names(), L"bca");
-    quartino.clickHeader(Name);
-    waitForNames(L"abc");
-    // Numbers are sorted as numbers.
-    quartino.clickHeader(Area);
-    waitForNames(L"cab");
-    quartino.runByKeys(editMenu, descendingLine);
-    EXPECT_EQ(names(), L"bac");
-    quartino.runByKeys(editMenu, ascendingLine);
-    EXPECT_EQ(names(), L"cab");
+// The names of the rooms, one after the other.
+std::wstring names(const QuartinoProcess& quartino) {
+    std::wstring joined;
+    for (const std::wstring& name : quartino.column(Name))
+        joined += name;
+    return joined;
+}
 
-    // The context menu: on a header as well, which is not sorted by it.
-    quartino.clickHeader(Name, true);
-    quartino.waitForPopup();
-    quartino.picture(quartino.main(), "context-menu");
-    ui::typeKey(VK_ESCAPE);
-    quartino.waitForNoPopup();
-    EXPECT_EQ(names(), L"cab");
-    // The second line of the sorted table is the list's third room; nobody asks before it goes.
+void waitForNames(const QuartinoProcess& quartino, const std::wstring& order) {
+    ui::waitFor("the order " + toAnsi(order), [&] { return names(quartino) == order; });
+}
+
+void deleteSecondLineByContextMenu(const QuartinoProcess& quartino) {
     quartino.command([&] {
         quartino.clickCell(1, Name, true);
         quartino.waitForPopup();
@@ -250,7 +187,34 @@ TEST_F(JourneyTest, AListIsSortedThinnedSavedAndOpenedAgain) {
             ui::typeKey(VK_DOWN);
         ui::typeKey(VK_RETURN);
     });
-    EXPECT_EQ(names(), L"bc");
+}
+
+TEST_F(JourneyTest, AListIsSortedThinnedSavedAndOpenedAgain) {
+    writeList(file(L"list.txt"), {{L"b", L"100"}, {L"c", L"9"}, {L"a", L"20"}});
+    QuartinoProcess quartino(folder);
+    open(quartino, file(L"list.txt"));
+    EXPECT_EQ(ui::textOf(quartino.main()), L" Quartino - list.txt");
+    ASSERT_EQ(names(quartino), L"bca");
+    quartino.clickHeader(Name);
+    waitForNames(quartino, L"abc");
+    // Numbers are sorted as numbers.
+    quartino.clickHeader(Area);
+    waitForNames(quartino, L"cab");
+    quartino.runByKeys(editMenu, descendingLine);
+    EXPECT_EQ(names(quartino), L"bac");
+    quartino.runByKeys(editMenu, ascendingLine);
+    EXPECT_EQ(names(quartino), L"cab");
+
+    // The context menu: on a header as well, which is not sorted by it.
+    quartino.clickHeader(Name, true);
+    quartino.waitForPopup();
+    quartino.picture(quartino.main(), "context-menu");
+    ui::typeKey(VK_ESCAPE);
+    quartino.waitForNoPopup();
+    EXPECT_EQ(names(quartino), L"cab");
+    // The second line of the sorted table is the list's third room; nobody asks before it goes.
+    deleteSecondLineByContextMenu(quartino);
+    EXPECT_EQ(names(quartino), L"bc");
 
     // Saving without a question, to the name that the list has.
     quartino.runByKeys(fileMenu, saveLine);
@@ -277,64 +241,82 @@ TEST_F(JourneyTest, AListIsSortedThinnedSavedAndOpenedAgain) {
 
     // Nothing was changed since, so that nobody asks.
     quartino.runByKeys(fileMenu, newLine);
-    EXPECT_EQ(names(), L"");
+    EXPECT_EQ(names(quartino), L"");
     EXPECT_EQ(ui::textOf(quartino.main()), L" Quartino - Schule");
     open(quartino, file(L"second.txt"));
-    EXPECT_EQ(names(), L"bc");
+    EXPECT_EQ(names(quartino), L"bc");
     EXPECT_EQ(quartino.program().close(), 0u);
 }
 
 // --- options and report -------------------------------------------------------------------------
 
-TEST_F(JourneyTest, OptionsAreSetOnBothTabs) {
-    QuartinoProcess quartino(folder);
-    const auto before = quartino.commandsDone();
-    quartino.chooseByKeys(extrasMenu, 0);
-    const HWND dialog = quartino.dialog(optionsTitle);
-    const auto showTab = [dialog](int tab, int control) {
+class OptionsJourney : public JourneyTest {
+  protected:
+    static void showTab(HWND dialog, int tab, int control) {
         ui::clickAt(ui::control(dialog, ID_PLACE_SSTAB1), tab == 0 ? 20 : 120, 10);
         ui::waitFor("the tab", [&] { return QuartinoProcess::visible(dialog, control); });
-    };
-    EXPECT_TRUE(quartino.checked(dialog, ID_PLACE_OPTBLOCK));
-    EXPECT_FALSE(quartino.visible(dialog, ID_PLACE_CHKUPDATE));
-    quartino.picture(dialog, "options-arrangement");
+    }
+    static void chooseColour(QuartinoProcess& quartino, HWND dialog) {
+        constexpr int firstColours = 0x2D0; // the field of the system's basic colours
+        quartino.click(dialog, ID_PLACE_CMDWITHCOORDINATES);
+        const HWND colours = quartino.ownedBy(dialog);
+        quartino.picture(colours, "colour");
+        ui::clickAt(ui::control(colours, firstColours), 5, 5);
+        quartino.click(colours, IDOK);
+        quartino.waitForReturn(colours, dialog);
+        const HWND button = ui::control(dialog, ID_PLACE_CMDWITHCOORDINATES);
+        ui::waitFor("the colour on the button",
+                    [&] { return ui::Picture(ui::placeOf(button)).redness() == 127; });
+    }
+    // In a message, whose Enter does not press OK once more.
+    static void expectDistanceRefused(QuartinoProcess& quartino, HWND dialog) {
+        quartino.click(dialog, ID_PLACE_TXTDX);
+        quartino.type(dialog, ID_PLACE_TXTDX, L"-0a", L"0");
+        ui::typeKey(VK_RETURN);
+        const HWND box = quartino.messageBox();
+        EXPECT_EQ(ui::messageText(box), L" Abstände müssen größer als Null sein.");
+        EXPECT_EQ(ui::textOf(box), L"Quartino");
+        quartino.picture(box, "message-distances");
+        ui::pressKey(VK_RETURN);
+        quartino.waitForReturn(box, dialog);
+        ui::releaseKey(VK_RETURN);
+        quartino.keysWereHandled(dialog);
+        EXPECT_TRUE(quartino.onlyShows({quartino.main(), dialog}));
+    }
+};
 
-    // The colour dialog of the system; giving it up leaves this dialog open.
-    showTab(1, ID_PLACE_CHKUPDATE);
-    EXPECT_TRUE(quartino.checked(dialog, ID_PLACE_CHKUPDATE));
-    quartino.picture(dialog, "options-display");
-    quartino.click(dialog, ID_PLACE_CMDWITHCOORDINATES);
-    const HWND colours = quartino.ownedBy(dialog);
-    quartino.picture(colours, "colour");
-    ui::pressKey(VK_ESCAPE);
-    quartino.waitForReturn(colours, dialog);
-    ui::releaseKey(VK_ESCAPE);
-    quartino.keysWereHandled(dialog);
-    EXPECT_TRUE(quartino.onlyShows({quartino.main(), dialog}));
+TEST_F(OptionsJourney, OptionsAreSetOnBothTabs) {
+    const std::filesystem::path outline = file(L"Umriss.txt");
+    writeBytes(outline, "4\r\n0\t20\r\n4\t20\r\n4\t24\r\n0\t24\r\nend\r\n");
+    writeList(file(L"list.txt"), {{L"neu", L"16"}, {L"alt", L"16", outline.wstring(), L"0", L"0"}});
+    QuartinoProcess quartino(folder);
+    open(quartino, file(L"list.txt"));
+    ui::waitFor("the colours of the rows",
+                [&] { return quartino.rednessOfRow(0) > 150 && quartino.rednessOfRow(1) < 50; });
 
-    // A distance of zero is refused in a message, whose Enter does not press OK once more.
-    quartino.click(dialog, ID_PLACE_CHKUPDATE);
-    ui::waitFor("the report off", [&] { return !quartino.checked(dialog, ID_PLACE_CHKUPDATE); });
-    showTab(0, ID_PLACE_OPTBLOCK);
-    quartino.click(dialog, ID_PLACE_TXTDX);
-    quartino.type(dialog, ID_PLACE_TXTDX, L"-0a", L"0");
-    ui::typeKey(VK_RETURN);
-    const HWND box = quartino.messageBox();
-    EXPECT_EQ(ui::messageText(box), L" Abstände müssen größer als Null sein.");
-    EXPECT_EQ(ui::textOf(box), L"Quartino");
-    quartino.picture(box, "message-distances");
-    ui::pressKey(VK_RETURN);
-    quartino.waitForReturn(box, dialog);
-    ui::releaseKey(VK_RETURN);
-    quartino.keysWereHandled(dialog);
-    EXPECT_TRUE(quartino.onlyShows({quartino.main(), dialog}));
-    quartino.click(dialog, ID_PLACE_TXTDX);
-    quartino.type(dialog, ID_PLACE_TXTDX, L"2,5");
-    ui::typeKey(VK_RETURN);
-    quartino.waitForCommand(before);
+    quartino.command([&] {
+        quartino.chooseByKeys(extrasMenu, 0);
+        const HWND dialog = quartino.dialog(optionsTitle);
+        EXPECT_TRUE(quartino.checked(dialog, ID_PLACE_OPTBLOCK));
+        EXPECT_FALSE(quartino.visible(dialog, ID_PLACE_CHKUPDATE));
+        quartino.picture(dialog, "options-arrangement");
+        showTab(dialog, 1, ID_PLACE_CHKUPDATE);
+        EXPECT_TRUE(quartino.checked(dialog, ID_PLACE_CHKUPDATE));
+        chooseColour(quartino, dialog);
+        quartino.picture(dialog, "options-display");
+        quartino.click(dialog, ID_PLACE_CHKUPDATE);
+        ui::waitFor("the report off",
+                    [&] { return !quartino.checked(dialog, ID_PLACE_CHKUPDATE); });
+        showTab(dialog, 0, ID_PLACE_OPTBLOCK);
+        expectDistanceRefused(quartino, dialog);
+        quartino.click(dialog, ID_PLACE_TXTDX);
+        quartino.type(dialog, ID_PLACE_TXTDX, L"2,5");
+        ui::typeKey(VK_RETURN);
+    });
+    ui::waitFor("the colours of the rows", [&] { return quartino.rednessOfRow(1) > 100; });
     EXPECT_EQ(quartino.program().close(), 0u);
     EXPECT_EQ(key[L"Report"], 2);
-    EXPECT_EQ(key[L"ColorOld"], 0);
+    EXPECT_EQ(key[L"ColorOld"], RGB(255, 128, 128));
     EXPECT_EQ(key[L"ColorNew"], 255);
 }
 
@@ -375,37 +357,6 @@ TEST_F(JourneyTest, TheReportShowsTheRowsThatCount) {
     });
     // From now on there is none.
     quartino.runByKeys(fileMenu, exportLine);
-}
-
-TEST_F(JourneyTest, AColourThatIsChosenIsTheRoomsColour) {
-    constexpr int firstColours = 0x2D0; // the field of the system's basic colours
-    const std::filesystem::path outline = file(L"Umriss.txt");
-    writeBytes(outline, "4\r\n0\t20\r\n4\t20\r\n4\t24\r\n0\t24\r\nend\r\n");
-    writeList(file(L"list.txt"), {{L"neu", L"16"}, {L"alt", L"16", outline.wstring(), L"0", L"0"}});
-    QuartinoProcess quartino(folder);
-    open(quartino, file(L"list.txt"));
-    ui::waitFor("the colours of the rows",
-                [&] { return quartino.rednessOfRow(0) > 150 && quartino.rednessOfRow(1) < 50; });
-
-    quartino.command([&] {
-        quartino.chooseByKeys(extrasMenu, 0);
-        const HWND dialog = quartino.dialog(optionsTitle);
-        ui::typeKey(VK_TAB, {VK_CONTROL});
-        ui::waitFor("the other tab", [&] { return quartino.visible(dialog, ID_PLACE_CHKUPDATE); });
-        quartino.click(dialog, ID_PLACE_CMDWITHCOORDINATES);
-        const HWND colours = quartino.ownedBy(dialog);
-        ui::clickAt(ui::control(colours, firstColours), 5, 5);
-        quartino.click(colours, IDOK);
-        quartino.waitForReturn(colours, dialog);
-        const HWND button = ui::control(dialog, ID_PLACE_CMDWITHCOORDINATES);
-        ui::waitFor("the colour on the button",
-                    [&] { return ui::Picture(ui::placeOf(button)).redness() == 127; });
-        quartino.click(dialog, ID_PLACE_CMDOK);
-    });
-    ui::waitFor("the colours of the rows", [&] { return quartino.rednessOfRow(1) > 100; });
-    EXPECT_EQ(quartino.program().close(), 0u);
-    EXPECT_EQ(key[L"ColorOld"], RGB(255, 128, 128));
-    EXPECT_EQ(key[L"ColorNew"], 255);
 }
 
 } // namespace

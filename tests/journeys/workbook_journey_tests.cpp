@@ -4,10 +4,8 @@
 #include "win32/SpreadsheetTest.h"
 
 #include "journeys/QuartinoProcess.h"
+#include "journeys/SessionEnd.h"
 #include "practice/Drawings.h"
-
-#include <atomic>
-#include <thread>
 
 namespace kalvrooms::testing {
 namespace {
@@ -18,14 +16,6 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
 constexpr const wchar_t* keyPath = L"Software\\QuartinoWorkbookJourneys";
-
-// Lines of the file menu below the first one.
-constexpr wchar_t fileMenu = L'D';
-constexpr int openLine = 1;
-constexpr int saveLine = 2;
-constexpr int saveAsLine = 3;
-
-enum Column { Name, Function, Area, Story };
 
 class WorkbookJourney : public SpreadsheetTest {
   protected:
@@ -38,15 +28,13 @@ class WorkbookJourney : public SpreadsheetTest {
 
     // The first of all processes comes up while the system's own services are still starting.
     static void startHost() {
-        waitUntil(
-            [] {
-                try {
-                    return practiceHost().running();
-                } catch (const driver::CallFailed&) {
-                    return false;
-                }
-            },
-            processLimit);
+        driver::waitFor("the practice host", [] {
+            try {
+                return practiceHost().running();
+            } catch (const driver::CallFailed&) {
+                return false;
+            }
+        });
     }
     static clsFloors roomsNamed(const std::vector<std::wstring>& names) {
         clsFloors floors;
@@ -58,33 +46,22 @@ class WorkbookJourney : public SpreadsheetTest {
         }
         return floors;
     }
-    void choose(QuartinoProcess& quartino, int line, const std::wstring& fileName) const {
-        const auto before = quartino.commandsDone();
-        quartino.chooseByKeys(fileMenu, line);
-        quartino.giveFileName(quartino.fileDialog(), name(fileName));
-        quartino.waitForCommand(before);
-    }
     void open(QuartinoProcess& quartino, const std::wstring& fileName) const {
-        choose(quartino, openLine, fileName);
+        quartino.open(path(fileName));
     }
     void saveAs(QuartinoProcess& quartino, const std::wstring& fileName) const {
-        choose(quartino, saveAsLine, fileName);
-    }
-    static void save(QuartinoProcess& quartino) {
-        const auto before = quartino.commandsDone();
-        quartino.chooseByKeys(fileMenu, saveLine);
-        quartino.waitForCommand(before);
+        quartino.saveAs(path(fileName));
     }
 
     // Saves while the program has something to say, which begins so, and answers with Enter.
     static void saveAndRead(QuartinoProcess& quartino, const std::wstring& beginning) {
-        const auto before = quartino.commandsDone();
-        quartino.chooseByKeys(fileMenu, saveLine);
-        const HWND box = quartino.messageBox();
-        EXPECT_THAT(ui::messageText(box), ::testing::StartsWith(beginning));
-        EXPECT_EQ(ui::textOf(box), L" Quartino");
-        quartino.closeWithEnter(box);
-        quartino.waitForCommand(before);
+        quartino.command([&] {
+            quartino.chooseByKeys(fileMenu, saveLine);
+            const HWND box = quartino.messageBox();
+            EXPECT_THAT(ui::messageText(box), ::testing::StartsWith(beginning));
+            EXPECT_EQ(ui::textOf(box), L" Quartino");
+            quartino.closeWithEnter(box);
+        });
     }
 
     ProgramFolder folder_;
@@ -99,20 +76,11 @@ TEST_F(WorkbookJourney, AWorkbookIsSavedWhileTheSystemWaitsForTheEndOfTheSession
     write(L"list.xls", roomsNamed({L"Flur", L"Lager"}));
     open(quartino, L"list.xls");
     EXPECT_TRUE(spreadsheetProcessesEnd());
-    const auto before = quartino.commandsDone();
-    ui::typeKey(VK_DELETE);
-    quartino.waitForCommand(before);
-    std::atomic<bool> answered = false;
-    DWORD_PTR answer = FALSE;
-    std::thread session([&, window = quartino.main()] {
-        SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, 0, SMTO_NORMAL, ui::usualLimit, &answer);
-        answered = true;
-    });
+    quartino.endCommandWith(VK_DELETE);
+    const SessionEnd session(quartino.main());
     quartino.closeWithEnter(quartino.messageBox());
     quartino.giveFileName(quartino.fileDialog(), name(L"kept.xls"));
-    ui::waitFor("the answer to the system", [&] { return answered.load(); });
-    session.join();
-    EXPECT_EQ(answer, DWORD_PTR{TRUE});
+    session.expectConsent();
     EXPECT_TRUE(spreadsheetProcessesEnd());
     EXPECT_EQ(readContents(L"kept.xls"), contentsOf(roomsNamed({L"Lager"})));
     PostMessageW(quartino.main(), WM_ENDSESSION, TRUE, 0);
@@ -147,7 +115,7 @@ TEST_F(WorkbookJourney, AWorkbookIsOpenedSavedInPlaceAndUnderANewName) {
     // That was somebody else: the program asks, and Enter means Yes.
     saveAndRead(quartino, L"Die Datei wurde inzwischen von jemand anderem geändert.");
     EXPECT_TRUE(spreadsheetProcessesEnd());
-    save(quartino);
+    quartino.runByKeys(fileMenu, saveLine);
     EXPECT_TRUE(spreadsheetProcessesEnd());
     EXPECT_EQ(storedSheet(L"second.xls")->At(3, 13).value, CellValue(L"remark"));
     EXPECT_EQ(quartino.program().close(), 0u);
@@ -175,63 +143,6 @@ TEST_F(WorkbookJourney, AnApplicationThatGoesAwayLeavesTheListAndTheNextCommandA
     EXPECT_TRUE(spreadsheetProcessesEnd());
     EXPECT_EQ(quartino.program().close(), 0u);
     EXPECT_EQ(readContents(L"second.xls"), readContents(L"list.xls"));
-}
-
-class LongWorkbookJourney : public WorkbookJourney, public ::testing::WithParamInterface<int> {};
-INSTANTIATE_TEST_SUITE_P(Rooms, LongWorkbookJourney, ::testing::Values(150, 1500));
-
-TEST_P(LongWorkbookJourney, FromTextToWorkbookAndBackTheListIsTheSame) {
-    // More rooms than go into a drawing at once are told about with every opening.
-    constexpr int mostRoomsOfADrawing = 150;
-    write(L"plain.txt", programme(GetParam()));
-    QuartinoProcess quartino(folder_);
-    const auto openAll = [&](const std::wstring& fileName) {
-        const auto before = quartino.commandsDone();
-        quartino.chooseByKeys(fileMenu, openLine);
-        quartino.giveFileName(quartino.fileDialog(), name(fileName));
-        if (GetParam() > mostRoomsOfADrawing)
-            quartino.closeWithEnter(quartino.messageBox());
-        quartino.waitForCommand(before);
-    };
-    openAll(L"plain.txt");
-    saveAs(quartino, L"again.txt");
-    saveAs(quartino, L"list.xls");
-    EXPECT_TRUE(spreadsheetProcessesEnd());
-    openAll(L"list.xls");
-    EXPECT_TRUE(spreadsheetProcessesEnd());
-    EXPECT_EQ(quartino.column(Name).size(), static_cast<std::size_t>(GetParam()));
-    saveAs(quartino, L"back.txt");
-    EXPECT_EQ(bytes(L"back.txt"), bytes(L"again.txt"));
-    EXPECT_EQ(quartino.program().close(), 0u);
-}
-
-TEST_F(WorkbookJourney, AFileThatCannotBeWrittenStaysAndSoDoesTheList) {
-    write(L"list.xls", roomsNamed({L"a", L"b"}));
-    expectQuietEnd();
-    QuartinoProcess quartino(folder_);
-    open(quartino, L"list.xls");
-    EXPECT_TRUE(spreadsheetProcessesEnd());
-    const std::string before = bytes(L"list.xls");
-    const auto saveInVain = [&] {
-        saveAndRead(quartino, notSaved);
-        EXPECT_TRUE(spreadsheetProcessesEnd());
-        EXPECT_TRUE(quartino.onlyShows({quartino.main()}));
-        EXPECT_THAT(quartino.column(Name), ElementsAre(L"a", L"b"));
-        EXPECT_EQ(bytes(L"list.xls"), before);
-    };
-    SetFileAttributesW(name(L"list.xls").c_str(), FILE_ATTRIBUTE_READONLY);
-    saveInVain();
-    SetFileAttributesW(name(L"list.xls").c_str(), FILE_ATTRIBUTE_NORMAL);
-    // Somebody else has it open.
-    const HANDLE held = CreateFileW(name(L"list.xls").c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    saveInVain();
-    CloseHandle(held);
-    saveAs(quartino, L"second.xls");
-    EXPECT_TRUE(spreadsheetProcessesEnd());
-    EXPECT_EQ(readContents(L"second.xls"), readContents(L"list.xls"));
-    EXPECT_EQ(quartino.program().close(), 0u);
 }
 
 class JourneyWithoutSpreadsheets : public WorkbookJourney {

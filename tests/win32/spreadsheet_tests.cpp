@@ -32,8 +32,8 @@ class WorkbookRoundTrip : public SpreadsheetTest, public ::testing::WithParamInt
 // Sides keep 15 digits as texts; so the way over text alone is what the way over a workbook has to
 // equal, to the last digit.
 TEST_P(WorkbookRoundTrip, FromTextToWorkbookToTextIsAsGoodAsTextAlone) {
-    // As users get it, for the lengths that they have.
-    startsAhead = GetParam() != 150 && GetParam() != 1500;
+    // As users get it, for a long list.
+    startsAhead = GetParam() == 1;
     write(L"list.txt", programme(GetParam()));
     clsFloors fromText;
     read(L"list.txt", fromText);
@@ -57,31 +57,15 @@ TEST_P(WorkbookRoundTrip, FromTextToWorkbookToTextIsAsGoodAsTextAlone) {
     expectNoMessage();
 }
 
-INSTANTIATE_TEST_SUITE_P(Rooms, WorkbookRoundTrip, ::testing::Values(1, 150, 511, 1500));
+INSTANTIATE_TEST_SUITE_P(Rooms, WorkbookRoundTrip, ::testing::Values(1, 1500));
 
 TEST_F(Workbooks, TextsComeBackAsTypedAndStandInTextCells) {
     const std::vector<std::wstring> texts = {L"007",
-                                             L"1/2",
                                              L"=1+1",
                                              L"-3",
-                                             L"1E5",
+                                             L"1/2",
                                              L"TRUE",
-                                             L"#N/A",
-                                             L"+1",
-                                             L"-Flur",
-                                             L"12:30",
-                                             L"3-Mar",
-                                             L"$5",
-                                             L"5%",
-                                             L"1,234",
-                                             L"=SUM(A1)",
-                                             L"=1+",
-                                             L"(5)",
-                                             L"2-10",
                                              L"'a",
-                                             L"<b>&\"",
-                                             std::wstring(300, L'x'),
-                                             std::wstring(900, L'y'),
                                              std::wstring(901, L'z'),
                                              std::wstring(5000, L'w')};
     clsFloors floors;
@@ -104,21 +88,6 @@ TEST_F(Workbooks, TextsComeBackAsTypedAndStandInTextCells) {
                 << i << " in column " << column;
     }
     expectQuietEnd();
-}
-
-TEST_F(Workbooks, NumbersStandInNumberCellsWhateverTheUsersLanguage) {
-    clsFloors floors;
-    RoomForTest room;
-    room.Area = 12.5;
-    room.Type = CalculationByDx;
-    room.Value = L"5";
-    room.AddTo(floors);
-    write(L"numbers.xls", floors);
-    const auto sheet = storedSheet(L"numbers.xls");
-    EXPECT_EQ(sheet->At(2, 3), Cell{12.5});
-    EXPECT_EQ(sheet->At(2, 9), Cell{5.0});
-    EXPECT_EQ(sheet->At(2, 10), Cell{2.5});
-    EXPECT_EQ(sheet->At(2, 8).value, text(L" "));
 }
 
 // English of the United States: whatever the user's language, formats and numbers mean the same.
@@ -153,7 +122,10 @@ TEST_F(Workbooks, CellsOfAllKindsAreReadAsTheUserSeesThem) {
     sheet.Set(2, 3, {std::wstring(L"no number")});
     sheet.Set(2, 4, {CellError{L"#DIV/0!"}});
     sheet.Set(2, 5, {17.5, L"$#,##0.00"});
-    sheet.Set(2, 9, {CellError{L"#N/A"}});
+    const CellValue date = CellDate{L"2024-05-12T00:00:00.000"};
+    sheet.Set(2, 6, {date});
+    sheet.Set(2, 9, {date});
+    sheet.Set(2, 10, {4.0});
     store(L"list.xls", workbook);
     clsFloors floors;
     read(L"list.xls", floors);
@@ -165,81 +137,22 @@ TEST_F(Workbooks, CellsOfAllKindsAreReadAsTheUserSeesThem) {
     EXPECT_EQ(room.Geometry->Area(), 0.0);
     EXPECT_EQ(room.StoryCode(), L"#DIV/0!");
     EXPECT_EQ(room.Enclosure(), FromDouble(17.5));
-}
-
-TEST_F(Workbooks, ADateIsItsTextAndNeverAnArea) {
-    sheets::Workbook workbook = sheets::Workbook::New();
-    sheets::Sheet& sheet = *workbook.sheets[0];
-    sheet.Set(2, 1, {std::wstring(L"a")});
-    for (const int column : {2, 3})
-        sheet.Set(2, column, {CellDate{L"2024-05-12T00:00:00.000"}});
-    store(L"list.xls", workbook);
-    clsFloors floors;
-    read(L"list.xls", floors);
-    ASSERT_EQ(floors.GetCountOfRooms(), 1);
-    clsRoom room;
-    floors.GetRoomByIndex(1, room);
-    EXPECT_THAT(room.FunctionName(), HasSubstr(L"2024"));
-    EXPECT_EQ(room.Geometry->Area(), 0.0);
-}
-
-TEST_F(Workbooks, ADateIsNoSideAndNoCoordinate) {
-    const CellValue date = CellDate{L"2024-05-12T00:00:00.000"};
-    sheets::Workbook workbook = sheets::Workbook::New();
-    sheets::Sheet& sheet = *workbook.sheets[0];
-    sheet.Set(2, 1, {std::wstring(L"a")});
-    sheet.Set(2, 9, {date});
-    sheet.Set(2, 10, {4.0});
-    store(L"list.xls", workbook);
-    clsFloors floors;
-    read(L"list.xls", floors);
-    ASSERT_EQ(floors.GetCountOfRooms(), 1);
-    EXPECT_EQ(roomAt(floors, 1).Geometry->CalculationType(), CalculationByDy);
-
-    workbook = sheets::Workbook::New();
-    workbook.sheets[0]->Fill({1, 1, 3, 2}, 2.0);
-    workbook.sheets[0]->Set(3, 2, {date});
-    store(L"points.xls", workbook);
-    PointArray points;
-    EXPECT_TRUE(readPoints(L"points.xls", points));
-    ASSERT_EQ(points.Count(), 2);
-    EXPECT_EQ(points.Y(1), 2.0);
-    expectQuietEnd();
-}
-
-TEST_F(Workbooks, FormatsOfNumberCellsStayUnlessTheyAreTextCells) {
-    const clsFloors floors = programme(600);
-    sheets::Workbook workbook = sheets::Workbook::New();
-    workbook.sheets[0]->Format({2, 3, 600, 1}, L"0.00");
-    workbook.sheets[0]->Format({2, 9, 300, 2}, TextNumberFormat);
-    store(L"list.xls", workbook);
-    write(L"list.xls", floors);
-    expectQuietEnd();
-    const auto sheet = storedSheet(L"list.xls");
-    for (const int row : {2, 301, 302, 513, 601}) {
-        clsRoom room;
-        floors.GetRoomByIndex(row - 1, room);
-        EXPECT_EQ(sheet->At(row, 3), (Cell{room.Geometry->Area(), L"0.00"})) << row;
-        EXPECT_EQ(sheet->At(row, 9), Cell{room.Geometry->dx()}) << row;
-        EXPECT_EQ(sheet->At(row, 10), Cell{room.Geometry->dy()}) << row;
-    }
-}
-
-TEST_F(Workbooks, AFileThatIsNoWorkbookAddsNothing) {
-    store(L"list.xls", "a\tb\r\nc\td\r\n");
-    EXPECT_THAT(readContents(L"list.xls"), IsEmpty());
-    EXPECT_THAT(readContents(L"none.xls"), IsEmpty());
-    expectNoMessage();
-    expectQuietEnd();
+    EXPECT_THAT(room.Occupancy(), HasSubstr(L"2024"));
+    EXPECT_EQ(room.Geometry->CalculationType(), CalculationByDy);
 }
 
 // --------------------------------------------------------------------------------- locked files,
 // users' own
 
-TEST_F(Workbooks, AFileThatIsOpenElsewhereStaysAsItIs) {
+TEST_F(Workbooks, AFileThatIsProtectedOrOpenElsewhereStaysAsItIs) {
     write(L"list.xls", programme(5));
     const std::string before = bytes(L"list.xls");
     const clsFloors floors = programme(9);
+    SetFileAttributesW(name(L"list.xls").c_str(), FILE_ATTRIBUTE_READONLY);
+    write(L"list.xls", floors);
+    expectQuietEnd();
+    SetFileAttributesW(name(L"list.xls").c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(bytes(L"list.xls"), before);
     // Others may read it; nobody may do anything.
     for (const DWORD share : {DWORD{FILE_SHARE_READ}, DWORD{0}}) {
         const HANDLE lock = CreateFileW(name(L"list.xls").c_str(), GENERIC_READ, share, nullptr,
@@ -269,14 +182,6 @@ TEST_F(Workbooks, ReadingTakesOverARunningApplicationAndEndsIt) {
     EXPECT_TRUE(running.ended());
     // Its unsaved changes are lost and nobody was asked.
     EXPECT_EQ(bytes(L"other.xls"), other);
-    expectQuietEnd();
-}
-
-TEST_F(Workbooks, ReadingAWorkbookThatItsUserHasOpenTakesWhatHeSees) {
-    write(L"list.xls", programme(5));
-    const RunningSpreadsheet running(L"\"" + name(L"list.xls") + L"\"");
-    EXPECT_THAT(readContents(L"list.xls"), SizeIs(5));
-    EXPECT_TRUE(running.ended());
     expectQuietEnd();
 }
 
@@ -317,33 +222,13 @@ TEST_F(Workbooks, ARunningApplicationGetsItsSettingsBackWhenAListFails) {
 TEST_F(Workbooks, AreOpenedWithTheirMacrosOff) {
     write(L"list.xls", programme(3));
     expectQuietEnd();
-    PointArray points;
-    clsFloors list;
-    const std::function<void()> openings[] = {
-        [&] { write(L"list.xls", programme(2)); },
-        [&] { read(L"list.xls", list); },
-        [&] { readPoints(L"list.xls", points); },
-        [&] {
-            const RunningSpreadsheet running(L"");
-            clsFileSytem(context).ReadListFromFile(name(L"list.xls"), list);
-            EXPECT_TRUE(running.ended());
-        },
-    };
-    for (const auto& opening : openings) {
-        tellSpreadsheets(L"Report", name(L"report.txt"));
-        opening();
-        expectQuietEnd();
-        auto calls = callsOf(path(L"report.txt"));
-        EXPECT_GE(calls["application.AutomationSecurity"], 1);
-        ASSERT_TRUE(calls.contains("opened with macros"));
-        EXPECT_EQ(calls["opened with macros"], 0);
-        std::filesystem::remove(path(L"report.txt"));
-    }
-    // One that does not know the switch is used all the same.
-    tellSpreadsheets(L"Faults", L"AutomationSecurity fail");
-    clsFloors again;
-    read(L"list.xls", again);
-    EXPECT_EQ(again.GetCountOfRooms(), 2);
+    tellSpreadsheets(L"Report", name(L"report.txt"));
+    EXPECT_THAT(readContents(L"list.xls"), SizeIs(3));
+    expectQuietEnd();
+    auto calls = callsOf(path(L"report.txt"));
+    EXPECT_GE(calls["application.AutomationSecurity"], 1);
+    ASSERT_TRUE(calls.contains("opened with macros"));
+    EXPECT_EQ(calls["opened with macros"], 0);
 }
 
 // --------------------------------------------------------------------------------- busy
@@ -382,36 +267,14 @@ TEST_F(BusySpreadsheets, ADialogOfTheNewApplicationIsWaitedForOnlySoLong) {
     store(L"list.xls", sheets::Workbook::New());
     const std::string before = bytes(L"list.xls");
     tellSpreadsheets(L"Dialog", L"Activate now?");
-    clsFloors list = programme(2);
-    PointArray points;
-    // A command each, which has the whole patience.
-    const std::pair<std::function<void(clsFileSytem)>, int> commands[] = {
-        {[&](clsFileSytem files) {
-             EXPECT_TRUE(files.WriteListToFile(name(L"list.xls"), list).busy);
-         },
-         attempts},
-        {[&](clsFileSytem files) {
-             EXPECT_TRUE(files.ReadListFromFile(name(L"list.xls"), list).busy);
-         },
-         attempts},
-        {[&](clsFileSytem files) {
-             EXPECT_FALSE(files.ReadPointsFromGeometryFile(name(L"list.xls"), points));
-         },
-         attempts},
-    };
-    for (const auto& [command, calls] : commands) {
-        SpreadsheetContext fresh(patience);
-        const OfferedSpreadsheet instance;
-        instance.waitUntilReady();
-        command(clsFileSytem(fresh));
-        EXPECT_TRUE(instance.ended());
-        EXPECT_EQ(callsMet(), calls);
-        EXPECT_EQ(fresh.headless.desktop.MousePointer(), Gui::DefaultPointer);
-        EXPECT_TRUE(fresh.headless.desktop.Messages().empty());
-        EXPECT_EQ(list.GetCountOfRooms(), 2);
-        EXPECT_EQ(bytes(L"list.xls"), before);
-    }
-    EXPECT_FALSE(points.IsSet());
+    const OfferedSpreadsheet instance;
+    instance.waitUntilReady();
+    EXPECT_TRUE(clsFileSytem(context).WriteListToFile(name(L"list.xls"), programme(2)).busy);
+    EXPECT_TRUE(instance.ended());
+    EXPECT_EQ(callsMet(), attempts);
+    EXPECT_EQ(context.headless.desktop.MousePointer(), Gui::DefaultPointer);
+    expectNoMessage();
+    EXPECT_EQ(bytes(L"list.xls"), before);
 }
 
 // The application comes free just after the patience ended: by then it must not be asked to put a
@@ -472,6 +335,7 @@ TEST_F(PatientSpreadsheets, CallsThatAreRejectedForAWhileAreTriedAgain) {
 struct FaultCase {
     const char* name;
     const wchar_t* instruction;
+    int firstCall;
     // Members' names are asked for anew, as in a program that has just started: these calls fail
     // in their turn as well.
     bool asksForNames;
@@ -483,7 +347,8 @@ std::ostream& operator<<(std::ostream& out, const FaultCase& fault) {
     return out << fault.name;
 }
 
-// Every call of an operation in turn meets a fault; `operation` is run and judged each time.
+// Every fourth call of an operation meets a fault, another one in each of the four modes;
+// `operation` is run and judged each time.
 class SpreadsheetFaults : public SpreadsheetTest, public ::testing::WithParamInterface<FaultCase> {
   protected:
     using Operation = std::function<void(SpreadsheetContext&)>;
@@ -496,14 +361,15 @@ class SpreadsheetFaults : public SpreadsheetTest, public ::testing::WithParamInt
             run(operation, OfferedSpreadsheet());
         const int calls = callsIn(operation);
         ASSERT_GT(calls, 8);
-        auto next = offered(1);
-        for (int call = 1; call <= calls; ++call) {
+        constexpr int step = 4;
+        auto next = offered(GetParam().firstCall);
+        for (int call = GetParam().firstCall; call <= calls; call += step) {
             SCOPED_TRACE(call);
             const auto instance = std::move(next);
             run(operation, *instance);
             // Starts while the old one ends.
-            if (call < calls)
-                next = offered(call + 1);
+            if (call + step <= calls)
+                next = offered(call + step);
             EXPECT_TRUE(instance->ended());
             judge();
             if (HasFailure())
@@ -547,26 +413,6 @@ class SpreadsheetFaults : public SpreadsheetTest, public ::testing::WithParamInt
 };
 
 class ListFaults : public SpreadsheetFaults {};
-class NewFileFaults : public SpreadsheetFaults {};
-class PointFaults : public SpreadsheetFaults {};
-
-TEST_P(NewFileFaults, WhileWritingANewFileLeaveTheListAndNoPieceOfAFile) {
-    const clsFloors floors = programme(20);
-    const auto contents = contentsOf(floors);
-    write(L"whole.xls", floors);
-    const std::string whole = bytes(L"whole.xls");
-    forEveryCall(
-        [&](SpreadsheetContext& fresh) {
-            std::filesystem::remove(path(L"list.xls"));
-            clsFileSytem(fresh).WriteListToFile(name(L"list.xls"), floors);
-        },
-        [&] {
-            EXPECT_EQ(contentsOf(floors), contents);
-            if (healthy() || (noticed() && std::filesystem::exists(path(L"list.xls")))) {
-                EXPECT_EQ(bytes(L"list.xls"), whole);
-            }
-        });
-}
 
 TEST_P(ListFaults, WhileWritingOverAFileLeaveTheOldListOrTheNewOne) {
     write(L"old.xls", programme(30));
@@ -611,41 +457,12 @@ TEST_P(ListFaults, WhileReadingLeaveTheListAsItWasOrWithAllRooms) {
         });
 }
 
-TEST_P(PointFaults, WhileReadingPointsAreTold) {
-    sheets::Workbook workbook = sheets::Workbook::New();
-    for (int row = 1; row <= 4; ++row)
-        workbook.sheets[0]->Fill({row, 1, 1, 2}, 3.0);
-    store(L"points.xls", workbook);
-    PointArray points;
-    bool done = false;
-    forEveryCall(
-        [&](SpreadsheetContext& fresh) {
-            points = PointArray();
-            done = clsFileSytem(fresh).ReadPointsFromGeometryFile(name(L"points.xls"), points);
-        },
-        [&] {
-            EXPECT_TRUE(done || !healthy());
-            if (done && noticed()) {
-                EXPECT_EQ(points.Count(), 3);
-            }
-        });
-}
-
-constexpr FaultCase gone{"exit", L"exit", true, false};
-constexpr FaultCase failing{"fail", L"fail", true, false};
-constexpr FaultCase answeringNothing{"empty", L"empty", false, true};
-constexpr FaultCase busyFromThenOn{"busy", L"later 1000000", false, false};
-
-const auto nameOfFault = [](const auto& fault) { return std::string(fault.param.name); };
 INSTANTIATE_TEST_SUITE_P(Modes, ListFaults,
-                         ::testing::Values(gone, failing, answeringNothing, busyFromThenOn),
-                         nameOfFault);
-INSTANTIATE_TEST_SUITE_P(Modes, NewFileFaults,
-                         ::testing::Values(gone, failing, answeringNothing, busyFromThenOn),
-                         nameOfFault);
-INSTANTIATE_TEST_SUITE_P(Modes, PointFaults,
-                         ::testing::Values(gone, failing, answeringNothing, busyFromThenOn),
-                         nameOfFault);
+                         ::testing::Values(FaultCase{"exit", L"exit", 1, true, false},
+                                           FaultCase{"fail", L"fail", 2, true, false},
+                                           FaultCase{"empty", L"empty", 3, false, true},
+                                           FaultCase{"busy", L"later 1000000", 4, false, false}),
+                         [](const auto& fault) { return std::string(fault.param.name); });
 
 TEST_F(Workbooks, ARunningApplicationThatGoesAwayMeanwhileHarmsNothing) {
     write(L"list.xls", programme(5));
@@ -661,38 +478,6 @@ TEST_F(Workbooks, ARunningApplicationThatGoesAwayMeanwhileHarmsNothing) {
         EXPECT_EQ(fresh.headless.desktop.MousePointer(), Gui::DefaultPointer);
         expectQuietEnd();
     }
-}
-
-// --------------------------------------------------------------------------------- points
-
-TEST_F(Workbooks, PointsAreReadFromColumnsAAndB) {
-    sheets::Workbook workbook = sheets::Workbook::New();
-    sheets::Sheet& sheet = *workbook.sheets[0];
-    sheet.Set(1, 1, {4.0});
-    const CellBlock points = [] {
-        CellBlock block(4, 2);
-        block.At(0, 0) = 0.5;
-        block.At(0, 1) = FromDouble(-1000.25);
-        block.At(1, 0) = 1.5;
-        block.At(1, 1) = 2.0;
-        block.At(2, 0) = CellError{L"#DIV/0!"};
-        block.At(2, 1) = 2.0;
-        block.At(3, 1) = 2.0;
-        return block;
-    }();
-    for (int row = 0; row < points.Rows(); ++row)
-        for (int column = 0; column < points.Columns(); ++column)
-            sheet.Set(row + 2, column + 1, {points.At(row, column)});
-    store(L"points.xls", workbook);
-    PointArray read;
-    EXPECT_TRUE(readPoints(L"points.xls", read));
-    expectQuietEnd();
-    std::vector<std::pair<double, double>> pairs;
-    for (std::int32_t i = 0; i < read.Count(); ++i)
-        pairs.emplace_back(read.X(i), read.Y(i));
-    // A row that is not numeric repeats the first point.
-    EXPECT_THAT(pairs, ElementsAre(Pair(0.5, -1000.25), Pair(1.5, 2.0), Pair(0.5, -1000.25),
-                                   Pair(0.5, -1000.25)));
 }
 
 // --------------------------------------------------------------------------------- figures
@@ -720,7 +505,7 @@ TEST_F(WorkbookFigures, CallsGrowWithBlocksOfRoomsNotWithRooms) {
     for (int i = 0; i < 2; ++i)
         callsOf([&] { write(L"list.xls", programme(1)); });
     callsOf([&] { readContents(L"list.xls"); });
-    for (const int rooms : {1, 150, 1500, 5000}) {
+    for (const int rooms : {1, 600}) {
         const clsFloors floors = programme(rooms);
         std::filesystem::remove(path(L"list.xls"));
         EXPECT_EQ(callsOf([&] { write(L"list.xls", floors); }), 22 + 2 * blocks(rooms));
