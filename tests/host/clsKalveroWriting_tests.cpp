@@ -138,21 +138,12 @@ TEST_F(Writing, AHostWithKvdFilesOpenIsNotTouched) {
     EXPECT_EQ(context_.host.counts["ApplyChanges"], 0);
 }
 
-TEST_F(Writing, AWordAtTheVeryStartOfTheHostsDescriptionCountsAsAbsent) {
-    addSquare(L"1", 16);
-    context_.host.session.state.CreationError(L"any Kvd or free plan is open");
-    EXPECT_EQ(write().atCrossHair, 1);
-    context_.host.session.state.CreationError(L"menue interaction, please terminate");
-    EXPECT_EQ(write().atCrossHair, 1);
-    context_.host.session.state.CreationError(L"a menue interaction");
-    EXPECT_EQ(write().atCrossHair, 1);
-    EXPECT_THAT(context_.prompts(), IsEmpty());
-}
-
 TEST_F(Writing, EachOfTheThreeWordsCountsAsAbsentAtTheVeryStart) {
     addSquare(L"1", 16);
     for (const wchar_t* description :
-         {L"interaction: terminate the menue", L"terminate the menue interaction",
+         {L"any Kvd or free plan is open", L"menue interaction, please terminate",
+          L"a menue interaction", L"interaction: terminate the menue",
+          L"terminate the menue interaction",
           // Only the first place of a word counts.
           L"interaction, terminate the menue interaction",
           L"terminate: the menue interaction must terminate"}) {
@@ -190,16 +181,6 @@ TEST_F(Writing, InputIsOffAndThePointerBusyWhileTheHostIsCalled) {
     EXPECT_TRUE(seen);
     EXPECT_THAT(context_.input, ElementsAre(false, true));
     EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
-}
-
-TEST_F(Writing, ThePointerIsFreeWhileTheUserPlacesRooms) {
-    addSquare(L"1", 16);
-    context_.host.onCall = [&](const std::string& member) {
-        if (member == "PlaceElements") {
-            EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
-        }
-    };
-    EXPECT_EQ(write().atCrossHair, 1);
 }
 
 TEST_F(Writing, ThePointerIsBusyAgainAfterEveryPlacing) {
@@ -624,38 +605,14 @@ TEST_F(Writing, SingleRoomsAreHandedOverOneByOneAtTheOrigin) {
     EXPECT_EQ(context_.host.placed(1)[0].outline[2], (Point{2, 8}));
 }
 
-TEST_F(Writing, TextsAreCutAt32CharactersWithOneWarningPerKindAndRun) {
-    const std::wstring name(40, L'n');
-    for (int i = 0; i < 2; ++i) {
-        clsRoom room;
-        room.Name(name);
-        room.FunctionName(std::wstring(33, L'f'));
-        room.StoryCode(std::wstring(32, L's'));
-        floors_.AddRooms(room, 1);
-    }
-    write();
-    EXPECT_THAT(context_.prompts(),
-                ElementsAre(L" Für die Raumbezeichnung können nur 32 Zeichen übernommen werden.",
-                            L" Für die Funktion können nur 32 Zeichen übernommen werden."));
-    for (const Element& element : context_.host.elements) {
-        EXPECT_EQ(element.name, name.substr(0, 32));
-        EXPECT_EQ(element.function, std::wstring(32, L'f'));
-        EXPECT_EQ(element.storey, std::wstring(32, L's'));
-    }
-    clsRoom kept;
-    floors_.GetRoomByIndex(1, kept);
-    EXPECT_EQ(kept.Name(), name);
-    write();
-    EXPECT_THAT(context_.prompts(), SizeIs(2));
-    EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
-}
-
-TEST_F(Writing, EachKindOfTextThatIsCutHasItsOwnWarning) {
+TEST_F(Writing, EachKindOfTextThatIsCutHasItsOwnWarningOncePerRun) {
     clsRoom room;
+    room.Name(std::wstring(32, L'a'));
+    floors_.AddRooms(room, 1);
     room.Name(std::wstring(33, L'n'));
     room.StoryCode(std::wstring(33, L's'));
     room.FunctionName(std::wstring(33, L'f'));
-    floors_.AddRooms(room, 1);
+    floors_.AddRooms(room, 2);
     for (int i = 0; i < 3; ++i)
         context_.desktop().AnswerNext([this](const Gui::Message& message) {
             EXPECT_EQ(context_.desktop().MousePointer(), Gui::DefaultPointer);
@@ -669,12 +626,16 @@ TEST_F(Writing, EachKindOfTextThatIsCutHasItsOwnWarning) {
         ElementsAre(L" Für die Raumbezeichnung können nur 32 Zeichen übernommen werden.",
                     L" Für die Geschoss Kurzbezeichnung können nur 32 Zeichen übernommen werden.",
                     L" Für die Funktion können nur 32 Zeichen übernommen werden."));
-    ASSERT_THAT(context_.host.elements, SizeIs(1));
-    EXPECT_EQ(context_.host.elements[0].name, std::wstring(32, L'n'));
-    EXPECT_EQ(context_.host.elements[0].storey, std::wstring(32, L's'));
-    EXPECT_EQ(context_.host.elements[0].function, std::wstring(32, L'f'));
+    ASSERT_THAT(context_.host.elements, SizeIs(3));
+    EXPECT_EQ(context_.host.elements[0].name, std::wstring(32, L'a'));
+    for (const std::size_t cut : {1, 2}) {
+        EXPECT_EQ(context_.host.elements[cut].name, std::wstring(32, L'n'));
+        EXPECT_EQ(context_.host.elements[cut].storey, std::wstring(32, L's'));
+        EXPECT_EQ(context_.host.elements[cut].function, std::wstring(32, L'f'));
+    }
     clsRoom kept;
-    floors_.GetRoomByIndex(1, kept);
+    floors_.GetRoomByIndex(2, kept);
+    EXPECT_EQ(kept.Name(), std::wstring(33, L'n'));
     EXPECT_EQ(kept.StoryCode(), std::wstring(33, L's'));
     EXPECT_EQ(kept.FunctionName(), std::wstring(33, L'f'));
     write();
