@@ -25,7 +25,7 @@ std::string number(std::int64_t value) {
 
 // A room with a body of faces, a property set and quantities, as CAD programs write them, and as
 // many walls as make a model mostly something else.
-std::string roomLines(std::int64_t first, int room) {
+std::string roomLines(std::int64_t first, int room, const std::string& height) {
     const auto id = [&](std::int64_t offset) { return number(first + offset); };
     const std::string x = std::to_string(room % 100 * 6) + ".";
     const std::string guid = std::to_string(1'000'000'000 + room) + "AAAAAAAAAAA";
@@ -34,7 +34,7 @@ std::string roomLines(std::int64_t first, int room) {
         ",'B\\X2\\00FC\\X0\\ro',.ELEMENT.,.INTERNAL.,$);\n" + id(1) +
         "=IFCPRODUCTDEFINITIONSHAPE($,$,(" + id(2) + "));\n" + id(2) +
         "=IFCSHAPEREPRESENTATION(#6,'Body','SweptSolid',(" + id(3) + "));\n" + id(3) +
-        "=IFCEXTRUDEDAREASOLID(" + id(4) + ",#5,#7,3.);\n" + id(4) +
+        "=IFCEXTRUDEDAREASOLID(" + id(4) + ",#5,#7," + height + ");\n" + id(4) +
         "=IFCRECTANGLEPROFILEDEF(.AREA.,$," + id(5) + ",4.,5.);\n" + id(5) +
         "=IFCAXIS2PLACEMENT2D(" + id(6) + ",$);\n" + id(6) + "=IFCCARTESIANPOINT((" + x +
         ",0.));\n" + id(7) + "=IFCRELDEFINESBYPROPERTIES('1" + guid + "',$,$,$,(" + id(0) + ")," +
@@ -51,12 +51,13 @@ std::string roomLines(std::int64_t first, int room) {
 
 class ModelFile {
   public:
-    explicit ModelFile(std::int64_t megabytes) {
+    // A height that is no number breaks every room.
+    explicit ModelFile(std::int64_t megabytes, const std::string& height = "3.") {
         ModelText model;
         model.lines = Rectangle;
         for (int room = 0; static_cast<std::int64_t>(model.lines.size()) < megabytes * 1'000'000;
              ++room)
-            model.lines += roomLines(1000 + 300 * room, room);
+            model.lines += roomLines(1000 + 300 * room, room, height);
         std::ofstream(path, std::ios::binary) << model.Text();
         bytes = std::filesystem::file_size(path);
     }
@@ -110,6 +111,16 @@ void listRooms(benchmark::State& state) {
         (memory("VmHWM") - before) / static_cast<double>(model.bytes);
 }
 
+void listBrokenRooms(benchmark::State& state) {
+    const ModelFile model(state.range(0), "'x'");
+    for (auto _ : state) {
+        const auto file = StepFile::Load(model.path);
+        const Building building(*file);
+        benchmark::DoNotOptimize(building.Troubles().size());
+    }
+    state.SetLabel("beside listRooms/" + std::to_string(state.range(0)));
+}
+
 // In its own process, timed by itself.
 void independentReader(benchmark::State& state) {
     const ModelFile model(state.range(0));
@@ -130,6 +141,7 @@ void independentReader(benchmark::State& state) {
 
 BENCHMARK(readBytes)->Arg(4)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(listRooms)->Arg(4)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK(listBrokenRooms)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(independentReader)->Arg(4)->Arg(100)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstring>
 #include <fstream>
+#include <limits>
 
 namespace kalvrooms::ifc {
 namespace {
@@ -24,6 +25,10 @@ constexpr bool isWordLetter(char c) {
 constexpr std::uint32_t hashStart = 2166136261u;
 constexpr std::uint32_t hashed(std::uint32_t hash, char c) {
     return (hash ^ static_cast<unsigned char>(capital(c))) * 16777619u;
+}
+// 0 is a complex instance.
+constexpr std::uint8_t kindOf(std::uint32_t hash) {
+    return static_cast<std::uint8_t>((hash >> 16) % 255 + 1);
 }
 
 // The letters at which reading a statement has to look; the zero ends the text.
@@ -183,9 +188,12 @@ class StepFile::Scanner {
         if (*at_ != '(')
             refuse("the instance has no arguments");
         closeStatement();
-        file_.entries_.push_back({id_, complex ? 0 : hash,
-                                  static_cast<std::size_t>(begin - file_.text_.data()),
-                                  static_cast<std::size_t>(closed_ - file_.text_.data())});
+        const auto length = static_cast<std::uint64_t>(closed_ - begin);
+        if (length > std::numeric_limits<std::uint32_t>::max())
+            refuse("a text without an end");
+        file_.entries_.push_back({id_, static_cast<std::uint32_t>(length),
+                                  static_cast<std::uint64_t>(begin - file_.text_.data()),
+                                  complex ? std::uint64_t{0} : kindOf(hash)});
     }
 
     // A statement that is no instance. False: it was the last one.
@@ -225,6 +233,9 @@ StepFile::StepFile(std::string text) : text_(std::move(text)) {
     entries_.reserve(text_.size() / 56);
     Scanner(*this).Run();
     sort();
+    kinds_.reserve(entries_.size());
+    for (const Entry& entry : entries_)
+        kinds_.push_back(static_cast<char>(entry.kind));
 }
 
 std::unique_ptr<const StepFile> StepFile::Load(const std::filesystem::path& path) {
@@ -248,8 +259,8 @@ void StepFile::sort() {
         std::adjacent_find(entries_.begin(), entries_.end(),
                            [](const Entry& a, const Entry& b) { return a.id == b.id; });
     if (twice != entries_.end())
-        throw StepError("the instance stands there twice",
-                        LineAt(text_.data() + std::next(twice)->begin), twice->id);
+        throw StepError("the instance stands there twice", LineAt(beginOf(*std::next(twice))),
+                        twice->id);
 }
 
 // Most files use their numbers one after the other: then every entry knows its place.
@@ -278,12 +289,12 @@ const StepFile::Entry* StepFile::find(InstanceId id) const {
 }
 
 Instance StepFile::at(const Entry& entry) const {
-    const char* begin = text_.data() + entry.begin;
+    const char* begin = beginOf(entry);
     const char* at = begin;
     while (isWordLetter(*at))
         ++at;
     const std::string_view keyword(begin, static_cast<std::size_t>(at - begin));
-    return {entry.id, keyword, Value::ListBehind(*this, at, text_.data() + entry.end)};
+    return {entry.id, keyword, Value::ListBehind(*this, at, begin + entry.length)};
 }
 
 Instance StepFile::Get(InstanceId id) const {
@@ -304,10 +315,11 @@ std::vector<InstanceId> StepFile::OfType(std::string_view keyword) const {
     std::uint32_t hash = hashStart;
     for (const char c : keyword)
         hash = hashed(hash, c);
+    const char kind = static_cast<char>(kindOf(hash));
     std::vector<InstanceId> ids;
-    for (const Entry& entry : entries_)
-        if (entry.keyword == hash && at(entry).Is(keyword))
-            ids.push_back(entry.id);
+    for (std::size_t i = kinds_.find(kind); i != std::string::npos; i = kinds_.find(kind, i + 1))
+        if (at(entries_[i]).Is(keyword))
+            ids.push_back(entries_[i].id);
     return ids;
 }
 

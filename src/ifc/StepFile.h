@@ -68,9 +68,10 @@ class StepFile {
   private:
     struct Entry {
         InstanceId id;
-        std::uint32_t keyword; // its hash
-        std::size_t begin;     // of the keyword or of the parenthesis of a complex instance
-        std::size_t end;       // behind the parenthesis that closes the arguments
+        std::uint32_t length; // to behind the parenthesis that closes the arguments
+        // Of the keyword or of the parenthesis of a complex instance.
+        std::uint64_t begin : 56;
+        std::uint64_t kind : 8; // a hash of the keyword
     };
     class Scanner;
 
@@ -78,11 +79,14 @@ class StepFile {
     Instance at(const Entry& entry) const;
     void sort();
     bool sortByPlaces();
+    const char* beginOf(const Entry& entry) const { return text_.data() + entry.begin; }
     void countUses() const;
 
     std::string text_;
     std::string_view schema_;
     std::vector<Entry> entries_;
+    // Of each entry, where a keyword is looked for.
+    std::string kinds_;
     std::size_t insertPosition_ = 0;
     // Of each entry; 2 stands for more.
     mutable std::vector<std::uint8_t> uses_;
