@@ -62,7 +62,7 @@ class Tour {
         return 0;
     }
 
-    // Leaves what is known so far; the host goes away in good order.
+    // Leaves what is known so far and shuts the host down cleanly.
     void giveUp(const std::string& reason) {
         try {
             if (control_)

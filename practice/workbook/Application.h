@@ -50,7 +50,7 @@ class Application {
     explicit Application(FileStore& files) : files_(files) {}
 
     // While it is true the application asks before it destroys something. A question lets the
-    // operation end with DialogOpen; when it is tried again after the answer, it goes by that.
+    // operation end with DialogOpen; retried after the answer, it uses that answer.
     bool displayAlerts = true;
     // What workbooks that a program opens may do; 3 keeps their macros off.
     std::int32_t automationSecurity = MacrosRun;

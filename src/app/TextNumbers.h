@@ -86,7 +86,7 @@ inline constexpr std::int32_t ReadingProgress = 147;
 inline constexpr std::int32_t WritingProgress = 148;
 inline constexpr std::int32_t DrawingNotRead = 149;
 
-// Keys, as menus name them, and why the session had better wait.
+// Keys, as menus name them, and the reason for holding up the end of the session.
 inline constexpr std::int32_t WithControl = 160;
 inline constexpr std::int32_t WithControlAndShift = 161;
 inline constexpr std::int32_t InsertKey = 162;

@@ -54,7 +54,7 @@ class TextWriter {
     // that is closed; devices have nothing to keep.
     TextWriter(const std::wstring& fileName, const AnsiCodec& codec,
                OldFile oldFile = OldFile::Emptied);
-    // Without Close, what was written so far goes to the disk as far as it can be had there.
+    // Without Close, what was written so far is flushed if possible.
     ~TextWriter();
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;

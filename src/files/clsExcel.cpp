@@ -95,7 +95,7 @@ void clsExcel::takeOverRunningApplication() {
             application_->DisplayAlerts(false);
         }
     } catch (const RuntimeError&) {
-        // One that cannot be talked to is as good as none.
+        // An instance that does not respond counts as absent.
         giveSettingsBack();
         application_.reset();
     }
@@ -119,7 +119,7 @@ void clsExcel::giveSettingsBack() noexcept {
 
 void clsExcel::switchMacrosOff() {
     try {
-        // Only in the user's own application somebody else comes after us.
+        // Only an instance that the user keeps needs its settings back.
         if (alertsBefore_)
             securityBefore_ = application_->AutomationSecurity();
         application_->AutomationSecurity(SpreadsheetApplication::MacrosOff);
@@ -141,7 +141,7 @@ void clsExcel::OpenWorkbookForReading(const std::wstring& fileName) {
         } catch (const RuntimeError& error) {
             if (error.IsBusy())
                 throw;
-            // All others are told by the opening below.
+            // Other failures surface when the workbook is opened below.
         }
     }
     if (!application_)
@@ -280,7 +280,7 @@ void clsExcel::WriteListToFile(const std::wstring& fileName, const clsFloors& fl
 
 void clsExcel::formatColumns(std::int32_t countOfRooms, bool isNewFile) {
     if (!isNewFile) {
-        // How the user wants to see the numbers is nobody else's business.
+        // The user's number formats are left alone.
         sheet_->NumberFormat({headerRow, 1, 1, columnCount}, TextNumberFormat);
         for (int first = 0; first < columnCount; ++first) {
             int end = first;

@@ -469,7 +469,7 @@ void clsKalvero::readRoom(HostRoomElement& element, const HostRoomRecord& record
                               FromLong(record.Identity.FileNumber) + L"-" +
                               FromLong(record.Identity.ComponentID) + L".txt";
     whole = readOutline(element, path, reading) && whole;
-    // Of a room that the host took with it nobody knows what is missing.
+    // The host went away during this room: what is missing is unknown.
     if (reading.hostIsGone)
         return;
     room.Geometry->SetTypeAndValue(CalculationByFile, path);
@@ -528,7 +528,7 @@ bool clsKalvero::readOutline(HostRoomElement& element, const std::wstring& path,
     Outline outline;
     const bool told = reading.attempt([&] { outline = element.Outline(); });
     withoutOutline_.erase(path);
-    // An older outline would push itself into the drawing with the next writing.
+    // The next writing would put the older outline into the drawing.
     if ((!told || !attempt([&] { writePoints(path, outline); })) && !setAside(path))
         withoutOutline_.insert(path);
     return told;
@@ -761,7 +761,7 @@ bool clsKalvero::place(Writing& writing, HostElementList& elements) {
         wait_->ContinueWait();
         if (error.number() == RuntimeError::ServerUnavailable)
             throw;
-        // What stands in the drawing so far is not lost because there is no more to come.
+        // What is in the drawing already stays, although writing stops here.
         writing.givenUp = true;
         if (error.number() != RuntimeError::DialogCancelled)
             writing.trouble = error.description();

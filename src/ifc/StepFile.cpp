@@ -10,7 +10,7 @@
 namespace kalvrooms::ifc {
 namespace {
 
-// Deeper lists than any schema has are no model but an attack on whoever walks them.
+// Lists nested deeper than any schema needs are refused: they would exhaust the stack.
 constexpr int mostNested = 64;
 
 constexpr char capital(char c) {

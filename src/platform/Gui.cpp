@@ -33,11 +33,11 @@ void Desktop::report(const RuntimeError& error) noexcept {
         if (RuntimeErrorHandler)
             RuntimeErrorHandler(error);
     } catch (const std::bad_alloc&) {
-        // Words of its own are worth more than none.
+        // Any message is better than none.
         if (reserve_)
             report(outOfMemory_);
     } catch (...) {
-        // Telling of the error failed as well; the program goes on all the same.
+        // Reporting the error failed too; the program carries on.
     }
 }
 
@@ -46,7 +46,7 @@ void Desktop::setAside() noexcept {
         if (!reserve_)
             reserve_ = std::make_unique_for_overwrite<char[]>(reserveSize);
     } catch (const std::bad_alloc&) {
-        // Another event may have more luck.
+        // The next event may succeed.
     }
 }
 

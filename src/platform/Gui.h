@@ -202,7 +202,7 @@ class Form : public virtual Control {
     // Run when they are pressed, whichever control has the focus. Held down they count once.
     std::map<KeyStroke, std::function<void()>> Shortcuts;
     std::function<void()> Resize;
-    // Asked before closing: false puts the closing off (a command is still under way).
+    // Asked before closing: false defers the closing (a command is still under way).
     std::function<bool()> MayUnload;
     // Asked every second, also while a call of a command has not come back: true when the user's
     // input is served meanwhile.
@@ -268,7 +268,8 @@ class Desktop {
     virtual void Run() = 0;
 
     // The one way in for every event: a runtime error that nobody trapped ends the event here, not
-    // the program. So does memory that has run out; telling of it has some that is set aside.
+    // the program. Running out of memory is handled the same way; a reserve is kept for the
+    // message.
     void Dispatch(const std::function<void()>& event) noexcept;
     // Shows such an error; without one it is dropped.
     std::function<void(const RuntimeError&)> RuntimeErrorHandler;

@@ -361,11 +361,11 @@ void frmMain::HelpFile(const std::wstring& path) {
 
 void frmMain::command(const std::function<void()>& body) {
     // A call to the host or the spreadsheet pumps messages; a second command that comes in
-    // meanwhile would work on a list that the first one is in the middle of.
+    // meanwhile would work on a list that the first is still changing.
     if (commandUnderWay_)
         return;
     commandUnderWay_ = true;
-    // Whoever goes on working is asked again.
+    // A user who keeps working is asked again.
     askedForSession_ = false;
     std::exception_ptr failure;
     try {

@@ -30,7 +30,7 @@ Outline toOutline(const Variant& value) {
     return points;
 }
 
-// False when the host refuses the step; a host that is gone is no matter of one step.
+// False when the host refuses the step; a lost connection is passed on.
 template <typename Step>
 bool attempted(Step step) {
     try {

@@ -117,8 +117,8 @@ ComObject::~ComObject() {
     }
 }
 
-// While another program waits for the answer to a message, the system lets no calls out. The
-// message is answered then: to the question whether the session may end, 0 is "not now".
+// While another program waits in SendMessage, COM refuses outgoing calls. The message is answered
+// then: to the question whether the session may end, 0 is "not now".
 template <typename Step>
 HRESULT ComObject::retried(ComSession& session, Step step) {
     const ComSession::Clock clock(session);

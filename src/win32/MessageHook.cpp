@@ -7,7 +7,7 @@ namespace {
 
 struct Hook {
     WNDPROC own;
-    // Null: taken away while somebody else stood in front of it.
+    // Null: removed while another handler was still in front of it.
     MessageHandler handler;
     void* reference;
 };
