@@ -354,6 +354,7 @@ std::size_t StepFile::LineAt(const char* position) const {
         for (std::size_t at = 0; at < text_.size(); ++at)
             if (text_[at] == '\n')
                 lineEnds_.push_back(at);
+        lineEnds_.push_back(text_.size());
     }
     const auto offset = static_cast<std::size_t>(position - text_.data());
     const auto line = std::lower_bound(lineEnds_.begin(), lineEnds_.end(), offset);
