@@ -91,8 +91,10 @@ TEST_F(TextTable, TheCodeXxxInCapitalsIsALanguage) {
 }
 
 TEST_F(TextTable, CodesWithPathCharactersReachNoOtherFolder) {
-    for (const wchar_t* code : {L"..\\", L"\\..", L"../", L"a/b", L"C:\\", L"a:b"})
+    for (const wchar_t* code : {L"..\\", L"\\..", L"../", L"a/b", L"C:\\", L"a:b", L"e?g", L"*ng",
+                                L"e\"g", L"<ng", L"|ng"})
         text_.SetLanguage(code);
+    text_.SetLanguage(std::wstring(L"e\0g", 3));
     EXPECT_THAT(libraries_.Loads(), IsEmpty());
 }
 

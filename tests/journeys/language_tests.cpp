@@ -16,8 +16,6 @@
 namespace kalvrooms::testing {
 namespace {
 
-constexpr std::int32_t lastDefault = 98;
-
 class LanguageLibrary : public ::testing::Test {
   protected:
     struct Folder : Environment {
@@ -146,62 +144,6 @@ TEST_F(LanguageLibrary, ThreeHundredLongStringsAreCutAt255Characters) {
         EXPECT_EQ(found[static_cast<std::size_t>(number)],
                   std::wstring(255, static_cast<wchar_t>(L'A' + (number + 100) % 26)))
             << "text " << number;
-}
-
-TEST_F(LanguageLibrary, GivesTextsBeyondTheLastDefaultToo) {
-    build(L"mor", [](HANDLE update) {
-        // Block 13 holds the strings 192 to 207, block 19 those from 288 to 303.
-        for (const auto& [block, first] : {std::pair{13, 192}, std::pair{19, 288}}) {
-            std::vector<WORD> data;
-            for (int number = first; number < first + 16; ++number) {
-                const std::wstring text = std::to_wstring(number);
-                data.push_back(static_cast<WORD>(text.size()));
-                data.insert(data.end(), text.begin(), text.end());
-            }
-            UpdateResourceW(update, reinterpret_cast<LPWSTR>(RT_STRING), MAKEINTRESOURCEW(block),
-                            LANG_NEUTRAL, data.data(),
-                            static_cast<DWORD>(data.size() * sizeof(WORD)));
-        }
-    });
-    const std::vector<std::wstring> found = texts(L"mor");
-    EXPECT_EQ(found[91], german[91]);
-    EXPECT_EQ(found[92], L"192");
-    EXPECT_EQ(found[lastDefault], L"198");
-    EXPECT_EQ(found[lastDefault + 1], L"199");
-    EXPECT_EQ(found[107], L"207");
-    EXPECT_EQ(found[108], L"");
-    EXPECT_EQ(found[188], L"288");
-    EXPECT_EQ(found[200], L"300");
-}
-
-TEST_F(LanguageLibrary, CodesOfOtherLengthAndXxxAreNoLanguage) {
-    for (const wchar_t* code : {L"", L"e", L"en", L"engl", L"xxx"}) {
-        if (!std::filesystem::exists(library(code)))
-            std::filesystem::copy_file(english(), library(code));
-        EXPECT_EQ(texts(code), german) << toAnsi(code);
-    }
-}
-
-TEST_F(LanguageLibrary, CodesInCapitalsAreLanguages) {
-    std::filesystem::copy_file(english(), library(L"xxx"));
-    EXPECT_EQ(texts(L"XXX"), texts(L"eng"));
-    EXPECT_EQ(texts(L"ENG"), texts(L"eng"));
-    EXPECT_NE(texts(L"ENG"), german);
-}
-
-TEST_F(LanguageLibrary, CodesWithPathCharactersReachNoOtherFolder) {
-    // Where such a code would lead if it were taken as part of a path.
-    for (const wchar_t* name : {L"zorvinta_a", L"zorvinta_"})
-        std::filesystem::create_directories(folder.path() / name);
-    std::filesystem::copy_file(english(), folder.path() / L"zorvinta_a" / L"b.dll");
-    std::filesystem::copy_file(english(), folder.path() / L"zorvinta_" / L"ab.dll");
-    std::filesystem::copy_file(english(), folder.path() / L"zorvinta_a" / L".dll");
-    for (const wchar_t* code : {L"a\\b", L"a/b", L"\\ab", L"/ab", L"a\\.", L"..\\", L"../", L"C:\\",
-                                L"a:b", L"e?g", L"*ng", L"e\"g", L"<ng", L"|ng"})
-        EXPECT_EQ(texts(code), german) << toAnsi(code);
-    EXPECT_EQ(texts(std::wstring(L"e\0g", 3)), german);
-    // Letters that the code page lacks become "?", which no file's name has.
-    EXPECT_EQ(texts(L"\u4E2D\u6587e"), german);
 }
 
 } // namespace

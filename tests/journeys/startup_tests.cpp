@@ -212,12 +212,6 @@ class OddHandOver : public StartUp {
     }
 };
 
-TEST_F(OddHandOver, WithOtherLineEndsAndAFortyThousandCharactersLongLineIsApplied) {
-    writeBytes(folder.handOver(),
-               "Kalvero\n" + std::string(40000, 'x') + "\nSoftware\\QuartinoTest\nprb");
-    run(true, &below);
-}
-
 // No path is that long.
 TEST_F(OddHandOver, WithAHelpFileOf200MegabytesF1OpensNothingAndTheProgramGoesOn) {
     const HelpControlOfTheSystem recorder;
@@ -234,19 +228,6 @@ TEST_F(OddHandOver, WithAHelpFileOf200MegabytesF1OpensNothingAndTheProgramGoesOn
     ui::waitUntilGone(room);
     EXPECT_THAT(folder.helpCalls(), IsEmpty());
     EXPECT_EQ(program.close(), 0u);
-}
-
-// A name in the registry ends at a NUL; half a path would be another key.
-TEST_F(OddHandOver, WithNulBytesInThePathOfTheKeyLeavesNoSettings) {
-    using namespace std::string_literals;
-    writeBytes(folder.handOver(),
-               "Kal\0vero\r\nC:\\q\0.kalvhelp\r\nSoftware\\QuartinoTest\0x\r\np\0b\r\n"s);
-    run(false, nullptr);
-}
-
-TEST_F(OddHandOver, MissingLeavesGermanAndTheKeyDirectlyBelowTheHive) {
-    folder.removeHandOver();
-    run(false, &directlyBelowTheHive);
 }
 
 TEST_F(OddHandOver, LockedByAnotherProcessItIsAsGoodAsNoFile) {
@@ -313,15 +294,6 @@ TEST_F(Probe, ShowsTheWindowWhenTheHostHasBeenInstalledAtTheSecondTry) {
     program.answer(box);
     EXPECT_EQ(ui::textOf(program.mainWindow()), L" Quartino - Schule");
     EXPECT_EQ(program.close(), 0u);
-}
-
-TEST_F(Probe, LeavesNoObjectBehind) {
-    folder.writeHandOver(keyPath);
-    const int before = host.liveObjects();
-    RunningProgram program(folder);
-    program.mainWindow();
-    EXPECT_EQ(program.close(), 0u);
-    EXPECT_EQ(host.liveObjects(), before);
 }
 
 } // namespace
