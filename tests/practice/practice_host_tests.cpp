@@ -352,38 +352,6 @@ TEST_F(PracticeHost, ForbidsAccessInItsStates) {
     EXPECT_EQ(failureOf([&] { host->state(L"moon"); }).result, DISP_E_EXCEPTION);
 }
 
-TEST_F(PracticeHost, RefusesEverythingThatTouchesTheDrawingInItsStates) {
-    start(L"--hidden --place 0,0");
-    const LateBound application = create(practice::ApplicationClass);
-    const LateBound drawing = service();
-    const LateBound list = newRoom(drawing);
-    host->state(L"menu");
-    const auto menu = [](const auto& action) {
-        EXPECT_EQ(refusalOf(action), "Please terminate the menue interaction first.");
-    };
-    menu([&] { application.object(L"GetDrawingService"); });
-    menu([&] { elements(drawing); });
-    menu([&] { drawing.object(L"CreateRoomElement"); });
-    menu([&] { drawing.call(L"ChangeElements", list); });
-    menu([&] { drawing.call(L"AddElements", list); });
-    menu([&] { drawing.call(L"PlaceElements", list, 10); });
-    menu([&] { drawing.call(L"ApplyChanges"); });
-    host->state(L"");
-    drawing.call(L"PlaceElements", list, 10);
-    drawing.call(L"ApplyChanges");
-    EXPECT_EQ(host->drawing().elements.size(), 3u);
-}
-
-TEST_F(PracticeHost, RefusesTextsThatAreTooLongForIt) {
-    start();
-    const LateBound room = elements(service()).object(L"Item", 1);
-    for (const wchar_t* member : {L"RoomName", L"RoomFunction", L"StoreyCode"}) {
-        room.put(member, std::wstring(32, L'x'));
-        EXPECT_THAT(refusalOf([&] { room.put(member, std::wstring(33, L'x')); }),
-                    HasSubstr("32 characters"));
-    }
-}
-
 TEST_F(PracticeHost, PlainItKnowsNothingOfOurOwnInventionAndRefusesTheCreation) {
     start(L"--hidden --plain --state menu");
     EXPECT_TRUE(FAILED(failureOf([&] { create(practice::ApplicationClass); }).result));
@@ -541,16 +509,6 @@ TEST_F(PracticeHost, AModelIsADrawingThatGoesBackIntoItsFileByteForByte) {
                 HasSubstr("nicht als Modell"));
     EXPECT_EQ(bytes(saved), bytes(house));
     control.call(L"LoadDrawing", house.wstring()); // which is what goes into --save at the end
-}
-
-TEST_F(PracticeHost, ABrokenModelIsRefusedWithItsLineAndTheDrawingStays) {
-    start();
-    const auto broken = folder() / L"broken.ifc";
-    std::ofstream(broken, std::ios::binary)
-        << "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\n#1=IFCSPACE('\n";
-    EXPECT_THAT(refusalOf([&] { control.call(L"LoadDrawing", broken.wstring()); }),
-                HasSubstr("line 5, #1"));
-    EXPECT_EQ(host->drawing().project.name, L"Schule");
 }
 
 TEST_F(PracticeHostWindow, AFileThatIsDroppedIsOpened) {
