@@ -53,7 +53,7 @@ std::vector<double> listedKnots(const Instance& curve, std::size_t points, std::
 }
 
 std::vector<double> readKnots(const Instance& curve, std::size_t points, std::size_t degree) {
-    const std::vector<double> knots =
+    std::vector<double> knots =
         isBezier(curve) ? bezierKnots(points, degree) : listedKnots(curve, points, degree);
     if (knots.size() != points + degree + 1 || !std::is_sorted(knots.begin(), knots.end()))
         curve.Refuse("the knots do not fit the points");

@@ -181,7 +181,9 @@ Counts lostByDialogs(int dialogs, const fs::path& list) {
             HWND dialog = nullptr;
             while (!(dialog = ui::findWindow(GetCurrentProcessId(), ui::isFileDialog)))
                 Sleep(10);
-            ui::enterFileName(dialog, list.wstring());
+            // A name that comes before the dialog is complete is overwritten.
+            for (; IsWindow(dialog); Sleep(50))
+                ui::enterFileName(dialog, list.wstring());
         });
         wchar_t name[MAX_PATH] = L"";
         OPENFILENAMEW data{};
