@@ -3,34 +3,12 @@
 
 #include "journeys/JourneyTest.h"
 #include "win32/SystemDpiForTest.h"
+#include "win32/SystemFontForTest.h"
 
 #include <algorithm>
 
 namespace kalvrooms::testing {
 namespace {
-
-// What the system tells programs that start while it holds.
-class SystemOf {
-  public:
-    SystemOf(DWORD dpi, int points) : dpi_(dpi) {
-        metrics_.cbSize = sizeof metrics_;
-        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics_, &metrics_, 0);
-        NONCLIENTMETRICSW changed = metrics_;
-        // In pixels of this process, which knows one DPI only; 0 leaves the font as it is.
-        if (points == 0)
-            return;
-        changed.lfMessageFont.lfHeight = -MulDiv(points, USER_DEFAULT_SCREEN_DPI, 72);
-        changed.lfMenuFont.lfHeight = changed.lfMessageFont.lfHeight;
-        SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof changed, &changed, 0);
-    }
-    ~SystemOf() { SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof metrics_, &metrics_, 0); }
-    SystemOf(const SystemOf&) = delete;
-    SystemOf& operator=(const SystemOf&) = delete;
-
-  private:
-    SystemDpiForTest dpi_;
-    NONCLIENTMETRICSW metrics_{};
-};
 
 struct Show {
     const char* name; // part of the file names
@@ -73,7 +51,8 @@ class Pictures : public JourneyTest, public ::testing::WithParamInterface<Show> 
 
 TEST_P(Pictures, OfEveryWindow) {
     const Show& show = GetParam();
-    const SystemOf system(show.dpi, show.points);
+    const SystemDpiForTest system(show.dpi);
+    const SystemFontForTest font(show.points);
     folder.writeHandOver(keyPath, show.language);
     const std::filesystem::path list = copyTheSchool();
 

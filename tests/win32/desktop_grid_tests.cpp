@@ -54,7 +54,6 @@ TEST_F(MainWindow, TheTableFitsBesideTheFrame) {
     EXPECT_EQ(table.top, 0);
     EXPECT_LE(table.right, client.right);
     EXPECT_LE(table.bottom, client.bottom);
-    TakePicture(form_->Window(), "main");
 }
 
 struct CellEvent {
@@ -362,58 +361,6 @@ TEST_F(MainWindow, NothingShowsBeforeRedrawIsOn) {
     EXPECT_EQ(grid_->Row(), 99);
 }
 
-TEST_F(MainWindow, F1CountsWhenItIsReleased) {
-    std::vector<int> keys;
-    form_->KeyUp = [&](int key) { keys.push_back(key); };
-    pressKey(VK_F1);
-    pressKey(VK_F1);
-    EXPECT_TRUE(PumpUntil(desktop_, InputIsDone));
-    EXPECT_TRUE(keys.empty());
-    releaseKey(VK_F1);
-    EXPECT_TRUE(PumpUntil(desktop_, [&] { return !keys.empty(); }));
-    EXPECT_EQ(keys, std::vector<int>{KeyF1});
-}
-
-TEST_F(MainWindow, AMenuEntryIsChosenByAccessKeyAndEnter) {
-    std::vector<int> keys;
-    form_->KeyUp = [&](int key) { keys.push_back(key); };
-    form_->Menu(L"mnuExtras").Caption(L"E&xtras");
-    bool opened = false;
-    Journey journey;
-    journey
-        .When(
-            "open menu", [] { return FindWindowW(L"#32768", nullptr) != nullptr; },
-            [] { typeKey(VK_RETURN); }) // the first entry is selected already
-        .When(
-            "options", [this] { return DialogIsActive(); },
-            [&] {
-                opened = true;
-                CloseDialog();
-            });
-    pressKey(VK_MENU);
-    typeKey('X');
-    releaseKey(VK_MENU);
-    journey.Run(desktop_);
-    ASSERT_TRUE(PumpUntil(desktop_, InputIsDone));
-    EXPECT_TRUE(opened);
-    EXPECT_EQ(std::count(keys.begin(), keys.end(), KeyEnter), 0);
-}
-
-TEST_F(MainWindow, TheWindowReadsBackWhereItWasPut) {
-    form_->Left(1500);
-    form_->Top(1200);
-    form_->Height(6000);
-    form_->Width(12000);
-    EXPECT_FLOAT_EQ(form_->Left(), 1500);
-    EXPECT_FLOAT_EQ(form_->Top(), 1200);
-    EXPECT_FLOAT_EQ(form_->Height(), 6000);
-    EXPECT_FLOAT_EQ(form_->Width(), 12000);
-    RECT frame{};
-    GetWindowRect(form_->Window(), &frame);
-    EXPECT_EQ(frame.right - frame.left, 800);
-    EXPECT_FLOAT_EQ(grid_->Width(), 12000 - 135);
-}
-
 TEST_F(MainWindow, ClosingAsksFirstAndEndsTheRun) {
     bool may = false;
     int asked = 0;
@@ -566,7 +513,6 @@ TEST_F(MainWindow, AKeyRunsItsCommandOnceAndIsShownInTheMenu) {
     driver::typeKey(VK_DOWN, {VK_CONTROL});
     ASSERT_TRUE(
         PumpUntil(desktop_, [this] { return std::as_const(*grid_).Cells().Text(1, 0) == L"120"; }));
-    TakePicture(form_->Window(), "main-sorted");
 }
 
 TEST_F(MainWindow, TheTableStaysWhereItIsWhenItIsFilledAnew) {
@@ -621,7 +567,6 @@ TEST_F(MainWindow, AHeaderThatIsCutShowsItsTextAtTheMouse) {
     ASSERT_TRUE(PumpUntil(desktop_, InputIsDone));
     hover(4);
     EXPECT_TRUE(PumpUntil(desktop_, [&] { return shown() == L"Umschließungsart"; }));
-    TakePicture(form_->Window(), "main-header-tip");
     // One that has room shows nothing.
     hover(1);
     EXPECT_TRUE(PumpUntil(desktop_, [&] { return shown().empty() && InputIsDone(); }));
@@ -671,20 +616,6 @@ TEST_F(MainWindow, NewColoursOfTheSystemAreFollowed) {
         RECT dirty{};
         EXPECT_TRUE(GetUpdateRect(list_, &dirty, FALSE)) << change;
     }
-}
-
-TEST_F(MainWindow, AMinimisedWindowReportsThePlaceThatItComesBackTo) {
-    form_->Left(1500);
-    form_->Top(1200);
-    form_->Width(12000);
-    form_->Height(6000);
-    ShowWindow(form_->Window(), SW_MINIMIZE);
-    ASSERT_TRUE(IsIconic(form_->Window()));
-    EXPECT_FLOAT_EQ(form_->Left(), 1500);
-    EXPECT_FLOAT_EQ(form_->Top(), 1200);
-    EXPECT_FLOAT_EQ(form_->Width(), 12000);
-    EXPECT_FLOAT_EQ(form_->Height(), 6000);
-    ShowWindow(form_->Window(), SW_RESTORE);
 }
 
 TEST_F(MainWindow, ThePointerIsTheHourglassEverywhere) {

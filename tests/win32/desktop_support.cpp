@@ -126,13 +126,6 @@ HWND WindowOf(Form& form, const std::wstring& name) {
     return Named(form, name).Window();
 }
 
-// --- Pictures -------------------------------------------------------------------------------
-
-void TakePicture(HWND window, const std::string& name) {
-    if (const char* folder = std::getenv("QUARTINO_PICTURES"))
-        driver::Picture::ofWindow(window).save(std::filesystem::path(folder) / (name + ".bmp"));
-}
-
 // --- The program ------------------------------------------------------------------------------
 
 bool InputIsDone() {
@@ -146,7 +139,11 @@ void ProgramOnDesktop::SetUp() {
     form_ = &Top();
     grid_ = &form_->Named<Grid>(L"grdRooms");
     list_ = WindowOf(*form_, L"grdRooms");
-    ASSERT_TRUE(PumpUntil(desktop_, [this] { return Focused() == list_; }));
+    // Keys and dialogs go to the window in front, which the window manager has to hear of first.
+    SetForegroundWindow(form_->Window());
+    ASSERT_TRUE(PumpUntil(desktop_, [this] {
+        return Focused() == list_ && GetForegroundWindow() == form_->Window();
+    }));
 }
 
 bool ProgramOnDesktop::DialogIsActive() {

@@ -1,5 +1,5 @@
 #pragma once
-// A user for real windows: types, clicks, waits for states and takes pictures.
+// A user for real windows: types, clicks and waits for states.
 
 #include <deque>
 #include <functional>
@@ -72,9 +72,6 @@ HWND SystemDialog();
 Win32Control& Named(Form& form, const std::wstring& name);
 HWND WindowOf(Form& form);
 HWND WindowOf(Form& form, const std::wstring& name);
-
-// Saves what the screen shows of a window, if the environment names a folder for pictures.
-void TakePicture(HWND window, const std::string& name);
 
 // No key, click or posted message is under way any more.
 bool InputIsDone();
