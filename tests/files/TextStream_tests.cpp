@@ -185,7 +185,7 @@ TEST_F(TextWriterTest, AFullDiskShowsWhileALongFileIsWritten) {
 }
 
 TEST_F(TextReaderTest, StopsReadingAnEndlessDevice) {
-    TextReader reader(L"/dev/zero", codec);
+    TextReader reader(L"/dev/zero", codec, 1U << 20);
     EXPECT_EQ(errorOf([&] { reader.ReadLine(); }), RuntimeError::OutOfMemory);
 }
 #endif
