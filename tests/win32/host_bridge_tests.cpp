@@ -268,8 +268,9 @@ class Faults : public Bridge {
         read();
         return host_->calls();
     }
-    // One by one there are many calls of a kind.
-    static int step() { return plain() ? 5 : 1; }
+    // Natively every call meets every fault; here each fault meets calls of every kind. One by one
+    // there are many calls of a kind.
+    static int step() { return plain() ? 13 : 4; }
     clsRoom known_;
 };
 
@@ -277,8 +278,9 @@ TEST_P(Faults, WhicheverCallOfAWritingFailsTheNextWritingWorks) {
     const int calls = callsOfWriting();
     ASSERT_GT(calls, 25);
     for (const wchar_t* mode : {L"fail", L"empty", L"later"}) {
+        const bool swallows = std::wstring(mode) == L"empty" && !plain();
         int doubled = 0;
-        for (int n = 1; n <= calls; n += step()) {
+        for (int n = 1; n <= calls; n += swallows ? 1 : step()) {
             prepare();
             host_->failAt(n, mode, std::wstring(mode) == L"later" ? L"1" : L"no");
             try {
