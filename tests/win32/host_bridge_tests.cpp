@@ -461,17 +461,17 @@ class Figures : public Bridge {
 
 TEST_P(Figures, CallsOfAWriting) {
     const int one = callsOfWriting(1, 10);
-    const int perRoom = (callsOfWriting(101, 10) - callsOfWriting(51, 10)) / 50;
-    const int perElement = (callsOfWriting(1, 1010) - one) / 1000;
+    const int perRoom = (callsOfWriting(41, 10) - callsOfWriting(21, 10)) / 20;
+    const int perElement = (callsOfWriting(1, 110) - one) / 100;
     std::printf("calls of a writing: %d + %d x rooms + %d x elements\n", one - perRoom, perRoom,
                 perElement);
     EXPECT_LE(one, plain() ? 80 : 30);
     EXPECT_LE(perRoom, plain() ? 35 : 15);
     // Which element is which.
     EXPECT_EQ(perElement, plain() ? 4 : 0);
-    EXPECT_NEAR(callsOfWriting(101, 1010), one + 100 * perRoom + 1000 * perElement, 3);
-    const int perKnown = (callsOfWritingInPlace(100, 1) - callsOfWritingInPlace(50, 1)) / 50;
-    const int perPolygon = (callsOfWritingInPlace(1, 100) - callsOfWritingInPlace(1, 50)) / 50;
+    EXPECT_NEAR(callsOfWriting(41, 110), one + 40 * perRoom + 100 * perElement, 3);
+    const int perKnown = (callsOfWritingInPlace(40, 1) - callsOfWritingInPlace(20, 1)) / 20;
+    const int perPolygon = (callsOfWritingInPlace(1, 40) - callsOfWritingInPlace(1, 20)) / 20;
     std::printf("of these for a room that is updated %d, for one with a point file %d\n", perKnown,
                 perPolygon);
     EXPECT_LE(perKnown, plain() ? 40 : 18);
