@@ -1,6 +1,5 @@
 #include "practice/host/HostWindow.h"
 
-#include "drawing/DrawingFile.h"
 #include "drawing/Text.h"
 #include "ifc/TroubleText.h"
 #include "practice/host/Commands.h"

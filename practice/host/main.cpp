@@ -1,4 +1,3 @@
-#include "drawing/DrawingFile.h"
 #include "drawing/Text.h"
 #include "ifc/TroubleText.h"
 #include "practice/host/ClassIds.h"
@@ -8,6 +7,7 @@
 #include "practice/host/HostProcess.h"
 #include "practice/host/HostWindow.h"
 #include "practice/server/ServerApartment.h"
+#include "win32/Win32LetterRules.h"
 
 #include <cstdlib>
 #include <exception>
@@ -62,6 +62,8 @@ void Prepare(HostProcess& process, const CommandLine& line) {
 }
 
 int RunHost(const CommandLine& line) {
+    // Storeys are told apart as in the program.
+    HandInLetterRules(Win32LetterRules());
     // Outlives everything else: clients may hold objects until the process ends.
     HostProcess process;
     const ServerApartment apartment;

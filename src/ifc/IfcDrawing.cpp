@@ -9,7 +9,6 @@
 #include "ifc/GlobalId.h"
 #include "ifc/Names.h"
 #include "ifc/RoomWriter.h"
-#include "model/NumberText.h"
 #include "model/Utf8.h"
 #include "model/clsFloors.h"
 

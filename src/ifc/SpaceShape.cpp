@@ -46,12 +46,18 @@ std::optional<Ground> groundOf(Geometry& geometry, const Instance& representatio
 
 std::optional<Ground> ReadSpaceShape(Geometry& geometry, const Instance& space,
                                      std::vector<std::string>& troubles) {
+    // What could be read of a shape that is not whole counts only where no other one is.
+    std::optional<Ground> part;
     try {
         const Transform place = ReadPlacement(geometry, space[5]);
         for (const Instance& representation : representationsOf(space)) {
+            const std::size_t before = troubles.size();
             try {
-                if (auto ground = groundOf(geometry, representation, place, troubles))
+                auto ground = groundOf(geometry, representation, place, troubles);
+                if (ground && troubles.size() == before)
                     return ground;
+                if (!part)
+                    part = std::move(ground);
             } catch (const StepError& error) {
                 troubles.push_back(error.what());
             }
@@ -59,16 +65,19 @@ std::optional<Ground> ReadSpaceShape(Geometry& geometry, const Instance& space,
     } catch (const StepError& error) {
         troubles.push_back(error.what());
     }
-    return std::nullopt;
+    return part;
 }
 
 std::optional<Ground> ReadSpaceBody(Geometry& geometry, const Instance& space) {
     try {
-        std::vector<std::string> ignored;
-        for (const Instance& representation : representationsOf(space))
-            if (rankOf(representation) == bodyRank)
-                return groundOf(geometry, representation, ReadPlacement(geometry, space[5]),
-                                ignored);
+        std::vector<std::string> troubles;
+        for (const Instance& representation : representationsOf(space)) {
+            if (rankOf(representation) != bodyRank)
+                continue;
+            auto ground =
+                groundOf(geometry, representation, ReadPlacement(geometry, space[5]), troubles);
+            return troubles.empty() ? std::move(ground) : std::nullopt;
+        }
     } catch (const StepError&) {
         // A body that cannot be read says nothing about its height.
     }

@@ -258,6 +258,16 @@ TEST(BrokenModels, AnItemThatCannotBeReadLeavesTheOthers) {
     EXPECT_EQ(read.building.Troubles().size(), 1u);
 }
 
+TEST(BrokenModels, AShapeThatIsReadWholeIsTakenBeforeOneInPart) {
+    ModelText model =
+        with("#102=IFCEXTRUDEDAREASOLID(#103,#5,#7,3.);\n"
+             "#103=IFCRECTANGLEPROFILEDEF(.AREA.,$,#8,2.,2.);\n#110=IFCSPIRAL(1.);\n"
+             "#120=IFCPRODUCTDEFINITIONSHAPE($,$,(#121,#21));\n"
+             "#121=IFCSHAPEREPRESENTATION(#6,'FootPrint','SweptSolid',(#110,#102));\n");
+    model.shape = "#120";
+    EXPECT_NEAR(SignedArea(Read(model).First().outline), 20.0, 1e-9);
+}
+
 TEST(BrokenModels, ParametersOfACurveOfSeveralKindsAreRefused) {
     EXPECT_NE(troubleWith(Extruded("IFCARBITRARYCLOSEDPROFILEDEF(.AREA.,$,#110);\n") +
                           "#110=IFCTRIMMEDCURVE(#111,(IFCPARAMETERVALUE(0.)),(IFCPARAMETERVALUE("
