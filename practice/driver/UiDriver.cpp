@@ -19,7 +19,8 @@ constexpr UINT replyLimit = 20000;
 
 LRESULT send(HWND window, UINT message, WPARAM first, LPARAM second) {
     DWORD_PTR answer = 0;
-    SendMessageTimeoutW(window, message, first, second, SMTO_ABORTIFHUNG, replyLimit, &answer);
+    // Not "unless it hangs": a program that took five seconds to start has answered nothing yet.
+    SendMessageTimeoutW(window, message, first, second, SMTO_NORMAL, replyLimit, &answer);
     return static_cast<LRESULT>(answer);
 }
 
