@@ -104,7 +104,7 @@ TEST_P(Workbook, HoldsARoomInEveryRow) {
 TEST_P(Workbook, KeepsTextsThatLookLikeSomethingElse) {
     std::vector<std::wstring> texts = {L"1,000", L"=1+1", L"-3", L"1E5",  L"TRUE", L"1/2", L"1,5",
                                        L"1.5",   L"'a",   L"+7", L"12 %", L"#N/A", L"007"};
-    texts.insert(texts.end(), {std::wstring(300, L'x'), std::wstring(5000, L'9')});
+    texts.insert(texts.begin(), {std::wstring(300, L'x'), std::wstring(5000, L'9')});
     for (const std::wstring& text : texts) {
         RoomForTest{
             .Name = text, .Function = text, .Enclosure = text, .Occupancy = text, .AreaType = text}
@@ -680,6 +680,17 @@ TEST_P(Workbook, TakesNoDateForASideAnAreaOrACoordinate) {
     put(1, 1, CellDate{L"2.05"});
     EXPECT_TRUE(clsFileSytem(context).ReadPointsFromGeometryFile(file, unset));
     EXPECT_FALSE(unset.IsSet());
+}
+
+TEST_P(Workbook, ThatIsSavedIsWholeWhateverBecomesOfTheApplication) {
+    addRooms(1);
+    write(floors);
+    spreadsheets.ForgetCalls();
+    write(floors);
+    const int calls = spreadsheets.Calls();
+    spreadsheets.ForgetCalls();
+    spreadsheets.FailAt(calls);
+    EXPECT_TRUE(outcomeOfWriting().complete);
 }
 
 TEST_P(Workbook, TellsWhyItWasNotSavedOrNotReadWhole) {
