@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace kalvrooms::testing {
@@ -35,11 +37,23 @@ struct GdiEntry {
 constexpr std::size_t gdiEntries = 0x4000;
 constexpr std::size_t gdiTableInBlock = 0xF8; // of a 64-bit process's environment block
 
+// A count of nothing would pass for one that does not rise.
+void require(bool answered, const char* what) {
+    if (!answered)
+        throw std::runtime_error(std::string("the system does not tell ") + what);
+}
+
+void readMemory(HANDLE process, const void* from, void* to, std::size_t bytes) {
+    require(ReadProcessMemory(process, from, to, bytes, nullptr) != FALSE,
+            "what stands in a process's memory");
+}
+
 } // namespace
 
 double privateBytes(HANDLE process) {
     PROCESS_MEMORY_COUNTERS counters{};
-    GetProcessMemoryInfo(process, &counters, sizeof counters);
+    require(GetProcessMemoryInfo(process, &counters, sizeof counters) != FALSE,
+            "the memory of a process");
     return static_cast<double>(counters.PagefileUsage);
 }
 
@@ -48,8 +62,7 @@ double kernelHandles(HANDLE process) {
     ULONG needed = 0;
     const auto bytes = [&] { return static_cast<ULONG>(memory.size() * sizeof(ULONG_PTR)); };
     while (NtQuerySystemInformation(everyHandle, memory.data(), bytes(), &needed) != 0) {
-        if (memory.size() > 1 << 24)
-            return 0.0;
+        require(memory.size() < 1 << 24, "the handles of all processes");
         memory.resize(memory.size() * 2);
     }
     const auto& list = *reinterpret_cast<const HandleList*>(memory.data());
@@ -63,14 +76,14 @@ double gdiObjects(HANDLE process) {
         return said;
     // Wine keeps the table that Windows has too, one for each process.
     PROCESS_BASIC_INFORMATION information{};
-    NtQueryInformationProcess(process, ProcessBasicInformation, &information, sizeof information,
-                              nullptr);
+    require(NtQueryInformationProcess(process, ProcessBasicInformation, &information,
+                                      sizeof information, nullptr) == 0,
+            "where a process's environment block is");
     void* table = nullptr;
-    ReadProcessMemory(process,
-                      reinterpret_cast<const char*>(information.PebBaseAddress) + gdiTableInBlock,
-                      &table, sizeof table, nullptr);
+    readMemory(process, reinterpret_cast<const char*>(information.PebBaseAddress) + gdiTableInBlock,
+               &table, sizeof table);
     std::vector<GdiEntry> entries(gdiEntries);
-    ReadProcessMemory(process, table, entries.data(), entries.size() * sizeof(GdiEntry), nullptr);
+    readMemory(process, table, entries.data(), entries.size() * sizeof(GdiEntry));
     return static_cast<double>(std::count_if(
         entries.begin(), entries.end(), [](const GdiEntry& entry) { return entry.type != 0; }));
 }
