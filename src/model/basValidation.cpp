@@ -43,7 +43,6 @@ std::optional<NumberLocale> localeOf(std::wstring_view text) {
             continue;
         NumberLocale other = user;
         other.DecimalMark = mark;
-        other.CurrencyDecimalMark = mark;
         if (IsNumeric(text, other))
             return other;
     }

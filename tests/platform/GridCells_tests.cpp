@@ -131,6 +131,33 @@ TEST(GridCells, KnowsTheLastRowWithATextInIt) {
     EXPECT_EQ(cells.LastFilledRow(), 3);
 }
 
+TEST(GridCells, EveryChangeCounts) {
+    GridCells cells;
+    const std::function<void()> changes[] = {[&] { cells.Resize(3, 2); },
+                                             [&] { cells.Text(1, 0, L"x"); },
+                                             [&] { cells.Sort(1, 2, 0, SortOrder::Ascending); },
+                                             [&] { cells.Supply(1, 2, nullptr); },
+                                             [&] { cells.Clear(); }};
+    for (const auto& change : changes) {
+        const std::uint64_t before = cells.Changes();
+        change();
+        EXPECT_GT(cells.Changes(), before);
+    }
+}
+
+TEST(GridCells, ARowThatCouldNotBeSuppliedLeavesNothingBehind) {
+    GridCells cells;
+    cells.Resize(2, 1);
+    cells.Supply(0, 2, [](std::int32_t number, std::vector<GridCells::Cell>& row) {
+        row[0].text = std::to_wstring(number);
+        if (number == 2)
+            throw RuntimeError(RuntimeError::OutOfMemory);
+    });
+    EXPECT_EQ(cells.Text(0, 0), L"1");
+    EXPECT_EQ(errorOf([&] { cells.Text(1, 0); }), RuntimeError::OutOfMemory);
+    EXPECT_EQ(cells.Text(0, 0), L"1");
+}
+
 TEST(GridCells, AsksForRowsThatAreSupplied) {
     int asked = 0;
     GridCells cells;
@@ -158,7 +185,6 @@ TEST(GridCells, AsksForRowsThatAreSupplied) {
     cells.Clear();
     EXPECT_EQ(cells.LastFilledRow(), -1);
     EXPECT_EQ(cells.Rows(), 5);
-    EXPECT_EQ(errorOf([&] { cells.Supply(1, 5, nullptr); }), RuntimeError::SubscriptOutOfRange);
 }
 
 TEST(GridCells, RefusesWhatLiesOutside) {
@@ -180,9 +206,19 @@ TEST(GridCells, RefusesWhatLiesOutside) {
     EXPECT_EQ(errorOf([&] { cells.Resize(1, -1); }), RuntimeError::SubscriptOutOfRange);
     EXPECT_EQ(errorOf([&] { cells.Sort(1, 2, 0, SortOrder::Ascending); }),
               RuntimeError::SubscriptOutOfRange);
-    EXPECT_EQ(errorOf([&] { cells.Sort(0, 1, 3, SortOrder::Ascending); }),
-              RuntimeError::SubscriptOutOfRange);
+    for (const int first : {0, 1})
+        EXPECT_EQ(errorOf([&] { cells.Sort(first, 1, 3, SortOrder::Ascending); }),
+                  RuntimeError::SubscriptOutOfRange);
+    const std::pair<int, int> notSupplied[] = {{-1, 1}, {0, -1}, {0, 3}, {1, 2}};
+    for (const auto& range : notSupplied)
+        EXPECT_EQ(errorOf([&] { cells.Supply(range.first, range.second, nullptr); }),
+                  RuntimeError::SubscriptOutOfRange);
     EXPECT_EQ(cells.Rows(), 2);
+    // The edges lie inside.
+    const std::pair<int, int> supplied[] = {{0, 2}, {1, 1}, {2, 0}};
+    for (const auto& range : supplied)
+        EXPECT_EQ(errorOf([&] { cells.Supply(range.first, range.second, nullptr); }), 0);
+    EXPECT_EQ(errorOf([&] { cells.Resize(0, 0); }), 0);
 }
 
 TEST_F(GridCellsSort, ComparesNumbersAsNumbers) {
