@@ -133,11 +133,10 @@ TEST(GridCells, KnowsTheLastRowWithATextInIt) {
 
 TEST(GridCells, EveryChangeCounts) {
     GridCells cells;
-    const std::function<void()> changes[] = {[&] { cells.Resize(3, 2); },
-                                             [&] { cells.Text(1, 0, L"x"); },
-                                             [&] { cells.Sort(1, 2, 0, SortOrder::Ascending); },
-                                             [&] { cells.Supply(1, 2, nullptr); },
-                                             [&] { cells.Clear(); }};
+    const std::function<void()> changes[] = {
+        [&] { cells.Resize(3, 2); }, [&] { cells.Text(1, 0, L"x"); },
+        [&] { cells.Sort(1, 2, 0, SortOrder::Ascending); }, [&] { cells.Supply(1, 2, nullptr); },
+        [&] { cells.Clear(); }};
     for (const auto& change : changes) {
         const std::uint64_t before = cells.Changes();
         change();
