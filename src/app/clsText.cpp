@@ -124,13 +124,8 @@ clsText::clsText(ResourceLibraries& libraries, const Environment& environment)
 }
 
 void clsText::SetLanguage(const std::wstring& code) {
-    language_ = code;
-    if (code.size() == 3 && code != L"xxx") {
-        hasLibrary_ = true;
+    if (code.size() == 3 && code != L"xxx")
         LoadLanguageDll(L"zorvinta_" + code + L".dll");
-    } else {
-        hasLibrary_ = false;
-    }
 }
 
 std::wstring clsText::GetText(std::int32_t number) const {
@@ -148,7 +143,6 @@ std::wstring clsText::GetTextWithoutDot(std::int32_t number) const {
 }
 
 void clsText::LoadLanguageDll(const std::wstring& fileName) {
-    hasLibrary_ = false;
     if (fileName.find_first_of(notInFileNames) != std::wstring::npos ||
         fileName.find(L'\0') != std::wstring::npos)
         return;
@@ -158,7 +152,6 @@ void clsText::LoadLanguageDll(const std::wstring& fileName) {
     const auto library = libraries_.Load(path + fileName);
     if (!library)
         return;
-    hasLibrary_ = true;
     for (std::int32_t number = 1; number <= LastText; ++number) {
         std::wstring text = library->String(static_cast<std::uint32_t>(number) + FirstResource);
         if (!text.empty())

@@ -33,8 +33,6 @@ class clsText final : public Texts {
     ResourceLibraries& libraries_;
     const Environment& environment_;
     std::array<std::wstring, LastText + 1> texts_;
-    std::wstring language_;
-    bool hasLibrary_ = false;
 };
 
 } // namespace kalvrooms

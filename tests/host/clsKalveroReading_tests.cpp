@@ -95,14 +95,19 @@ TEST_F(Reading, ARoomCarriesIdentityTextsAndAttributes) {
 }
 
 TEST_F(Reading, TheHostsOwnAttributeNamesComeFirst) {
-    context_.host.drawing.attributeNames = {{293, L"Area"}, {235, L" Nutzen"}};
+    context_.host.drawing.attributeNames = {
+        {293, L"Area"}, {231, L"Walls"}, {235, L" Nutzen"}, {232, L"Type"}};
     auto& element = stand(1, 1, L"r");
-    element.attributes = {
-        {L"Area", 5.0}, {L"Bodenfläche", 6.0}, {L" Nutzen", L"VF"}, {L"Umschließungsart", L"a"}};
+    element.attributes = {{L"Area", 5.0},
+                          {L"Bodenfläche", 6.0},
+                          {L" Nutzen", L"VF"},
+                          {L"Walls", L"a"},
+                          {L"Type", L"N"}};
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(room(1).Geometry->Area(), 5);
     EXPECT_EQ(room(1).Occupancy(), L"VF");
     EXPECT_EQ(room(1).Enclosure(), L"a");
+    EXPECT_EQ(room(1).AreaType(), L"N");
     EXPECT_EQ(context_.host.counts["AttributeName"], 4);
 }
 
@@ -234,6 +239,10 @@ TEST_F(Reading, AnOutlineThatCannotBeReadMovesTheOlderOneAside) {
         EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(pathOf(L"3-17.txt"))));
         EXPECT_EQ(contents(L"3-17.txt.bak"), older);
     }
+    // One that is put there afterwards counts.
+    std::ofstream(std::filesystem::path(pathOf(L"3-17.txt"))) << older;
+    writeBack();
+    EXPECT_THAT(context_.host.elements[0].outline, SizeIs(3));
 }
 
 TEST_F(Reading, AFolderWithAPointFilesNameIsNotTouched) {
@@ -462,6 +471,17 @@ TEST_F(Reading, ABrokenConnectionIsReplacedByTheOneThatTheCheckHasMade) {
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(floors_.GetCountOfRooms(), 1);
     EXPECT_THAT(context_.prompts(), IsEmpty());
+}
+
+TEST_F(Reading, AConnectionThatWasMadeAnewIsNotTakenForBroken) {
+    context_.host.onCall = [this](const std::string& member) {
+        if (member == "GetDrawingService" && context_.host.counts[member] == 1)
+            throw RuntimeError(RuntimeError::ServerUnavailable);
+        if (member == "GetElements")
+            throw RuntimeError(RuntimeError::AutomationError);
+    };
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(context_.host.counts["GetElements"], 1);
 }
 
 TEST_F(Reading, WhicheverCallFailsTheWalkGoesOnAndThePointerIsBack) {
