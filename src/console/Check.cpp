@@ -61,7 +61,7 @@ class Checker {
             {NameColumn, say_("die Bezeichnung", "the designation")},
             {FunctionColumn, say_("die Funktion", "the function")}};
         for (const auto& [column, what] : texts)
-            if (fields_[column].size() > clsKalvero::LongestText)
+            if (fields_[column].size() > LongestHostText)
                 find("length", std::string(what) + say_(" hat mehr als 32 Zeichen",
                                                         " has more than 32 characters"));
         const auto [first, isNew] =

@@ -129,8 +129,7 @@ HostIdentity Drawing::NextIdentity() const {
 }
 
 std::wstring ElementText(std::wstring text) {
-    constexpr std::size_t longest = 32;
-    if (text.size() > longest)
+    if (text.size() > LongestHostText)
         throw HostError(L"A text of more than 32 characters does not fit.");
     return text;
 }

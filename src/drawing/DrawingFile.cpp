@@ -267,6 +267,19 @@ std::string WriteDrawing(const Drawing& drawing) {
     return Json(drawing).dump(1) + "\n";
 }
 
+const std::vector<std::pair<std::string_view, std::string_view>> DrawingTroubles{
+    {"The drawing cannot be read: ", "Die Zeichnung ist nicht lesbar: "},
+    {"The drawing cannot be opened: ", "Die Zeichnung lässt sich nicht öffnen: "},
+    {"The file cannot be written: ", "Die Datei ist nicht schreibbar: "},
+    {"is not a whole number", "ist keine ganze Zahl"},
+    {"does not fit into 32 bits", "passt nicht in 32 Bit"},
+    {"has a key that is not a number: ", "hat einen Schlüssel, der keine Zahl ist: "},
+    {"is not an object", "ist kein Objekt"},
+    {"is not a point [x,y]", "ist kein Punkt [x,y]"},
+    {"has no componentId, and none is left", "hat keine componentId, und keine ist mehr frei"},
+    {"is nested too deep", "ist zu tief geschachtelt"},
+};
+
 Drawing LoadDrawing(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     std::string text;

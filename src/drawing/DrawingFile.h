@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace kalvrooms {
 
@@ -18,5 +20,8 @@ void SaveDrawing(const Drawing& drawing, const std::filesystem::path& file);
 
 // A reader of the file sees the old text or the new one, never a part. Raises a HostError.
 void SaveText(const std::filesystem::path& file, std::string_view text);
+
+// What these refuse, in English as they say it and in German.
+extern const std::vector<std::pair<std::string_view, std::string_view>> DrawingTroubles;
 
 } // namespace kalvrooms

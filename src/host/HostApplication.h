@@ -6,6 +6,7 @@
 // Indices are 1-based, as the host counts. Coordinates and lengths are in the drawing's units
 // (metres), areas in square metres, colours RGB with red in the low byte.
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -38,6 +39,9 @@ struct HostRoomRecord {
     // False when the host failed to tell some of it, which is then 0 or empty.
     bool Whole = true;
 };
+
+// Characters of a text of an element that the host takes.
+inline constexpr std::size_t LongestHostText = 32;
 
 // One attribute of an element; the number is 0 where the value is none. Without a value: the host
 // failed to tell it.

@@ -33,8 +33,6 @@ class clsKalvero {
   public:
     // What the drawing takes in one go.
     static constexpr std::int32_t MostRooms = 150;
-    // Characters of a text that the host takes.
-    static constexpr std::size_t LongestText = 32;
     static constexpr const wchar_t* ProjectWithoutName = L"RaumProgramm";
 
     // Connects to the host; a connection that fails is tried again when it is needed.
@@ -68,6 +66,7 @@ class clsKalvero {
                                    const HostRoomRecord* given = nullptr);
 
   private:
+    class Busy;
     class Elements;
     struct AttributeNames;
     struct KnownRooms;
@@ -87,6 +86,7 @@ class clsKalvero {
     template <typename Call>
     auto ask(Call call);
     std::unique_ptr<HostDrawingService> getDrawingService();
+    std::unique_ptr<HostProject> getProject();
     bool hostForbidsAccess();
     void showHostMessage(std::int32_t textNumber);
     void tell(std::int32_t textNumber, const std::vector<std::wstring>& parts = {});

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 
+#include "host/HostApplication.h"
 #include "model/NumberText.h"
 
 namespace kalvrooms::ifc {
 namespace {
-
-// The host's texts are cut there on their way back.
-constexpr std::size_t longestHostText = 32;
 
 // A list in an 8-bit code page has a question mark for every letter that it does not know.
 bool isLetterBy8Bits(wchar_t was, wchar_t is) {
@@ -43,7 +41,7 @@ std::wstring InOneLine(std::wstring text) {
 
 bool IsSameInList(const std::wstring& was, const std::wstring& is) {
     const std::wstring whole = Trim(InOneLine(was));
-    const std::wstring cut = Trim(whole.substr(0, longestHostText));
+    const std::wstring cut = Trim(whole.substr(0, LongestHostText)); // on its way back
     const std::wstring now = Trim(is);
     const auto equal = [&](const std::wstring& text) {
         return std::equal(text.begin(), text.end(), now.begin(), now.end(), isLetterBy8Bits);

@@ -1,8 +1,11 @@
 #include "ifc/TroubleText.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
+#include "drawing/DrawingFile.h"
 #include "model/Utf8.h"
 
 namespace kalvrooms::ifc {
@@ -98,17 +101,6 @@ constexpr Words kinds[] = {
     {"its ground has ", "sein Grundriss hat "},
     {" parts; the largest one is taken", " Teile; der größte wird genommen"},
     {"it has no shape that can be used", "er hat keine brauchbare Form"},
-    // Practice drawings.
-    {"The drawing cannot be read: ", "Die Zeichnung ist nicht lesbar: "},
-    {"The drawing cannot be opened: ", "Die Zeichnung lässt sich nicht öffnen: "},
-    {"The file cannot be written: ", "Die Datei ist nicht schreibbar: "},
-    {"is not a whole number", "ist keine ganze Zahl"},
-    {"does not fit into 32 bits", "passt nicht in 32 Bit"},
-    {"has a key that is not a number: ", "hat einen Schlüssel, der keine Zahl ist: "},
-    {"is not an object", "ist kein Objekt"},
-    {"is not a point [x,y]", "ist kein Punkt [x,y]"},
-    {"has no componentId, and none is left", "hat keine componentId, und keine ist mehr frei"},
-    {"is nested too deep", "ist zu tief geschachtelt"},
 };
 
 } // namespace
@@ -117,16 +109,19 @@ std::string InGerman(std::string trouble) {
     for (const auto& [english, german] : beginnings)
         if (trouble.starts_with(english))
             trouble.replace(0, english.size(), german);
-    for (const auto& [english, german] : kinds) {
+    const auto translate = [&](const Words& kind) {
+        const auto& [english, german] = kind;
         const std::size_t at = trouble.find(english);
         if (at == std::string::npos)
-            continue;
+            return;
         trouble.replace(at, english.size(), german);
         const std::size_t behind = at + german.size();
         for (const auto& [before, here] : values)
             if (std::string_view(trouble).substr(behind).starts_with(before))
                 trouble.replace(behind, before.size(), here);
-    }
+    };
+    std::for_each(std::begin(kinds), std::end(kinds), translate);
+    std::for_each(DrawingTroubles.begin(), DrawingTroubles.end(), translate);
     return trouble;
 }
 
