@@ -50,6 +50,8 @@ class AttributeListPart : public HostPart<HostAttributeList> {
         std::vector<HostAttributeValue> values;
         for (const Attribute& attribute : element_->element.attributes)
             values.push_back({attribute.name, attribute.NumberValue(), attribute.TextValue()});
+        if (host_.telling)
+            host_.telling(values);
         return values;
     }
 

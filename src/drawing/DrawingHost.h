@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace kalvrooms {
 
@@ -15,6 +16,8 @@ class DrawingHost : public HostServer {
     DrawingSession session;
     // Called with the member's name before a member does anything; what it throws ends the call.
     std::function<void(const char* member)> entering;
+    // Called with what the attributes of an element say; may take away what is not to be told.
+    std::function<void(std::vector<HostAttributeValue>& values)> telling;
 
     std::unique_ptr<HostApplication> CreateHostApplication() override;
     std::unique_ptr<HostRoomSelection> CreateRoomFilter() override;

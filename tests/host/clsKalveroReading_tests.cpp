@@ -341,6 +341,28 @@ TEST_F(Reading, RoomsReadInPartAreToldOnceAndLoseNothingInTheDrawing) {
     EXPECT_THAT(context_.prompts(), SizeIs(1));
 }
 
+TEST_F(Reading, ARoomIsReadInPartWhenAnAttributeDoesNotTellItsValue) {
+    stand(1, 1, L"r").attributes = {{L"Bodenfläche", 12.5},
+                                    {L"Umschließungsart", L"a"},
+                                    {L"Flächenart 277", L"N"},
+                                    {L"Nutzen", L"VF"},
+                                    {L"Farbe", L"rot"}};
+    std::size_t told = 0;
+    for (std::size_t at = 0; at < 5; ++at) {
+        context_.host.telling = [at](std::vector<HostAttributeValue>& values) {
+            values[at].Number.reset();
+            values[at].Text.reset();
+        };
+        bridge_->ImportFloorsFromKalvero(floors_);
+        // The last is none of a room's.
+        EXPECT_THAT(context_.prompts(), SizeIs(at < 4 ? ++told : told)) << at;
+    }
+    // But one without a name may be.
+    context_.host.telling = [](auto& values) { values[4].Name.reset(); };
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_THAT(context_.prompts(), SizeIs(told + 1));
+}
+
 TEST_F(Reading, AnElementThatDoesNotTellItsFileIsNoNativeOne) {
     stand(1, 1, L"a");
     stand(2, 1, L"b");
@@ -471,6 +493,21 @@ TEST_F(Reading, ABrokenConnectionIsReplacedByTheOneThatTheCheckHasMade) {
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(floors_.GetCountOfRooms(), 1);
     EXPECT_THAT(context_.prompts(), IsEmpty());
+    // So is one that breaks later.
+    floors_ = clsFloors();
+    context_.host.counts.clear();
+    context_.host.onCall = [this](const std::string& member) {
+        if (member == "GetElements" && context_.host.counts[member] == 1)
+            throw RuntimeError(RuntimeError::ServerUnavailable);
+    };
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(floors_.GetCountOfRooms(), 1);
+    // What the new one refuses is asked of no other.
+    context_.host.counts.clear();
+    context_.host.onCall = nullptr;
+    context_.host.failMember = "GetElements";
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_EQ(context_.host.counts["GetElements"], 1);
 }
 
 TEST_F(Reading, AConnectionThatWasMadeAnewIsNotTakenForBroken) {
@@ -586,6 +623,14 @@ TEST_F(Project, HostErrorsAreIgnored) {
         EXPECT_TRUE(name == L"RaumProgramm" || name == L"Schule") << member;
     }
     context_.host.failMember = "UpdateProjectInfo";
+    EXPECT_EQ(bridge->GetProjectName(), L"Schule");
+}
+
+TEST_F(Project, AHostThatWasStartedAgainIsAsked) {
+    const auto bridge = context_.bridge();
+    context_.host.failNumber = RuntimeError::ServerUnavailable;
+    context_.host.calls = 0;
+    context_.host.failAt = 1;
     EXPECT_EQ(bridge->GetProjectName(), L"Schule");
 }
 

@@ -427,8 +427,8 @@ TEST_F(Writing, EscapeKeepsWhatWasPlacedSinglyAndNothingOfAnUnfinishedBlock) {
     created = 0;
     EXPECT_EQ(write(true).atCrossHair, 0);
     EXPECT_THAT(context_.host.elements, SizeIs(2));
-    EXPECT_THAT(context_.prompts(),
-                ElementsAre(::testing::HasSubstr(L"2 von 3"), ::testing::HasSubstr(L"0 von 3")));
+    EXPECT_THAT(context_.prompts(), ElementsAre(::testing::HasSubstr(L": 2 von 3"),
+                                                ::testing::HasSubstr(L": 0 von 3")));
 }
 
 TEST_F(Writing, AnOutlineIsSetOnlyWhenThePointFileSaysSomethingElse) {
@@ -602,7 +602,7 @@ TEST_F(Writing, SingleRoomsAreHandedOverOneByOneAtTheOrigin) {
         ASSERT_THAT(context_.host.placed(n), SizeIs(1));
         EXPECT_EQ(context_.host.placed(n)[0].outline[0], (Point{0, 0}));
     }
-    EXPECT_EQ(context_.host.placed(1)[0].outline[2], (Point{2, 8}));
+    EXPECT_EQ(context_.host.placed(1)[0].outline, (Outline{{0, 0}, {2, 0}, {2, 8}, {0, 8}}));
 }
 
 TEST_F(Writing, EachKindOfTextThatIsCutHasItsOwnWarningOncePerRun) {
