@@ -120,11 +120,8 @@ struct clsKalvero::Writing {
     const clsFloors& floors;
     Progress progress;
     std::unique_ptr<HostDrawingService> service{};
-    // The rooms were not placed: the user gave up, or the host did, in its own words.
-    bool givenUp = false;
+    // Why the host did not place the rooms, in its own words.
     std::wstring trouble{};
-
-    bool goesOn() const { return !givenUp && !progress.ended(); }
 };
 
 void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithModify,
@@ -163,7 +160,7 @@ void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithM
         LeftRooms left;
         writeRoomsWithCoordinates(writing, blnWithModify, left, lngNoWithKoNew, lngNoWithKoOld);
         writing.service->ApplyChanges();
-        if (writing.goesOn()) {
+        if (!writing.progress.ended()) {
             // Half of one row that would hold all rooms: the block comes out as two rows of about
             // equal length.
             const double rowLimit = (left.count - 1) / 2.0 * dblDxOfRooms + left.sumOfSides / 2.0;
@@ -172,7 +169,6 @@ void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithM
                 writeRoomsWithoutCoordinates(writing, blnRoomsAsBlock ? &rows : nullptr);
             writing.service->ApplyChanges();
         }
-        modificationList_.clear();
     }
     tellOf(writing, lngNoWithKoNew + lngNoWithKoOld + lngNoWithoutKo);
 }
@@ -318,7 +314,6 @@ bool clsKalvero::place(Writing& writing, HostElementList& elements) {
         if (error.number() == RuntimeError::ServerUnavailable)
             throw;
         // What is in the drawing already stays, although writing stops here.
-        writing.givenUp = true;
         if (error.number() != RuntimeError::DialogCancelled)
             writing.trouble = error.description();
         return false;

@@ -88,12 +88,14 @@ TEST(GridCells, StaysWholeWhenThereIsNoMemoryForAnotherShape) {
 TEST(GridCells, KeepsWhatFitsWhenTheShapeChanges) {
     GridCells cells;
     cells.Resize(3, 3);
+    cells.Text(0, 0, L"Kopf");
     cells.Text(1, 1, L"Mitte");
     cells.Text(2, 2, L"Ecke");
     cells.TextColour(1, 1, 255);
     cells.CellAlignment(1, 1, Alignment::Centre);
     cells.Resize(2, 2);
     cells.Resize(4, 4);
+    EXPECT_EQ(cells.Text(0, 0), L"Kopf");
     EXPECT_EQ(cells.Text(1, 1), L"Mitte");
     EXPECT_EQ(cells.TextColour(1, 1), 255);
     EXPECT_EQ(cells.CellAlignment(1, 1), Alignment::Centre);
