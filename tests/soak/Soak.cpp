@@ -2,8 +2,8 @@
 // the drawing, edit, write the drawing, save as text and as workbook. What the program holds after
 // each cycle goes into a table; at the end it must not hold more than soon after the start.
 //   QuartinoSoak CYCLES DRAWING LIST TABLE.csv
-// What file dialogs lose by themselves (under Wine each one a handle and some memory) is measured
-// on dialogs of this program first, and taken off.
+// What dialogs lose by themselves (under Wine each one some memory, one for files a handle too) is
+// measured on dialogs of this program first, and taken off.
 
 #include <windows.h>
 
@@ -21,8 +21,10 @@
 
 #include "practice/PracticeHostProcess.h"
 #include "soak/Resources.h"
+#include "ui/ListFileDialog.h"
 #include "win32/ControlIds.h"
 #include "win32/PracticeSpreadsheetProcess.h"
+#include "win32/SystemDialogs.h"
 
 namespace {
 
@@ -35,7 +37,6 @@ constexpr int settled = 20;           // cycles until everything has been used o
 constexpr int watched = 1000;         // cycles at the end that must not rise
 constexpr int betweenUserCounts = 50; // counting them stops everybody
 constexpr double allowed = 0.02;
-constexpr int dialogsOfACycle = 3;
 
 struct Kind {
     const char* name;
@@ -49,9 +50,8 @@ using Counts = std::array<double, kinds.size()>;
 
 class Soak {
   public:
-    Soak(const std::wstring& drawing, const fs::path& list)
-        : drawing_(drawing), list_(list),
-          folder_(fs::temp_directory_path() / L"Quartino Dauerlauf"),
+    Soak(const std::wstring& drawing, const fs::path& list, const fs::path& folder)
+        : drawing_(drawing), list_(list), folder_(folder),
           host_({}, L"--hidden --place 0,0 --start \"" +
                         (ui::binFolder() / L"Quartino.exe").wstring() + L"\" --settings-key " +
                         settingsKey) {
@@ -171,31 +171,59 @@ double slope(const std::vector<double>& values) {
     return squares > 0 ? products / squares : 0.0;
 }
 
-// Opens file dialogs of this program and confirms them; what each one leaves behind.
-Counts lostByDialogs(int dialogs, const fs::path& list) {
-    std::vector<double> bytes, handles;
-    double userBefore = 0.0;
-    const HANDLE self = OpenProcess(PROCESS_ALL_ACCESS, FALSE, GetCurrentProcessId());
-    for (int i = 0; i < dialogs; ++i) {
-        std::thread user([&list] {
+// A dialog of the program as its resources describe it, without anything behind it.
+void showBareDialog(int id) {
+    const DLGPROC nothing = [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; };
+    const HWND dialog =
+        CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), nullptr, nothing, 0);
+    if (!dialog)
+        throw ui::WaitFailed("a dialog of the program cannot be created");
+    ShowWindow(dialog, SW_SHOW);
+    UpdateWindow(dialog);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        DispatchMessageW(&message);
+    DestroyWindow(dialog);
+}
+
+// What the dialogs of one cycle leave behind: the same ones, in this program and round by round,
+// and nothing else. It has the program's manifest, for with it the system makes other controls.
+Counts lostByDialogs(int rounds, const fs::path& list, const fs::path& folder) {
+    struct Step {
+        BOOL(WINAPI* call)(OPENFILENAMEW*);
+        fs::path proposed, chosen; // the one chosen before is proposed
+    };
+    const fs::path text = folder / L"Liste.txt", workbook = folder / L"Liste.xls";
+    const std::array steps = {Step{GetOpenFileNameW, workbook, list},
+                              Step{GetSaveFileNameW, list, text},
+                              Step{GetSaveFileNameW, text, workbook}};
+    const auto run = [](const Step& step) {
+        std::jthread user([&step](const std::stop_token& closed) {
             HWND dialog = nullptr;
-            while (!(dialog = ui::findWindow(GetCurrentProcessId(), ui::isFileDialog)))
+            while (!closed.stop_requested() &&
+                   !(dialog = ui::findWindow(GetCurrentProcessId(), ui::isFileDialog)))
                 Sleep(10);
             // A name that comes before the dialog is complete is overwritten.
-            for (; IsWindow(dialog); Sleep(50))
-                ui::enterFileName(dialog, list.wstring());
+            for (; !closed.stop_requested() && IsWindow(dialog); Sleep(50))
+                ui::enterFileName(dialog, step.chosen.wstring());
         });
-        wchar_t name[MAX_PATH] = L"";
-        OPENFILENAMEW data{};
-        data.lStructSize = sizeof data;
-        data.lpstrFile = name;
-        data.nMaxFile = MAX_PATH;
-        data.lpstrFilter = L"*.txt\0*.txt\0";
-        data.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-        GetOpenFileNameW(&data);
-        user.join();
+        Gui::FileDialog dialog = ListFileDialog(step.proposed.wstring());
+        if (step.call == GetSaveFileNameW)
+            dialog.Flags = Gui::OverwritePrompt | Gui::HideReadOnly;
+        Gui::RunFileDialog(
+            dialog, nullptr, [&step](OPENFILENAMEW& data) { return step.call(&data) != FALSE; },
+            [] { return CommDlgExtendedError(); });
+    };
+    fs::create_directories(folder);
+    const HANDLE self = OpenProcess(PROCESS_ALL_ACCESS, FALSE, GetCurrentProcessId());
+    std::vector<double> bytes, handles;
+    double userBefore = 0.0;
+    for (int round = 0; round < rounds; ++round) {
+        std::for_each(steps.begin(), steps.end(), run);
+        showBareDialog(IDD_ROOM);
+        showBareDialog(IDD_REPORT);
         // The first ones load what all of them use.
-        if (i < dialogs / 4)
+        if (round < rounds / 4)
             continue;
         if (bytes.empty())
             userBefore = testing::userObjects(self);
@@ -237,12 +265,11 @@ bool judge(const std::vector<Counts>& all, const Counts& lost) {
                 std::to_string(std::min<std::size_t>(settled, all.size())).c_str(),
                 std::to_string(all.size()).c_str(), "change", "trend", "lost by dialogs");
     for (std::size_t kind = 0; kind < kinds.size(); ++kind) {
-        const double inACycle = lost[kind] * dialogsOfACycle;
-        const Verdict verdict = verdictOn(all, kind, inACycle);
+        const Verdict verdict = verdictOn(all, kind, lost[kind]);
         std::printf("%-20s %14.0f %14.0f %+8.2f%% %+14.1f %15.1f a cycle%s\n", kinds[kind].name,
                     verdict.first, verdict.last,
                     verdict.first > 0 ? (verdict.last / verdict.first - 1) * 100 : 0.0,
-                    verdict.trend, inACycle, verdict.holds ? "" : "  RISES");
+                    verdict.trend, lost[kind], verdict.holds ? "" : "  RISES");
         // A few cycles only show that the way is open.
         good = good && (verdict.holds || all.size() < 2 * settled);
     }
@@ -250,8 +277,9 @@ bool judge(const std::vector<Counts>& all, const Counts& lost) {
 }
 
 bool run(int cycles, const wchar_t* drawing, const wchar_t* list, const wchar_t* table) {
-    const Counts lost = lostByDialogs(cycles < settled ? 1 : 400, list);
-    Soak soak(drawing, list);
+    const fs::path folder = fs::temp_directory_path() / L"Quartino Dauerlauf";
+    const Counts lost = lostByDialogs(cycles < settled ? 1 : 300, list, folder);
+    Soak soak(drawing, list, folder);
     std::ofstream file{fs::path(table)};
     file << "cycle";
     for (const Kind& kind : kinds)
