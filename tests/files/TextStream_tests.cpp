@@ -172,6 +172,12 @@ TEST_F(TextWriterTest, AReadOnlyFileStaysAsItIs) {
 }
 
 #ifndef _WIN32
+TEST_F(TextWriterTest, ALinkIntoAFolderThatIsMissingIsABadName) {
+    const std::wstring link = folder.Path(L"a.txt");
+    std::filesystem::create_symlink(FilePath(folder.Path(L"fehlt") + L"/a.txt"), FilePath(link));
+    EXPECT_EQ(openError(link), RuntimeError::BadFileName);
+}
+
 TEST_F(TextWriterTest, AFullDiskIsNoSuccess) {
     TextWriter writer(L"/dev/full", codec);
     writer.WriteLine(L"a");
