@@ -3,9 +3,7 @@
 namespace kalvrooms {
 
 clsWait::~clsWait() {
-    desktop_.MousePointer(saved_);
-    if (desktop_.MousePointer() == Gui::HourglassPointer)
-        desktop_.MousePointer(Gui::DefaultPointer);
+    desktop_.MousePointer(saved_); // which is no hourglass
 }
 
 void clsWait::BreakWait() {

@@ -96,9 +96,10 @@ Faces revolved(Geometry& geometry, const Instance& solid) {
     return faces;
 }
 
-// Profiles moved along a curve: each stands across the way there, its Y axis as upright as can be.
+// Profiles moved along a curve: each stands across the way there, its X axis as near to the
+// reference as can be; without one its Y axis as upright.
 Faces sweptAlong(Geometry& geometry, const Instance& solid, const Polygon& directrix,
-                 const std::vector<Polygon>& profiles) {
+                 const std::vector<Polygon>& profiles, const Vector& reference = {}) {
     if (directrix.size() < 2)
         solid.Refuse("a directrix with two points at least is expected");
     Faces faces;
@@ -112,7 +113,8 @@ Faces sweptAlong(Geometry& geometry, const Instance& solid, const Polygon& direc
             place.origin = directrix[i];
             place.z = Normalized(behind - before);
             const Vector up = std::abs(place.z.z) < 0.99 ? Vector{0, 0, 1} : Vector{0, 1, 0};
-            place.x = Normalized(Cross(up, place.z));
+            const Vector rest = reference - place.z * Dot(reference, place.z);
+            place.x = Normalized(Length(rest) > 1e-9 ? rest : Cross(up, place.z));
             place.y = Cross(place.z, place.x);
             Polygon next = placed(profile, place);
             if (i == 0)
@@ -128,8 +130,10 @@ Faces sweptAlong(Geometry& geometry, const Instance& solid, const Polygon& direc
 
 Faces sweptCurve(Geometry& geometry, const Instance& solid) {
     const Transform place = ReadAxes(geometry, solid[1]);
+    const bool fixed = solid.Is("IFCFIXEDREFERENCESWEPTAREASOLID");
     Faces faces = sweptAlong(geometry, solid, ReadCurve(geometry, solid.Follow(2)),
-                             ReadProfile(geometry, solid.Follow(0)));
+                             ReadProfile(geometry, solid.Follow(0)),
+                             fixed ? Geometry::Direction(solid.Follow(5)) : Vector{});
     for (Polygon& face : faces)
         face = placed(face, place);
     return faces;

@@ -485,6 +485,17 @@ TEST_F(Reading, WithoutAProjectFolderNoPointFileIsWritten) {
     EXPECT_THAT(context_.host.elements, SizeIs(2));
 }
 
+TEST_F(Reading, AFolderThatNoFileCanLieInCostsNoRoomAndNoOutline) {
+    stand(17, 3, L"a");
+    const Outline before = context_.host.elements[0].outline;
+    context_.host.drawing.project.folder = std::wstring(1, wchar_t{0xD800}); // no Unicode
+    bridge_->ImportFloorsFromKalvero(floors_);
+    EXPECT_THAT(context_.prompts(), IsEmpty());
+    ASSERT_EQ(floors_.GetCountOfRooms(), 1);
+    writeBack();
+    EXPECT_EQ(context_.host.elements[0].outline, before);
+}
+
 TEST_F(Reading, ABrokenConnectionIsReplacedByTheOneThatTheCheckHasMade) {
     stand(17, 3, L"a");
     context_.host.failNumber = 70;

@@ -278,6 +278,80 @@ TEST(BrokenModels, ParametersOfACurveOfSeveralKindsAreRefused) {
               std::string::npos);
 }
 
+TEST(BrokenModels, ShapesThatAreNoneAreRefusedInWords) {
+    const auto curve = [](const std::string& lines) {
+        return Extruded("IFCARBITRARYCLOSEDPROFILEDEF(.AREA.,$,#110);\n") + "#110=" + lines + ";\n";
+    };
+    const auto spline = [&](const std::string& degree, const std::string& knots,
+                            const std::string& weights = "1.,1.,1.") {
+        return curve("IFCRATIONALBSPLINECURVEWITHKNOTS(" + degree +
+                     ",(#111,#111,#111),.UNSPECIFIED.,.F.,.F.," + knots + ",.UNSPECIFIED.,(" +
+                     weights + "));\n#111=IFCCARTESIANPOINT((1.,1.))");
+    };
+    const std::pair<std::string, const char*> refused[] = {
+        {spline("0", "(3,3),(0.,1.)"), "a degree from 1 to 24"},
+        {spline("3", "(3,3),(0.,1.)"), "more points than the degree"},
+        {spline("2", "(3,3),(0.)"), "a knot for each multiplicity"},
+        {spline("2", "(3,2),(0.,1.)"), "the knots do not fit the points"},
+        {spline("2", "(6),(0.)"), "knots that grow"},
+        {spline("2", "(3,3),(0.,1.)", "1.,0.,1."), "a weight greater than 0"},
+        {curve("IFCINDEXEDPOLYCURVE(#111,(IFCLINEINDEX((1,3))),.F.);\n"
+               "#111=IFCCARTESIANPOINTLIST2D(((0.,0.),(4.,0.)))"),
+         "the index of a point"},
+        {curve("IFCCOMPOSITECURVE((#8),.F.)"), "a segment of a composite curve"},
+        {curve("IFCCIRCLE(#8,0.)"), "a radius greater than 0"},
+        {curve("IFCTRIMMEDCURVE(#111,(),(),.T.,.PARAMETER.);\n#111=IFCCIRCLE(#8,1.)"),
+         "a trimming point"},
+        {curve("IFCTRIMMEDCURVE(#111,(#10),(#10),.T.,.CARTESIAN.);\n#111=IFCPOLYLINE((#10))"),
+         "a curve that can be trimmed"},
+        {curve("IFCPOLYLINE((#8))"), "a point is expected"},
+        {curve("IFCPOLYLINE((#111));\n#111=IFCCARTESIANPOINT((1.))"), "coordinates are expected"},
+        {curve("IFCPOLYLINE((#111));\n#111=IFCCARTESIANPOINT((1.,2.,3.,4.))"),
+         "at most three coordinates"},
+        {Extruded("IFCCENTERLINEPROFILEDEF(.AREA.,$,#8,1.);\n"), "a kind of profile that is known"},
+        {"#100=IFCEXTRUDEDAREASOLID(#101,#4,#7,3.);\n#101=IFCCIRCLEPROFILEDEF(.AREA.,$,#8,1.);\n",
+         "axes are expected"},
+        {"#100=IFCEXTRUDEDAREASOLID(#101,#5,#4,3.);\n#101=IFCCIRCLEPROFILEDEF(.AREA.,$,#8,1.);\n",
+         "a direction is expected"},
+        {"#100=IFCMAPPEDITEM(#101,#5);\n#101=IFCREPRESENTATIONMAP(#5,#21);\n",
+         "an operator of a mapped item"},
+        {"#100=IFCSWEPTDISKSOLID(#101,1.,$,$,$);\n#101=IFCPOLYLINE((#4));\n",
+         "a directrix with two points"},
+        {"#100=IFCFACETEDBREP(#101);\n#101=IFCCLOSEDSHELL((#102));\n#102=IFCFACE(());\n",
+         "a face with a bound"},
+        {"#100=IFCTRIANGULATEDFACESET(#101,$,.T.,((1,2,3)),$);\n"
+         "#101=IFCCARTESIANPOINTLIST3D(((0.,0.,0.),(4.,0.,0.)));\n",
+         "the index of a point"},
+    };
+    for (const auto& [lines, words] : refused)
+        EXPECT_NE(troubleWith(lines).find(words), std::string::npos) << lines;
+    EXPECT_NE(troubleWith(Rectangle, "#5").find("a local placement"), std::string::npos);
+}
+
+TEST(BrokenModels, UnitsThatAreNoneAreRefusedInWords) {
+    const std::pair<const char*, const char*> refused[] = {
+        {"IFCSIUNIT(*,.LENGTHUNIT.,.MEGA_.,.METRE.)", "a prefix of a unit"},
+        {"IFCCONVERSIONBASEDUNIT($,.LENGTHUNIT.,'FOOT',#90);\n"
+         "#90=IFCMEASUREWITHUNIT(IFCRATIOMEASURE(1.),#3)",
+         "the unit is made of itself"},
+        {"IFCCONVERSIONBASEDUNIT($,.LENGTHUNIT.,'FOOT',#90);\n"
+         "#90=IFCMEASUREWITHUNIT(IFCRATIOMEASURE(0.),#91);\n"
+         "#91=IFCSIUNIT(*,.LENGTHUNIT.,$,.METRE.)",
+         "a unit is greater than 0"},
+        {"IFCCONTEXTDEPENDENTUNIT($,.LENGTHUNIT.,'ELL')", "a unit with a known size"},
+    };
+    for (const auto& [unit, words] : refused) {
+        ModelText model = with("");
+        model.lengthUnit = unit;
+        try {
+            const Read read(model);
+            ADD_FAILURE() << unit;
+        } catch (const StepError& error) {
+            EXPECT_NE(std::string(error.what()).find(words), std::string::npos) << error.what();
+        }
+    }
+}
+
 TEST(BrokenModels, CrossingsWithoutEndAreRefused) {
     std::string lines;
     std::string points;

@@ -210,6 +210,47 @@ void addCurves(std::vector<Sample>& samples) {
                 ".F.,(3,3),(0.,1.),.UNSPECIFIED.);\n#124=IFCCARTESIANPOINT((2.,6.));\n"),
          8 + 16.0 / 3,
          {0, 0, 4, 4}});
+    // From the middle of the first side to the last corner; as a curve whose sense is mistaken,
+    // too.
+    const std::string corners =
+        "=IFCPOLYLINE((#124,#125,#126,#115));\n" + points(124, {"4.,0.", "4.,4.", "0.,4."});
+    const auto trimmed = [&](const std::string& name, const std::string& curve, double area = 16) {
+        samples.push_back({name, closed(composite + segment + curve), area, {0, 0, 4, 4}});
+    };
+    const std::string byParameters = "#120=IFCTRIMMEDCURVE(#121,(IFCPARAMETERVALUE(0.5)),("
+                                     "IFCPARAMETERVALUE(3.)),.T.,.PARAMETER.);\n";
+    trimmed("polyline trimmed by parameters", byParameters + "#121" + corners);
+    trimmed("composite curve trimmed by parameters",
+            byParameters +
+                "#121=IFCCOMPOSITECURVE((#127),.F.);\n"
+                "#127=IFCCOMPOSITECURVESEGMENT(.CONTINUOUS.,.T.,#128);\n#128" +
+                corners);
+    trimmed("polyline trimmed by points against its way",
+            "#120=IFCTRIMMEDCURVE(#121,(#115,IFCPARAMETERVALUE(1.)),(#118),.F.,.CARTESIAN.);\n"
+            "#121" +
+                corners);
+    trimmed("b-spline trimmed by parameters",
+            "#120=IFCTRIMMEDCURVE(#121,(IFCPARAMETERVALUE(2.)),(IFCPARAMETERVALUE(4.)),.T.,"
+            ".PARAMETER.);\n#121=IFCBSPLINECURVEWITHKNOTS(2,(#118,#124,#115),.UNSPECIFIED.,.F.,"
+            ".F.,(3,3),(2.,4.),.UNSPECIFIED.);\n#124=IFCCARTESIANPOINT((2.,6.));\n",
+            8 + 16.0 / 3);
+    trimmed(
+        "curve on a surface",
+        "#120=IFCSURFACECURVE(#121,(),.CURVE_3D.);\n#121=IFCPOLYLINE((#118,#125,#126,#115));\n" +
+            points(125, {"4.,4.", "0.,4."}));
+    samples.push_back(
+        {"line trimmed by points",
+         closed(composite + segment +
+                "#121=IFCLINE(#118,#122);\n#122=IFCVECTOR(#123,2.);\n#123=IFCDIRECTION((-1.,0.));\n"
+                "#120=IFCTRIMMEDCURVE(#121,(#118),(#115),.T.,.CARTESIAN.);\n"),
+         8,
+         {0, 0, 4, 2}});
+    samples.push_back(
+        {"circle trimmed to itself",
+         closed("IFCTRIMMEDCURVE(#121,(IFCPARAMETERVALUE(1.)),(IFCPARAMETERVALUE(1.)),"
+                ".T.,.PARAMETER.);\n#121=IFCCIRCLE(#8,2.);\n"),
+         4 * pi,
+         {-2, -2, 2, 2}});
     const auto spline = [&](const std::string& name, const std::string& curve,
                             const std::vector<std::string>& between, double area,
                             const char* schema = "IFC4") {
@@ -273,6 +314,25 @@ void addSolids(std::vector<Sample>& samples) {
             "#103=IFCHALFSPACESOLID(#104,.F.);\n#104=IFCPLANE(#105);\n"
             "#105=IFCAXIS2PLACEMENT3D(#106,$,$);\n#106=IFCCARTESIANPOINT((0.,0.,2.));\n",
         20, box, "IFC2X3");
+    const std::string way = "=IFCPOLYLINE((#4,#111));\n#111=IFCCARTESIANPOINT((4.,0.,0.));\n";
+    add("disk along a line", "#100=IFCSWEPTDISKSOLID(#110,1.,$,$,$);\n#110" + way, 8,
+        {0, -1, 4, 1});
+    // Its X axis stands upright.
+    add("profile along a line",
+        "#100=IFCFIXEDREFERENCESWEPTAREASOLID(#101,#5,#110,$,$,#7);\n"
+        "#101=IFCRECTANGLEPROFILEDEF(.AREA.,$,#8,3.,2.);\n#110" +
+            way,
+        8, {0, -1, 4, 1});
+    // Its height lies along X, and no direction is left for its own X but Y.
+    add("axis along the usual direction",
+        "#100=IFCEXTRUDEDAREASOLID(#101,#110,#7,3.);\n#110=IFCAXIS2PLACEMENT3D(#4,#111,$);\n"
+        "#111=IFCDIRECTION((1.,0.,0.));\n" +
+            rectangle,
+        12, {0, -2, 3, 2});
+    add("tapered to another kind of profile",
+        "#100=IFCEXTRUDEDAREASOLIDTAPERED(#101,#5,#7,3.,#102);\n" + rectangle +
+            "#102=IFCCIRCLEPROFILEDEF(.AREA.,$,#8,1.);\n",
+        20, box);
     add("bounding box", "#100=IFCBOUNDINGBOX(#4,4.,5.,3.);\n", 20, {0, 0, 4, 5});
     add("union",
         "#100=IFCBOOLEANRESULT(.UNION.,#102,#103);\n#102=IFCEXTRUDEDAREASOLID(#101,#5,#7,3.);\n" +
