@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "app/Messages.h"
 #include "app/TextNumbers.h"
 #include "app/clsText.h"
 #include "host/clsKalvero.h"
@@ -23,8 +24,7 @@ class NoWindow final : public ExportWindow {
 
 } // namespace
 
-// The program's own texts; in English the messages that can come up here. Names of attributes and
-// titles of columns stay, they are data.
+// The program's own texts. Names of attributes and titles of columns are data and stay German.
 class ConsoleServices::MessageTexts final : public Texts {
   public:
     MessageTexts(HeadlessPlatform& platform, const Speech& say)
@@ -32,18 +32,12 @@ class ConsoleServices::MessageTexts final : public Texts {
 
     std::wstring GetText(std::int32_t number) const override {
         static const std::map<std::int32_t, const wchar_t*> english = {
-            {TextNumber::NoKvdRooms, L" Rooms of KVD files cannot be read."},
-            {TextNumber::NoRooms, L" No rooms have been entered yet."},
-            {TextNumber::TooManyRooms,
-             L" The list has more than 150 rooms. At most 150 rooms can be transferred."},
-            {TextNumber::NameCut, L" Only 32 characters of the designation can be taken over."},
-            {TextNumber::StoryCodeCut,
-             L" Only 32 characters of the storey code can be taken over."},
-            {TextNumber::FunctionCut, L" Only 32 characters of the function can be taken over."},
-            {TextNumber::NoProjectFolder,
-             L"The project folder is not known. The rooms were read without their outlines."}};
+#include "EnglishTexts.inc"
+        };
+        const bool title = number >= TextNumber::Name && number <= TextNumber::AreaType;
         const auto found = english.find(number);
-        return say_.german || found == english.end() ? texts_.GetText(number) : found->second;
+        return say_.german || title || found == english.end() ? texts_.GetText(number)
+                                                              : found->second;
     }
     std::wstring GetTextWithoutDot(std::int32_t number) const override {
         return texts_.GetTextWithoutDot(number);
@@ -64,6 +58,10 @@ std::vector<std::string> ConsoleServices::Messages() const {
     for (const Gui::Message& message : platform_.desktop.Messages())
         messages.push_back(ToUtf8(Trim(message.Prompt)));
     return messages;
+}
+
+std::string ConsoleServices::Description(const RuntimeError& error) const {
+    return ToUtf8(DescriptionText(*texts_, error));
 }
 
 void ReadFromDrawing(DrawingHost& host, const FileServices& files, clsFloors& floors) {

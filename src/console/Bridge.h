@@ -11,6 +11,7 @@
 #include "files/FileServices.h"
 #include "headless/AbsentServers.h"
 #include "headless/HeadlessPlatform.h"
+#include "model/RuntimeError.h"
 #include "model/clsFloors.h"
 
 namespace kalvrooms {
@@ -21,6 +22,7 @@ class ConsoleServices final : private RoomTable {
     explicit ConsoleServices(const Speech& say);
     const FileServices& Files() const { return files_; }
     std::vector<std::string> Messages() const; // UTF-8
+    std::string Description(const RuntimeError& error) const;
 
   private:
     class MessageTexts;

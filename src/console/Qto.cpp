@@ -135,7 +135,7 @@ class Qto {
                          << say_("qto --help zeigt, was geht", "qto --help says what there is")
                          << '\n';
         } catch (const RuntimeError& error) {
-            console_.err << "qto: " << ToUtf8(error.description()) << '\n';
+            console_.err << "qto: " << ConsoleServices(say_).Description(error) << '\n';
         } catch (const std::exception& error) {
             console_.err << "qto: " << error.what() << '\n';
         }

@@ -471,6 +471,13 @@ TEST_F(Qto, SpeaksBothLanguages) {
     ASSERT_EQ(run({"--lang", "EN", "--help"}), 0);
     EXPECT_THAT(out, HasSubstr("checks a list"));
     EXPECT_EQ(run({"--nonsense"}), 2);
+    // What the bridge says in between comes from the program's own texts.
+    list({std::string(33, 'B') + "\tBüro\t12\tEG"});
+    EXPECT_EQ(run({"write", file("list.txt"), drawing({}), file("out.json"), "--lang", "en"}), 0);
+    EXPECT_THAT(err, HasSubstr("Only 32 characters of the room designation"));
+    list({"101\tBüro\t-12\tEG"});
+    EXPECT_EQ(run({"write", file("list.txt"), drawing({}), file("out.json"), "--lang", "en"}), 2);
+    EXPECT_THAT(err, HasSubstr("qto: Invalid call or argument"));
 }
 
 TEST_F(Qto, ManualAndCompletionNameEveryCommand) {
