@@ -315,6 +315,13 @@ TEST_F(Qto, FormatIsAboutTheStandardStreamOrTheWrittenFileOrANamedOne) {
     EXPECT_THAT(bytes("odd.dat"), HasSubstr(",Verwaltung,"));
     ASSERT_EQ(run({"convert", file("odd.dat"), "-", "--format", "list=csv"}), 0) << err;
     EXPECT_EQ(out, text);
+    ASSERT_EQ(run({"list", "-", "--format", "drawing", "--csv"},
+                  drawingText({element(9, L"Halle", L"EG", 1)})),
+              0)
+        << err;
+    EXPECT_THAT(out, HasSubstr("Halle"));
+    ASSERT_EQ(run({"list", "-", "--format", "json", "--csv"}, R"([{"name":"Halle"}])"), 0) << err;
+    EXPECT_THAT(out, HasSubstr("Halle"));
     ASSERT_EQ(
         run({"write", "-", drawing({}), "-", "--format", "OUT=json", "--format", "text"}, text), 0)
         << err;
@@ -465,11 +472,63 @@ TEST_F(Qto, SaysWhichFileAndLineItCannotRead) {
     EXPECT_THAT(err, HasSubstr("bad.ifc:5: #7: a text without an end"));
 }
 
+TEST_F(Qto, WhatIsNoListIsRefusedInWords) {
+    const auto said = [this](const std::string& name, const std::string& bytes) {
+        write(name, bytes);
+        EXPECT_EQ(run({"convert", file(name), file("out.txt")}), 2) << name;
+        return err;
+    };
+    EXPECT_THAT(said("a.json", "[{},\n{,"), HasSubstr("a.json:2: kein gültiges JSON: "));
+    EXPECT_THAT(said("b.json", R"({"rooms":1})"), HasSubstr("eine Liste von Räumen wird erwartet"));
+    EXPECT_THAT(said("c.json", "[{},1]"), HasSubstr("c.json:2: der Raum ist kein Objekt"));
+    EXPECT_THAT(said("d.csv", "a,\"b\n"), HasSubstr("d.csv:1: das Anführungszeichen"));
+    EXPECT_THAT(said("e.json", R"([{"name":"a\tb"}])"), HasSubstr("Tabulator"));
+    EXPECT_EQ(run({"check", drawing({})}), 2);
+    EXPECT_THAT(err, HasSubstr("eine Raumliste wird erwartet"));
+    EXPECT_EQ(run({"read", list({office}), file("out.txt")}), 2);
+    EXPECT_THAT(err, HasSubstr("eine Zeichnung wird erwartet"));
+}
+
+TEST_F(Qto, WhatCannotBeWrittenIsNoSuccess) {
+    EXPECT_EQ(run({"convert", list({office}), file("no/folder.csv")}), 2);
+    EXPECT_THAT(err, HasSubstr("die Datei ist nicht schreibbar"));
+    std::istringstream in;
+    std::ostringstream full;
+    std::ostringstream errStream;
+    full.setstate(std::ios::badbit);
+    EXPECT_EQ(
+        RunQto({"list", file("list.txt")}, {in, full, errStream, true, NumberLocale::German()}), 2);
+    EXPECT_THAT(errStream.str(), HasSubstr("die Standardausgabe ist nicht schreibbar"));
+}
+
+TEST_F(Qto, AMarkOfUnicodeInFrontOfAListBelongsToNoTitle) {
+    ASSERT_EQ(run({"convert", list({office}), file("a.csv")}), 0) << err;
+    const std::string plain = bytes("a.csv");
+    write("b.csv", "\xEF\xBB\xBF" + plain);
+    ASSERT_EQ(run({"convert", file("b.csv"), file("c.csv")}), 0) << err;
+    EXPECT_EQ(bytes("c.csv"), plain);
+}
+
+TEST_F(Qto, ChecksNumbersAndHowManyRoomsThereAre) {
+    std::vector<std::string> lines(149, office);
+    lines.emplace_back("A \t  \t -1 \t EG \t  \t  \t  \t   \t 0 \t 0 \t ");
+    lines.emplace_back("B \t  \t 6 \t EG \t  \t  \t  \t   \t 3 \t zwei \t ");
+    EXPECT_EQ(run({"check", list(lines), "--json"}), 1);
+    std::vector<std::string> found;
+    for (const auto& row : json())
+        if (row.at("line") > 150)
+            found.push_back(row.at("text"));
+    EXPECT_THAT(found, ElementsAre("die Fläche ist negativ", "eine Seite ist keine Zahl",
+                                   "mehr als 150 Räume gehen nicht auf einmal in die Zeichnung"));
+}
+
 TEST_F(Qto, SpeaksBothLanguages) {
     ASSERT_EQ(run({"--help"}), 0);
     EXPECT_THAT(out, HasSubstr("prüft eine Liste"));
     ASSERT_EQ(run({"--lang", "EN", "--help"}), 0);
     EXPECT_THAT(out, HasSubstr("checks a list"));
+    ASSERT_EQ(run({"--lang=en"}), 0);
+    EXPECT_THAT(out, HasSubstr("checks a list")) << "without a command";
     EXPECT_EQ(run({"--nonsense"}), 2);
     // What the bridge says in between comes from the program's own texts.
     list({std::string(33, 'B') + "\tBüro\t12\tEG"});
