@@ -311,6 +311,7 @@ TEST_P(PointWorkbook, WithoutTheApplicationIsNotRead) {
     context.Spreadsheets.Installed = false;
     EXPECT_FALSE(read());
     EXPECT_FALSE(points.IsSet());
+    EXPECT_EQ(context.Headless.desktop.PointerHistory().front(), Gui::HourglassPointer);
     EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
     EXPECT_TRUE(context.Headless.desktop.Messages().empty());
 }

@@ -451,11 +451,12 @@ TEST_F(Writing, AnOutlineIsSetOnlyWhenThePointFileSaysSomethingElse) {
     EXPECT_EQ(context_.host.elements[0].outline[2], (Point{1, 3}));
 }
 
-TEST_F(Writing, APointMoreOrLessIsAnotherOutline) {
+TEST_F(Writing, APointMoreOrLessOrElsewhereIsAnotherOutline) {
     const Outline square{{0, 0}, {2, 0}, {2, 2}, {0, 2}};
     stand(17, L"K3", square);
     for (const Outline& other :
-         {Outline{{0, 0}, {2, 0}, {2, 2}}, Outline{{0, 0}, {2, 0}, {2, 2}, {0, 2}, {-1, 1}}}) {
+         {Outline{{0, 0}, {2, 0}, {2, 2}}, Outline{{0, 0}, {2, 0}, {2, 2}, {0, 2}, {-1, 1}},
+          Outline{{1, 1}, {2, 0}, {2, 2}, {0, 2}, {-1, 1}}}) {
         floors_ = clsFloors();
         add(L"neu", CalculationByFile, pointFile("p.txt", other), 12, L"EG", L"17-K3");
         write();

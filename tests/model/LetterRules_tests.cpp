@@ -45,7 +45,8 @@ TEST(HandedInLetterRules, AreAskedUntilThePlainOnesAreBack) {
                        [](const std::wstring&) { return std::string("key"); }});
     EXPECT_EQ(FoldedCase(L"a"), L"a!");
     EXPECT_EQ(SortKey(L"a"), "key");
-    HandInLetterRules({});
+    // One alone does not do.
+    HandInLetterRules({[](const std::wstring& text) { return text; }, {}});
     EXPECT_EQ(FoldedCase(L"a"), L"A");
     EXPECT_EQ(SortKey(L"a"), "A");
 }

@@ -231,7 +231,7 @@ TEST(ToDouble, AMarkOfSeveralCharactersRoundTrips) {
 }
 
 TEST(ToDouble, ReadsHexadecimalAndOctalPatternsOf32Bits) {
-    expectNumbers(german, {{L"&H10", 16.0}, {L"&hff", 255.0}, {L" &H00FF ", 255.0}});
+    expectNumbers(german, {{L"&H10", 16.0}, {L"&haf", 175.0}, {L" &H00FF ", 255.0}});
     expectNumbers(german, {{L"&O17", 15.0}, {L"&o7", 7.0}, {L"&HFFFF", 65535.0}});
     expectNumbers(german, {{L"&H7FFFFFFF", 2147483647.0}, {L"&H80000000", -2147483648.0}});
     expectNumbers(german, {{L"&HFFFFFFFF", -1.0}, {L"-&HFF", -255.0}, {L"(&HFF)", -255.0}});
