@@ -24,7 +24,8 @@ constexpr bool isWordLetter(char c) {
 
 constexpr std::uint32_t hashStart = 2166136261u;
 constexpr std::uint32_t hashed(std::uint32_t hash, char c) {
-    return (hash ^ static_cast<unsigned char>(capital(c))) * 16777619u;
+    const std::uint64_t mixed = hash ^ static_cast<unsigned char>(capital(c));
+    return static_cast<std::uint32_t>(mixed * 16777619u);
 }
 // 0 is a complex instance.
 constexpr std::uint8_t kindOf(std::uint32_t hash) {

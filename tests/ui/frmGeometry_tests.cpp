@@ -266,7 +266,7 @@ TEST_F(frmGeometryTest, StoresASideAsDisplayed) {
     for (const auto& [option, field, type] :
          {std::tuple{L"optXDirection", L"txtDx", CalculationByDx},
           std::tuple{L"optYDirection", L"txtDy", CalculationByDy}}) {
-        show([&](HeadlessForm& form) {
+        show([option = option, field = field](HeadlessForm& form) {
             form.Click(option);
             form.Type(field, L"5.5");
             form.Click(L"cmdOk");
