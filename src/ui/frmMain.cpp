@@ -22,7 +22,7 @@ namespace {
 constexpr std::uint32_t helpContext = 20;
 
 // The room table. The geometry and the identifier are kept in hidden columns.
-constexpr int columnCount = 11;
+constexpr int tableColumns = 11;
 constexpr int storyColumn = 3;
 constexpr int visibleColumns = 7;
 constexpr int geometryColumn = 7;
@@ -143,7 +143,7 @@ void frmMain::load() {
     kalvero_ = std::make_unique<clsKalvero>(host_, files(), *this);
     form_->Text(GetText(TextNumber::Title));
     buildMenus();
-    grdRooms_->Cells().Resize(leastRows, columnCount);
+    grdRooms_->Cells().Resize(leastRows, tableColumns);
     grdRooms_->Cells().Clear();
     initTable();
     placement_ = Placement();
@@ -614,7 +614,7 @@ void frmMain::showRoomLimitWarning() {
 
 void frmMain::initTable() {
     Gui::GridCells& cells = grdRooms_->Cells();
-    cells.Resize(cells.Rows(), columnCount);
+    cells.Resize(cells.Rows(), tableColumns);
     grdRooms_->Row(0);
     for (int column = 0; column < visibleColumns; ++column)
         cells.CellAlignment(0, column, Gui::Alignment::Centre);
@@ -649,7 +649,7 @@ void frmMain::UpdateTable(bool warn) {
     const RedrawingOff redrawing(*grdRooms_);
     cells.Clear();
     roomCount_ = floors_->GetCountOfRooms();
-    cells.Resize(roomCount_ >= leastRows ? roomCount_ + 1 : leastRows, columnCount);
+    cells.Resize(roomCount_ >= leastRows ? roomCount_ + 1 : leastRows, tableColumns);
     if (roomCount_ > clsKalvero::MostRooms && warn)
         showRoomLimitWarning();
     initTable();
@@ -727,7 +727,7 @@ void frmMain::onResize() {
     grdRooms_->Bars(width >= smallestTable ? Gui::ScrollBars::Vertical : Gui::ScrollBars::Both);
     for (int column = 0; column < visibleColumns; ++column)
         grdRooms_->ColWidth(column, columnWidths[column] + share);
-    for (int column = visibleColumns; column < columnCount; ++column)
+    for (int column = visibleColumns; column < tableColumns; ++column)
         grdRooms_->ColWidth(column, 0);
 }
 
