@@ -54,7 +54,6 @@ class frmMain final : public Texts,
 
   private:
     // Values of the file kind, which are the filter indices of the file dialogs.
-    static constexpr int textFileKind = 1;
     static constexpr int spreadsheetFileKind = 2;
 
     FileServices files();

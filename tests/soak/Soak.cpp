@@ -254,7 +254,9 @@ Verdict verdictOn(const std::vector<Counts>& all, std::size_t kind, double lostI
         values.erase(values.begin(), values.end() - static_cast<std::ptrdiff_t>(tail));
     verdict.trend = slope(values) * static_cast<double>(values.size() - 1);
     const double limit = allowed * verdict.first;
-    verdict.holds = verdict.last - verdict.first <= limit && verdict.trend <= limit / 2;
+    // Downwards as well: what would be taken off too much must not hide what rises.
+    verdict.holds =
+        std::abs(verdict.last - verdict.first) <= limit && std::abs(verdict.trend) <= limit / 2;
     return verdict;
 }
 
@@ -269,7 +271,7 @@ bool judge(const std::vector<Counts>& all, const Counts& lost) {
         std::printf("%-20s %14.0f %14.0f %+8.2f%% %+14.1f %15.1f a cycle%s\n", kinds[kind].name,
                     verdict.first, verdict.last,
                     verdict.first > 0 ? (verdict.last / verdict.first - 1) * 100 : 0.0,
-                    verdict.trend, lost[kind], verdict.holds ? "" : "  RISES");
+                    verdict.trend, lost[kind], verdict.holds ? "" : "  MOVES");
         // A few cycles only show that the way is open.
         good = good && (verdict.holds || all.size() < 2 * settled);
     }
