@@ -1,4 +1,5 @@
 #include "practice/driver/UiDriver.h"
+#include "win32/Handles.h"
 
 #include <cstdint>
 #include <cstring>
@@ -31,12 +32,13 @@ Picture::Picture(const RECT& place)
       height_(static_cast<int>(place.bottom - place.top)) {
     BITMAPINFO info{};
     info.bmiHeader = header(width_, height_);
-    const HDC screen = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(screen);
+    const WindowContext screen(nullptr);
+    const MemoryContext memory(CreateCompatibleDC(screen));
     void* bits = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ old = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width_, height_, screen, static_cast<int>(place.left),
+    const GdiObject<HBITMAP> bitmap(
+        CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    const Selected selected(memory.get(), bitmap.get());
+    BitBlt(memory.get(), 0, 0, width_, height_, screen, static_cast<int>(place.left),
            static_cast<int>(place.top), SRCCOPY);
     GdiFlush();
     pixels_.assign(static_cast<const char*>(bits),
@@ -44,10 +46,6 @@ Picture::Picture(const RECT& place)
     // What the screen leaves in the fourth byte is no transparency.
     for (std::size_t at = 3; at < pixels_.size(); at += 4)
         pixels_[at] = '\xFF';
-    SelectObject(memory, old);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
 }
 
 Picture Picture::ofScreen() {

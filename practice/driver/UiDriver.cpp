@@ -50,23 +50,33 @@ void sendWithData(HWND window, UINT message, WPARAM word, Data& data) {
 
 std::function<void()> beforeWaitFails;
 
-void waitFor(const std::string& state, const std::function<bool()>& holds, DWORD limit) {
+bool serveMessage() {
+    MSG message;
+    if (!PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        return false;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+    return true;
+}
+
+bool comesAbout(const std::function<bool()>& holds, DWORD limit,
+                const std::function<bool()>& serve) {
     const ULONGLONG end = GetTickCount64() + limit;
-    for (;;) {
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&message);
-            DispatchMessageW(&message);
-        }
-        if (holds())
-            return;
-        if (GetTickCount64() >= end) {
-            if (beforeWaitFails)
-                beforeWaitFails();
-            throw WaitFailed("waited in vain for: " + state);
-        }
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+    while (!holds()) {
+        if (GetTickCount64() >= end)
+            return false;
+        if (!serve())
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
     }
+    return true;
+}
+
+void waitFor(const std::string& state, const std::function<bool()>& holds, DWORD limit) {
+    if (comesAbout(holds, limit))
+        return;
+    if (beforeWaitFails)
+        beforeWaitFails();
+    throw WaitFailed("waited in vain for: " + state);
 }
 
 std::filesystem::path binFolder() {
@@ -75,19 +85,14 @@ std::filesystem::path binFolder() {
     return std::filesystem::path(path).parent_path();
 }
 
-PROCESS_INFORMATION startProgram(const std::wstring& commandLine, const std::wstring& folder) {
+Process::Process(const std::wstring& commandLine, const std::wstring& folder) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     std::wstring command = commandLine;
-    PROCESS_INFORMATION started{};
     if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        folder.empty() ? nullptr : folder.c_str(), &startup, &started))
+                        folder.empty() ? nullptr : folder.c_str(), &startup, &information_))
         throw WaitFailed("a program could not be started: error " + std::to_string(GetLastError()));
-    return started;
 }
-
-Process::Process(const std::wstring& commandLine, const std::wstring& folder)
-    : information_(startProgram(commandLine, folder)) {}
 
 Process::~Process() {
     if (running()) {

@@ -25,16 +25,12 @@ struct WaitFailed : std::exception {
 enum MenuCommand : int {
     MenuNew = 0x2001,
     MenuOpen,
-    MenuSave,
-    MenuSaveAs,
+    MenuSaveAs = 0x2004,
     MenuImport,
     MenuExport,
-    MenuEnd,
     MenuAddRoom = 0x2009,
     MenuModifyRoom,
     MenuDeleteRoom,
-    MenuSortAscending,
-    MenuSortDescending,
     MenuPlace = 0x200F,
 };
 
@@ -43,7 +39,12 @@ inline constexpr DWORD usualLimit = 60000; // milliseconds
 // Called before a wait gives up, while the windows still stand; nothing unless somebody sets it.
 extern std::function<void()> beforeWaitFails;
 
-// Serves this thread's messages until the state holds. Error: WaitFailed.
+// Handles one message of this thread's queue; false when there is none.
+bool serveMessage();
+// Serves messages until the state holds; false when it does not within the limit.
+bool comesAbout(const std::function<bool()>& holds, DWORD limit = usualLimit,
+                const std::function<bool()>& serve = serveMessage);
+// The same. Error: WaitFailed.
 void waitFor(const std::string& state, const std::function<bool()>& holds,
              DWORD limit = usualLimit);
 
@@ -52,12 +53,9 @@ void waitFor(const std::string& state, const std::function<bool()>& holds,
 // The folder of this program, which holds the others of the build.
 std::filesystem::path binFolder();
 
-// Starts a program; both handles are the caller's. Error: WaitFailed with the system's error.
-PROCESS_INFORMATION startProgram(const std::wstring& commandLine, const std::wstring& folder = {});
-
 class Process {
   public:
-    // Starts a program. Error: WaitFailed when it cannot be started.
+    // Starts a program. Error: WaitFailed with the system's error.
     explicit Process(const std::wstring& commandLine, const std::wstring& folder = {});
     ~Process(); // ends the process if it still runs
     Process(const Process&) = delete;

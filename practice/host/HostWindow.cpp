@@ -3,7 +3,7 @@
 #include "drawing/Text.h"
 #include "ifc/TroubleText.h"
 #include "practice/host/Commands.h"
-#include "practice/host/Gdi.h"
+#include "win32/Handles.h"
 
 #include <commdlg.h>
 #include <windowsx.h>
@@ -42,6 +42,29 @@ Point PointOf(LPARAM position) {
     return {static_cast<double>(GET_X_LPARAM(position)),
             static_cast<double>(GET_Y_LPARAM(position))};
 }
+
+// Copied to its target at the end: the window never shows half a picture.
+class DoubleBuffer {
+  public:
+    DoubleBuffer(HDC target, const RECT& area)
+        : target_(target), area_(area), memory_(CreateCompatibleDC(target)),
+          bitmap_(CreateCompatibleBitmap(target, area.right - area.left, area.bottom - area.top)),
+          selected_(memory_.get(), bitmap_.get()) {}
+    DoubleBuffer(const DoubleBuffer&) = delete;
+    DoubleBuffer& operator=(const DoubleBuffer&) = delete;
+    ~DoubleBuffer() {
+        BitBlt(target_, area_.left, area_.top, area_.right - area_.left, area_.bottom - area_.top,
+               memory_.get(), 0, 0, SRCCOPY);
+    }
+    HDC context() const { return memory_.get(); }
+
+  private:
+    HDC target_;
+    RECT area_;
+    MemoryContext memory_;
+    GdiObject<HBITMAP> bitmap_;
+    Selected selected_;
+};
 
 } // namespace
 
@@ -343,9 +366,9 @@ void HostWindow::Paint() {
         const DoubleBuffer buffer(dc, client);
         const RECT status = painter_->StatusArea(client);
         if (paint.rcPaint.top >= status.top)
-            painter_->PaintStatus(buffer.dc(), status, content);
+            painter_->PaintStatus(buffer.context(), status, content);
         else
-            painter_->Paint(buffer.dc(), client, content);
+            painter_->Paint(buffer.context(), client, content);
     }
     EndPaint(window_, &paint);
 }

@@ -1,7 +1,7 @@
 #include "practice/host/Painter.h"
 
 #include "drawing/Text.h"
-#include "practice/host/Gdi.h"
+#include "win32/Handles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -43,13 +43,23 @@ const wchar_t* FaceName() {
         wanted.lfCharSet = DEFAULT_CHARSET;
         lstrcpyW(wanted.lfFaceName, L"Segoe UI");
         bool found = false;
-        HDC screen = GetDC(nullptr);
-        EnumFontFamiliesExW(screen, &wanted, &NoteFont, reinterpret_cast<LPARAM>(&found), 0);
-        ReleaseDC(nullptr, screen);
+        EnumFontFamiliesExW(WindowContext(nullptr), &wanted, &NoteFont,
+                            reinterpret_cast<LPARAM>(&found), 0);
         return found;
     }();
     return segoe ? L"Segoe UI" : L"Arial";
 }
+
+// A line's colour and width while it lives.
+class Pen {
+  public:
+    Pen(HDC dc, int width, COLORREF colour)
+        : pen_(CreatePen(PS_SOLID, width, colour)), selected_(dc, pen_.get()) {}
+
+  private:
+    GdiObject<HPEN> pen_;
+    Selected selected_;
+};
 
 void Fill(HDC dc, const RECT& area, COLORREF colour) {
     SetDCBrushColor(dc, colour);
@@ -116,10 +126,11 @@ LabelRules Painter::Labels() const {
 
 void Painter::Text(HDC dc, const std::wstring& text, RECT area, int size, bool bold,
                    COLORREF colour, UINT format) {
-    const Selected font(dc,
-                        CreateFontW(-size, 0, 0, 0, bold ? FW_SEMIBOLD : FW_NORMAL, FALSE, FALSE,
-                                    FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                                    CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS, FaceName()));
+    const GdiObject<HFONT> font(CreateFontW(-size, 0, 0, 0, bold ? FW_SEMIBOLD : FW_NORMAL, FALSE,
+                                            FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                                            CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
+                                            DEFAULT_PITCH | FF_SWISS, FaceName()));
+    const Selected selected(dc, font.get());
     SetTextColor(dc, colour);
     SetBkMode(dc, TRANSPARENT);
     DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area,
@@ -143,7 +154,7 @@ void Painter::PaintRooms(HDC dc, const RECT& area, const WindowContent& content)
         if (!shown(room))
             continue;
         SetDCBrushColor(dc, static_cast<COLORREF>(content.scene->storeys[room.storey].tint));
-        const Selected pen(dc, CreatePen(PS_SOLID, Scaled(1), static_cast<COLORREF>(room.colour)));
+        const Pen pen(dc, Scaled(1), static_cast<COLORREF>(room.colour));
         Shape(dc, room.outline);
     }
     // On top of all rooms, so that a room on another storey hides no name.
@@ -151,7 +162,7 @@ void Painter::PaintRooms(HDC dc, const RECT& area, const WindowContent& content)
         if (shown(room))
             PaintLabel(dc, room);
 
-    const Selected pen(dc, CreatePen(PS_SOLID, Scaled(2), Ghost));
+    const Pen pen(dc, Scaled(2), Ghost);
     SelectObject(dc, GetStockObject(NULL_BRUSH));
     for (const Outline& outline : content.ghosts)
         Shape(dc, outline);
@@ -187,7 +198,7 @@ void Painter::PaintScale(HDC dc, const RECT& area, const Scene& scene) {
     const LONG left = area.left + Scaled(16);
     const LONG right = left + Pixel(length * scene.view.scale);
     const LONG y = area.bottom - Scaled(12);
-    const Selected pen(dc, CreatePen(PS_SOLID, Scaled(1), PaleInk));
+    const Pen pen(dc, Scaled(1), PaleInk);
     for (const auto& [x, top] : {std::pair{left, y - Scaled(4)}, std::pair{right, y - Scaled(4)}}) {
         MoveToEx(dc, x, top, nullptr);
         LineTo(dc, x, y + 1);

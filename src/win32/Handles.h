@@ -19,6 +19,9 @@ using Module = std::unique_ptr<void, HandleDeleter<HMODULE, FreeLibrary>>;
 template <typename Handle>
 using GdiObject = std::unique_ptr<void, HandleDeleter<Handle, DeleteObject>>;
 
+// A surface in memory.
+using MemoryContext = std::unique_ptr<void, HandleDeleter<HDC, DeleteDC>>;
+
 // Selects an object while it lives.
 class Selected {
   public:

@@ -6,10 +6,8 @@
 
 #include <tlhelp32.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -23,12 +21,7 @@ namespace kalvrooms::testing {
 namespace sheets = practice::spreadsheet;
 
 inline constexpr DWORD processLimit = 20000;
-
-inline std::filesystem::path spreadsheetProgram() {
-    wchar_t path[MAX_PATH] = L"";
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::filesystem::path(path).parent_path() / L"PracticeSpreadsheet.exe";
-}
+inline constexpr const wchar_t* spreadsheetProgram = L"PracticeSpreadsheet.exe";
 
 // Of all instances that there are.
 inline std::vector<DWORD> spreadsheetProcesses() {
@@ -38,25 +31,14 @@ inline std::vector<DWORD> spreadsheetProcesses() {
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32FirstW(snapshot, &entry); more;
          more = Process32NextW(snapshot, &entry))
-        if (_wcsicmp(entry.szExeFile, spreadsheetProgram().filename().c_str()) == 0)
+        if (_wcsicmp(entry.szExeFile, spreadsheetProgram) == 0)
             found.push_back(entry.th32ProcessID);
     CloseHandle(snapshot);
     return found;
 }
 
-template <class Condition>
-bool waitUntil(Condition condition, DWORD milliseconds) {
-    const ULONGLONG end = GetTickCount64() + milliseconds;
-    while (!condition()) {
-        if (GetTickCount64() > end)
-            return false;
-        Sleep(10);
-    }
-    return true;
-}
-
 inline bool spreadsheetProcessesEnd(DWORD milliseconds = processLimit) {
-    return waitUntil([] { return spreadsheetProcesses().empty(); }, milliseconds);
+    return driver::comesAbout([] { return spreadsheetProcesses().empty(); }, milliseconds);
 }
 
 // Of the instance with that process, once it is up.
@@ -85,24 +67,8 @@ inline void endSpreadsheetProcesses() {
     }
 }
 
-inline PROCESS_INFORMATION startSpreadsheetProgram(const std::wstring& arguments) {
-    const PROCESS_INFORMATION started =
-        driver::startProgram(L"\"" + spreadsheetProgram().wstring() + L"\" " + arguments);
-    CloseHandle(started.hThread);
-    return started;
-}
-
-inline DWORD runSpreadsheetProgram(const std::wstring& arguments) {
-    const HANDLE process = startSpreadsheetProgram(arguments).hProcess;
-    WaitForSingleObject(process, processLimit);
-    DWORD code = 0;
-    GetExitCodeProcess(process, &code);
-    CloseHandle(process);
-    return code;
-}
-
 inline void registerSpreadsheets(bool there) {
-    if (runSpreadsheetProgram(there ? L"--register" : L"--unregister") != 0)
+    if (driver::runToItsEnd(spreadsheetProgram, there ? L"--register" : L"--unregister") != 0)
         throw std::runtime_error("the practice spreadsheet application cannot be registered");
 }
 
@@ -127,12 +93,11 @@ class StartedSpreadsheet {
 
     // It has read what it was told, has opened and offered everything, and serves its window.
     void waitUntilReady() const {
-        WaitForInputIdle(started_.hProcess, processLimit);
-        if (!waitUntil([this] { return control() != nullptr; }, processLimit))
-            throw std::runtime_error("the practice spreadsheet application does not come up");
+        WaitForInputIdle(started_.handle(), processLimit);
+        driver::waitFor("the practice spreadsheet application", [this] { return control(); });
     }
     bool ended(DWORD milliseconds = processLimit) const {
-        return WaitForSingleObject(started_.hProcess, milliseconds) == WAIT_OBJECT_0;
+        return WaitForSingleObject(started_.handle(), milliseconds) == WAIT_OBJECT_0;
     }
 
     void tell(UINT message, WPARAM what = 0) const { PostMessageW(control(), message, what, 0); }
@@ -145,12 +110,13 @@ class StartedSpreadsheet {
 
   protected:
     explicit StartedSpreadsheet(const std::wstring& arguments)
-        : started_(startSpreadsheetProgram(arguments)) {}
-    HWND control() const { return spreadsheetControl(started_.dwProcessId); }
-    void terminate() const { TerminateProcess(started_.hProcess, 99); }
+        : started_(*new driver::Process(
+              L"\"" + (driver::binFolder() / spreadsheetProgram).wstring() + L"\" " + arguments)) {}
+    HWND control() const { return spreadsheetControl(started_.id()); }
+    void terminate() const { TerminateProcess(started_.handle(), 99); }
 
   private:
-    PROCESS_INFORMATION started_;
+    const driver::Process& started_;
 };
 
 // One that is started ahead of the client that will ask for one: the system hands out the one that

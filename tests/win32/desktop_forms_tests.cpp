@@ -60,7 +60,7 @@ Room roomOf(const ControlEntry& entry, const Win32Control& control) {
     RECT client{};
     GetClientRect(window, &client);
     const WindowContext context(window);
-    SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(window, WM_GETFONT, 0, 0)));
+    const Selected font(context, reinterpret_cast<HGDIOBJ>(SendMessageW(window, WM_GETFONT, 0, 0)));
     const std::wstring text = control.Text();
     RECT extent{};
     DrawTextW(context, text.c_str(), -1, &extent, DT_CALCRECT | DT_SINGLELINE);

@@ -6,7 +6,6 @@ namespace kalvrooms::Gui {
 namespace {
 
 constexpr UINT tickMilliseconds = 10;
-constexpr ULONGLONG patience = 60000;
 Journey* travelling = nullptr;
 
 } // namespace
@@ -49,7 +48,7 @@ void Journey::look() {
         return;
     }
     looking_ = false;
-    if (GetTickCount64() - waitingSince_ > patience) {
+    if (GetTickCount64() - waitingSince_ > driver::usualLimit) {
         // A window that nobody answers would hold the whole test run.
         std::fprintf(stderr, "never reached: %s\n", steps_.front().name.c_str());
         std::fflush(stderr);
@@ -62,15 +61,10 @@ void Journey::Run(Win32Desktop& desktop) {
 }
 
 bool PumpUntil(Win32Desktop& desktop, const std::function<bool()>& state) {
-    const UINT_PTR timer = SetTimer(nullptr, 0, tickMilliseconds, nullptr);
-    const ULONGLONG since = GetTickCount64();
-    bool reached = state();
-    while (!reached && GetTickCount64() - since < patience) {
-        desktop.PumpMessage();
-        reached = state();
-    }
-    KillTimer(nullptr, timer);
-    return reached;
+    return driver::comesAbout(state, driver::usualLimit, [&desktop] {
+        MSG waiting;
+        return PeekMessageW(&waiting, nullptr, 0, 0, PM_NOREMOVE) && desktop.PumpMessage();
+    });
 }
 
 // --- Keys and mouse -------------------------------------------------------------------------

@@ -193,7 +193,7 @@ TEST_F(Workbooks, WritingLeavesARunningApplicationAlone) {
     write(L"list.xls", programme(9));
     write(L"open.xls", programme(9));
     EXPECT_FALSE(running.ended(0));
-    EXPECT_TRUE(waitUntil([] { return spreadsheetProcesses().size() == 1; }, processLimit));
+    EXPECT_TRUE(driver::comesAbout([] { return spreadsheetProcesses().size() == 1; }));
     EXPECT_EQ(bytes(L"open.xls"), before);
     running.tell(sheets::LeaveMessage);
     EXPECT_TRUE(running.ended());
@@ -251,12 +251,12 @@ TEST_F(BusySpreadsheets, ADialogOfTheRunningApplicationIsWaitedForOnceThenAnothe
     workbook.sheets[0]->Set(2, 1, {L"a"});
     store(L"list.xls", workbook);
     running.tell(sheets::DialogMessage);
-    ASSERT_TRUE(waitUntil([&] { return running.hasDialog(); }, processLimit));
+    ASSERT_TRUE(driver::comesAbout([&] { return running.hasDialog(); }));
     clsFloors floors;
     read(L"list.xls", floors);
     EXPECT_EQ(floors.GetCountOfRooms(), 1);
     EXPECT_TRUE(running.hasDialog());
-    EXPECT_TRUE(waitUntil([] { return spreadsheetProcesses().size() == 1; }, processLimit));
+    EXPECT_TRUE(driver::comesAbout([] { return spreadsheetProcesses().size() == 1; }));
     EXPECT_EQ(context.headless.desktop.MousePointer(), Gui::DefaultPointer);
     running.tell(sheets::LeaveMessage);
     ASSERT_TRUE(running.ended());
@@ -308,8 +308,7 @@ TEST_F(PatientSpreadsheets, ADialogThatIsAnsweredInTimeDoesNoHarm) {
     const OfferedSpreadsheet instance;
     instance.waitUntilReady();
     std::thread user([&] {
-        EXPECT_TRUE(
-            waitUntil([&] { return instance.ask(sheets::AskCallsMessage) > 0; }, processLimit));
+        EXPECT_TRUE(driver::comesAbout([&] { return instance.ask(sheets::AskCallsMessage) > 0; }));
         instance.tell(sheets::AnswerMessage, 2);
     });
     clsFileSytem(context).WriteListToFile(name(L"list.xls"), programme(5));
