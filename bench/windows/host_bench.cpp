@@ -3,9 +3,9 @@
 #include <filesystem>
 
 #include "bench/windows/Figure.h"
-#include "practice/Drawings.h"
 #include "practice/PracticeHostProcess.h"
 #include "support/BridgeContext.h"
+#include "support/Drawings.h"
 #include "win32/ComHostServer.h"
 
 namespace kalvrooms::testing {

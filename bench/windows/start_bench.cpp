@@ -7,8 +7,8 @@
 #include <algorithm>
 
 #include "bench/windows/Figure.h"
-#include "practice/Drawings.h"
 #include "practice/PracticeHostProcess.h"
+#include "support/Drawings.h"
 
 namespace {
 

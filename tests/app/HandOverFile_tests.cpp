@@ -37,20 +37,17 @@ class RecordedValues final : public StartValues {
 class HandOver : public ::testing::Test {
   protected:
     HandOver() {
-        folder_ = temporaryFolder("quartino-handover");
-        std::filesystem::create_directories(folder_);
         environment_.Folder = (folder_ / "here").wstring();
         if constexpr (std::filesystem::path::preferred_separator == L'\\')
             std::filesystem::create_directories(folder_ / "here");
         path_ = environment_.Folder + L"\\kalvqtotemp";
     }
-    ~HandOver() override { std::filesystem::remove_all(folder_); }
     void read(const std::string& content) {
-        std::ofstream(std::filesystem::path(path_), std::ios::binary) << content;
+        writeBytes(path_, content);
         read();
     }
     void read() { ReadHandOverFile(environment_, ansi_, values_); }
-    std::filesystem::path folder_;
+    const TemporaryFolder folder_;
     std::wstring path_;
     HeadlessEnvironment environment_;
     HeadlessAnsiCodec ansi_;
@@ -119,9 +116,7 @@ TEST_F(HandOver, AFolderOfThatNameIsPassedOver) {
 
 TEST_F(HandOver, TheFileIsLeftAsItIs) {
     read("own\r\nC:\\q.12345678\r\nkey\r\neng\r\n");
-    std::ifstream file(std::filesystem::path(path_), std::ios::binary);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}),
-              "own\r\nC:\\q.12345678\r\nkey\r\neng\r\n");
+    EXPECT_EQ(readBytes(path_), "own\r\nC:\\q.12345678\r\nkey\r\neng\r\n");
 }
 
 } // namespace

@@ -34,9 +34,6 @@ constexpr const char* header = " Bezeichnung  \t  Funktion \t  Fl\xE4"
 // Files of a run in a folder of its own, and what the run said.
 class Qto : public ::testing::Test {
   protected:
-    Qto() { std::filesystem::create_directories(folder_); }
-    ~Qto() override { std::filesystem::remove_all(folder_); }
-
     int run(std::vector<std::string> arguments, const std::string& input = {}) {
         std::istringstream in(input);
         std::ostringstream outStream;
@@ -49,13 +46,10 @@ class Qto : public ::testing::Test {
     }
     std::string file(const std::string& name) const { return (folder_ / name).string(); }
     std::string write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(folder_ / name, std::ios::binary) << bytes;
+        writeBytes(folder_ / name, bytes);
         return file(name);
     }
-    std::string bytes(const std::string& name) const {
-        std::ifstream stream(folder_ / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
+    std::string bytes(const std::string& name) const { return readBytes(folder_ / name); }
     // Lines of eleven columns, as the program writes them.
     std::string list(const std::vector<std::string>& lines,
                      const std::string& name = "list.txt") const {
@@ -88,7 +82,7 @@ class Qto : public ::testing::Test {
     std::string err;
 
   private:
-    const std::filesystem::path folder_ = testing::temporaryFolder("qto");
+    const TemporaryFolder folder_;
 };
 
 const std::string office =

@@ -35,10 +35,7 @@ std::string Refusal(const std::string& json) {
 
 class DrawingFiles : public ::testing::Test {
   protected:
-    DrawingFiles() { std::filesystem::create_directories(folder); }
-    ~DrawingFiles() override { std::filesystem::remove_all(folder); }
-
-    const std::filesystem::path folder = temporaryFolder("drawing-files");
+    const TemporaryFolder folder;
 };
 
 TEST(DrawingFile, ReadsEveryField) {
@@ -190,7 +187,7 @@ TEST_F(DrawingFiles, SaveAndLoadAndLeaveNothingBeside) {
     SaveDrawing(ReadDrawing("{}"), file);
     SaveDrawing(ReadDrawing(School), file);
     EXPECT_EQ(LoadDrawing(file).elements.size(), 1u);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
 TEST_F(DrawingFiles, MissingFilesAndFoldersAreRefused) {
@@ -199,7 +196,7 @@ TEST_F(DrawingFiles, MissingFilesAndFoldersAreRefused) {
     EXPECT_THROW(SaveDrawing(Drawing(), folder / "none/a.json"), HostError);
     std::filesystem::create_directories(folder / "taken" / "in");
     EXPECT_THROW(SaveDrawing(Drawing(), folder / "taken"), HostError);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
 } // namespace

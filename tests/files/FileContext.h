@@ -2,44 +2,25 @@
 // What files are read and written with: texts, table and the headless system. And a
 // folder on the real disk that goes away with the test.
 
-#include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <memory>
-#include <random>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
-#include "app/clsText.h"
 #include "files/FilePath.h"
-#include "files/FileServices.h"
-#include "headless/HeadlessPlatform.h"
-#include "model/UserLocaleForTest.h"
 #include "model/clsFloors.h"
 #include "practice/workbook/InProcessSpreadsheets.h"
+#include "support/FileLayer.h"
 #include "support/RoomForTest.h"
+#include "support/TemporaryFolder.h"
+#include "support/UserLocaleForTest.h"
 
 namespace kalvrooms {
 
-class FileContext final : public RoomTable {
-  public:
+struct FileContext final : FileLayer {
     practice::spreadsheet::InProcessSpreadsheets Spreadsheets;
-    HeadlessPlatform Headless;
-    clsText Texts{Headless.libraries, Headless.environment};
-    // The argument of every refreshing of the table, in order.
-    std::vector<bool> TableUpdates;
-    // Stands for a table that cannot be refreshed.
-    long FailingUpdate = 0;
 
     operator FileServices() {
-        return {Texts, *this, Headless.desktop, Headless.ansi, Spreadsheets};
-    }
-    void UpdateTable(bool warn) override {
-        TableUpdates.push_back(warn);
-        if (FailingUpdate != 0)
-            throw RuntimeError(FailingUpdate);
+        return {texts, table, platform.desktop, platform.ansi, Spreadsheets};
     }
     // The active sheet of a workbook, which is made if need be.
     practice::spreadsheet::Sheet& SheetOf(const std::wstring& file) {
@@ -50,51 +31,30 @@ class FileContext final : public RoomTable {
     }
 };
 
-// With letters in its name that are no ASCII.
-class TemporaryFolder {
+// With letters in its name that are no ASCII, and names as the program keeps them.
+class ListFolder {
   public:
-    TemporaryFolder() {
-        std::random_device random;
-        path_ = std::filesystem::temp_directory_path() /
-                FilePath(L"Räume " + std::to_wstring(random()) + std::to_wstring(random()));
-        std::filesystem::create_directories(path_);
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
     std::wstring Path(const std::wstring& name) const {
-        const std::u32string text = path_.u32string();
-        // The folder of temporary files and the numbers are ASCII, the umlaut needs no surrogates.
-        return std::wstring(text.begin(), text.end()) + L"/" + name;
+        return FileName(folder_.path()) + L"/" + name;
     }
     bool Has(const std::wstring& name) const {
-        return std::filesystem::exists(path_ / FilePath(name));
+        return std::filesystem::exists(FilePath(Path(name)));
     }
     void MakeFolder(const std::wstring& name) const {
-        std::filesystem::create_directory(path_ / FilePath(name));
+        std::filesystem::create_directory(FilePath(Path(name)));
     }
-
     std::wstring Write(const std::wstring& name, const std::string& bytes) const {
-        std::ofstream file(path_ / FilePath(name), std::ios::binary | std::ios::trunc);
-        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        file.close();
-        if (!file)
-            throw std::runtime_error("the test cannot write its file");
+        writeBytes(FilePath(Path(name)), bytes);
         return Path(name);
     }
     std::string Read(const std::wstring& name) const {
-        std::ifstream file(path_ / FilePath(name), std::ios::binary);
-        if (!file)
+        if (!Has(name))
             throw std::runtime_error("the test finds no such file");
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        return readBytes(FilePath(Path(name)));
     }
 
   private:
-    std::filesystem::path path_;
+    TemporaryFolder folder_{L"Räume "};
 };
 
 // A room with something in every column of a list.
@@ -116,7 +76,7 @@ inline void expectEveryColumn(const clsRoom& room) {
 class FileTest : public testing::Test {
   protected:
     FileContext context;
-    TemporaryFolder folder;
+    ListFolder folder;
     clsFloors floors;
     UserLocaleForTest locale{NumberLocale::German()};
 };
@@ -124,7 +84,7 @@ class FileTest : public testing::Test {
 class FileTestUnderBothLocales : public UnderBothLocales {
   protected:
     FileContext context;
-    TemporaryFolder folder;
+    ListFolder folder;
     clsFloors floors;
 
     // A number as the user of this locale writes it.

@@ -21,7 +21,7 @@ class TextReaderTest : public testing::Test {
     using Lines = std::vector<std::wstring>;
     static constexpr std::size_t longestLine = 200'000;
     HeadlessAnsiCodec codec;
-    TemporaryFolder folder;
+    ListFolder folder;
 };
 
 TEST_F(TextReaderTest, EndsLinesAtLfAndAtCrLf) {
@@ -108,7 +108,7 @@ class TextWriterTest : public testing::Test {
         return errorOf([&] { TextWriter writer(path, codec); });
     }
     HeadlessAnsiCodec codec;
-    TemporaryFolder folder;
+    ListFolder folder;
 };
 
 TEST_F(TextWriterTest, EndsEveryLineWithCrLf) {

@@ -56,7 +56,7 @@ class Workbook : public FileTestUnderBothLocales {
     void expectClosed() {
         EXPECT_EQ(spreadsheets.LeftBehind(), 0);
         EXPECT_EQ(spreadsheets.OpenObjects(), 0);
-        EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+        EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
     }
 };
 INSTANTIATE_TEST_SUITE_P(Locales, Workbook,
@@ -206,7 +206,7 @@ TEST_P(Workbook, OfAnEmptyListIsNotTouched) {
     write(floors);
     EXPECT_EQ(spreadsheets.Calls(), 0);
     EXPECT_EQ(at(1, 1), CellValue(L"alt"));
-    EXPECT_EQ(context.Headless.desktop.PointerHistory().front(), Gui::HourglassPointer);
+    EXPECT_EQ(context.platform.desktop.PointerHistory().front(), Gui::HourglassPointer);
     expectClosed();
 }
 
@@ -221,7 +221,7 @@ TEST_P(Workbook, ThatCannotBeSavedIsNotReported) {
     write(floors);
     EXPECT_EQ(at(2, 1), CellValue(L"alt"));
     EXPECT_EQ(spreadsheets.Log().back(), "Quit");
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
     expectClosed();
 }
 
@@ -237,7 +237,7 @@ TEST_P(Workbook, IsLeftAloneWhenASideCannotBeComputed) {
     // Only a completed operation closes the application; references into it are released.
     EXPECT_EQ(spreadsheets.LeftBehind(), 1);
     EXPECT_EQ(spreadsheets.OpenObjects(), 0);
-    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+    EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
 }
 
 TEST_P(Workbook, DoesNotChangeTheListThatIsWritten) {
@@ -259,7 +259,7 @@ TEST_P(Workbook, NeedsTheApplicationForWriting) {
     EXPECT_EQ(error(), RuntimeError::CannotCreateObject);
     spreadsheets.Installed = false;
     EXPECT_EQ(error(), RuntimeError::CannotCreateObject);
-    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+    EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
 }
 
 // ------------------------------------------------------------------------- reading
@@ -357,12 +357,12 @@ TEST_P(Workbook, OfAnyLengthIsReadToTheLastRowOfTheSheet) {
 TEST_P(Workbook, RefreshesTheTableBeforeTheApplicationIsClosed) {
     putRow(2, {L"a"});
     read(floors);
-    EXPECT_EQ(context.TableUpdates, std::vector<bool>{false});
+    EXPECT_EQ(context.table.Updates, std::vector<bool>{false});
 
-    context.FailingUpdate = RuntimeError::Overflow;
+    context.table.FailingUpdate = RuntimeError::Overflow;
     read(floors);
     EXPECT_EQ(spreadsheets.LeftBehind(), 1);
-    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+    EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
 }
 
 TEST_P(Workbook, IsReadInTheApplicationThatIsRunningAndEndsIt) {
@@ -402,14 +402,14 @@ TEST_P(Workbook, NeedsTheApplicationForReading) {
     spreadsheets.Installed = false;
     EXPECT_EQ(error(), RuntimeError::ObjectVariableNotSet);
     EXPECT_EQ(floors.GetCountOfRooms(), 0);
-    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+    EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
 }
 
 TEST_P(Workbook, ThatIsMissingGivesTheApplicationsError) {
     EXPECT_EQ(errorOf([&] { clsExcel(context).ReadListFromFile(L"fehlt.xls", floors); }),
               practice::spreadsheet::SheetError::ApplicationDefined);
     EXPECT_EQ(spreadsheets.LeftBehind(), 1);
-    EXPECT_TRUE(context.TableUpdates.empty());
+    EXPECT_TRUE(context.table.Updates.empty());
 }
 
 TEST_P(Workbook, EndsAtAnIdentifierThatDoesNotConvert) {
@@ -517,7 +517,7 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfWriting) {
                 writeAnew(n);
                 EXPECT_EQ(contentsOf(floors), before);
                 EXPECT_EQ(spreadsheets.OpenObjects(), 0);
-                EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+                EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
                 // What is on the disk is the old workbook or the whole new one, unless a call only
                 // seemed to have worked.
                 if (mode != FaultMode::Empty && spreadsheets.Files.contains(file) &&
@@ -550,10 +550,10 @@ TEST_P(Workbook, SurvivesAFailureOfAnyCallOfReading) {
             ASSERT_LE(contents.size(), complete.size());
             EXPECT_TRUE(std::equal(contents.begin(), contents.end(), complete.begin())) << n;
             EXPECT_EQ(spreadsheets.OpenObjects(), 0);
-            EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+            EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
         }
     }
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
 }
 
 // ------------------------------------------------------------------------- the user's own
@@ -628,7 +628,7 @@ TEST_P(Workbook, OfABusyApplicationIsNotTakenForMissing) {
         EXPECT_TRUE(clsFileSytem(context).ReadListFromFile(file, list).busy) << call;
         EXPECT_EQ(list.GetCountOfRooms(), 0);
     }
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
 }
 
 TEST_P(Workbook, LeavesTheFormatsOfNumbersAlone) {

@@ -82,9 +82,9 @@ TEST_P(TextListUnderBothLocales, HasNumbersWithFifteenDigitsAndWithoutGrouping) 
 }
 
 TEST_F(TextList, HasTheTitlesOfTheLanguageInForce) {
-    context.Headless.libraries.Put(context.Headless.environment.Folder + L"\\zorvinta_eng.dll",
+    context.platform.libraries.Put(context.platform.environment.Folder + L"\\zorvinta_eng.dll",
                                    {{120, L"Name"}, {122, L"Area"}, {196, L" ID "}});
-    context.Texts.SetLanguage(L"eng");
+    context.texts.SetLanguage(L"eng");
     RoomForTest().AddTo(floors);
     const std::string bytes = written();
     EXPECT_EQ(bytes.substr(0, bytes.find('\n')),
@@ -144,7 +144,7 @@ TEST_P(TextListUnderBothLocales, ReadsAreasByTheUsersLocale) {
 
 TEST(TextListOfAnotherLocale, CanReadOtherAreas) {
     FileContext context;
-    TemporaryFolder folder;
+    ListFolder folder;
     clsFloors floors;
     {
         const UserLocaleForTest german(NumberLocale::German());
@@ -206,7 +206,7 @@ TEST_F(TextList, AddsNothingFromAHeaderAlone) {
 TEST_F(TextList, NeverLooksAtTheWordsOfItsHeader) {
     EXPECT_EQ(fileOf("\r\nRaum\r\n").GetCountOfRooms(), 1);
     EXPECT_EQ(fileOf("one word\r\nRaum\r\n").GetCountOfRooms(), 1);
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
 }
 
 TEST_F(TextList, TakesLinesThatEndWithLfAndALastOneWithoutEnd) {
@@ -267,12 +267,12 @@ TEST_F(TextList, EndsWithoutAWordAtAnIdentifierThatDoesNotConvert) {
         ASSERT_EQ(list.GetCountOfRooms(), 1) << key;
         EXPECT_EQ(roomAt(list, 1).Name(), L"gut");
     }
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
 }
 
 TEST_F(TextList, RefreshesNoTable) {
     listOf("a\r\n");
-    EXPECT_TRUE(context.TableUpdates.empty());
+    EXPECT_TRUE(context.table.Updates.empty());
 }
 
 // ------------------------------------------------------------------------- text or workbook
@@ -305,8 +305,8 @@ TEST_F(TextList, TakesAWorkbooksNameWithoutTheApplication) {
     clsFloors read;
     EXPECT_TRUE(clsFileSytem(context).ReadListFromFile(folder.Path(L"a.xls"), read).complete);
     EXPECT_EQ(contentsOf(read), contentsOf(floors));
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
-    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
+    EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
 }
 
 TEST_F(TextList, SaysThatARealWorkbookNeedsTheApplication) {
@@ -317,15 +317,15 @@ TEST_F(TextList, SaysThatARealWorkbookNeedsTheApplication) {
     EXPECT_FALSE(outcome.complete);
     EXPECT_FALSE(outcome.failure);
     EXPECT_EQ(floors.GetCountOfRooms(), 0);
-    ASSERT_EQ(context.Headless.desktop.Messages().size(), 1U);
-    const Gui::Message& message = context.Headless.desktop.Messages().front();
+    ASSERT_EQ(context.platform.desktop.Messages().size(), 1U);
+    const Gui::Message& message = context.platform.desktop.Messages().front();
     EXPECT_EQ(message.Prompt,
               L" Exceldateien können nur gelesen werden, wenn Excel installiert ist.");
     EXPECT_EQ(message.Title, L"Quartino");
     EXPECT_EQ(message.ButtonSet, Gui::Message::Buttons::Ok);
     EXPECT_EQ(message.Symbol, Gui::Message::Icon::None);
     // The hourglass must be gone when the user is to press a button.
-    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+    EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
 }
 
 TEST_F(TextList, TakesNoBinaryBytesForAHeaderThatHappenToHoldATab) {
@@ -333,7 +333,7 @@ TEST_F(TextList, TakesNoBinaryBytesForAHeaderThatHappenToHoldATab) {
     const std::string workbook("PK\x03\x04\t\0\t\0", 8);
     clsFileSytem(context).ReadListFromFile(folder.Write(L"a.xls", workbook + "\na\tb\n"), floors);
     EXPECT_EQ(floors.GetCountOfRooms(), 0);
-    EXPECT_EQ(context.Headless.desktop.Messages().size(), 1U);
+    EXPECT_EQ(context.platform.desktop.Messages().size(), 1U);
 }
 
 TEST_F(TextList, EndsWithoutAWordWhenItIsMissingAsAWorkbookToo) {
@@ -342,7 +342,7 @@ TEST_F(TextList, EndsWithoutAWordWhenItIsMissingAsAWorkbookToo) {
     clsFileSytem(context).ReadListFromFile(folder.Path(L"fehlt.xls"), floors);
     clsFileSytem(context).ReadListFromFile(folder.Path(L"leer.xls"), floors);
     EXPECT_EQ(floors.GetCountOfRooms(), 0);
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
 }
 
 TEST_F(TextList, IsNotWrittenForOtherErrorsOfTheApplication) {
@@ -356,7 +356,7 @@ TEST_F(TextList, IsNotReadForOtherErrorsOfTheApplication) {
     folder.Write(L"a.xls", germanHeader + "a\r\n");
     clsFileSytem(context).ReadListFromFile(folder.Path(L"a.xls"), floors); // cannot open it
     EXPECT_EQ(floors.GetCountOfRooms(), 0);
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
 }
 
 // ------------------------------------------------------------------------- how it ended
@@ -423,7 +423,7 @@ TEST_F(TextList, TellsWhyItWasNotWritten) {
 #ifndef _WIN32
     EXPECT_EQ(errorFor(L"/dev/full"), RuntimeError::DeviceError);
 #endif
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
     RoomForTest{.Name = L"durch Null", .Type = CalculationByDx, .Value = L"0"}.AddTo(floors);
     const FileOutcome outcome =
         clsFileSytem(context).WriteListToFile(folder.Path(L"a.txt"), floors);
@@ -459,7 +459,7 @@ TEST_F(TextList, TellsInWhichRowTheReadingEnded) {
         EXPECT_EQ(outcome.row, 0);
     }
     EXPECT_EQ(contentsOf(floors), before);
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
 }
 
 TEST_F(TextList, HasABlankForEveryLineBreakInAText) {

@@ -150,7 +150,7 @@ TEST_P(PointFile, ThatIsMissingOrAFolderIsNotRead) {
           std::wstring(), std::wstring(L" ")})
         EXPECT_FALSE(clsFileSytem(context).ReadPointsFromGeometryFile(path, points));
     EXPECT_FALSE(points.IsSet());
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
 }
 
 TEST_P(PointFile, CutOffAnywhereIsReadOnlyIfNoPointIsMissing) {
@@ -205,7 +205,7 @@ class PointWorkbook : public FileTestUnderBothLocales {
     void expectClosed() {
         EXPECT_EQ(context.Spreadsheets.LeftBehind(), 0);
         EXPECT_EQ(context.Spreadsheets.OpenObjects(), 0);
-        EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+        EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
     }
     void expectPoint(std::int32_t index, double x, double y) {
         EXPECT_EQ(points.X(index), x) << index;
@@ -311,15 +311,15 @@ TEST_P(PointWorkbook, WithoutTheApplicationIsNotRead) {
     context.Spreadsheets.Installed = false;
     EXPECT_FALSE(read());
     EXPECT_FALSE(points.IsSet());
-    EXPECT_EQ(context.Headless.desktop.PointerHistory().front(), Gui::HourglassPointer);
-    EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
-    EXPECT_TRUE(context.Headless.desktop.Messages().empty());
+    EXPECT_EQ(context.platform.desktop.PointerHistory().front(), Gui::HourglassPointer);
+    EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
+    EXPECT_TRUE(context.platform.desktop.Messages().empty());
 }
 
 TEST_P(PointWorkbook, ShowsTheHourglassWhileItIsRead) {
     put(1, 1, 1.0);
     read();
-    const auto& shapes = context.Headless.desktop.PointerHistory();
+    const auto& shapes = context.platform.desktop.PointerHistory();
     ASSERT_GE(shapes.size(), 2U);
     EXPECT_EQ(shapes.front(), Gui::HourglassPointer);
     EXPECT_EQ(shapes.back(), Gui::DefaultPointer);
@@ -343,7 +343,7 @@ TEST_P(PointWorkbook, SurvivesAFailureOfAnyCall) {
                                     : mode != FaultMode::Fail || (n != 3 && n != 4);
             EXPECT_EQ(complete, n == 1 || !missed) << n;
             EXPECT_EQ(context.Spreadsheets.OpenObjects(), 0);
-            EXPECT_EQ(context.Headless.desktop.MousePointer(), Gui::DefaultPointer);
+            EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
         }
     }
 }

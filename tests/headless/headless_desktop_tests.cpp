@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "model/UserLocaleForTest.h"
+#include "support/UserLocaleForTest.h"
 
 namespace kalvrooms {
 namespace {

@@ -7,6 +7,7 @@
 #include "files/FilePath.h"
 #include "host/clsKalvero.h"
 #include "support/BridgeContext.h"
+#include "support/RoomForTest.h"
 #include "support/TemporaryFolder.h"
 
 namespace kalvrooms::testing {
@@ -19,7 +20,7 @@ using ::testing::StartsWith;
 
 class Reading : public ::testing::Test {
   protected:
-    Reading() : folder_(temporaryFolder("quartino-reading")) {
+    Reading() {
         // The separator is a backslash on every system; elsewhere than on Windows the file name
         // simply contains it.
         std::filesystem::create_directories(folder_ / "p");
@@ -27,7 +28,6 @@ class Reading : public ::testing::Test {
         bridge_ = context_.bridge();
         bridge_->GetProjectName();
     }
-    ~Reading() override { std::filesystem::remove_all(folder_); }
 
     Element& stand(std::int32_t id, std::int32_t fileNumber, const std::wstring& name,
                    const std::wstring& storey = L"EG") {
@@ -42,22 +42,11 @@ class Reading : public ::testing::Test {
     std::wstring pathOf(const std::wstring& file) const {
         return context_.host.drawing.project.folder + PathSeparator + file;
     }
-    std::string contents(const std::wstring& file) const {
-        std::ifstream stream(std::filesystem::path(pathOf(file)), std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-    clsRoom room(std::int32_t index) const {
-        clsRoom copy;
-        floors_.GetRoomByIndex(index, copy);
-        return copy;
-    }
-    void writeBack() {
-        std::int32_t placed = 0, updated = 0, atCrossHair = 0;
-        bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, atCrossHair);
-        EXPECT_EQ(updated, floors_.GetCountOfRooms());
-    }
+    std::string contents(const std::wstring& file) const { return readBytes(pathOf(file)); }
+    clsRoom room(std::int32_t index) const { return roomAt(floors_, index); }
+    void writeBack() { EXPECT_EQ(writeTo(*bridge_, floors_).updated, floors_.GetCountOfRooms()); }
 
-    std::filesystem::path folder_;
+    const TemporaryFolder folder_;
     BridgeContext context_;
     std::unique_ptr<clsKalvero> bridge_;
     clsFloors floors_;
@@ -269,8 +258,7 @@ TEST_F(Reading, AnOlderOutlineThatCannotBeMovedAsideDoesNotGetIntoTheDrawing) {
     // Once the outline is known, its file counts again.
     floors_ = clsFloors();
     bridge_->ImportFloorsFromKalvero(floors_);
-    std::ofstream(std::filesystem::path(pathOf(L"3-17.txt")), std::ios::binary)
-        << "3\r\n0\t0\r\n7\t0\r\n7\t7\r\nend\r\n";
+    writeBytes(pathOf(L"3-17.txt"), "3\r\n0\t0\r\n7\t0\r\n7\t7\r\nend\r\n");
     writeBack();
     EXPECT_EQ(context_.host.elements[0].outline[1], (Point{7, 0}));
 }
@@ -579,11 +567,10 @@ TEST_F(Reading, WhatWasReadIsRecognisedAndUpdatedByTheNextWriting) {
     ASSERT_TRUE(stored);
     stored->Name(L"umbenannt");
     const Outline before = context_.host.elements[0].outline;
-    std::int32_t placed = 0, updated = 0, atCrossHair = 0;
-    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, atCrossHair);
-    EXPECT_EQ(updated, 2);
-    EXPECT_EQ(placed, 0);
-    EXPECT_EQ(atCrossHair, 0);
+    const ExportCounts counts = writeTo(*bridge_, floors_);
+    EXPECT_EQ(counts.updated, 2);
+    EXPECT_EQ(counts.atPosition, 0);
+    EXPECT_EQ(counts.placed, 0);
     ASSERT_THAT(context_.host.elements, SizeIs(2));
     EXPECT_EQ(context_.host.elements[0].name, L"umbenannt");
     EXPECT_EQ(context_.host.elements[0].outline, before);
@@ -593,15 +580,13 @@ TEST_F(Reading, RoomsCreatedByOneWritingAreUpdatedByTheNextOnceTheyWereRead) {
     clsRoom fresh;
     fresh.Name(L"neu");
     floors_.AddRooms(fresh, 3);
-    std::int32_t placed = 0, updated = 0, atCrossHair = 0;
-    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, atCrossHair);
-    EXPECT_EQ(atCrossHair, 3);
+    EXPECT_EQ(writeTo(*bridge_, floors_).placed, 3);
     floors_ = clsFloors();
     bridge_->ImportFloorsFromKalvero(floors_);
     EXPECT_EQ(floors_.GetCountOfRooms(), 3);
-    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, placed, updated, atCrossHair);
-    EXPECT_EQ(updated, 3);
-    EXPECT_EQ(atCrossHair, 0);
+    const ExportCounts counts = writeTo(*bridge_, floors_);
+    EXPECT_EQ(counts.updated, 3);
+    EXPECT_EQ(counts.placed, 0);
     EXPECT_THAT(context_.host.elements, SizeIs(3));
 }
 

@@ -7,6 +7,7 @@
 #include "host/clsKalvero.h"
 #include "model/NumberText.h"
 #include "support/BridgeContext.h"
+#include "support/RoomForTest.h"
 #include "support/TemporaryFolder.h"
 
 namespace kalvrooms::testing {
@@ -20,19 +21,8 @@ using ::testing::SizeIs;
 
 class Writing : public ::testing::Test {
   protected:
-    Writing() : folder_(temporaryFolder("quartino-writing")) {
-        std::filesystem::create_directories(folder_);
-    }
-    ~Writing() override { std::filesystem::remove_all(folder_); }
-
-    struct Counts {
-        std::int32_t placed = 0, updated = 0, atCrossHair = 0;
-    };
-    Counts write(bool block = true, double dx = 1.0, double dy = 1.0, bool modify = true) {
-        Counts counts;
-        bridge_->ExportFloorsToKalvero(floors_, modify, block, dx, dy, counts.placed,
-                                       counts.updated, counts.atCrossHair);
-        return counts;
+    ExportCounts write(bool block = true, double dx = 1.0, double dy = 1.0, bool modify = true) {
+        return writeTo(*bridge_, floors_, block, dx, dy, modify);
     }
     void add(const std::wstring& name, const std::wstring& type, const std::wstring& value,
              double area, const std::wstring& storey = L"EG", const std::wstring& key = L"") {
@@ -82,7 +72,7 @@ class Writing : public ::testing::Test {
         context_.host.elements.push_back(element);
     }
 
-    std::filesystem::path folder_;
+    const TemporaryFolder folder_;
     BridgeContext context_;
     std::unique_ptr<clsKalvero> bridge_ = context_.bridge();
     clsFloors floors_;
@@ -100,14 +90,14 @@ TEST_F(Writing, AnEmptyListIsRefusedWithItsMessage) {
 TEST_F(Writing, OneHundredAndFiftyRoomsAreWritten) {
     for (int i = 0; i < 150; ++i)
         addSquare(L"R", 16);
-    EXPECT_EQ(write().atCrossHair, 150);
+    EXPECT_EQ(write().placed, 150);
     EXPECT_THAT(context_.prompts(), IsEmpty());
 }
 
 TEST_F(Writing, OneHundredAndFiftyOneRoomsAreRefusedWithAStopMessage) {
     for (int i = 0; i < 151; ++i)
         addSquare(L"R", 16);
-    EXPECT_EQ(write().atCrossHair, 0);
+    EXPECT_EQ(write().placed, 0);
     ASSERT_THAT(
         context_.prompts(),
         ElementsAre(L" Die Raumliste besteht aus mehr als 150 Räumen. Es können maximal 150 "
@@ -148,12 +138,12 @@ TEST_F(Writing, EachOfTheThreeWordsCountsAsAbsentAtTheVeryStart) {
           L"interaction, terminate the menue interaction",
           L"terminate: the menue interaction must terminate"}) {
         context_.host.session.state.CreationError(description);
-        EXPECT_EQ(write().atCrossHair, 1) << ::testing::PrintToString(description);
+        EXPECT_EQ(write().placed, 1) << ::testing::PrintToString(description);
     }
     EXPECT_THAT(context_.prompts(), IsEmpty());
     context_.host.session.state.CreationError(
         L"terminate the menue interaction, any Kvd or free plan");
-    EXPECT_EQ(write().atCrossHair, 0);
+    EXPECT_EQ(write().placed, 0);
     EXPECT_THAT(context_.prompts(), ElementsAre(::testing::HasSubstr(L"KVD-Dateien")));
 }
 
@@ -222,10 +212,10 @@ TEST_F(Writing, ARoomFoundByItsIdentityIsUpdatedInPlace) {
     stand(17, L"K3", {{5, 5}, {6, 5}, {6, 6}});
     const Outline outline{{10, 20}, {14, 20}, {14, 26}};
     add(L"neu", CalculationByFile, pointFile("p.txt", outline), 12, L"EG", L"17- K3 ");
-    const Counts counts = write();
+    const ExportCounts counts = write();
     EXPECT_EQ(counts.updated, 1);
+    EXPECT_EQ(counts.atPosition, 0);
     EXPECT_EQ(counts.placed, 0);
-    EXPECT_EQ(counts.atCrossHair, 0);
     ASSERT_THAT(context_.host.elements, SizeIs(2));
     EXPECT_EQ(context_.host.elements[0].name, L"old");
     EXPECT_EQ(context_.host.elements[1].name, L"neu");
@@ -269,9 +259,9 @@ TEST_F(Writing, AnUpdatedRoomWithoutPointsKeepsItsOutline) {
 TEST_F(Writing, WithoutPermissionStandingRoomsStayAsTheyAre) {
     stand(17, L"K3", {{0, 0}, {1, 0}, {1, 1}});
     add(L"neu", CalculationByFile, L"missing.txt", 12, L"EG", L"17-K3");
-    const Counts counts = write(true, 1, 1, false);
+    const ExportCounts counts = write(true, 1, 1, false);
     EXPECT_EQ(counts.updated, 0);
-    EXPECT_EQ(counts.atCrossHair, 0);
+    EXPECT_EQ(counts.placed, 0);
     EXPECT_EQ(context_.host.elements[0].name, L"old");
     EXPECT_THAT(context_.host.elements, SizeIs(1));
 }
@@ -279,10 +269,10 @@ TEST_F(Writing, WithoutPermissionStandingRoomsStayAsTheyAre) {
 TEST_F(Writing, ARoomWithPointsThatTheDrawingLacksIsCreatedWhereTheyAre) {
     const Outline outline{{10, 20}, {14, 20}, {14, 26}};
     add(L"neu", CalculationByFile, pointFile("p.txt", outline), 12, L"EG", L"99-K9");
-    const Counts counts = write();
-    EXPECT_EQ(counts.placed, 1);
+    const ExportCounts counts = write();
+    EXPECT_EQ(counts.atPosition, 1);
     EXPECT_EQ(counts.updated, 0);
-    EXPECT_EQ(counts.atCrossHair, 0);
+    EXPECT_EQ(counts.placed, 0);
     ASSERT_THAT(context_.host.elements, SizeIs(1));
     EXPECT_EQ(context_.host.elements[0].outline, outline);
     EXPECT_EQ(context_.host.elements[0].colour, context_.colorOld);
@@ -291,9 +281,9 @@ TEST_F(Writing, ARoomWithPointsThatTheDrawingLacksIsCreatedWhereTheyAre) {
 
 TEST_F(Writing, ARoomWhosePointsAreMissingIsPlacedAsASquare) {
     add(L"neu", CalculationByFile, L"missing.txt", 25);
-    const Counts counts = write();
-    EXPECT_EQ(counts.placed, 0);
-    EXPECT_EQ(counts.atCrossHair, 1);
+    const ExportCounts counts = write();
+    EXPECT_EQ(counts.atPosition, 0);
+    EXPECT_EQ(counts.placed, 1);
     ASSERT_THAT(context_.host.placements, SizeIs(1));
     const Outline square = context_.host.placed(0)[0].outline;
     EXPECT_DOUBLE_EQ(square[1].x - square[0].x, 5);
@@ -305,7 +295,7 @@ TEST_F(Writing, ARoomWhosePointsAreMissingIsPlacedAsASquare) {
 TEST_F(Writing, ARoomOfAnotherStoreyWithTheSameIdIsLaidOutAsASquareToo) {
     add(L"a", CalculationByFile, L"missing.txt", 25, L"EG");
     add(L"b", CalculationByDx, L"2", 16, L"OG");
-    EXPECT_EQ(write().atCrossHair, 2);
+    EXPECT_EQ(write().placed, 2);
     const Outline second = context_.host.placed(0)[1].outline;
     EXPECT_DOUBLE_EQ(second[1].x - second[0].x, 4);
 }
@@ -314,9 +304,9 @@ TEST_F(Writing, AWrittenRoomIsNotDrawnAgainBecauseAnotherStoreysRoomHasItsId) {
     stand(17, L"K3", {{0, 0}, {1, 0}, {1, 1}});
     add(L"a", CalculationByFile, L"missing.txt", 25, L"EG");
     add(L"b", CalculationByFile, L"missing.txt", 25, L"OG", L"17-K3");
-    const Counts counts = write();
+    const ExportCounts counts = write();
     EXPECT_EQ(counts.updated, 1);
-    EXPECT_EQ(counts.atCrossHair, 1);
+    EXPECT_EQ(counts.placed, 1);
     EXPECT_THAT(context_.host.elements, SizeIs(2));
 }
 
@@ -328,10 +318,10 @@ TEST_F(Writing, GivingUpAtTheCrossHairIsNoErrorAndCostsNothingThatStands) {
     addSquare(L"2", 16);
     addSquare(L"3", 16);
     giveUpAtPlacing(3);
-    const Counts counts = write(false);
+    const ExportCounts counts = write(false);
     EXPECT_EQ(counts.updated, 1);
-    EXPECT_EQ(counts.placed, 1);
-    EXPECT_EQ(counts.atCrossHair, 2);
+    EXPECT_EQ(counts.atPosition, 1);
+    EXPECT_EQ(counts.placed, 2);
     EXPECT_THAT(context_.host.elements, SizeIs(4));
     EXPECT_THAT(context_.prompts(), IsEmpty());
     EXPECT_TRUE(context_.inputEnabled);
@@ -344,9 +334,9 @@ TEST_F(Writing, OfABlockThatIsGivenUpNothingIsPlaced) {
     addSquare(L"1", 16);
     addSquare(L"2", 16);
     giveUpAtPlacing(1);
-    const Counts counts = write(true);
+    const ExportCounts counts = write(true);
     EXPECT_EQ(counts.updated, 1);
-    EXPECT_EQ(counts.atCrossHair, 0);
+    EXPECT_EQ(counts.placed, 0);
     EXPECT_THAT(context_.host.elements, SizeIs(1));
     EXPECT_EQ(context_.host.elements[0].name, L"da");
     EXPECT_THAT(context_.prompts(), IsEmpty());
@@ -356,7 +346,7 @@ TEST_F(Writing, APlacingThatTheHostRefusesIsToldInItsWords) {
     addSquare(L"1", 16);
     addSquare(L"2", 16);
     giveUpAtPlacing(2, RuntimeError(RuntimeError::AutomationError, L"kein Fenster"));
-    EXPECT_EQ(write(false).atCrossHair, 1);
+    EXPECT_EQ(write(false).placed, 1);
     EXPECT_THAT(context_.host.elements, SizeIs(1));
     EXPECT_THAT(context_.prompts(),
                 ElementsAre(L"Die Räume konnten nicht abgesetzt werden: kein Fenster"));
@@ -400,9 +390,9 @@ TEST_F(Writing, EscapeEndsTheWritingBetweenTwoRooms) {
         if (member == "Add" && context_.host.counts["Add"] == 2)
             context_.desktop().PressEscape();
     };
-    const Counts counts = write();
+    const ExportCounts counts = write();
     EXPECT_EQ(counts.updated, 2);
-    EXPECT_EQ(counts.atCrossHair, 0);
+    EXPECT_EQ(counts.placed, 0);
     std::vector<std::wstring> names;
     for (const Element& element : context_.host.elements)
         names.push_back(element.name);
@@ -422,10 +412,10 @@ TEST_F(Writing, EscapeKeepsWhatWasPlacedSinglyAndNothingOfAnUnfinishedBlock) {
         if (member == "CreateRoomElement" && ++created % 3 == 2)
             context_.desktop().PressEscape();
     };
-    EXPECT_EQ(write(false).atCrossHair, 2);
+    EXPECT_EQ(write(false).placed, 2);
     EXPECT_THAT(context_.host.elements, SizeIs(2));
     created = 0;
-    EXPECT_EQ(write(true).atCrossHair, 0);
+    EXPECT_EQ(write(true).placed, 0);
     EXPECT_THAT(context_.host.elements, SizeIs(2));
     EXPECT_THAT(context_.prompts(), ElementsAre(::testing::HasSubstr(L": 2 von 3"),
                                                 ::testing::HasSubstr(L": 0 von 3")));
@@ -436,8 +426,8 @@ TEST_F(Writing, AnOutlineIsSetOnlyWhenThePointFileSaysSomethingElse) {
     const Outline before = context_.host.elements[0].outline;
     // As a reading writes it, with 15 digits; read again it says 0.365, 6.1 and 1.8.
     const auto file = [&](const char* last) {
-        std::ofstream(folder_ / "p.txt", std::ios::binary)
-            << "3\r\n-0.365\t6.1E-17\r\n0.333333333333333\t1.8E-15\r\n1\t" << last << "\r\nend\r\n";
+        writeBytes(folder_ / "p.txt", "3\r\n-0.365\t6.1E-17\r\n0.333333333333333\t1.8E-15\r\n1\t" +
+                                          std::string(last) + "\r\nend\r\n");
         return (folder_ / "p.txt").wstring();
     };
     add(L"neu", CalculationByFile, file("2"), 12, L"EG", L"17-K3");
@@ -502,7 +492,7 @@ TEST_F(Writing, TwoRoomsWithOneIdentityHandTheirElementOverOnce) {
 
 TEST_F(Writing, ARoomWithoutPointsAndAreaIsNotDrawn) {
     add(L"a", CalculationByFile, L"missing.txt", 0);
-    EXPECT_EQ(write().atCrossHair, 0);
+    EXPECT_EQ(write().placed, 0);
     EXPECT_THAT(context_.host.elements, IsEmpty());
 }
 
@@ -510,7 +500,7 @@ TEST_F(Writing, ABlockHasTwoRowsWithAFreeStripBetweenThem) {
     for (int i = 0; i < 4; ++i)
         addSquare(L"R", 16);
     const double dx = 2, dy = 3;
-    EXPECT_EQ(write(true, dx, dy).atCrossHair, 4);
+    EXPECT_EQ(write(true, dx, dy).placed, 4);
     ASSERT_THAT(context_.host.placements, SizeIs(1));
     EXPECT_EQ(context_.host.placements[0].mode, 10);
     // Limit: 1.5 gaps of 2 m and half of 16 m = 11 m; the second room ends its row at 6 + 2 <= 11,
@@ -565,7 +555,7 @@ TEST_F(Writing, RoomsWithoutPointsCountInTheLimitOfARowWithTheirDefaultSides) {
     add(L"b", CalculationByDx, L"4", 12);
     add(L"c", CalculationByFile, L"missing.txt", 16);
     add(L"d", CalculationByDx, L"3", 6);
-    EXPECT_EQ(write(true, 4, 4).atCrossHair, 4);
+    EXPECT_EQ(write(true, 4, 4).placed, 4);
     // Limit: 1.5 gaps of 4 m and half of 5 + 4 + 4 + 3 m = 14 m; the second room ends its gap at
     // 9 + 4 = 13, the third would at 21.
     EXPECT_THAT(corners(), ElementsAre(Point{0, 2}, Point{9, 2}, Point{0, -6}, Point{8, -4}));
@@ -588,7 +578,7 @@ TEST_F(Writing, ARoomThatIsNotDrawnCountsInTheLimitOfARowAsWell) {
     add(L"a", CalculationByFile, L"missing.txt", 0);
     for (int i = 0; i < 3; ++i)
         addSquare(L"R", 16);
-    EXPECT_EQ(write(true, 4, 2).atCrossHair, 3);
+    EXPECT_EQ(write(true, 4, 2).placed, 3);
     // Limit: 1.5 gaps of 4 m and half of 1 + 12 m = 12.5 m; the second square ends its gap at 12.
     EXPECT_THAT(corners(), ElementsAre(Point{0, 1}, Point{8, 1}, Point{0, -5}));
 }
@@ -596,7 +586,7 @@ TEST_F(Writing, ARoomThatIsNotDrawnCountsInTheLimitOfARowAsWell) {
 TEST_F(Writing, SingleRoomsAreHandedOverOneByOneAtTheOrigin) {
     addSquare(L"1", 16);
     add(L"2", CalculationByDx, L"2", 16);
-    EXPECT_EQ(write(false).atCrossHair, 2);
+    EXPECT_EQ(write(false).placed, 2);
     ASSERT_THAT(context_.host.placements, SizeIs(2));
     for (std::size_t n = 0; n < 2; ++n) {
         EXPECT_EQ(context_.host.placements[n].mode, 10);
@@ -634,8 +624,7 @@ TEST_F(Writing, EachKindOfTextThatIsCutHasItsOwnWarningOncePerRun) {
         EXPECT_EQ(context_.host.elements[cut].storey, std::wstring(32, L's'));
         EXPECT_EQ(context_.host.elements[cut].function, std::wstring(32, L'f'));
     }
-    clsRoom kept;
-    floors_.GetRoomByIndex(2, kept);
+    const clsRoom kept = roomAt(floors_, 2);
     EXPECT_EQ(kept.Name(), std::wstring(33, L'n'));
     EXPECT_EQ(kept.StoryCode(), std::wstring(33, L's'));
     EXPECT_EQ(kept.FunctionName(), std::wstring(33, L'f'));
@@ -709,7 +698,7 @@ TEST_F(Writing, AttributesThatCannotBeWrittenDoNotStopTheWriting) {
     floors_.AddRooms(room, 1);
     for (const char* member : {"Attributes", "Values", "Item", "TextValue"}) {
         context_.host.failMember = member;
-        EXPECT_EQ(write().atCrossHair, 1) << member;
+        EXPECT_EQ(write().placed, 1) << member;
     }
 }
 
@@ -751,10 +740,10 @@ TEST_F(Writing, WhicheverCallFailsTheWindowIsBackAndTheNextWritingWorks) {
             EXPECT_EQ(floors_.GetCountOfRooms(), 4);
             context_.host.failAt = 0;
             context_.host.elements = standing;
-            const Counts counts = write(block);
+            const ExportCounts counts = write(block);
             EXPECT_EQ(counts.updated, 1) << n;
-            EXPECT_EQ(counts.placed, 1) << n;
-            EXPECT_EQ(counts.atCrossHair, 2) << n;
+            EXPECT_EQ(counts.atPosition, 1) << n;
+            EXPECT_EQ(counts.placed, 2) << n;
         }
     }
     bridge_.reset();
@@ -766,7 +755,7 @@ TEST_F(Writing, AHostThatWasStartedAgainIsReachedByTheNextWriting) {
     context_.host.failNumber = RuntimeError::ServerUnavailable;
     context_.host.calls = 0;
     context_.host.failAt = 1; // the connection of the first day is dead
-    EXPECT_EQ(write().atCrossHair, 1);
+    EXPECT_EQ(write().placed, 1);
 }
 
 TEST_F(Writing, ABrokenConnectionIsReplacedByTheOneThatTheCheckHasMade) {
@@ -774,7 +763,7 @@ TEST_F(Writing, ABrokenConnectionIsReplacedByTheOneThatTheCheckHasMade) {
     context_.host.failNumber = 70;
     context_.host.calls = 0;
     context_.host.failAt = 1;
-    EXPECT_EQ(write().atCrossHair, 1);
+    EXPECT_EQ(write().placed, 1);
     const long held = context_.host.LiveObjects();
     write();
     EXPECT_EQ(context_.host.LiveObjects(), held);
@@ -811,8 +800,7 @@ TEST_F(Writing, TheListIsNotChanged) {
     add(L"a", CalculationByFile, L"missing.txt", 25);
     add(L"b", CalculationByDx, L"keine Zahl", 16);
     write();
-    clsRoom room;
-    floors_.GetRoomByIndex(1, room);
+    clsRoom room = roomAt(floors_, 1);
     EXPECT_EQ(room.Geometry->CalculationType(), CalculationByFile);
     floors_.GetRoomByIndex(2, room);
     EXPECT_EQ(room.Geometry->CalculationType(), CalculationByDx);

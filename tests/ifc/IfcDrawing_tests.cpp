@@ -16,17 +16,15 @@ namespace {
 class IfcDrawings : public ::testing::Test {
   protected:
     IfcDrawings() {
-        std::filesystem::create_directories(folder_);
         model_.lines =
             Rectangle +
             "#200=IFCRELDEFINESBYPROPERTIES('0000000000000000000200',$,$,$,(#20),#201);\n"
             "#201=IFCELEMENTQUANTITY('0000000000000000000201',$,'BaseQuantities',$,$,("
             "#202));\n#202=IFCQUANTITYAREA('NetFloorArea',$,$,18.,$);\n";
     }
-    ~IfcDrawings() override { std::filesystem::remove_all(folder_); }
 
     IfcDrawing& Open() {
-        std::ofstream(path_, std::ios::binary) << model_.Text();
+        writeBytes(path_, model_.Text());
         return Open(path_);
     }
     IfcDrawing& Open(const std::filesystem::path& path) {
@@ -37,7 +35,7 @@ class IfcDrawings : public ::testing::Test {
     // The host around the model's drawing.
     void Serve() { host_.session.drawing = Open().Read(); }
 
-    std::filesystem::path folder_ = testing::temporaryFolder("ifc-drawing");
+    const TemporaryFolder folder_;
     std::filesystem::path path_ = folder_ / "model.ifc";
     ModelText model_;
     std::unique_ptr<IfcDrawing> opened_;
@@ -47,7 +45,7 @@ class IfcDrawings : public ::testing::Test {
 TEST_F(IfcDrawings, EveryRoomIsAnElementWithTheAttributesOfAWriter) {
     const Drawing drawing = Open().Read();
     EXPECT_EQ(drawing.project.name, L"Haus");
-    EXPECT_EQ(drawing.project.folder, folder_.wstring());
+    EXPECT_EQ(drawing.project.folder, folder_.path().wstring());
     EXPECT_EQ(drawing.AttributeName(AreaTypeNumber), L"Flächenart_DIN277");
     ASSERT_EQ(drawing.elements.size(), 1u);
     const Element& element = drawing.elements[0];
@@ -139,7 +137,7 @@ TEST_F(IfcDrawings, SavingTwiceSaysTheSame) {
 }
 
 TEST_F(IfcDrawings, AFileThatIsNoModelIsRefused) {
-    std::ofstream(path_, std::ios::binary) << "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\n#1=X('a);\n";
+    writeBytes(path_, "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\n#1=X('a);\n");
     try {
         Open(path_);
         ADD_FAILURE() << "it was read";

@@ -3,13 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include "drawing/DrawingFile.h"
 #include "ifc/IfcDrawing.h"
 #include "support/BridgeContext.h"
+#include "support/RoomForTest.h"
 #include "support/TemporaryFolder.h"
 
 namespace kalvrooms::ifc {
@@ -18,7 +17,6 @@ namespace {
 class RoundTrip : public ::testing::Test {
   protected:
     RoundTrip() : context_(host_) {
-        std::filesystem::create_directories(folder_);
         host_.session.drawing = model_.Read();
         host_.session.drawing.project.folder = (folder_ / "p").wstring();
         host_.session.placing.At({100, 100});
@@ -26,17 +24,10 @@ class RoundTrip : public ::testing::Test {
         bridge_->GetProjectName();
         bridge_->ImportFloorsFromKalvero(floors_);
     }
-    ~RoundTrip() override { std::filesystem::remove_all(folder_); }
 
-    void Export() {
-        std::int32_t added = 0, updated = 0, placed = 0;
-        bridge_->ExportFloorsToKalvero(floors_, true, true, 1.0, 1.0, added, updated, placed);
-    }
+    void Export() { testing::writeTo(*bridge_, floors_); }
     std::string Written() const { return model_.Write(host_.session.drawing); }
-    static std::string Original() {
-        std::ifstream file(path(), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    static std::string Original() { return readBytes(path()); }
 
     static std::filesystem::path path() {
         const char* given = std::getenv("QUARTINO_MODEL");
@@ -45,7 +36,7 @@ class RoundTrip : public ::testing::Test {
                    : std::filesystem::path(QUARTINO_SOURCE_DIR) / "examples" / "haus" / "haus.ifc";
     }
 
-    std::filesystem::path folder_ = testing::temporaryFolder("ifc-round-trip");
+    const TemporaryFolder folder_;
     IfcDrawing model_{path()};
     DrawingHost host_;
     testing::BridgeContext context_;
@@ -55,8 +46,7 @@ class RoundTrip : public ::testing::Test {
 
 TEST_F(RoundTrip, RoomsComeWithTheirAttributesAndTheAreaOfTheirQuantity) {
     EXPECT_EQ(floors_.GetCountOfRooms(), 9);
-    clsRoom room;
-    floors_.GetRoomByIndex(1, room);
+    const clsRoom room = roomAt(floors_, 1);
     EXPECT_EQ(room.Name(), L"E.01");
     EXPECT_EQ(room.Occupancy(), L"HNF 1");
     EXPECT_EQ(room.AreaType(), L"N");

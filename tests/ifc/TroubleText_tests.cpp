@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
+
+#include "support/TemporaryFolder.h"
 
 namespace kalvrooms::ifc {
 namespace {
@@ -31,8 +31,7 @@ TEST(TroubleText, KnowsWhateverTheReadersSay) {
         R"re((?:Refuse|refuse|Trouble|StepError|HostError|runtime_error)\(\s*(?:json(?:\[i\])?,\s*)?L?"([^"]+)")re");
     int count = 0;
     for (const std::filesystem::path& file : files) {
-        std::ifstream stream(file);
-        const std::string text{std::istreambuf_iterator<char>(stream), {}};
+        const std::string text = readBytes(file);
         for (std::sregex_iterator found(text.begin(), text.end(), said), end; found != end;
              ++found) {
             const std::string trouble = (*found)[1];

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "journeys/QuartinoProcess.h"
-#include "practice/Drawings.h"
+#include "support/Drawings.h"
 #include "win32/ControlIds.h"
 
 namespace kalvrooms::testing {

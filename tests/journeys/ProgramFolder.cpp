@@ -1,5 +1,5 @@
 #include "journeys/ProgramFolder.h"
-#include "practice/Drawings.h"
+#include "support/Drawings.h"
 
 #include <gtest/gtest.h>
 
@@ -14,12 +14,6 @@
 
 namespace kalvrooms::testing {
 namespace {
-
-std::wstring freshName() {
-    static int count = 0;
-    return L"Quartino Prüfung " + std::to_wstring(GetCurrentProcessId()) + L"-" +
-           std::to_wstring(++count);
-}
 
 class HostOfTheRun : public ::testing::Environment {
   public:
@@ -50,15 +44,6 @@ PracticeHostProcess& practiceHost() {
     return hostOfTheRun->get();
 }
 
-void writeBytes(const std::filesystem::path& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
-}
-
-std::string readBytes(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-}
-
 std::string toAnsi(const std::wstring& text) {
     std::string bytes(text.size() * 4, '\0');
     bytes.resize(static_cast<std::size_t>(
@@ -77,22 +62,13 @@ std::wstring fromAnsi(const std::string& bytes) {
 
 // --- the folder ---------------------------------------------------------------------------------
 
-ProgramFolder::ProgramFolder() : folder_(std::filesystem::temp_directory_path() / freshName()) {
-    // A run that was broken off may have left one of that name.
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-    std::filesystem::create_directories(folder_);
+ProgramFolder::ProgramFolder() {
     const std::filesystem::path bin = driver::binFolder();
     const std::filesystem::path aids = bin / L"test-libraries";
     for (const auto& file :
          {bin / L"Quartino.exe", bin / L"zorvinta_eng.dll", aids / L"zorvinta_prb.dll",
           aids / L"zorvinta_bla.dll", aids / L"hhctrl.ocx"})
         std::filesystem::copy_file(file, folder_ / file.filename());
-}
-
-ProgramFolder::~ProgramFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
 }
 
 void ProgramFolder::writeHandOver(const std::wstring& settingsKey, const std::wstring& language,
@@ -132,9 +108,6 @@ SettingsKey::SettingsKey(std::wstring path) : path_(std::move(path)) {
 }
 
 SettingsKey::~SettingsKey() {
-    // Moved away.
-    if (path_.empty())
-        return;
     RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str());
 }
 

@@ -5,10 +5,10 @@
 
 #include <filesystem>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "practice/PracticeHostProcess.h"
+#include "support/TemporaryFolder.h"
 
 namespace kalvrooms::testing {
 
@@ -19,11 +19,8 @@ class ProgramFolder {
   public:
     // Copies the program and its libraries. The folder's name is not plain ASCII.
     ProgramFolder();
-    ~ProgramFolder();
-    ProgramFolder(const ProgramFolder&) = delete;
-    ProgramFolder& operator=(const ProgramFolder&) = delete;
 
-    const std::filesystem::path& path() const { return folder_; }
+    const std::filesystem::path& path() const { return folder_.path(); }
     std::filesystem::path handOver() const { return folder_ / L"kalvqtotemp"; }
     // Four lines as the host writes them.
     void writeHandOver(const std::wstring& settingsKey, const std::wstring& language = L"xxx",
@@ -41,11 +38,9 @@ class ProgramFolder {
     std::vector<HelpCall> helpCalls() const;
 
   private:
-    std::filesystem::path folder_;
+    const TemporaryFolder folder_{L"Quartino Prüfung "};
 };
 
-void writeBytes(const std::filesystem::path& path, const std::string& bytes);
-std::string readBytes(const std::filesystem::path& path);
 std::string toAnsi(const std::wstring& text);
 std::wstring fromAnsi(const std::string& bytes);
 
@@ -54,8 +49,8 @@ class SettingsKey {
   public:
     explicit SettingsKey(std::wstring path);
     ~SettingsKey();
-    SettingsKey(SettingsKey&& other) noexcept : path_(std::exchange(other.path_, {})) {}
-    SettingsKey& operator=(SettingsKey&&) = delete;
+    SettingsKey(const SettingsKey&) = delete;
+    SettingsKey& operator=(const SettingsKey&) = delete;
 
     const std::wstring& path() const { return path_; }
     bool exists() const;

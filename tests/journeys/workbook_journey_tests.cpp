@@ -5,7 +5,7 @@
 
 #include "journeys/QuartinoProcess.h"
 #include "journeys/SessionEnd.h"
-#include "practice/Drawings.h"
+#include "support/Drawings.h"
 
 namespace kalvrooms::testing {
 namespace {

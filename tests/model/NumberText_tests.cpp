@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "model/UserLocaleForTest.h"
+#include "support/UserLocaleForTest.h"
 
 namespace kalvrooms {
 

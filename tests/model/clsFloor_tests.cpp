@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "model/UserLocaleForTest.h"
+#include "support/UserLocaleForTest.h"
 
 namespace kalvrooms {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "model/LetterRules.h"
-#include "model/UserLocaleForTest.h"
 #include "support/MemoryLimit.h"
+#include "support/UserLocaleForTest.h"
 
 namespace kalvrooms {
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "model/UserLocaleForTest.h"
+#include "support/UserLocaleForTest.h"
 
 namespace kalvrooms {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "model/UserLocaleForTest.h"
+#include "support/UserLocaleForTest.h"
 
 namespace kalvrooms {
 

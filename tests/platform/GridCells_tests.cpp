@@ -4,8 +4,8 @@
 #include <new>
 
 #include "model/LetterRules.h"
-#include "model/UserLocaleForTest.h"
 #include "support/MemoryLimit.h"
+#include "support/UserLocaleForTest.h"
 
 namespace kalvrooms::Gui {
 namespace {

@@ -13,10 +13,10 @@
 #include <thread>
 #include <vector>
 
-#include "practice/Drawings.h"
 #include "practice/PracticeHostProcess.h"
 #include "practice/host/ClassIds.h"
 #include "practice/host/Commands.h"
+#include "support/Drawings.h"
 #include "support/TemporaryFolder.h"
 
 namespace kalvrooms::testing {
@@ -64,11 +64,6 @@ std::vector<LONG> bounds(const _variant_t& array) {
     return bounds;
 }
 
-std::string bytes(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 Drawing school() {
     Drawing drawing = drawingOf({roomElement(17, 3, L"Klasse 1"), roomElement(18, 0, L"Bestand")});
     drawing.elements[1].outline.clear();
@@ -82,18 +77,11 @@ DWORD hostWith(const std::wstring& arguments) {
 
 class PracticeHost : public ::testing::Test {
   protected:
-    static void SetUpTestSuite() {
-        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-        std::filesystem::create_directories(folder());
-    }
-    static void TearDownTestSuite() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder(), ignored);
-        CoUninitialize();
-    }
-    static const std::filesystem::path& folder() {
-        static const std::filesystem::path path = temporaryFolder("practice-host");
-        return path;
+    static void SetUpTestSuite() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
+    static void TearDownTestSuite() { CoUninitialize(); }
+    static const TemporaryFolder& folder() {
+        static const TemporaryFolder folder;
+        return folder;
     }
 
     void start(const std::wstring& arguments = L"--hidden") {
@@ -220,7 +208,7 @@ TEST_F(PracticeHost, PlacesUnattendedAndWritesItsFilesAtEveryApply) {
     ASSERT_EQ(placed.placements.size(), 2u);
     EXPECT_EQ(placed.placements[0].at, (Point{100.5, -20}));
     EXPECT_EQ(placed.elements[3].outline[0], placed.placements[1].at);
-    EXPECT_THAT(bytes(svg), HasSubstr("</svg>"));
+    EXPECT_THAT(readBytes(svg), HasSubstr("</svg>"));
 
     std::filesystem::remove(saved);
     control.call(L"Quit");
@@ -334,7 +322,7 @@ TEST_F(PracticeHost, TheControlLoadsSavesAndPlaces) {
     control.call(L"SaveDrawing", copy.wstring());
     EXPECT_EQ(LoadDrawing(copy).elements.size(), 1u);
     control.call(L"ExportSvg", svg.wstring());
-    EXPECT_THAT(bytes(svg), HasSubstr("<polygon"));
+    EXPECT_THAT(readBytes(svg), HasSubstr("<polygon"));
 }
 
 TEST_F(PracticeHost, ForbidsAccessInItsStates) {
@@ -500,14 +488,14 @@ TEST_F(PracticeHost, AModelIsADrawingThatGoesBackIntoItsFileByteForByte) {
     ASSERT_EQ(host->drawing().elements.size(), 9u);
     EXPECT_EQ(host->drawing().elements[1].function, L"Küche");
     service().call(L"ApplyChanges");
-    EXPECT_EQ(bytes(saved), bytes(house));
+    EXPECT_EQ(readBytes(saved), readBytes(house));
     // Under the other kind's name it becomes a practice drawing; the way back is none.
     control.call(L"SaveDrawing", shown.wstring());
     EXPECT_EQ(LoadDrawing(shown).elements.size(), 9u);
     control.call(L"LoadDrawing", shown.wstring());
     EXPECT_THAT(refusalOf([&] { control.call(L"SaveDrawing", saved.wstring()); }),
                 HasSubstr("nicht als Modell"));
-    EXPECT_EQ(bytes(saved), bytes(house));
+    EXPECT_EQ(readBytes(saved), readBytes(house));
     control.call(L"LoadDrawing", house.wstring()); // which is what goes into --save at the end
 }
 
@@ -525,9 +513,9 @@ TEST_F(PracticeHostWindow, AFileThatIsDroppedIsOpened) {
 
 TEST_F(PracticeHostWindow, WhatAModelHasThatCannotBeReadIsSaid) {
     const auto strange = folder() / L"strange.ifc";
-    std::string text = bytes(house);
+    std::string text = readBytes(house);
     text.replace(text.find("IFCGEOMETRICCURVESET"), 20, "IFCSPIRAL");
-    std::ofstream(strange, std::ios::binary) << text;
+    writeBytes(strange, text);
     ui::dropFile(window, strange);
     const HWND box = ui::waitForWindow("a message", host->process(), ui::isMessageBox);
     EXPECT_THAT(ToUtf8(ui::messageText(box)), HasSubstr("nicht alles lesbar (1 Meldung):\nZeile "));
@@ -593,8 +581,8 @@ TEST_F(PracticeHost, StartsItsClientWithTheHandOverFileAndEndsWithIt) {
                                 program.wstring() + L"\"");
     SetEnvironmentVariableW(clientVariable, nullptr);
     EXPECT_EQ(code, clientExitCode);
-    EXPECT_EQ(bytes(folder() / L"kalvqtotemp"), "Kalvero practice host\r\nC:\\Hilfe\\\xDC"
-                                                "bung.kalvhelp\r\nSoftware\\Probe\r\ndeu\r\n");
+    EXPECT_EQ(readBytes(folder() / L"kalvqtotemp"), "Kalvero practice host\r\nC:\\Hilfe\\\xDC"
+                                                    "bung.kalvhelp\r\nSoftware\\Probe\r\ndeu\r\n");
 
     // Without being told, the manual beside the program, in the program's language if there is one.
     std::ofstream(folder() / L"Quartino_eng.chm").put('x');
@@ -604,7 +592,7 @@ TEST_F(PracticeHost, StartsItsClientWithTheHandOverFileAndEndsWithIt) {
         hostWith(L"--hidden --quit-with-client --language " + std::wstring(language) +
                  L" --start \"" + program.wstring() + L"\"");
         SetEnvironmentVariableW(clientVariable, nullptr);
-        EXPECT_THAT(bytes(folder() / L"kalvqtotemp"),
+        EXPECT_THAT(readBytes(folder() / L"kalvqtotemp"),
                     HasSubstr("\\" + std::string(manual) + ".kalvhelp\r\n"));
     }
 }

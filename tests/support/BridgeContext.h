@@ -11,6 +11,19 @@
 
 namespace kalvrooms::testing {
 
+// What a writing tells of itself: rooms at their position, updated, and placed at the cross-hair.
+struct ExportCounts {
+    std::int32_t atPosition = 0, updated = 0, placed = 0;
+};
+
+inline ExportCounts writeTo(clsKalvero& bridge, const clsFloors& floors, bool block = true,
+                            double dx = 1.0, double dy = 1.0, bool modify = true) {
+    ExportCounts counts;
+    bridge.ExportFloorsToKalvero(floors, modify, block, dx, dy, counts.atPosition, counts.updated,
+                                 counts.placed);
+    return counts;
+}
+
 class BridgeContext : public ExportWindow {
   public:
     BridgeContext() : server(host) {}

@@ -8,6 +8,7 @@
 #include "files/FileServices.h"
 #include "headless/AbsentServers.h"
 #include "headless/HeadlessPlatform.h"
+#include "model/RuntimeError.h"
 
 namespace kalvrooms {
 
@@ -15,7 +16,13 @@ namespace kalvrooms {
 class RecordedTable final : public RoomTable {
   public:
     std::vector<bool> Updates;
-    void UpdateTable(bool warn) override { Updates.push_back(warn); }
+    // Stands for a table that cannot be refreshed.
+    long FailingUpdate = 0;
+    void UpdateTable(bool warn) override {
+        Updates.push_back(warn);
+        if (FailingUpdate != 0)
+            throw RuntimeError(FailingUpdate);
+    }
 };
 
 struct FileLayer {

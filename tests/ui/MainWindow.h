@@ -17,18 +17,12 @@ namespace kalvrooms::testing {
 
 class MainWindow : public ::testing::Test {
   protected:
-    MainWindow() : folder_(temporaryFolder("quartino-main")) {
-        std::filesystem::create_directories(folder_);
+    MainWindow() {
         platform_.desktop.Design(L"frmMain", [](HeadlessForm& form) {
             form.Width(11000);
             form.Height(7500);
         });
     }
-    ~MainWindow() override {
-        main_.reset();
-        std::filesystem::remove_all(folder_);
-    }
-
     void TearDown() override {
         main_.reset();
         EXPECT_EQ(desktop().UnusedScripts(), 0u);
@@ -60,16 +54,13 @@ class MainWindow : public ::testing::Test {
     }
     std::wstring file(const std::string& name) const { return (folder_ / name).wstring(); }
     std::wstring writeList(const std::string& name, int rooms) {
-        std::ofstream stream(folder_ / name, std::ios::binary);
-        stream << "header \t header\r\n";
+        std::string list = "header \t header\r\n";
         for (int i = 1; i <= rooms; ++i)
-            stream << "R" << i << " \t F \t 16 \t EG\r\n";
+            list += "R" + std::to_string(i) + " \t F \t 16 \t EG\r\n";
+        writeBytes(folder_ / name, list);
         return file(name);
     }
-    std::string contents(const std::string& name) const {
-        std::ifstream stream(folder_ / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
+    std::string contents(const std::string& name) const { return readBytes(folder_ / name); }
     // Whether the program asks before the list goes. Without an answer it goes unsaved.
     bool newAsks() {
         const std::size_t before = desktop().Messages().size();
@@ -83,7 +74,7 @@ class MainWindow : public ::testing::Test {
         return texts;
     }
 
-    std::filesystem::path folder_;
+    const TemporaryFolder folder_;
     AbsentSpreadsheetServer spreadsheets_;
     TestHost host_;
     HeadlessPlatform platform_;

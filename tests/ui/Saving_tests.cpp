@@ -20,7 +20,7 @@ class Saving : public MainWindow {
         return file(name);
     }
     void writeFile(const std::string& name, const std::string& bytes) {
-        std::ofstream(folder_ / name, std::ios::binary) << bytes;
+        writeBytes(folder_ / name, bytes);
     }
     void open(const std::wstring& path) {
         desktop().ChooseFile(path, 1);

@@ -16,8 +16,8 @@
 
 #include "app/clsText.h"
 #include "headless/HeadlessPlatform.h"
-#include "model/UserLocaleForTest.h"
 #include "model/clsFloors.h"
+#include "support/UserLocaleForTest.h"
 #include "ui/frmGeometry.h"
 #include "ui/frmPlace.h"
 #include "ui/frmReport.h"

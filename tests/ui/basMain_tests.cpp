@@ -56,8 +56,9 @@ TEST_F(StartUp, ShowsTheMainWindowWhenTheHostAnswersAfterTheMessage) {
 }
 
 TEST_F(StartUp, BlankTextsOfALanguageAreReplacedByLiterals) {
-    platform_.environment.Folder = folder_.wstring();
-    platform_.libraries.Put(folder_.wstring() + L"\\zorvinta_eng.dll", {{101, L"  "}, {176, L" "}});
+    platform_.environment.Folder = folder_.path().wstring();
+    platform_.libraries.Put(folder_.path().wstring() + L"\\zorvinta_eng.dll",
+                            {{101, L"  "}, {176, L" "}});
     host_.session.state.CreationError(L"nobody there");
     frmMain main(platform_.Bundle(), host_, spreadsheets_);
     main.SetLang(L"eng");

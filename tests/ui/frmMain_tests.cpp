@@ -285,7 +285,7 @@ TEST_F(MainWindow, ARoomFillsItsRow) {
 }
 
 TEST_F(MainWindow, RoomsFromTheDrawingHaveTheColourOfExistingRooms) {
-    host_.drawing.project.folder = folder_.wstring();
+    host_.drawing.project.folder = folder_.path().wstring();
     Element element;
     element.identity = {17, 3, L"K3"};
     element.name = L"a";

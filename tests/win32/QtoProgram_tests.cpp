@@ -20,11 +20,6 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-std::string bytesOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 // A file that a process writes to as its standard output or reads as its input.
 class StreamFile {
   public:
@@ -44,15 +39,9 @@ class StreamFile {
 
 class QtoProgram : public ::testing::Test {
   protected:
-    QtoProgram() { std::filesystem::create_directories(folder); }
-    ~QtoProgram() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-    }
-
     // The exit code; what it says comes into `out` and `err`.
     DWORD run(const std::wstring& arguments, const std::string& input = {}) {
-        std::ofstream(folder / "in", std::ios::binary) << input;
+        writeBytes(folder / "in", input);
         DWORD code = 0;
         {
             const StreamFile in(folder / "in", GENERIC_READ, OPEN_EXISTING);
@@ -68,19 +57,19 @@ class QtoProgram : public ::testing::Test {
                 L"\"" + (driver::binFolder() / L"qto.exe").wstring() + L"\" " + arguments;
             PROCESS_INFORMATION process{};
             if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                folder.c_str(), &start, &process))
+                                folder.path().c_str(), &start, &process))
                 throw driver::WaitFailed("qto cannot be started");
             WaitForSingleObject(process.hProcess, driver::usualLimit);
             GetExitCodeProcess(process.hProcess, &code);
             CloseHandle(process.hThread);
             CloseHandle(process.hProcess);
         }
-        out = bytesOf(folder / "out");
-        err = bytesOf(folder / "err");
+        out = readBytes(folder / "out");
+        err = readBytes(folder / "err");
         return code;
     }
 
-    const std::filesystem::path folder = temporaryFolder("qto-program");
+    const TemporaryFolder folder;
     std::string out;
     std::string err;
 };
@@ -99,7 +88,7 @@ TEST_F(QtoProgram, AModelInAFileOfAnyNameGoesThroughAListAndBackByteForByte) {
     EXPECT_THAT(rooms[1].at("pointFile").get<std::string>(), HasSubstr("\\1-1605806478.txt"));
 
     ASSERT_EQ(run(L"write Räume.txt \"Größe Ωж.ifc\" neu.ifc"), 0u) << err;
-    EXPECT_EQ(bytesOf(folder / "neu.ifc"), bytesOf(folder / L"Größe Ωж.ifc"));
+    EXPECT_EQ(readBytes(folder / "neu.ifc"), readBytes(folder / L"Größe Ωж.ifc"));
 }
 
 TEST_F(QtoProgram, SpeaksTheLanguageAndWritesTheMarksOfItsUser) {

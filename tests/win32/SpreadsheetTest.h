@@ -20,6 +20,7 @@
 #include "practice/workbook/WorkbookFile.h"
 #include "support/FileLayer.h"
 #include "support/RoomForTest.h"
+#include "support/TemporaryFolder.h"
 #include "win32/ComSpreadsheet.h"
 #include "win32/PracticeSpreadsheetProcess.h"
 #include "win32/Win32AnsiCodec.h"
@@ -28,7 +29,7 @@
 namespace kalvrooms::testing {
 
 // The real codec and the real automation.
-class SpreadsheetContext final {
+class SpreadsheetContext final : public FileLayer {
   public:
     explicit SpreadsheetContext(std::shared_ptr<ComSession> knownNames)
         : session(std::move(knownNames)), spreadsheets_(MakeComSpreadsheetServer(session)) {}
@@ -36,15 +37,11 @@ class SpreadsheetContext final {
         : SpreadsheetContext(std::make_shared<ComSession>(patience)) {}
 
     std::shared_ptr<ComSession> session;
-    HeadlessPlatform headless;
-    clsText texts{headless.libraries, headless.environment};
-    std::vector<bool>& tableUpdates = table_.Updates;
 
-    operator FileServices() { return {texts, table_, headless.desktop, ansi_, *spreadsheets_}; }
+    operator FileServices() { return {texts, table, platform.desktop, ansi_, *spreadsheets_}; }
 
   private:
     std::unique_ptr<SpreadsheetServer> spreadsheets_;
-    RecordedTable table_;
     Win32AnsiCodec ansi_;
 };
 
@@ -62,25 +59,17 @@ class SpreadsheetTest : public ::testing::Test {
         CoUninitialize();
     }
 
-    explicit SpreadsheetTest(DWORD patience = 2000) : context(patience) {
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_);
-    }
+    explicit SpreadsheetTest(DWORD patience = 2000) : context(patience) {}
     ~SpreadsheetTest() override {
         forgetWhatSpreadsheetsWereTold();
         endSpreadsheetProcesses();
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
     }
 
     std::filesystem::path path(const std::wstring& name) const { return folder_ / name; }
     std::wstring name(const std::wstring& fileName) const { return path(fileName).wstring(); }
-    std::string bytes(const std::wstring& fileName) const {
-        std::ifstream file(path(fileName), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    }
+    std::string bytes(const std::wstring& fileName) const { return readBytes(path(fileName)); }
     void store(const std::wstring& fileName, const std::string& content) const {
-        std::ofstream(path(fileName), std::ios::binary) << content;
+        writeBytes(path(fileName), content);
     }
     void store(const std::wstring& fileName, const sheets::Workbook& workbook) const {
         store(fileName, sheets::WriteWorkbook(workbook));
@@ -115,9 +104,9 @@ class SpreadsheetTest : public ::testing::Test {
     // What has to hold after every operation, whatever became of it.
     void expectQuietEnd() {
         EXPECT_TRUE(spreadsheetProcessesEnd()) << spreadsheetProcesses().size() << " left";
-        EXPECT_EQ(context.headless.desktop.MousePointer(), Gui::DefaultPointer);
+        EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
     }
-    void expectNoMessage() { EXPECT_TRUE(context.headless.desktop.Messages().empty()); }
+    void expectNoMessage() { EXPECT_TRUE(context.platform.desktop.Messages().empty()); }
 
     SpreadsheetContext context;
     // Off, the system starts every instance itself, or finds none.
@@ -131,8 +120,7 @@ class SpreadsheetTest : public ::testing::Test {
     }
 
     // With letters in its name that are no ASCII.
-    std::filesystem::path folder_ = std::filesystem::temp_directory_path() /
-                                    (L"R\u00E4ume " + std::to_wstring(GetCurrentProcessId()));
+    const TemporaryFolder folder_{L"R\u00E4ume "};
 };
 
 // Rooms of all kinds on several storeys.

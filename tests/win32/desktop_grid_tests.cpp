@@ -152,8 +152,8 @@ TEST_F(MainWindow, TheContextKeyOpensAtTheCurrentCell) {
     };
     grid_->Row(3);
     grid_->Col(1);
-    Journey journey;
-    journey.When(
+    ModalSteps user;
+    user.When(
         "menu", [] { return FindWindowW(L"#32768", nullptr) != nullptr; },
         [&] {
             RECT menu{};
@@ -163,7 +163,7 @@ TEST_F(MainWindow, TheContextKeyOpensAtTheCurrentCell) {
             typeKey(VK_ESCAPE);
         });
     typeKey(VK_APPS);
-    journey.Run(desktop_);
+    user.Run(desktop_);
     ASSERT_TRUE(PumpUntil(desktop_, [&] { return !FindWindowW(L"#32768", nullptr); }));
     ASSERT_EQ(events.size(), 1U);
     EXPECT_EQ(events.back(), (CellEvent{MouseButton::Right, 3, 1}));
@@ -375,8 +375,8 @@ TEST_F(MainWindow, ClosingAsksFirstAndEndsTheRun) {
     EXPECT_EQ(unloaded, 0);
     EXPECT_TRUE(form_->Loaded());
     may = true;
-    Journey journey;
-    journey.When(
+    ModalSteps user;
+    user.When(
         "shown", [] { return true; },
         [&] { SendMessageW(form_->Window(), WM_SYSCOMMAND, SC_CLOSE, 0); });
     desktop_.Run();
@@ -429,11 +429,11 @@ TEST_F(MainWindow, TheSystemIsToldWhyTheSessionHadBetterWait) {
         return IDNO;
     };
     // Opened and cancelled, the room dialog leaves the list changed.
-    Journey journey;
-    journey.When(
+    ModalSteps user;
+    user.When(
         "dialog", [this] { return DialogIsActive(); }, [this] { CloseDialog(); });
     typeKey(VK_INSERT);
-    journey.Run(desktop_);
+    user.Run(desktop_);
     ASSERT_TRUE(PumpUntil(desktop_, [this] { return Focused() == list_; }));
     EXPECT_TRUE(SendMessageW(form_->Window(), WM_QUERYENDSESSION, 0, 0));
     EXPECT_EQ(reasons,

@@ -50,13 +50,13 @@ const auto always = [] { return true; };
 const auto message = [] { return SystemDialog() && GetForegroundWindow() == SystemDialog(); };
 
 // Goes through the controls of a form, its buttons aside, and presses both keys on each.
-void pressKeysEverywhere(Journey& journey, Win32Form& form, std::vector<int>& keys) {
+void pressKeysEverywhere(ModalSteps& user, Win32Form& form, std::vector<int>& keys) {
     for (const ControlEntry& entry : form.Entry().controls) {
         if (entry.kind == ControlKind::Label || entry.kind == ControlKind::Frame ||
             entry.kind == ControlKind::Button)
             continue;
         Win32Control& control = *form.ControlById(entry.id);
-        journey.When("focus", always, [&control] { control.SetFocus(); })
+        user.When("focus", always, [&control] { control.SetFocus(); })
             .When(
                 "focused", [&control] { return Focused() == control.Window(); },
                 [&keys] {
@@ -78,14 +78,14 @@ void pressKeysEverywhere(Journey& journey, Win32Form& form, std::vector<int>& ke
 
 TEST_F(Dialogs, EnterAndEscapeCountOnReleaseWhicheverControlHasTheFocus) {
     int clicks = 0;
-    const auto steps = [&](Journey& journey) {
-        journey.When("shown", always, [&] {
+    const auto steps = [&](ModalSteps& user) {
+        user.When("shown", always, [&] {
             RecordKeys();
             for (const ControlEntry& entry : Top().Entry().controls)
                 if (entry.kind == ControlKind::Button)
                     Control<Button>(std::wstring(entry.name).c_str()).Click = [&] { ++clicks; };
-            pressKeysEverywhere(journey, Top(), keys_);
-            journey.When("end", InputIsDone, [this] { CloseDialog(); });
+            pressKeysEverywhere(user, Top(), keys_);
+            user.When("end", InputIsDone, [this] { CloseDialog(); });
         });
     };
     OpenUntilItCloses<frmRoom>(steps);
@@ -97,9 +97,8 @@ TEST_F(Dialogs, EnterAndEscapeCountOnReleaseWhicheverControlHasTheFocus) {
 TEST_F(Dialogs, EnterPressesTheButtonThatHasTheFocusAndNothingElse) {
     for (const wchar_t* name : {L"cmdGeometry", L"cmdCancel", L"cmdOk"}) {
         int clicks = 0;
-        Open<frmRoom>([&, name](Journey& journey) {
-            journey
-                .When("focus", always,
+        Open<frmRoom>([&, name](ModalSteps& user) {
+            user.When("focus", always,
                       [&, name] {
                           RecordKeys();
                           Control<Button>(name).Click = [&clicks] { ++clicks; };
@@ -126,8 +125,8 @@ TEST_F(Dialogs, EnterPressesTheButtonThatHasTheFocusAndNothingElse) {
 }
 
 TEST_F(Dialogs, TheReportOpensOnItsDefaultButtonAndEscapeClosesIt) {
-    OpenUntilItCloses<frmReport>([this](Journey& journey) {
-        journey.When(
+    OpenUntilItCloses<frmReport>([this](ModalSteps& user) {
+        user.When(
             "focused", [this] { return HasFocus(L"cmdOk"); },
             [this] {
                 const HWND button = WindowOf(Top(), L"cmdOk");
@@ -138,9 +137,8 @@ TEST_F(Dialogs, TheReportOpensOnItsDefaultButtonAndEscapeClosesIt) {
 }
 
 TEST_F(Dialogs, ARefusedDistanceShowsItsTabAndItsField) {
-    Open<frmPlace>([this](Journey& journey) {
-        journey
-            .When("ok", always,
+    Open<frmPlace>([this](ModalSteps& user) {
+        user.When("ok", always,
                   [this] {
                       Control<TextField>(L"txtDy").Text(L"0");
                       Control<TabStrip>(L"SSTab1").Tab(1);
@@ -154,8 +152,8 @@ TEST_F(Dialogs, ARefusedDistanceShowsItsTabAndItsField) {
 }
 
 TEST_F(Dialogs, SpacePressesTheButtonThatHasTheFocus) {
-    OpenUntilItCloses<frmRoom>([this](Journey& journey) {
-        journey.When("focus", always, [this] { Control<Button>(L"cmdCancel").SetFocus(); })
+    OpenUntilItCloses<frmRoom>([this](ModalSteps& user) {
+        user.When("focus", always, [this] { Control<Button>(L"cmdCancel").SetFocus(); })
             .When(
                 "focused", [this] { return HasFocus(L"cmdCancel"); }, [] { typeKey(VK_SPACE); });
     });
@@ -163,8 +161,8 @@ TEST_F(Dialogs, SpacePressesTheButtonThatHasTheFocus) {
 
 TEST_F(Dialogs, TheEnterThatClosesAMessageDoesNotCount) {
     main_.GetCurrentRoom()->StoryCode(L"");
-    Open<frmRoom>([this](Journey& journey) {
-        journey.When("enter", always, [] { typeKey(VK_RETURN); })
+    Open<frmRoom>([this](ModalSteps& user) {
+        user.When("enter", always, [] { typeKey(VK_RETURN); })
             .When("message", message,
                   [] {
                       // Held down, it repeats into the dialog behind.
@@ -191,8 +189,8 @@ TEST_F(Dialogs, AReleaseWithoutItsPressDoesNotCount) {
     form_->Shortcuts.clear();
     pressKey(VK_RETURN);
     ASSERT_TRUE(PumpUntil(desktop_, InputIsDone));
-    Open<frmRoom>([this](Journey& journey) {
-        journey.When("release", always, [] { releaseKey(VK_RETURN); })
+    Open<frmRoom>([this](ModalSteps& user) {
+        user.When("release", always, [] { releaseKey(VK_RETURN); })
             .When("quiet", InputIsDone, [this] { EXPECT_TRUE(DialogIsActive()); });
     });
 }
@@ -203,9 +201,8 @@ TEST_F(Dialogs, ARepeatedKeyCountsOnceWhenItIsReleased) {
         contexts.push_back(context);
     };
     helpFile_ = Win32Environment().ExecutableFolder() + L"\\desktop_tests.exe";
-    Open<frmGeometry>([&](Journey& journey) {
-        journey
-            .When("hold", always,
+    Open<frmGeometry>([&](ModalSteps& user) {
+        user.When("hold", always,
                   [] {
                       for (int repeat = 0; repeat < 5; ++repeat)
                           pressKey(VK_F1);
@@ -224,9 +221,8 @@ TEST_F(Dialogs, ARepeatedKeyCountsOnceWhenItIsReleased) {
 TEST_F(Dialogs, AnOpenListShowsAllItsItemsAndGetsEnterAndEscapeToClose) {
     HWND list = nullptr;
     const auto open = [&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) != 0; };
-    Open<frmRoom>([&](Journey& journey) {
-        journey
-            .When("focus", always,
+    Open<frmRoom>([&](ModalSteps& user) {
+        user.When("focus", always,
                   [&] {
                       RecordKeys();
                       list = WindowOf(Top(), L"cboAreaType");
@@ -269,9 +265,8 @@ TEST_F(Dialogs, EnteringAFieldSelectsAndLeavingItTells) {
     const auto selection = [this](const wchar_t* name) {
         return SendMessageW(WindowOf(Top(), name), EM_GETSEL, 0, 0);
     };
-    Open<frmRoom>([&](Journey& journey) {
-        journey
-            .When(
+    Open<frmRoom>([&](ModalSteps& user) {
+        user.When(
                 "first", [&] { return selection(L"txtStoryCode") == MAKELONG(0, 2); },
                 [&] {
                     Control<TextField>(L"txtName").Text(L"Klassenzimmer 1");
@@ -301,9 +296,8 @@ TEST_F(Dialogs, EnteringAFieldSelectsAndLeavingItTells) {
 
 TEST_F(Dialogs, AFieldIsLeftBeforeTheAccessKeyOfAButtonCounts) {
     std::vector<std::wstring> events;
-    Open<frmRoom>([&](Journey& journey) {
-        journey
-            .When("access key", always,
+    Open<frmRoom>([&](ModalSteps& user) {
+        user.When("access key", always,
                   [&] {
                       Control<TextField>(L"txtStoryCode").LostFocus = [&] {
                           events.emplace_back(L"left");
@@ -321,9 +315,8 @@ TEST_F(Dialogs, AFieldIsLeftBeforeTheAccessKeyOfAButtonCounts) {
 }
 
 TEST_F(Dialogs, AnErrorWhileLeavingAFieldIsShownAndHarmless) {
-    Open<frmRoom>([&](Journey& journey) {
-        journey
-            .When("tab", always,
+    Open<frmRoom>([&](ModalSteps& user) {
+        user.When("tab", always,
                   [&] {
                       RecordKeys();
                       Control<TextField>(L"txtStoryCode").LostFocus = [] {
@@ -343,9 +336,8 @@ TEST_F(Dialogs, AnErrorWhileLeavingAFieldIsShownAndHarmless) {
 
 TEST_F(Dialogs, WithoutAnyMemoryThatIsShownAndTheProgramGoesOn) {
     std::optional<MemoryLimit> limit;
-    Open<frmRoom>([&](Journey& journey) {
-        journey
-            .When("tab", always,
+    Open<frmRoom>([&](ModalSteps& user) {
+        user.When("tab", always,
                   [&] {
                       Control<TextField>(L"txtStoryCode").LostFocus = [&] {
                           limit.emplace(0);
@@ -366,8 +358,8 @@ TEST_F(Dialogs, WithoutAnyMemoryThatIsShownAndTheProgramGoesOn) {
 }
 
 TEST_F(Dialogs, AFieldMayUnloadItsFormWhenItIsLeft) {
-    OpenUntilItCloses<frmRoom>([this](Journey& journey) {
-        journey.When("tab", always, [this] {
+    OpenUntilItCloses<frmRoom>([this](ModalSteps& user) {
+        user.When("tab", always, [this] {
             Control<TextField>(L"txtStoryCode").LostFocus = [this] { CloseDialog(); };
             typeKey(VK_TAB);
         });
@@ -375,8 +367,8 @@ TEST_F(Dialogs, AFieldMayUnloadItsFormWhenItIsLeft) {
 }
 
 TEST_F(Dialogs, ARejectedCharacterDoesNotReachTheField) {
-    Open<frmRoom>([this](Journey& journey) {
-        journey.When("focus", always, [this] { Control<TextField>(L"txtQuantity").SetFocus(); })
+    Open<frmRoom>([this](ModalSteps& user) {
+        user.When("focus", always, [this] { Control<TextField>(L"txtQuantity").SetFocus(); })
             .When(
                 "focused", [this] { return HasFocus(L"txtQuantity"); },
                 [] {
@@ -391,9 +383,8 @@ TEST_F(Dialogs, ARejectedCharacterDoesNotReachTheField) {
 
 TEST_F(Dialogs, ArrowsChooseTheNextOption) {
     std::vector<std::wstring> clicks;
-    Open<frmGeometry>([&](Journey& journey) {
-        journey
-            .When("focus", always,
+    Open<frmGeometry>([&](ModalSteps& user) {
+        user.When("focus", always,
                   [&] {
                       for (const wchar_t* name :
                            {L"optXDirection", L"optYDirection", L"optRatio", L"optExcelFile"})
@@ -425,9 +416,8 @@ TEST_F(Dialogs, ArrowsChooseTheNextOption) {
 
 TEST_F(Dialogs, TabKeysSwitchTheTabs) {
     const auto tab = [this] { return Control<TabStrip>(L"SSTab1").Tab(); };
-    Open<frmPlace>([&](Journey& journey) {
-        journey
-            .When("ctrl+tab", always,
+    Open<frmPlace>([&](ModalSteps& user) {
+        user.When("ctrl+tab", always,
                   [this] {
                       auto& tabs = Control<TabStrip>(L"SSTab1");
                       EXPECT_EQ(tabs.TabCaption(0), main_.GetText(47));
@@ -473,8 +463,8 @@ TEST_F(Dialogs, AnOwnerThatWasDisabledStaysDisabled) {
 
 TEST_F(Dialogs, TheCloseButtonUnloadsThroughTheSamePath) {
     int unloaded = 0;
-    OpenUntilItCloses<frmRoom>([&](Journey& journey) {
-        journey.When("close", always, [&] {
+    OpenUntilItCloses<frmRoom>([&](ModalSteps& user) {
+        user.When("close", always, [&] {
             Top().OnUnload = [&] { ++unloaded; };
             PostMessageW(Top().Window(), WM_SYSCOMMAND, SC_CLOSE, 0);
         });
@@ -492,8 +482,8 @@ TEST_F(Dialogs, AFormMayEndInItsOwnEvent) {
         bare_.reset();
         stillThere = !watched.expired() && *held == 1;
     };
-    Journey journey;
-    journey.When(
+    ModalSteps user;
+    user.When(
         "dialog", [this] { return DialogIsActive(); },
         [this] { ClickMiddle(WindowOf(Top(), L"cmdOk")); });
     form.ShowModal();
@@ -504,8 +494,8 @@ TEST_F(Dialogs, AFormMayEndInItsOwnEvent) {
 
 TEST_F(Dialogs, ADialogGoesWithItsOwner) {
     Form& form = Bare();
-    Journey journey;
-    journey.When(
+    ModalSteps user;
+    user.When(
         "dialog", [this] { return DialogIsActive(); },
         [this] { SendMessageW(form_->Window(), WM_ENDSESSION, TRUE, 0); });
     form.ShowModal();

@@ -6,35 +6,35 @@ namespace kalvrooms::Gui {
 namespace {
 
 constexpr UINT tickMilliseconds = 10;
-Journey* travelling = nullptr;
+ModalSteps* travelling = nullptr;
 
 } // namespace
 
-// --- Journey --------------------------------------------------------------------------------
+// --- ModalSteps -----------------------------------------------------------------------------
 
-Journey::Journey() {
+ModalSteps::ModalSteps() {
     travelling = this;
     waitingSince_ = GetTickCount64();
     timer_ = SetTimer(nullptr, 0, tickMilliseconds, tick);
 }
 
-Journey::~Journey() {
+ModalSteps::~ModalSteps() {
     KillTimer(nullptr, timer_);
     travelling = nullptr;
     EXPECT_TRUE(steps_.empty()) << "never reached: " << steps_.front().name;
 }
 
-Journey& Journey::When(std::string name, State state, Step step) {
+ModalSteps& ModalSteps::When(std::string name, State state, Step step) {
     steps_.push_back({std::move(name), std::move(state), std::move(step)});
     return *this;
 }
 
-void CALLBACK Journey::tick(HWND, UINT, UINT_PTR, DWORD) {
+void CALLBACK ModalSteps::tick(HWND, UINT, UINT_PTR, DWORD) {
     if (travelling)
         travelling->look();
 }
 
-void Journey::look() {
+void ModalSteps::look() {
     if (looking_ || steps_.empty())
         return;
     looking_ = true;
@@ -42,7 +42,7 @@ void Journey::look() {
         const Stage stage = steps_.front();
         steps_.pop_front();
         waitingSince_ = GetTickCount64();
-        // A step may open a window whose own loop carries the journey on.
+        // A step may open a window whose own loop carries the steps on.
         looking_ = false;
         stage.step();
         return;
@@ -56,7 +56,7 @@ void Journey::look() {
     }
 }
 
-void Journey::Run(Win32Desktop& desktop) {
+void ModalSteps::Run(Win32Desktop& desktop) {
     EXPECT_TRUE(PumpUntil(desktop, [this] { return Done(); }));
 }
 

@@ -23,17 +23,17 @@
 namespace kalvrooms::Gui {
 
 // Steps that a user takes while a modal loop runs: each waits for its state, never for a time.
-class Journey {
+class ModalSteps {
   public:
-    Journey();
-    ~Journey();
-    Journey(const Journey&) = delete;
-    Journey& operator=(const Journey&) = delete;
+    ModalSteps();
+    ~ModalSteps();
+    ModalSteps(const ModalSteps&) = delete;
+    ModalSteps& operator=(const ModalSteps&) = delete;
 
     using State = std::function<bool()>;
     using Step = std::function<void()>;
     // When the state is reached, the step is taken.
-    Journey& When(std::string name, State state, Step step);
+    ModalSteps& When(std::string name, State state, Step step);
     // Runs the message loop until every step was taken; fails the test after a minute without one.
     void Run(Win32Desktop& desktop);
     bool Done() const { return steps_.empty(); }
@@ -83,21 +83,21 @@ class ProgramOnDesktop : public testing::Test {
 
     // Opens a dialog over the main window and takes the steps once it has the keyboard.
     template <typename Dialog>
-    void Open(const std::function<void(Journey&)>& steps) {
-        Journey journey;
-        journey.When(
+    void Open(const std::function<void(ModalSteps&)>& steps) {
+        ModalSteps user;
+        user.When(
             "dialog", [this] { return DialogIsActive(); }, [] {});
-        steps(journey);
-        journey.When("end", InputIsDone, [this] { CloseDialog(); });
+        steps(user);
+        user.When("end", InputIsDone, [this] { CloseDialog(); });
         showDialog<Dialog>();
     }
     // The same for steps that close the dialog themselves.
     template <typename Dialog>
-    void OpenUntilItCloses(const std::function<void(Journey&)>& steps) {
-        Journey journey;
-        journey.When(
+    void OpenUntilItCloses(const std::function<void(ModalSteps&)>& steps) {
+        ModalSteps user;
+        user.When(
             "dialog", [this] { return DialogIsActive(); }, [] {});
-        steps(journey);
+        steps(user);
         showDialog<Dialog>();
         EXPECT_TRUE(form_->Enabled());
     }
@@ -105,9 +105,8 @@ class ProgramOnDesktop : public testing::Test {
     template <typename Dialog>
     void LookAt(const std::function<void(Win32Form&)>& look) {
         bool looked = false;
-        Journey journey;
-        journey
-            .When(
+        ModalSteps user;
+        user.When(
                 "dialog", [this] { return DialogIsActive(); },
                 [&] {
                     look(Top());

@@ -392,12 +392,12 @@ TEST_F(RealDialogs, EscapeGivesUp) {
         FileDialog dialog;
         dialog.FileName = name;
         dialog.Filter = L"a|*.txt";
-        Journey journey;
-        journey.When(
+        ModalSteps user;
+        user.When(
             "dialog", [] { return SystemDialog() && GetForegroundWindow() == SystemDialog(); },
             [] { typeKey(VK_ESCAPE); });
         EXPECT_THROW(desktop_.ShowSave(dialog), RuntimeError);
-        EXPECT_TRUE(journey.Done());
+        EXPECT_TRUE(user.Done());
         EXPECT_EQ(dialog.FileName, name);
         EXPECT_TRUE(PumpUntil(desktop_, [] { return !SystemDialog(); }));
     }

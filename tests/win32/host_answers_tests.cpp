@@ -9,12 +9,13 @@
 #include <limits>
 
 #include "host/clsKalvero.h"
-#include "practice/Drawings.h"
 #include "practice/driver/UiDriver.h"
 #include "practice/host/ClassIds.h"
 #include "practice/host/HostObjects.h"
 #include "practice/server/ClassFactory.h"
 #include "support/BridgeContext.h"
+#include "support/Drawings.h"
+#include "support/RoomForTest.h"
 #include "support/TemporaryFolder.h"
 #include "win32/ComHostServer.h"
 
@@ -144,10 +145,10 @@ class Answers : public ::testing::Test {
         offer(practice::ApplicationClass, &practice::NewApplication);
         offer(practice::RoomFilterClass, &practice::NewRoomFilter);
         offer(practice::AttributeCatalogueClass, &practice::NewAttributeCatalogue);
-        std::filesystem::create_directories(folder_);
         Element first = roomElement(17, 3, L"A");
         first.outline = {{0, 0}, {4, 0}, {4, -3}, {0, -3}};
-        process_.session.drawing = drawingOf({first, roomElement(18, 3, L"B")}, folder_.wstring());
+        process_.session.drawing =
+            drawingOf({first, roomElement(18, 3, L"B")}, folder_.path().wstring());
         process_.session.placing.At({100, 0});
     }
     ~Answers() override {
@@ -155,7 +156,6 @@ class Answers : public ::testing::Test {
         forms_.kept.clear();
         for (const DWORD cookie : cookies_)
             CoRevokeClassObject(cookie);
-        std::filesystem::remove_all(folder_);
     }
     void offer(const practice::ServerClass& serverClass, IDispatch* (*create)(HostProcess&)) {
         const auto factory = practice::Make<practice::ClassFactory>(
@@ -178,15 +178,8 @@ class Answers : public ::testing::Test {
         bridge_->GetProjectName();
         bridge_->ImportFloorsFromKalvero(floors_);
     }
-    clsRoom room(std::int32_t index) const {
-        clsRoom copy;
-        floors_.GetRoomByIndex(index, copy);
-        return copy;
-    }
-    std::string pointFile() const {
-        std::ifstream file(std::filesystem::path(room(1).Geometry->FileName()), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    clsRoom room(std::int32_t index) const { return roomAt(floors_, index); }
+    std::string pointFile() const { return readBytes(room(1).Geometry->FileName()); }
     // Reads the drawing, changes a room, adds one, and writes it back.
     void expectToBeServed() {
         read();
@@ -203,10 +196,9 @@ class Answers : public ::testing::Test {
         stored->Occupancy(L"HNF 4");
         clsRoom square;
         floors_.AddRooms(square, 1);
-        std::int32_t atPosition = 0, updated = 0, placed = 0;
-        bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, atPosition, updated, placed);
-        EXPECT_EQ(updated, 2);
-        EXPECT_EQ(placed, 1);
+        const ExportCounts counts = writeTo(*bridge_, floors_);
+        EXPECT_EQ(counts.updated, 2);
+        EXPECT_EQ(counts.placed, 1);
         const auto& elements = process_.session.drawing.elements;
         ASSERT_EQ(elements.size(), 3u);
         EXPECT_EQ(elements[0].name, L"umbenannt");
@@ -219,7 +211,7 @@ class Answers : public ::testing::Test {
     HostProcess process_;
     Forms forms_;
     std::vector<DWORD> cookies_;
-    const std::filesystem::path folder_ = temporaryFolder("quartino-answers");
+    const TemporaryFolder folder_;
     std::unique_ptr<HostServer> server_ = MakeComHostServer();
     BridgeContext context_{*server_};
     std::unique_ptr<clsKalvero> bridge_;
@@ -280,10 +272,9 @@ TEST_F(Answers, ARoomThatDoesNotTellItsIdentityIsNotMadeAgain) {
         square.Occupancy(L"HNF 4");
         floors_.AddRooms(square, 1);
         const std::size_t before = process_.session.drawing.elements.size();
-        std::int32_t atPosition = 0, updated = 0, placed = 0;
-        bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, atPosition, updated, placed);
-        EXPECT_EQ(updated, 1);
-        EXPECT_EQ(atPosition, 0);
+        const ExportCounts counts = writeTo(*bridge_, floors_);
+        EXPECT_EQ(counts.updated, 1);
+        EXPECT_EQ(counts.atPosition, 0);
         ASSERT_EQ(process_.session.drawing.elements.size(), before + 1);
         // New rooms have no identity either, and get all that they are to have.
         EXPECT_EQ(process_.session.drawing.elements[before].attributes[2].TextValue(), L"HNF 4");
@@ -296,9 +287,8 @@ TEST_F(Answers, WhatWasReadGoesBackBitByBit) {
     elements[0].outline = {{-0.365, 6.1E-17}, {1.0 / 3.0, 1.8E-15}, {1E20, -0.5}};
     const Outline before = elements[0].outline;
     read();
-    std::int32_t atPosition = 0, updated = 0, placed = 0;
-    bridge_->ExportFloorsToKalvero(floors_, true, true, 1, 1, atPosition, updated, placed);
-    EXPECT_EQ(updated, 2);
+    const ExportCounts counts = writeTo(*bridge_, floors_);
+    EXPECT_EQ(counts.updated, 2);
     EXPECT_EQ(elements[0].outline, before);
 }
 
@@ -313,10 +303,9 @@ TEST_F(Answers, GivingUpAtTheCrossHairKeepsWhatWasPlaced) {
     bridge_ = context_.bridge();
     clsRoom square;
     floors_.AddRooms(square, 3);
-    std::int32_t atPosition = 0, updated = 0, placed = 0;
-    bridge_->ExportFloorsToKalvero(floors_, true, false, 1, 1, atPosition, updated, placed);
+    const ExportCounts counts = writeTo(*bridge_, floors_, false);
     EXPECT_EQ(clicks, 2);
-    EXPECT_EQ(placed, 1);
+    EXPECT_EQ(counts.placed, 1);
     EXPECT_EQ(process_.session.drawing.elements.size(), 3u);
     EXPECT_THAT(context_.prompts(), IsEmpty());
 }

@@ -7,9 +7,10 @@
 #include <filesystem>
 
 #include "host/clsKalvero.h"
-#include "practice/Drawings.h"
 #include "practice/PracticeHostProcess.h"
 #include "support/BridgeContext.h"
+#include "support/Drawings.h"
+#include "support/RoomForTest.h"
 #include "support/TemporaryFolder.h"
 #include "win32/ComHostServer.h"
 
@@ -20,8 +21,8 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 const std::filesystem::path& projectFolder() {
-    static const std::filesystem::path folder = temporaryFolder("quartino-project");
-    return folder;
+    static const TemporaryFolder folder;
+    return folder.path();
 }
 
 // The rooms of a drawing whose project folder is there, and empty.
@@ -63,20 +64,12 @@ class Bridge : public ::testing::TestWithParam<bool> {
         }
     }
     static bool plain() { return GetParam(); }
-    struct Counts {
-        std::int32_t atPosition = 0, updated = 0, placed = 0;
-    };
     clsKalvero& bridge() {
         if (!bridge_)
             bridge_ = context_.bridge();
         return *bridge_;
     }
-    Counts write() {
-        Counts counts;
-        bridge().ExportFloorsToKalvero(floors_, true, context_.asBlock, 1, 1, counts.atPosition,
-                                       counts.updated, counts.placed);
-        return counts;
-    }
+    ExportCounts write() { return writeTo(bridge(), floors_, context_.asBlock); }
     void read() {
         floors_ = clsFloors();
         bridge().GetProjectName();
@@ -87,11 +80,7 @@ class Bridge : public ::testing::TestWithParam<bool> {
         room.StoryCode(storey);
         floors_.AddRooms(room, rooms);
     }
-    clsRoom room(std::int32_t index) const {
-        clsRoom copy;
-        floors_.GetRoomByIndex(index, copy);
-        return copy;
-    }
+    clsRoom room(std::int32_t index) const { return roomAt(floors_, index); }
     static int elements() { return static_cast<int>(host_->drawing().elements.size()); }
     void expectRestored() {
         EXPECT_TRUE(context_.inputEnabled);
@@ -123,8 +112,7 @@ TEST_P(Bridge, ReadsTheRoomsOfTheDrawing) {
     EXPECT_EQ(first.Enclosure(), L"a");
     EXPECT_THAT(context_.prompts(),
                 ElementsAre(L" Räume aus KVD-Dateien können nicht gelesen werden."));
-    std::ifstream file(std::filesystem::path(first.Geometry->CalculationValue()), std::ios::binary);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}),
+    EXPECT_EQ(readBytes(first.Geometry->CalculationValue()),
               "4\r\n0\t0\r\n4.5\t0\r\n4.5\t3\r\n0\t3\r\nend\r\n");
     expectRestored();
 }
@@ -138,7 +126,7 @@ TEST_P(Bridge, WhatWasReadAndChangedGoesBackToTheSameElements) {
     stored->FunctionName(L"Lager");
     stored->Occupancy(L"HNF 4");
     addSquares(2, L"OG");
-    const Counts counts = write();
+    const ExportCounts counts = write();
     EXPECT_EQ(counts.updated, 2);
     EXPECT_EQ(counts.atPosition, 0);
     EXPECT_EQ(counts.placed, 2);
@@ -151,7 +139,7 @@ TEST_P(Bridge, WhatWasReadAndChangedGoesBackToTheSameElements) {
     EXPECT_EQ(room(2).Name(), L"B");
     EXPECT_EQ(room(3).Geometry->Area(), 16);
     // The rooms of the last writing are known now.
-    const Counts again = write();
+    const ExportCounts again = write();
     EXPECT_EQ(again.updated, 4);
     EXPECT_EQ(again.atPosition, 0);
     EXPECT_EQ(again.placed, 0);
@@ -177,10 +165,7 @@ TEST_P(Bridge, AHostWithoutTablesIsAskedOneByOne) {
         bridge->ImportFloorsFromKalvero(floors_);
         ASSERT_EQ(floors_.GetCountOfRooms(), 1);
         EXPECT_EQ(room(1).Occupancy(), L"HNF 2");
-        Counts counts;
-        bridge->ExportFloorsToKalvero(floors_, true, true, 1, 1, counts.atPosition, counts.updated,
-                                      counts.placed);
-        EXPECT_EQ(counts.updated, 1);
+        EXPECT_EQ(writeTo(*bridge, floors_).updated, 1);
     }
 }
 
@@ -297,7 +282,7 @@ TEST_P(Faults, WhicheverCallOfAWritingFailsTheNextWritingWorks) {
             EXPECT_EQ(floors_.GetCountOfRooms(), 3);
             EXPECT_EQ(room(1).GetRoomID(), L"17-K3");
             host_->clearFaults();
-            const Counts next = write();
+            const ExportCounts next = write();
             EXPECT_EQ(next.updated, 1) << mode << n;
             EXPECT_EQ(next.placed, 2) << mode << n;
             EXPECT_EQ(next.atPosition, 0) << mode << n;
@@ -353,7 +338,7 @@ TEST_P(Faults, WhicheverCallStallsIsWaitedFor) {
     for (int n = 1; n <= writing; n += step()) {
         prepare();
         host_->failAt(n, L"stall", L"150");
-        const Counts counts = write();
+        const ExportCounts counts = write();
         EXPECT_EQ(counts.updated, 1) << n;
         EXPECT_EQ(counts.placed, 2) << n;
         expectRestored();
@@ -381,7 +366,7 @@ TEST_P(Faults, AHostThatEndsInTheMiddleIsLeftAndAFreshOneServesTheNextCommand) {
         floors_ = clsFloors();
         floors_.AddRooms(known_, 1);
         addSquares(2);
-        const Counts counts = write();
+        const ExportCounts counts = write();
         EXPECT_EQ(counts.updated, 1) << wasWriting << ' ' << n;
         EXPECT_EQ(counts.placed, 2) << wasWriting << ' ' << n;
         read();
@@ -429,8 +414,9 @@ class Figures : public Bridge {
     // Rooms that stand in the drawing, and new ones whose outlines come from point files.
     int callsOfWritingInPlace(int known, int polygons) {
         host_->load(schoolOf(known));
-        const auto points = temporaryFolder("quartino-points.txt");
-        std::ofstream(points, std::ios::binary) << "4\r\n0\t0\r\n4\t0\r\n4\t3\r\n0\t3\r\nend\r\n";
+        const TemporaryFolder folder;
+        const auto points = folder / "points.txt";
+        writeBytes(points, "4\r\n0\t0\r\n4\t0\r\n4\t3\r\n0\t3\r\nend\r\n");
         floors_ = clsFloors();
         for (int i = 1; i <= known + polygons; ++i) {
             clsRoom room;
@@ -443,10 +429,9 @@ class Figures : public Bridge {
             floors_.AddRooms(room, 1);
         }
         host_->resetCalls();
-        const Counts counts = write();
+        const ExportCounts counts = write();
         EXPECT_EQ(counts.updated, known);
         EXPECT_EQ(counts.atPosition, polygons);
-        std::filesystem::remove(points);
         return host_->calls();
     }
     int callsOfReading(int elements, int moreAttributes = 0) {

@@ -53,7 +53,7 @@ TEST_P(WorkbookRoundTrip, FromTextToWorkbookToTextIsAsGoodAsTextAlone) {
 
     EXPECT_EQ(contentsOf(fromWorkbook), contentsOf(fromTextAgain));
     EXPECT_EQ(bytes(L"workbook.txt"), bytes(L"text.txt"));
-    EXPECT_THAT(context.tableUpdates, ElementsAre(false));
+    EXPECT_THAT(context.table.Updates, ElementsAre(false));
     expectNoMessage();
 }
 
@@ -80,8 +80,7 @@ TEST_F(Workbooks, TextsComeBackAsTypedAndStandInTextCells) {
 
     const auto sheet = storedSheet(L"texts.xls");
     for (std::size_t i = 0; i < texts.size(); ++i) {
-        clsRoom room;
-        floors.GetRoomByIndex(static_cast<std::int32_t>(i) + 1, room);
+        const clsRoom room = roomAt(floors, static_cast<std::int32_t>(i) + 1);
         for (const int column : {1, 2, 4, 5, 6, 7})
             EXPECT_EQ(sheet->At(static_cast<int>(i) + 2, column),
                       (Cell{room.Name(), TextNumberFormat}))
@@ -130,8 +129,7 @@ TEST_F(Workbooks, CellsOfAllKindsAreReadAsTheUserSeesThem) {
     clsFloors floors;
     read(L"list.xls", floors);
     ASSERT_EQ(floors.GetCountOfRooms(), 1);
-    clsRoom room;
-    floors.GetRoomByIndex(1, room);
+    const clsRoom room = roomAt(floors, 1);
     EXPECT_EQ(room.Name(), FromDouble(1234.5));
     EXPECT_EQ(room.FunctionName(), L"True");
     EXPECT_EQ(room.Geometry->Area(), 0.0);
@@ -257,7 +255,7 @@ TEST_F(BusySpreadsheets, ADialogOfTheRunningApplicationIsWaitedForOnceThenAnothe
     EXPECT_EQ(floors.GetCountOfRooms(), 1);
     EXPECT_TRUE(running.hasDialog());
     EXPECT_TRUE(driver::comesAbout([] { return spreadsheetProcesses().size() == 1; }));
-    EXPECT_EQ(context.headless.desktop.MousePointer(), Gui::DefaultPointer);
+    EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
     running.tell(sheets::LeaveMessage);
     ASSERT_TRUE(running.ended());
     EXPECT_EQ(callsMet(), attempts);
@@ -272,7 +270,7 @@ TEST_F(BusySpreadsheets, ADialogOfTheNewApplicationIsWaitedForOnlySoLong) {
     EXPECT_TRUE(clsFileSytem(context).WriteListToFile(name(L"list.xls"), programme(2)).busy);
     EXPECT_TRUE(instance.ended());
     EXPECT_EQ(callsMet(), attempts);
-    EXPECT_EQ(context.headless.desktop.MousePointer(), Gui::DefaultPointer);
+    EXPECT_EQ(context.platform.desktop.MousePointer(), Gui::DefaultPointer);
     expectNoMessage();
     EXPECT_EQ(bytes(L"list.xls"), before);
 }
@@ -392,8 +390,8 @@ class SpreadsheetFaults : public SpreadsheetTest, public ::testing::WithParamInt
         SpreadsheetContext fresh(GetParam().asksForNames ? std::make_shared<ComSession>(0)
                                                          : known_);
         operation(fresh);
-        EXPECT_EQ(fresh.headless.desktop.MousePointer(), Gui::DefaultPointer);
-        EXPECT_TRUE(fresh.headless.desktop.Messages().empty());
+        EXPECT_EQ(fresh.platform.desktop.MousePointer(), Gui::DefaultPointer);
+        EXPECT_TRUE(fresh.platform.desktop.Messages().empty());
     }
     int callsIn(const Operation& operation) {
         tellSpreadsheets(L"Report", name(L"report.txt"));
@@ -427,8 +425,7 @@ TEST_P(ListFaults, WhileWritingOverAFileLeaveTheOldListOrTheNewOne) {
             EXPECT_EQ(contentsOf(floors), contents);
             if (healthy() || (noticed() && bytes(L"list.xls") != old)) {
                 const auto sheet = storedSheet(L"list.xls");
-                clsRoom last;
-                floors.GetRoomByIndex(20, last);
+                const clsRoom last = roomAt(floors, 20);
                 EXPECT_EQ(sheet->At(21, 1).value, text(last.Name()));
                 EXPECT_EQ(sheet->At(22, 1).value, CellValue());
             }
@@ -474,7 +471,7 @@ TEST_F(Workbooks, ARunningApplicationThatGoesAwayMeanwhileHarmsNothing) {
         clsFileSytem(fresh).ReadListFromFile(name(L"list.xls"), list);
         // Gone at once it counts as not running.
         EXPECT_EQ(list.GetCountOfRooms(), call <= 2 ? 7 : 2) << call;
-        EXPECT_EQ(fresh.headless.desktop.MousePointer(), Gui::DefaultPointer);
+        EXPECT_EQ(fresh.platform.desktop.MousePointer(), Gui::DefaultPointer);
         expectQuietEnd();
     }
 }

@@ -60,8 +60,7 @@ std::vector<std::vector<CellValue>> cellsOfRooms() {
     const clsFloors floors = rooms();
     std::vector<std::vector<CellValue>> rows;
     for (std::int32_t index = 1; index <= floors.GetCountOfRooms(); ++index) {
-        clsRoom room;
-        floors.GetRoomByIndex(index, room);
+        const clsRoom room = roomAt(floors, index);
         clsGeometry& geometry = *room.Geometry;
         rows.push_back({room.Name(), room.FunctionName(), geometry.Area(), room.StoryCode(),
                         room.Enclosure(), room.Occupancy(), room.AreaType(), geometry.FileName(),
@@ -159,8 +158,7 @@ std::wstring withoutBlanks(std::wstring text) {
 }
 
 TEST_F(WorkbookExchange, Step2TheOtherProgramSeesTheSameCellsOfTheSameTypes) {
-    std::ifstream file(std::filesystem::path(here(L"list.fods")), std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), {}};
+    std::string text = readBytes(here(L"list.fods"));
     ASSERT_FALSE(text.empty());
     rapidxml::xml_document<> document;
     document.parse<0>(text.data());
