@@ -22,19 +22,10 @@ using namespace kalvrooms::practice;
 
 constexpr int TroubleCode = 2;
 
-// False: there is no console.
-bool Say(const std::wstring& text) {
-    HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
-    const std::string line = "KalveroPractice: " + ToUtf8(text) + "\n";
-    DWORD written = 0;
-    return console && console != INVALID_HANDLE_VALUE &&
-           WriteFile(console, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
-}
-
 // On the console, or in a message box when there is none.
 void Tell(const std::wstring& trouble) {
     const std::wstring german = ifc::InGerman(trouble);
-    if (!Say(german))
+    if (!Say(ToUtf8(german)))
         MessageBoxW(nullptr, german.c_str(), L"Kalvero", MB_OK | MB_ICONWARNING);
 }
 
@@ -50,7 +41,7 @@ void Prepare(HostProcess& process, const CommandLine& line) {
         process.Open(line.drawing);
     // Nobody may be there who could close a message box.
     if (const std::wstring passedOver = process.PassedOver(); !passedOver.empty())
-        Say(passedOver);
+        Say(ToUtf8(passedOver));
     if (!line.projectFolder.empty())
         process.session.drawing.project.folder = line.projectFolder;
     if (line.place)

@@ -69,6 +69,14 @@ std::filesystem::path OwnProgram() {
     return path;
 }
 
+bool Say(const std::string& words) {
+    const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+    const std::string line = OwnProgram().stem().string() + ": " + words + "\n";
+    DWORD written = 0;
+    return console && console != INVALID_HANDLE_VALUE &&
+           WriteFile(console, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+}
+
 Registered WhoIs(const ServerClass& serverClass) {
     CLSID id{};
     if (FAILED(CLSIDFromProgID(serverClass.programId, &id)))

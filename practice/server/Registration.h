@@ -5,11 +5,14 @@
 
 #include <filesystem>
 #include <span>
+#include <string>
 
 namespace kalvrooms::practice {
 
 // This program's own file.
 std::filesystem::path OwnProgram();
+// One line with its name on the standard error; false where there is none.
+bool Say(const std::string& words);
 
 struct ServerClass {
     const wchar_t* programId;

@@ -17,22 +17,11 @@ SCODE numbered(int number) {
     return static_cast<SCODE>(0x800A0000UL | static_cast<unsigned long>(number));
 }
 
-// A member with the step for reading or calling it and the one for writing it. A client often
-// cannot know whether it reads or calls.
+// Errors under the runtime's numbers; calls that are put off while a dialog is open.
 template <class Object>
-struct SheetMember {
-    const wchar_t* name;
-    UINT arguments = 0;
-    Variant (Object::*read)(const Arguments&) = nullptr;
-    void (Object::*write)(const Variant&) = nullptr;
-};
-
-// Members by name, from the table `Object::members()`; errors under the runtime's numbers; calls
-// that are put off while a dialog is open.
-template <class Object>
-class SheetObject : public DispatchObject {
+class SheetObject : public Automation<Object> {
   public:
-    explicit SheetObject(SheetProcess& process) : DispatchObject(process), process_(process) {}
+    explicit SheetObject(SheetProcess& process) : Automation<Object>(process), process_(process) {}
 
     // Asking for names is a call between processes as every other.
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
@@ -40,13 +29,13 @@ class SheetObject : public DispatchObject {
         const ComPtr<DispatchObject> alive(this);
         process_.Speaks(locale);
         try {
-            process_.Enter(Kind(), L"GetIDsOfNames");
+            process_.Enter(Object::KindName, L"GetIDsOfNames");
         } catch (const ComError& error) {
             return error.result();
         } catch (const SheetError& error) {
             return numbered(error.number());
         }
-        return DispatchObject::GetIDsOfNames(iid, names, count, locale, ids);
+        return Automation<Object>::GetIDsOfNames(iid, names, count, locale, ids);
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
                                      DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* trouble,
@@ -54,8 +43,8 @@ class SheetObject : public DispatchObject {
         const ComPtr<DispatchObject> alive(this);
         process_.Speaks(locale);
         number_ = SheetError::ApplicationDefined;
-        const HRESULT outcome =
-            DispatchObject::Invoke(id, iid, locale, flags, parameters, result, trouble, argument);
+        const HRESULT outcome = Automation<Object>::Invoke(id, iid, locale, flags, parameters,
+                                                           result, trouble, argument);
         if (outcome == DISP_E_EXCEPTION && trouble) {
             SysFreeString(
                 std::exchange(trouble->bstrSource, SysAllocString(L"PracticeSpreadsheet")));
@@ -65,24 +54,11 @@ class SheetObject : public DispatchObject {
     }
 
   protected:
-    const wchar_t* Kind() const override { return Object::kind; }
-    std::size_t MemberCount() const override { return Object::members().size(); }
-    const wchar_t* MemberName(std::size_t index) const override {
-        return Object::members()[index].name;
-    }
     Variant Perform(std::size_t index, WORD flags, const Arguments& arguments) override {
-        const SheetMember<Object>& member = Object::members()[index];
-        const bool writes = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
-        if (writes ? !member.write : !member.read)
-            throw ComError(DISP_E_MEMBERNOTFOUND);
-        if (arguments.Count() != (writes ? 1 : member.arguments))
-            throw ComError(DISP_E_BADPARAMCOUNT);
-        auto& self = static_cast<Object&>(*this);
         try {
-            if (!writes)
-                return (self.*member.read)(arguments);
-            (self.*member.write)(arguments.Value(0));
-            return {};
+            // A client often cannot know whether it reads or calls.
+            return Automation<Object>::Perform(index, static_cast<WORD>(flags | DISPATCH_METHOD),
+                                               arguments);
         } catch (const SheetError& error) {
             number_ = error.number();
             throw;
@@ -140,11 +116,11 @@ CellRange rangeOf(const std::wstring& address) {
 
 class RangeObject final : public SheetObject<RangeObject> {
   public:
-    static constexpr const wchar_t* kind = L"range";
-    static const std::vector<SheetMember<RangeObject>>& members() {
-        static const std::vector<SheetMember<RangeObject>> all = {
-            {L"Value", 0, &RangeObject::value, &RangeObject::setValue},
-            {L"NumberFormat", 0, nullptr, &RangeObject::setFormat}};
+    static constexpr const wchar_t* KindName = L"range";
+    static const MemberTable<RangeObject>& Members() {
+        static const MemberTable<RangeObject> all = {
+            {L"Value", 0, &RangeObject::value, {}, &RangeObject::setValue},
+            {L"NumberFormat", 0, {}, {}, &RangeObject::setFormat}};
         return all;
     }
     RangeObject(SheetProcess& process, WorkbookPointer workbook, std::shared_ptr<Sheet> sheet,
@@ -175,10 +151,10 @@ class RangeObject final : public SheetObject<RangeObject> {
 
 class WorksheetObject final : public SheetObject<WorksheetObject> {
   public:
-    static constexpr const wchar_t* kind = L"worksheet";
-    static const std::vector<SheetMember<WorksheetObject>>& members() {
-        static const std::vector<SheetMember<WorksheetObject>> all = {
-            {L"Range", 1, &WorksheetObject::range}, {L"SaveAs", 2, &WorksheetObject::saveAs}};
+    static constexpr const wchar_t* KindName = L"worksheet";
+    static const MemberTable<WorksheetObject>& Members() {
+        static const MemberTable<WorksheetObject> all = {{L"Range", 1, &WorksheetObject::range},
+                                                         {L"SaveAs", 2, &WorksheetObject::saveAs}};
         return all;
     }
     WorksheetObject(SheetProcess& process, WorkbookPointer workbook, std::shared_ptr<Sheet> sheet)
@@ -200,10 +176,9 @@ class WorksheetObject final : public SheetObject<WorksheetObject> {
 
 class WorksheetsObject final : public SheetObject<WorksheetsObject> {
   public:
-    static constexpr const wchar_t* kind = L"worksheets";
-    static const std::vector<SheetMember<WorksheetsObject>>& members() {
-        static const std::vector<SheetMember<WorksheetsObject>> all = {
-            {L"Add", 0, &WorksheetsObject::add}};
+    static constexpr const wchar_t* KindName = L"worksheets";
+    static const MemberTable<WorksheetsObject>& Members() {
+        static const MemberTable<WorksheetsObject> all = {{L"Add", 0, &WorksheetsObject::add}};
         return all;
     }
     WorksheetsObject(SheetProcess& process, WorkbookPointer workbook)
@@ -221,9 +196,9 @@ class WorksheetsObject final : public SheetObject<WorksheetsObject> {
 
 class WorkbookObject final : public SheetObject<WorkbookObject> {
   public:
-    static constexpr const wchar_t* kind = L"workbook";
-    static const std::vector<SheetMember<WorkbookObject>>& members() {
-        static const std::vector<SheetMember<WorkbookObject>> all = {
+    static constexpr const wchar_t* KindName = L"workbook";
+    static const MemberTable<WorkbookObject>& Members() {
+        static const MemberTable<WorkbookObject> all = {
             {L"ActiveSheet", 0, &WorkbookObject::activeSheet},
             {L"Worksheets", 0, &WorkbookObject::worksheets},
             {L"Save", 0, &WorkbookObject::save}};
@@ -251,12 +226,11 @@ class WorkbookObject final : public SheetObject<WorkbookObject> {
 
 class WorkbooksObject final : public SheetObject<WorkbooksObject> {
   public:
-    static constexpr const wchar_t* kind = L"workbooks";
-    static const std::vector<SheetMember<WorkbooksObject>>& members() {
-        static const std::vector<SheetMember<WorkbooksObject>> all = {
-            {L"Open", 1, &WorkbooksObject::open},
-            {L"Add", 0, &WorkbooksObject::add},
-            {L"Close", 0, &WorkbooksObject::close}};
+    static constexpr const wchar_t* KindName = L"workbooks";
+    static const MemberTable<WorkbooksObject>& Members() {
+        static const MemberTable<WorkbooksObject> all = {{L"Open", 1, &WorkbooksObject::open},
+                                                         {L"Add", 0, &WorkbooksObject::add},
+                                                         {L"Close", 0, &WorkbooksObject::close}};
         return all;
     }
     using SheetObject::SheetObject;
@@ -276,13 +250,19 @@ class WorkbooksObject final : public SheetObject<WorkbooksObject> {
 
 class ApplicationObject final : public SheetObject<ApplicationObject> {
   public:
-    static constexpr const wchar_t* kind = L"application";
-    static const std::vector<SheetMember<ApplicationObject>>& members() {
-        static const std::vector<SheetMember<ApplicationObject>> all = {
+    static constexpr const wchar_t* KindName = L"application";
+    static const MemberTable<ApplicationObject>& Members() {
+        static const MemberTable<ApplicationObject> all = {
             {L"Version", 0, &ApplicationObject::version},
-            {L"DisplayAlerts", 0, &ApplicationObject::displayAlerts,
+            {L"DisplayAlerts",
+             0,
+             &ApplicationObject::displayAlerts,
+             {},
              &ApplicationObject::setDisplayAlerts},
-            {L"AutomationSecurity", 0, &ApplicationObject::automationSecurity,
+            {L"AutomationSecurity",
+             0,
+             &ApplicationObject::automationSecurity,
+             {},
              &ApplicationObject::setAutomationSecurity},
             {L"Workbooks", 0, &ApplicationObject::workbooks},
             {L"Quit", 0, &ApplicationObject::quit}};

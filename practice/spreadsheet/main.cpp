@@ -3,6 +3,7 @@
 // Everything else is the system starting an instance for a client.
 
 #include "practice/server/ClassFactory.h"
+#include "practice/server/Registration.h"
 #include "practice/server/ServerApartment.h"
 #include "practice/spreadsheet/ControlWindow.h"
 #include "practice/spreadsheet/SheetClass.h"
@@ -112,10 +113,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
         }
         return runInstance(arguments);
     } catch (const std::exception& error) {
-        const std::string line = std::string("PracticeSpreadsheet: ") + error.what() + "\n";
-        DWORD written = 0;
-        WriteFile(GetStdHandle(STD_ERROR_HANDLE), line.data(), static_cast<DWORD>(line.size()),
-                  &written, nullptr);
+        Say(error.what());
     }
     return troubleCode;
 }

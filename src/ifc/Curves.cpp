@@ -29,15 +29,6 @@ Polygon placed(Polygon points, const Transform& place) {
     return points;
 }
 
-Polygon polyline(Geometry& geometry, const Instance& curve) {
-    Polygon points;
-    for (const Value point : curve[0]) {
-        geometry.Spend(point);
-        points.push_back(geometry.Point(geometry.file.Get(point)));
-    }
-    return points;
-}
-
 // The arc through three points; the straight way where they lie in a line.
 Polygon arcThrough(const Geometry& geometry, const Vector& a, const Vector& b, const Vector& c) {
     const Vector u = b - a;
@@ -273,7 +264,7 @@ Polygon surfaceCurve(Geometry& geometry, const Instance& curve) {
 
 using Reader = Polygon (*)(Geometry&, const Instance&);
 constexpr std::pair<std::string_view, Reader> readers[] = {
-    {"IFCPOLYLINE", polyline},
+    {"IFCPOLYLINE", Polyline},
     {"IFCINDEXEDPOLYCURVE", indexedCurve},
     {"IFCCOMPOSITECURVE", compositeCurve},
     {"IFC2DCOMPOSITECURVE", compositeCurve},
@@ -293,6 +284,15 @@ constexpr std::pair<std::string_view, Reader> readers[] = {
 };
 
 } // namespace
+
+Polygon Polyline(Geometry& geometry, const Instance& instance) {
+    Polygon points;
+    for (const Value point : instance[0]) {
+        geometry.Spend(point);
+        points.push_back(geometry.Point(geometry.file.Get(point)));
+    }
+    return points;
+}
 
 Polygon Arc(const Geometry& geometry, double radiusX, double radiusY, double from, double to) {
     const int steps = geometry.ArcSteps(std::max(radiusX, radiusY), to - from);

@@ -5,6 +5,9 @@
 
 namespace kalvrooms::ifc {
 
+// Of an instance that begins with a list of its points.
+Polygon Polyline(Geometry& geometry, const Instance& instance);
+
 // Raises a StepError for a kind of curve that is not known.
 Polygon ReadCurve(Geometry& geometry, const Instance& curve);
 

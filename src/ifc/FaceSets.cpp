@@ -12,15 +12,6 @@ namespace {
 
 using Faces = std::vector<Polygon>;
 
-Polygon polyLoop(Geometry& geometry, const Instance& loop) {
-    Polygon points;
-    for (const Value point : loop[0]) {
-        geometry.Spend(point);
-        points.push_back(geometry.Point(geometry.file.Get(point)));
-    }
-    return points;
-}
-
 Vector vertex(const Geometry& geometry, const Instance& edge, std::size_t end) {
     const Instance point = edge.Follow(end);
     if (!point.Is("IFCVERTEXPOINT"))
@@ -60,7 +51,7 @@ Polygon face(Geometry& geometry, const Instance& face) {
         face.Refuse("a face with a bound is expected");
     const Instance loop = outer->Follow(0);
     if (loop.Is("IFCPOLYLOOP"))
-        return polyLoop(geometry, loop);
+        return Polyline(geometry, loop);
     if (loop.Is("IFCEDGELOOP"))
         return edgeLoop(geometry, loop);
     return {}; // a single vertex, as a cone has one
