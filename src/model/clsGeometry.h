@@ -7,8 +7,6 @@
 
 #include "model/NumberText.h"
 
-#include "model/NumberText.h"
-
 namespace kalvrooms {
 
 // The calculation-type words; stored and compared as they stand, letter case included.
