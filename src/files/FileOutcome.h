@@ -17,7 +17,7 @@ struct ListProgress {
     std::int32_t row = 0;
     // All rooms came in, or the file holds all of them.
     bool whole = false;
-    // The file that was there before stays until the new one is complete.
+    // There was a file before; it stays until the new one is complete.
     bool keepsOldFile = false;
 };
 

@@ -77,7 +77,7 @@ void openFile(std::filebuf& file, const std::filesystem::path& path, std::ios::o
 std::filesystem::path fileToKeep(const std::wstring& fileName, OldFile oldFile) {
     std::error_code ignored;
     std::filesystem::path path = pathOf(fileName);
-    if (oldFile == OldFile::Emptied || !std::filesystem::is_regular_file(path, ignored))
+    if (oldFile == OldFile::Emptied || !TextWriter::IsOldFile(fileName))
         return {};
     std::filebuf writable;
     openFile(writable, path, std::ios::in | std::ios::out);
@@ -170,6 +170,11 @@ TextWriter::~TextWriter() {
     } catch (const std::exception&) {
         // Closing tells of errors; without it there was one already.
     }
+}
+
+bool TextWriter::IsOldFile(const std::wstring& fileName) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(pathOf(fileName), ignored);
 }
 
 void TextWriter::WriteLine(std::wstring_view line) {

@@ -59,7 +59,9 @@ class TextWriter {
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;
 
-    bool KeepsOldFile() const { return !kept_.empty(); }
+    // There is a file that would be kept. Error: BadFileName.
+    static bool IsOldFile(const std::wstring& fileName);
+
     // Ends the line with CR LF.
     void WriteLine(std::wstring_view line);
     // Errors: DeviceError when not everything reached the file, PermissionDenied when it cannot

@@ -108,8 +108,8 @@ void clsFileSytem::WriteListToTextFile(const std::wstring& fileName, const clsFl
                                        ListProgress& progress) {
     const std::int32_t count = floors.GetCountOfRooms();
     if (count > 0) {
+        progress.keepsOldFile = TextWriter::IsOldFile(fileName);
         TextWriter file(fileName, services_.ansi, OldFile::KeptUntilClosed);
-        progress.keepsOldFile = file.KeepsOldFile();
         file.WriteLine(BuildHeaderLine());
         const NumberLocale locale = UserLocale();
         clsRoom room;

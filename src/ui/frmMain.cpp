@@ -58,17 +58,17 @@ class RedrawingOff {
     Gui::Grid& grid_;
 };
 
-// While the user is asked, and what he answered is done.
+// While the user is asked, and what he answered is done. One question may lead to another one.
 class SessionHeld {
   public:
     SessionHeld(Gui::Form& form, const std::wstring& reason, bool& asking)
-        : form_(form), asking_(asking) {
-        asking_ = true;
+        : form_(form), asking_(asking), inner_(std::exchange(asking, true)) {
         form_.HoldSession(reason);
     }
     ~SessionHeld() {
-        form_.HoldSession(std::wstring());
-        asking_ = false;
+        if (!inner_)
+            form_.HoldSession(std::wstring());
+        asking_ = inner_;
     }
     SessionHeld(const SessionHeld&) = delete;
     SessionHeld& operator=(const SessionHeld&) = delete;
@@ -76,6 +76,7 @@ class SessionHeld {
   private:
     Gui::Form& form_;
     bool& asking_;
+    const bool inner_;
 };
 
 } // namespace
@@ -336,8 +337,13 @@ std::shared_ptr<clsRoom> frmMain::GetCurrentRoom() const {
 void frmMain::AddCurrentRoomsToListOfFloors(std::int32_t quantity) {
     const std::int32_t before = floors_->GetCountOfRooms();
     floors_->AddRooms(*currentRoom_, quantity);
-    history_.Added(
-        floors_->LastRooms(currentRoom_->StoryCode(), floors_->GetCountOfRooms() - before));
+    try {
+        history_.Added(
+            floors_->LastRooms(currentRoom_->StoryCode(), floors_->GetCountOfRooms() - before));
+    } catch (const std::bad_alloc&) {
+        // The rooms are in the list, and nobody should add them again.
+        history_.Clear();
+    }
     UpdateTable(false);
 }
 
@@ -388,6 +394,7 @@ frmMain::ChosenFile frmMain::askForFile(bool save) {
     dialog.FilterIndex = fileKind_;
     if (save)
         dialog.Flags = saveFlags;
+    const auto held = holdSession();
     if (save)
         desktop_.ShowSave(dialog);
     else
@@ -421,8 +428,13 @@ void frmMain::openList() {
 void frmMain::saveList() {
     if (isPattern(fileName_) || !listFile_.IsWhole())
         saveListAs();
-    else if (listFile_.MayBeOverwritten(fileName_))
+    else if (mayBeOverwritten())
         writeListToFile();
+}
+
+bool frmMain::mayBeOverwritten() {
+    const auto held = holdSession();
+    return listFile_.MayBeOverwritten(fileName_);
 }
 
 void frmMain::saveListAs() {
@@ -458,8 +470,17 @@ bool frmMain::hasUnsavedRooms() const {
     return dirty_ && floors_ && floors_->GetCountOfRooms() != 0;
 }
 
+// A session that ends meanwhile would ask about the rooms as well, on top of the question that
+// stands.
+std::shared_ptr<const void> frmMain::holdSession() {
+    if (!hasUnsavedRooms())
+        return nullptr;
+    return std::make_shared<SessionHeld>(*form_, MessageText(*this, TextNumber::UnsavedRooms),
+                                         asking_);
+}
+
 void frmMain::SaveChangesPrompt() {
-    const SessionHeld held(*form_, MessageText(*this, TextNumber::UnsavedRooms), asking_);
+    const auto held = holdSession();
     const Gui::Message question{GetText(TextNumber::SaveChanges), GetText(TextNumber::Title),
                                 Gui::Message::Buttons::YesNo};
     while (dirty_ && desktop_.ShowMessage(question) == Gui::Answer::Yes)
@@ -647,9 +668,11 @@ void frmMain::fillRow(std::vector<Gui::GridCells::Cell>& cells, const clsRoom& r
 void frmMain::UpdateTable(bool warn) {
     Gui::GridCells& cells = grdRooms_->Cells();
     const RedrawingOff redrawing(*grdRooms_);
+    const std::int32_t rooms = floors_->GetCountOfRooms();
+    // Without memory for it the table stays as it was.
+    cells.Resize(rooms >= leastRows ? rooms + 1 : leastRows, tableColumns);
     cells.Clear();
-    roomCount_ = floors_->GetCountOfRooms();
-    cells.Resize(roomCount_ >= leastRows ? roomCount_ + 1 : leastRows, tableColumns);
+    roomCount_ = rooms;
     if (roomCount_ > clsKalvero::MostRooms && warn)
         showRoomLimitWarning();
     initTable();

@@ -92,6 +92,8 @@ class frmMain final : public Texts,
     void setDefaultFileName();
     struct ChosenFile;
     ChosenFile askForFile(bool save);
+    bool mayBeOverwritten();
+    std::shared_ptr<const void> holdSession();
     void useFile(const ChosenFile& file);
     void showRoomLimitWarning();
     void showRoomDialog(bool isNew);

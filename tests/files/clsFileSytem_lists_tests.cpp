@@ -418,6 +418,10 @@ TEST_F(TextList, TellsWhyItWasNotWritten) {
     EXPECT_EQ(errorFor(folder.Path(L"fehlt") + L"/a.txt"), RuntimeError::PathNotFound);
     EXPECT_EQ(errorFor(folder.Path(L"Ordner.txt")), RuntimeError::PermissionDenied);
     EXPECT_EQ(errorFor(std::wstring(1, L'\0')), RuntimeError::BadFileName);
+    // The old list is named also where the new one cannot even be begun.
+    const std::wstring kept = folder.Write(L"alt.txt", "x");
+    folder.MakeFolder(L"alt.txt.new");
+    EXPECT_EQ(clsFileSytem(context).WriteListToFile(kept, floors).oldFile, kept);
     for (const std::wstring& path : {std::wstring(), std::wstring(5000, L'x')})
         EXPECT_NE(errorFor(path), 0);
 #ifndef _WIN32

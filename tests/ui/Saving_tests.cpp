@@ -153,7 +153,10 @@ TEST_F(Saving, AsksBeforeItOverwritesWhatSomebodyElseWrote) {
     writeFile("list.txt", theirs);
     addRooms(L"a", L"1");
     for (int i = 0; i < 2; ++i) {
-        desktop().AnswerNext(Gui::Answer::No);
+        desktop().AnswerNext([this](const Gui::Message&) {
+            EXPECT_FALSE(form().AskForSessionEnd()) << "which would ask on top";
+            return Gui::Answer::No;
+        });
         form().ChooseMenu(L"mnuSave");
         EXPECT_EQ(contents("list.txt"), theirs);
     }
