@@ -50,6 +50,7 @@ constexpr Message germanMessages[] = {
     {TextNumber::DownKey, L"Nach unten"},
     {TextNumber::UnsavedRooms, L"Die Raumliste ist noch nicht gespeichert."},
     {TextNumber::TooManyAtOnce, L"Bitte geben Sie als Anzahl höchstens 99999 ein."},
+    {TextNumber::OutlinesNotStored, L"Umrisse, die nicht gespeichert werden konnten: %1. Im Teilbild bleiben sie erhalten. Bitte prüfen Sie, ob in den Projektordner geschrieben werden kann, und lesen Sie die Räume dann noch einmal."},
 };
 // clang-format on
 

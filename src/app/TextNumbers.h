@@ -97,5 +97,6 @@ inline constexpr std::int32_t DownKey = 166;
 inline constexpr std::int32_t UnsavedRooms = 167;
 
 inline constexpr std::int32_t TooManyAtOnce = 180;
+inline constexpr std::int32_t OutlinesNotStored = 181;
 
 } // namespace kalvrooms::TextNumber

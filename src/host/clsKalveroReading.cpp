@@ -68,6 +68,7 @@ struct clsKalvero::Reading {
     std::int32_t total = 0;
     std::int32_t read = 0;
     std::int32_t readInPart = 0;
+    std::int32_t outlinesNotStored = 0;
     // Why there is nothing to read.
     std::optional<RuntimeError> failure;
     bool skippedNative = false;
@@ -160,7 +161,8 @@ void clsKalvero::readRooms(HostElementList* elements, Reading& reading, clsFloor
             return;
         }
         if (!element || !reading.attempt([&] { record = element->Record(); }))
-            ++reading.readInPart;
+            // One that went away has a message of its own.
+            reading.readInPart += reading.hostIsGone ? 0 : 1;
         else if (record.Identity.FileNumber <= 0)
             reading.skippedNative = true;
         else
@@ -242,8 +244,11 @@ bool clsKalvero::readOutline(HostRoomElement& element, const std::wstring& path,
     Outline outline;
     const bool told = reading.attempt([&] { outline = element.Outline(); });
     withoutOutline_.erase(path);
+    const bool stored = told && Attempt([&] { writePoints(path, outline); });
+    if (!stored && !outline.empty())
+        ++reading.outlinesNotStored;
     // The next writing would put the older outline into the drawing.
-    if ((!told || !Attempt([&] { writePoints(path, outline); })) && !setAside(path))
+    if (!stored && !setAside(path))
         withoutOutline_.insert(path);
     return told;
 }
@@ -260,6 +265,8 @@ void clsKalvero::tellOf(const Reading& reading) {
         tell(TextNumber::RoomsReadInPart, {FromLong(reading.readInPart)});
     if (reading.withoutFolder)
         tell(TextNumber::NoProjectFolder);
+    if (reading.outlinesNotStored > 0)
+        tell(TextNumber::OutlinesNotStored, {FromLong(reading.outlinesNotStored)});
     const std::vector<std::wstring> parts{FromLong(reading.read), FromLong(reading.total)};
     if (reading.hostIsGone)
         tell(TextNumber::HostIsGone, parts);
