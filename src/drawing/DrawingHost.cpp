@@ -125,9 +125,9 @@ class ElementListPart : public HostPart<HostElementList> {
         Enter("Add");
         elements_.push_back(dynamic_cast<RoomElementPart&>(element).Working());
     }
-    std::vector<HostIdentity> Identities() override {
+    std::vector<std::optional<HostIdentity>> Identities() override {
         Enter("Identities");
-        std::vector<HostIdentity> identities;
+        std::vector<std::optional<HostIdentity>> identities;
         for (const WorkingElementPtr& copy : elements_)
             identities.push_back(copy->element.identity);
         return identities;

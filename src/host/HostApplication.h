@@ -40,6 +40,9 @@ struct HostRoomRecord {
     bool Whole = true;
 };
 
+// After so many items in a row that cannot be taken, the count of a list is not believed.
+inline constexpr std::int32_t MostFailuresInARow = 20;
+
 // Characters of a text of an element that the host takes.
 inline constexpr std::size_t LongestHostText = 32;
 
@@ -88,8 +91,9 @@ class HostElementList {
     virtual std::int32_t Count() = 0;
     virtual std::unique_ptr<HostRoomElement> Item(std::int32_t index) = 0;
     virtual void Add(HostRoomElement& element) = 0;
-    // The identities of all elements in list order; one call where the host offers it.
-    virtual std::vector<HostIdentity> Identities() = 0;
+    // The identities of all elements in list order, none where the host failed to tell it; one call
+    // where the host offers it.
+    virtual std::vector<std::optional<HostIdentity>> Identities() = 0;
 };
 
 class HostRoomSelection {

@@ -14,9 +14,6 @@
 namespace kalvrooms {
 namespace {
 
-// After so many elements in a row that cannot be taken, the count of the list is not believed.
-constexpr std::int32_t mostFailuresInARow = 20;
-
 // Moves a file aside, over one that was moved there before. True when nothing is left at the path
 // that could be read as a file.
 bool setAside(const std::wstring& path) {
@@ -154,7 +151,7 @@ void clsKalvero::readRooms(HostElementList* elements, Reading& reading, clsFloor
         HostRoomRecord record;
         reading.attempt([&] { element = elements->Item(begun + 1); });
         failuresInARow = element ? 0 : failuresInARow + 1;
-        if (failuresInARow == mostFailuresInARow) {
+        if (failuresInARow == MostFailuresInARow) {
             // They are no rooms.
             reading.readInPart -= failuresInARow - 1;
             reading.gaveUp = true;

@@ -47,6 +47,10 @@ class clsKalvero::Elements {
             element = list_->Item(found->second);
         return element;
     }
+    // For a room that was not found: it may be one of those that did not tell who they are.
+    bool mayHold(const clsRoom& room) const {
+        return untold_ && !IdentityKey(room.ComponentID(), room.FileID()).empty();
+    }
 
   private:
     void read() {
@@ -56,9 +60,13 @@ class clsKalvero::Elements {
         filter->SelectRooms();
         list_ = service_.GetElements(*filter);
         std::int32_t index = 0;
-        for (const HostIdentity& identity : list_->Identities()) {
+        for (const auto& identity : list_->Identities()) {
             ++index;
-            const std::wstring key = IdentityKey(identity.ComponentID, identity.FileID);
+            if (!identity) {
+                untold_ = true;
+                continue;
+            }
+            const std::wstring key = IdentityKey(identity->ComponentID, identity->FileID);
             if (!key.empty())
                 indexByIdentity_.emplace(key, index);
         }
@@ -69,6 +77,7 @@ class clsKalvero::Elements {
     std::unique_ptr<HostElementList> list_;
     std::unordered_map<std::wstring, std::int32_t> indexByIdentity_;
     std::unordered_map<std::int32_t, std::shared_ptr<HostRoomElement>> taken_;
+    bool untold_ = false;
 };
 
 // What the first pass collects: rooms that stand in the drawing, and new ones at their position.
@@ -86,6 +95,8 @@ struct clsKalvero::KnownRooms {
     // No element is handed over twice.
     std::set<const HostRoomElement*> changedElements;
     std::int32_t addedCount = 0;
+    // A room that may stand in the drawing was not made again.
+    bool leftOut = false;
     const bool withModify;
     const std::int32_t colour;
 };
@@ -122,6 +133,7 @@ struct clsKalvero::Writing {
     std::unique_ptr<HostDrawingService> service{};
     // Why the host did not place the rooms, in its own words.
     std::wstring trouble{};
+    bool leftOut = false;
 };
 
 void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithModify,
@@ -176,7 +188,7 @@ void clsKalvero::ExportFloorsToKalvero(const clsFloors& qtoFloors, bool blnWithM
 void clsKalvero::tellOf(const Writing& writing, std::int32_t written) {
     if (!writing.trouble.empty())
         tell(TextNumber::PlacingFailed, {writing.trouble});
-    if (writing.progress.ended())
+    if (writing.progress.ended() || writing.leftOut)
         tell(TextNumber::WritingEnded,
              {FromLong(written), FromLong(writing.floors.GetCountOfRooms())});
 }
@@ -206,6 +218,7 @@ void clsKalvero::writeRoomsWithCoordinates(Writing& writing, bool withModify, Le
     }
     updatedRooms = static_cast<std::int32_t>(known.changedElements.size());
     newRooms = known.addedCount;
+    writing.leftOut = known.leftOut;
     if (updatedRooms > 0)
         writing.service->ChangeElements(*known.changed);
     if (newRooms > 0)
@@ -229,6 +242,10 @@ bool clsKalvero::writeKnownRoom(const clsRoom& room, KnownRooms& known) {
             element->Outline(outline);
         if (known.changedElements.insert(element.get()).second)
             known.changed->Add(*element);
+        return true;
+    }
+    if (known.drawing.mayHold(room)) {
+        known.leftOut = true;
         return true;
     }
     if (outline.empty())

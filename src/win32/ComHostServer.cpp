@@ -108,10 +108,8 @@ class ComAttributeList : public Adapter<HostAttributeList> {
     std::vector<HostAttributeValue> valuesOneByOne() {
         std::vector<HostAttributeValue> values;
         const std::int32_t count = LongOf(object_.Get(Member::Count));
-        // After so many in a row that cannot be taken, the count is not believed.
-        constexpr std::int32_t mostFailuresInARow = 20;
         std::int32_t failuresInARow = 0;
-        for (std::int32_t index = 1; index <= count && failuresInARow < mostFailuresInARow;
+        for (std::int32_t index = 1; index <= count && failuresInARow < MostFailuresInARow;
              ++index) {
             HostAttributeValue value;
             std::unique_ptr<ComAttribute> attribute;
@@ -184,6 +182,9 @@ class ComRoomElement : public Adapter<HostRoomElement> {
     HostRoomRecord recordAtOnce() {
         const Variant answer = object_.Get(bulk_.RoomRecord);
         const ArrayView fields(answer, 1);
+        // As above; the single calls follow.
+        if (fields.Copy(1).empty())
+            throw RuntimeError(RuntimeError::TypeMismatch);
         const auto text = [&](std::size_t index) { return TextOf(fields.Copy(index)); };
         const auto number = [&](std::size_t index) { return LongOf(fields.Copy(index)); };
         HostRoomRecord record;
@@ -203,23 +204,29 @@ class ComElementList : public Adapter<HostElementList> {
     void Add(HostRoomElement& element) override {
         object_.Call(Member::Add, {ComRoomElement::Of(element)});
     }
-    std::vector<HostIdentity> Identities() override {
-        std::vector<HostIdentity> identities;
+    std::vector<std::optional<HostIdentity>> Identities() override {
+        std::vector<std::optional<HostIdentity>> identities;
         if (bulk_.IdentityTable && attempted([&] { identities = identitiesAtOnce(); }))
             return identities;
         const std::int32_t count = Count();
+        std::int32_t failuresInARow = 0;
         for (std::int32_t index = 1; index <= count; ++index) {
-            HostIdentity identity;
+            std::unique_ptr<ComRoomElement> element;
+            if (attempted([&] { element = item(index); }))
+                failuresInARow = 0;
+            else if (++failuresInARow == MostFailuresInARow)
+                throw RuntimeError(RuntimeError::AutomationError);
+            std::optional<HostIdentity>& identity = identities.emplace_back();
             // One element that does not tell who it is keeps nobody from finding the others.
-            attempted([&] { identity = item(index)->Identity(); });
-            identities.push_back(identity);
+            if (element)
+                attempted([&] { identity = element->Identity(); });
         }
         return identities;
     }
 
   private:
-    std::vector<HostIdentity> identitiesAtOnce() {
-        std::vector<HostIdentity> identities;
+    std::vector<std::optional<HostIdentity>> identitiesAtOnce() {
+        std::vector<std::optional<HostIdentity>> identities;
         const Variant table = object_.Get(bulk_.IdentityTable);
         if (table.empty()) {
             requireNone(object_);
@@ -227,8 +234,8 @@ class ComElementList : public Adapter<HostElementList> {
         }
         const ArrayView rows(table, 2);
         for (std::size_t i = 0; i < rows.rows(); ++i)
-            identities.push_back(
-                {LongOf(rows.Copy(i, 0)), LongOf(rows.Copy(i, 1)), TextOf(rows.Copy(i, 2))});
+            identities.push_back(HostIdentity{LongOf(rows.Copy(i, 0)), LongOf(rows.Copy(i, 1)),
+                                              TextOf(rows.Copy(i, 2))});
         return identities;
     }
     std::unique_ptr<ComRoomElement> item(std::int32_t index) {

@@ -36,6 +36,7 @@ struct Forms {
     bool eitherKind = false;     // knows members only by a call that asks for method and property
     bool errorObjects = false;   // tells errors by IErrorInfo alone
     Variant count;               // for every Count, when there is one
+    bool withoutFile = false;    // records of rooms do not tell the number of the file
     // What references refer to, for as long as the server lives.
     std::deque<Variant> kept;
 };
@@ -114,6 +115,10 @@ class OtherObject : public Counted<IDispatch> {
             value = Variant(practice::Make<OtherObject>(object.Get(), forms_));
             if (forms_.unknownObjects)
                 value.get()->vt = VT_UNKNOWN;
+        } else if (value.type() == (VT_ARRAY | VT_VARIANT) && forms_.withoutFile &&
+                   SafeArrayGetDim(value.raw().parray) == 1) {
+            LONG place = 1;
+            Check(SafeArrayPutElement(value.raw().parray, &place, Variant().get()));
         } else if (value.type() == (VT_ARRAY | VT_R8) && forms_.elements != VT_R8) {
             value = otherArray(value, forms_.elements);
         }
@@ -252,6 +257,11 @@ TEST_F(Answers, OutlinesMayBeArraysOfOtherTypesAndBounds) {
     expectToBeServed();
 }
 
+TEST_F(Answers, ARecordWithoutTheFileLeadsToTheSingleCalls) {
+    forms_.withoutFile = true;
+    expectToBeServed();
+}
+
 TEST_F(Answers, MembersOfOurOwnInventionMayBeUnknown) {
     process_.plain = true;
     expectToBeServed();
@@ -279,6 +289,18 @@ TEST_F(Answers, ARoomThatDoesNotTellItsIdentityIsNotMadeAgain) {
         // New rooms have no identity either, and get all that they are to have.
         EXPECT_EQ(process_.session.drawing.elements[before].attributes[2].TextValue(), L"HNF 4");
         process_.session.drawing.elements.resize(2);
+    }
+    // Nor when it does not tell it at the writing.
+    for (const wchar_t* member : {L"Item", L"FileID", L"FileNumber", L"ComponentID"}) {
+        read();
+        process_.calls.FailMember(member, {});
+        const ExportCounts counts = writeTo(*bridge_, floors_);
+        process_.calls.ClearFaults();
+        EXPECT_EQ(counts.updated, 1) << member;
+        EXPECT_EQ(counts.atPosition + counts.placed, 0) << member;
+        EXPECT_EQ(process_.session.drawing.elements.size(), 2u) << member;
+        EXPECT_EQ(context_.prompts().back(), L"Das Erzeugen wurde beendet. Erzeugte oder "
+                                             L"aktualisierte Räume: 1 von 2.");
     }
 }
 
