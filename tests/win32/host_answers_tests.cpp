@@ -361,6 +361,15 @@ TEST_F(Answers, ACountThatCannotBeTrueEnds) {
         process_.plain = true;
         read();
         EXPECT_LE(floors_.GetCountOfRooms(), 2);
+        clsRoom known;
+        known.SetRoomID(L"17-K3");
+        known.Geometry->SetTypeAndValue(CalculationByFile, L"missing.txt");
+        floors_.AddRooms(known, 1);
+        const auto single = MakeComHostServer(std::make_shared<ComSession>(),
+                                              HostBulkMembers{nullptr, nullptr, nullptr});
+        BridgeContext context(*single);
+        EXPECT_THROW(writeTo(*context.bridge(), floors_), RuntimeError);
+        EXPECT_EQ(process_.session.drawing.elements.size(), 2u);
         process_.plain = false;
     }
 }
