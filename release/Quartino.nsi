@@ -135,6 +135,8 @@ Section "un.$(ProgramPart)"
   ${If} $R0 != ""
     Delete "$R0"
   ${EndIf}
+  ; A host that was cut off has left itself known to the system.
+  ExecWait '"$INSTDIR\KalveroPractice.exe" --unregister'
   !insertmacro RemoveFiles
   ; The note that a host leaves beside the program.
   Delete "$INSTDIR\kalvqtotemp"

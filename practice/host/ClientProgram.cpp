@@ -2,26 +2,12 @@
 
 #include "drawing/DrawingFile.h"
 #include "drawing/HostError.h"
+#include "win32/Win32AnsiCodec.h"
 
 #include <filesystem>
 #include <system_error>
 
 namespace kalvrooms::practice {
-
-namespace {
-
-// In the system's code page; a character that it lacks becomes "?".
-std::string AnsiText(const std::wstring& text) {
-    const auto convert = [&](char* bytes, int size) {
-        return WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(),
-                                   static_cast<int>(text.size()), bytes, size, "?", nullptr);
-    };
-    std::string bytes(static_cast<std::size_t>(convert(nullptr, 0)), '\0');
-    convert(bytes.data(), static_cast<int>(bytes.size()));
-    return bytes;
-}
-
-} // namespace
 
 ClientProgram::~ClientProgram() {
     Forget();
@@ -39,7 +25,8 @@ void ClientProgram::Start(const std::wstring& program, HandOver handOver) {
             help = std::filesystem::path(path).replace_extension(L".chm");
         handOver.helpFile = help.wstring();
     }
-    SaveText(path.parent_path() / HandOverFileName, AnsiText(HandOverText(handOver)));
+    SaveText(path.parent_path() / HandOverFileName,
+             Win32AnsiCodec().Encode(HandOverText(handOver)));
 
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;

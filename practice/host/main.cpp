@@ -97,6 +97,8 @@ int RunHost(const CommandLine& line) {
 } // namespace
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
+    // As in the program: anybody may have put a file beside this one.
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     try {
         const CommandLine line = CommandLine::From({__wargv + 1, __wargv + __argc});
         if (line.registerServer || line.unregisterServer) {

@@ -1,8 +1,9 @@
 // Asks a host's automation server for every name that the program calls it by, and says what
-// answers and how. It reads only: members that would change the drawing are looked up, not called.
+// answers and how. Members that would change the drawing are looked up, not called.
 //   QuartinoProbe [SERVER]
 // SERVER is what stands before the point in the names of the classes, where it is another than the
-// program's own. Exit code 0: every name is known; 1: some are not; 2: the server does not start.
+// program's own. Exit code 0: every name is known; 1: some are not, or could not be asked; 2: the
+// server does not start.
 
 #include <windows.h>
 
@@ -22,6 +23,7 @@ using driver::CallFailed;
 using driver::LateBound;
 
 int unknown = 0;
+int unasked = 0;
 
 void say(const std::wstring& line) {
     std::puts(ToUtf8(line).c_str());
@@ -86,10 +88,21 @@ void report(const std::wstring& object, const wchar_t* member, const std::wstrin
     say(L"  " + object + L"." + member + L": " + outcome);
 }
 
+// Nobody can be asked for a name below an object that did not come.
+bool askable(const std::wstring& object, const LateBound& server, const wchar_t* member) {
+    if (server)
+        return true;
+    ++unasked;
+    report(object, member, L"not asked");
+    return false;
+}
+
 // Names that change something: whether they are known, no more.
 void lookUp(const std::wstring& object, const LateBound& server,
             std::initializer_list<const wchar_t*> members) {
     for (const wchar_t* member : members) {
+        if (!askable(object, server, member))
+            continue;
         const bool known = server.knows(member);
         unknown += known ? 0 : 1;
         report(object, member, known ? L"known (not called)" : L"NOT KNOWN");
@@ -99,6 +112,8 @@ void lookUp(const std::wstring& object, const LateBound& server,
 template <class... Values>
 std::optional<_variant_t> ask(const std::wstring& object, const LateBound& server,
                               const wchar_t* member, const Values&... values) {
+    if (!askable(object, server, member))
+        return std::nullopt;
     if (!server.knows(member)) {
         ++unknown;
         report(object, member, L"NOT KNOWN");
@@ -141,28 +156,22 @@ LateBound created(const std::wstring& server, const wchar_t* ownName) {
 
 void probeAttributes(const LateBound& element) {
     const LateBound attributes = objectOf(L"element", element, HostMembers::Attributes);
-    if (!attributes)
-        return;
     ask(L"attributes", attributes, HostMembers::Count);
     ask(L"attributes", attributes, HostBulkMembers().AttributeTable);
-    if (const LateBound attribute = objectOf(L"attributes", attributes, HostMembers::Item, 1))
-        for (const wchar_t* member :
-             {HostMembers::Name, HostMembers::NumberValue, HostMembers::TextValue})
-            ask(L"attribute", attribute, member);
+    const LateBound attribute = objectOf(L"attributes", attributes, HostMembers::Item, 1);
+    for (const wchar_t* member :
+         {HostMembers::Name, HostMembers::NumberValue, HostMembers::TextValue})
+        ask(L"attribute", attribute, member);
 }
 
 void probeElements(const LateBound& service, const LateBound& filter) {
     const LateBound elements = objectOf(L"service", service, HostMembers::GetElements, filter);
-    if (!elements)
-        return;
     ask(L"elements", elements, HostMembers::Count);
     lookUp(L"elements", elements, {HostMembers::Add});
     ask(L"elements", elements, HostBulkMembers().IdentityTable);
     const LateBound element = objectOf(L"elements", elements, HostMembers::Item, 1);
-    if (!element) {
+    if (!element)
         say(L"  (a room in the drawing would show how elements answer)");
-        return;
-    }
     for (const wchar_t* member :
          {HostMembers::ComponentID, HostMembers::FileNumber, HostMembers::FileID,
           HostMembers::RoomName, HostMembers::RoomFunction, HostMembers::StoreyCode,
@@ -177,26 +186,25 @@ int probe(const std::wstring& server) {
         return 2;
     ask(L"application", application, HostMembers::CheckAccess);
     ask(L"application", application, HostMembers::UpdateProjectInfo);
-    if (const LateBound project = objectOf(L"application", application, HostMembers::GetProject))
-        for (const wchar_t* member :
-             {HostMembers::ProjectNumber, HostMembers::ProjectName, HostMembers::ProjectFolder})
-            ask(L"project", project, member);
-    if (const LateBound catalogue = created(server, HostMembers::AttributeCatalogueClass))
-        ask(L"catalogue", catalogue, HostMembers::AttributeName, 231);
+    const LateBound project = objectOf(L"application", application, HostMembers::GetProject);
+    for (const wchar_t* member :
+         {HostMembers::ProjectNumber, HostMembers::ProjectName, HostMembers::ProjectFolder})
+        ask(L"project", project, member);
+    ask(L"catalogue", created(server, HostMembers::AttributeCatalogueClass),
+        HostMembers::AttributeName, 231);
     const LateBound filter = created(server, HostMembers::RoomFilterClass);
-    if (filter)
-        ask(L"filter", filter, HostMembers::SelectRooms);
+    ask(L"filter", filter, HostMembers::SelectRooms);
     const LateBound service = objectOf(L"application", application, HostMembers::GetDrawingService);
-    if (service) {
-        lookUp(L"service", service,
-               {HostMembers::CreateElementList, HostMembers::CreateRoomElement,
-                HostMembers::ChangeElements, HostMembers::AddElements, HostMembers::PlaceElements,
-                HostMembers::ApplyChanges});
-        if (filter)
-            probeElements(service, filter);
-    }
+    lookUp(L"service", service,
+           {HostMembers::CreateElementList, HostMembers::CreateRoomElement,
+            HostMembers::ChangeElements, HostMembers::AddElements, HostMembers::PlaceElements,
+            HostMembers::ApplyChanges});
+    // Without a filter there is nothing to ask the service with.
+    probeElements(filter ? service : LateBound(), filter);
     say(std::to_wstring(unknown) + L" names are not known");
-    return unknown == 0 ? 0 : 1;
+    if (unasked > 0)
+        say(std::to_wstring(unasked) + L" names could not be asked");
+    return unknown == 0 && unasked == 0 ? 0 : 1;
 }
 
 } // namespace

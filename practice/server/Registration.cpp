@@ -40,20 +40,34 @@ void WriteEntries(HKEY root, std::span<const ServerClass* const> classes) {
     }
 }
 
-void DeleteEntries(HKEY root, std::span<const ServerClass* const> classes) {
+// Whether the class's name stands for another class there.
+bool IsAnothers(HKEY root, const ServerClass& serverClass) {
+    std::array<wchar_t, 64> text{};
+    DWORD size = sizeof text;
+    const std::wstring key = Classes + serverClass.programId + L"\\CLSID";
+    const LSTATUS status =
+        RegGetValueW(root, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text.data(), &size);
+    CLSID id{};
+    return status != ERROR_FILE_NOT_FOUND &&
+           (status != ERROR_SUCCESS || FAILED(CLSIDFromString(text.data(), &id)) ||
+            !IsEqualCLSID(id, serverClass.id));
+}
+
+void DeleteEntries(HKEY root, const ServerClass& serverClass) {
     const auto remove = [&](const std::wstring& key) {
         const LSTATUS status = RegDeleteTreeW(root, (Classes + key).c_str());
         if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)
             throw HostError(L"The registry does not let go of the key " + key + L".");
     };
-    for (const ServerClass* serverClass : classes) {
-        remove(serverClass->programId);
-        remove(L"CLSID\\" + GuidText(serverClass->id));
-    }
+    if (!IsAnothers(root, serverClass))
+        remove(serverClass.programId);
+    remove(L"CLSID\\" + GuidText(serverClass.id));
 }
 
-bool Effective(std::span<const ServerClass* const> classes) {
-    return WhoIs(*classes.back()) == Registered::Ours;
+bool Effective(const ServerClass& serverClass) {
+    CLSID id{};
+    return SUCCEEDED(CLSIDFromProgID(serverClass.programId, &id)) &&
+           IsEqualCLSID(id, serverClass.id);
 }
 
 HANDLE HoldName(const ServerClass& serverClass) {
@@ -77,34 +91,30 @@ bool Say(const std::string& words) {
            WriteFile(console, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
 }
 
-Registered WhoIs(const ServerClass& serverClass) {
-    CLSID id{};
-    if (FAILED(CLSIDFromProgID(serverClass.programId, &id)))
-        return Registered::Nobody;
-    return IsEqualCLSID(id, serverClass.id) ? Registered::Ours : Registered::Another;
-}
-
 void RegisterClasses(std::span<const ServerClass* const> classes) {
+    for (const ServerClass* serverClass : classes)
+        for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
+            if (IsAnothers(root, *serverClass))
+                throw HostError(L"Auf diesem Rechner ist " + std::wstring(serverClass->programId) +
+                                L" schon eingerichtet. Die Übung tritt nicht an diese Stelle.");
     // What a run that was cut off has left may name another program file.
     UnregisterClasses(classes);
     WriteEntries(HKEY_CURRENT_USER, classes);
     // Wine's COM looks at the machine's classes alone.
-    if (!Effective(classes))
+    if (!Effective(*classes.back()))
         WriteEntries(HKEY_LOCAL_MACHINE, classes);
 }
 
 void UnregisterClasses(std::span<const ServerClass* const> classes) {
-    DeleteEntries(HKEY_CURRENT_USER, classes);
-    if (Effective(classes))
-        DeleteEntries(HKEY_LOCAL_MACHINE, classes);
+    for (const ServerClass* serverClass : classes) {
+        DeleteEntries(HKEY_CURRENT_USER, *serverClass);
+        if (Effective(*serverClass))
+            DeleteEntries(HKEY_LOCAL_MACHINE, *serverClass);
+    }
 }
 
 KnownWhileRunning::KnownWhileRunning(std::span<const ServerClass* const> classes)
-    : classes_(classes), running_(nullptr) {
-    if (WhoIs(*classes.front()) == Registered::Another)
-        throw HostError(L"Auf diesem Rechner ist " + std::wstring(classes.front()->programId) +
-                        L" schon eingerichtet. Die Übung tritt nicht an diese Stelle.");
-    running_ = HoldName(*classes.front());
+    : classes_(classes), running_(HoldName(*classes.front())) {
     RegisterClasses(classes);
 }
 

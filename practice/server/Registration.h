@@ -20,17 +20,13 @@ struct ServerClass {
     CLSID id;
 };
 
-enum class Registered { Nobody, Ours, Another };
-// Who answers to the class's programmatic identifier.
-Registered WhoIs(const ServerClass& serverClass);
-
 // This program for the current user, or for the machine where COM looks at its classes alone. Both
-// raise a HostError when the registry refuses.
+// raise a HostError when the registry refuses. Nothing of another program is touched: where one has
+// a class's name, registering raises a HostError, and unregistering leaves it there.
 void RegisterClasses(std::span<const ServerClass* const> classes);
 void UnregisterClasses(std::span<const ServerClass* const> classes);
 
-// Makes the classes known while at least one process has such an object, and to nobody else's cost:
-// raises a HostError where another program answers to the names.
+// Makes the classes known while at least one process has such an object.
 class KnownWhileRunning {
   public:
     explicit KnownWhileRunning(std::span<const ServerClass* const> classes);

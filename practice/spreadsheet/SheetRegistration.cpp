@@ -1,6 +1,5 @@
 #include "practice/spreadsheet/SheetRegistration.h"
 
-#include "drawing/HostError.h"
 #include "practice/server/Registration.h"
 #include "practice/spreadsheet/SheetClass.h"
 
@@ -16,14 +15,11 @@ constexpr std::array<const ServerClass*, 1> Classes = {&Class};
 } // namespace
 
 void RegisterApplication() {
-    if (WhoIs(Class) == Registered::Another)
-        throw HostError(L"There is a spreadsheet application on this machine already.");
     RegisterClasses(Classes);
 }
 
 void UnregisterApplication() {
-    if (WhoIs(Class) != Registered::Another)
-        UnregisterClasses(Classes);
+    UnregisterClasses(Classes);
 }
 
 } // namespace kalvrooms::practice::spreadsheet

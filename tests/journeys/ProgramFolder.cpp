@@ -77,10 +77,6 @@ void ProgramFolder::writeHandOver(const std::wstring& settingsKey, const std::ws
                                   language + L"\r\n"));
 }
 
-void ProgramFolder::removeHandOver() const {
-    std::filesystem::remove_all(handOver());
-}
-
 std::vector<ProgramFolder::HelpCall> ProgramFolder::helpCalls() const {
     std::vector<HelpCall> calls;
     std::istringstream lines(readBytes(folder_ / L"help-calls"));

@@ -25,7 +25,6 @@ class ProgramFolder {
     // Four lines as the host writes them.
     void writeHandOver(const std::wstring& settingsKey, const std::wstring& language = L"xxx",
                        const std::wstring& helpFile = L"C:\\Hilfe\\quartino.kalvhelp") const;
-    void removeHandOver() const;
 
     // What the help control was asked for: file, command, context number, title of the owner.
     struct HelpCall {

@@ -30,7 +30,6 @@ inline constexpr int importLine = 4;
 inline constexpr int exportLine = 5;
 inline constexpr int endLine = 6;
 inline constexpr int addLine = 0;
-inline constexpr int modifyLine = 1;
 inline constexpr int deleteLine = 2;
 inline constexpr int ascendingLine = 3;
 inline constexpr int descendingLine = 4;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "journeys/QuartinoProcess.h"
+#include "practice/host/Commands.h"
 #include "win32/ControlIds.h"
 
 namespace kalvrooms::testing {
@@ -165,6 +166,20 @@ TEST_F(StartUp, LibrariesOfTheSystemAreNotTakenFromTheProgramsFolder) {
     pressF1(main);
     EXPECT_EQ(waitForHelpCalls(1).size(), 1u);
     EXPECT_EQ(program.close(), 0u);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / L"code-ran"));
+
+    const std::filesystem::path copy = folder.path() / practiceHostProgram;
+    std::filesystem::copy_file(ui::binFolder() / practiceHostProgram, copy);
+    const ui::Process another(L"\"" + copy.wstring() + L"\"");
+    const HWND drawing = ui::waitForWindow("the drawing", another, [](HWND shown) {
+        return ui::textOf(shown).starts_with(L"Kalvero");
+    });
+    PostMessageW(drawing, WM_COMMAND, IDC_LOAD, 0);
+    const HWND drawings = ui::waitForWindow("a file dialog", another, ui::isFileDialog);
+    PostMessageW(drawings, WM_COMMAND, IDCANCEL, 0);
+    ui::waitUntilGone(drawings);
+    PostMessageW(drawing, WM_CLOSE, 0, 0);
+    EXPECT_EQ(another.waitForEnd(), 0u);
     EXPECT_FALSE(std::filesystem::exists(folder.path() / L"code-ran"));
 }
 

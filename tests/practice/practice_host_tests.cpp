@@ -144,7 +144,7 @@ TEST_F(PracticeHost, RegistersItsClassesAndTakesThemBack) {
 TEST_F(PracticeHost, IsKnownWhileItRunsWhereNobodyElseIs) {
     CLSID id{};
     const auto known = [&] {
-        return CLSIDFromProgID(practice::ApplicationClass.programId, &id) == S_OK;
+        return CLSIDFromProgID(practice::RoomFilterClass.programId, &id) == S_OK;
     };
     const auto run = [] {
         auto process = std::make_unique<ui::Process>(
@@ -168,16 +168,21 @@ TEST_F(PracticeHost, IsKnownWhileItRunsWhereNobodyElseIs) {
     EXPECT_EQ(close(*second), 0u);
     EXPECT_FALSE(known());
 
-    // The names belong to another program: nothing of it is touched.
+    // One of the names belongs to another program: nothing of it is touched.
     const std::wstring key =
-        L"Software\\Classes\\" + std::wstring(practice::ApplicationClass.programId);
+        L"Software\\Classes\\" + std::wstring(practice::RoomFilterClass.programId);
     const std::wstring other = L"{00020000-0000-0000-C000-000000000046}";
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
         RegSetKeyValueW(root, (key + L"\\CLSID").c_str(), nullptr, REG_SZ, other.c_str(),
                         static_cast<DWORD>((other.size() + 1) * sizeof(wchar_t)));
-    EXPECT_EQ(hostWith(L"--hidden --known-while-running"), 2u);
-    ASSERT_TRUE(known());
-    EXPECT_EQ(id.Data1, 0x20000u);
+    for (const auto& [option, code] : {std::pair{L"--hidden --known-while-running", 2u},
+                                       {L"--register", 2u},
+                                       {L"--unregister", 0u}}) {
+        EXPECT_EQ(hostWith(option), code);
+        ASSERT_TRUE(known());
+        EXPECT_EQ(id.Data1, 0x20000u);
+    }
+    EXPECT_NE(CLSIDFromProgID(practice::ApplicationClass.programId, &id), S_OK);
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
         RegDeleteTreeW(root, key.c_str());
 
@@ -221,6 +226,9 @@ TEST_F(PracticeHost, TheProbeFindsEveryNameThatTheProgramCalls) {
     start();
     EXPECT_EQ(ui::runToItsEnd(L"QuartinoProbe.exe", L""), 0u);
     EXPECT_EQ(ui::runToItsEnd(L"QuartinoProbe.exe", L"KEINSERVER"), 2u);
+    // Without a room nobody can be asked for the names of elements.
+    host->load(drawingOf({}));
+    EXPECT_EQ(ui::runToItsEnd(L"QuartinoProbe.exe", L""), 1u);
 }
 
 // --- its objects --------------------------------------------------------------------------------

@@ -91,10 +91,6 @@ class SpreadsheetTest : public ::testing::Test {
         startAhead(fileName);
         clsFileSytem(context).ReadListFromFile(name(fileName), floors);
     }
-    bool readPoints(const std::wstring& fileName, PointArray& points) {
-        startAhead(fileName);
-        return clsFileSytem(context).ReadPointsFromGeometryFile(name(fileName), points);
-    }
     std::vector<std::wstring> readContents(const std::wstring& fileName) {
         clsFloors floors;
         read(fileName, floors);
