@@ -41,7 +41,7 @@ inline long errorOf(const std::function<void()>& operation) {
 }
 
 // Base of tests that run once with a decimal comma and once with a decimal point.
-class UnderBothLocales : public testing::TestWithParam<NumberLocale> {
+class UnderBothLocales : public ::testing::TestWithParam<NumberLocale> {
   protected:
     UserLocaleForTest locale_{GetParam()};
 };

@@ -12,6 +12,7 @@
 #include "support/Drawings.h"
 #include "support/RoomForTest.h"
 #include "support/TemporaryFolder.h"
+#include "support/UserLocaleForTest.h"
 #include "win32/ComHostServer.h"
 
 namespace kalvrooms::testing {
@@ -225,6 +226,35 @@ TEST_P(Bridge, AFolderBeyondTheCodePageHoldsPointFiles) {
     EXPECT_TRUE(std::filesystem::exists(folder / L"3-17.txt"));
     EXPECT_EQ(write().updated, 1);
     std::filesystem::remove_all(folder);
+}
+
+// One without the member for it refuses its creation; its words stay behind there (an error object
+// comes out of a call, not out of a class factory of another process), and the command ends.
+TEST_P(Bridge, AHostThatForbidsAccessIsReadAndWrittenInNoWay) {
+    host_->load(schoolOf({roomElement(17, 3, L"A")}));
+    const std::pair<const wchar_t*, const wchar_t*> refusals[] = {
+        {L"menu", L" Bitte beenden Sie die Menüaktion."},
+        {L"kvd", L" KVD-Dateien können mit dem Quartino nicht bearbeitet werden. Bitte schließen "
+                 L"Sie alle KVD-Dateien."}};
+    const std::wstring notRead = L"Das Teilbild konnte nicht gelesen werden: Die Komponente kann "
+                                 L"kein Objekt erzeugen";
+    for (const auto& [state, words] : refusals) {
+        host_->state(state);
+        floors_ = clsFloors();
+        const std::size_t before = context_.prompts().size();
+        read();
+        EXPECT_EQ(floors_.GetCountOfRooms(), 0);
+        addSquares(1);
+        const long writing = errorOf([this] { write(); });
+        EXPECT_EQ(writing, plain() ? static_cast<long>(RuntimeError::CannotCreateObject) : 0L);
+        std::vector<std::wstring> prompts = context_.prompts();
+        prompts.erase(prompts.begin(), prompts.begin() + static_cast<std::ptrdiff_t>(before));
+        EXPECT_EQ(prompts, plain() ? std::vector<std::wstring>{notRead}
+                                   : std::vector<std::wstring>(2, words));
+    }
+    host_->state(L"");
+    EXPECT_EQ(elements(), 1);
+    expectRestored();
 }
 
 // A drawing and a list in which every kind of call occurs.
