@@ -225,17 +225,22 @@ void QuartinoProcess::waitForNoPopup() const {
 }
 
 void QuartinoProcess::openMenu(wchar_t menuLetter) {
-    // The window manager may still be handing the focus over, which closes a menu: then once more.
-    constexpr ULONGLONG patience = 3000;
+    // The window manager may still be handing the focus over, which closes a menu: then once more,
+    // but only when the program has had the keys. It answers a message each time that it asks for
+    // the next one, so it has asked often enough by then. Keys that came twice would choose another
+    // entry.
+    constexpr int answers = 50;
+    int answered = answers;
     ui::parkMouse();
-    ULONGLONG next = 0;
     ui::waitFor("an open menu", [&] {
         if (openPopup())
             return true;
-        if (const ULONGLONG now = GetTickCount64(); now >= next) {
-            next = now + patience;
+        if (answered == answers && !(threadInfo(main_).flags & GUI_INMENUMODE)) {
+            answered = 0;
             ui::typeKey(static_cast<WORD>(menuLetter), {VK_MENU});
         }
+        SendMessageW(main_, WM_NULL, 0, 0);
+        answered = std::min(answered + 1, answers);
         return false;
     });
 }
